@@ -1,0 +1,60 @@
+#pragma once
+
+#include <cstdio>
+
+#include "psinifile.h"
+#include "psstring.h"
+
+// Where parameter values come from, highest priority first: presets ("-d"), the settings file,
+// the console, the parameter's default.
+class psIStream {
+public:
+    enum Source { PS_FROM_NOTHING, PS_FROM_PRESET, PS_FROM_SETTINGS, PS_FROM_CONSOLE };
+
+    // The section of the settings file that holds the parameters common to all tests.
+    static constexpr const char* commonSection = "Perf System";
+
+    // The console that questions are asked on; null: nothing is asked any more.
+    void setIStream(FILE* console) { m_console = console; }
+    // Whether the readers that follow may ask on the console.
+    void setAsking(bool asking) { m_asking = asking; }
+    bool isAsking() const { return m_asking && m_console != nullptr; }
+
+    // False when the file cannot be opened (read) or created (write).
+    bool setIniFile(const psString& name, bool write);
+    bool isWriting() const { return m_writing; }
+    bool sectionExist(const psString& section) const;
+    void setSection(const psString& section) { m_section = section; }
+    const psString& section() const { return m_section; }
+    // Writes the settings file back when it was opened for writing. False: not written, reported.
+    bool closeIniFile();
+
+    void preset(const psString& name, const psString& value);
+    // Presets that no reader has asked for, in command-line order.
+    psStringList unusedPresets() const;
+
+    // Looks for a value of the parameter name in the current section. A question shows the
+    // prompt and the default in square brackets; an empty answer, or the end of the input, gives
+    // PS_FROM_NOTHING (the default stands). When a settings file is being written, an absent
+    // parameter is added to it with the default.
+    Source read(const psString& name, const psString& prompt, const psString& defaultText,
+                psString& value);
+
+private:
+    struct Preset {
+        psString name, value;
+        bool used;
+    };
+    bool findPreset(const psString& name, psString& value);
+    Source ask(const psString& prompt, const psString& defaultText, psString& value);
+
+    FILE* m_console = nullptr;
+    bool m_asking = false;
+    psIniFile m_ini;
+    bool m_hasIni = false;
+    bool m_writing = false;
+    psString m_section = commonSection;
+    psList<Preset> m_presets;
+};
+
+extern psIStream g_istrm;

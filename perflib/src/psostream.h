@@ -1,0 +1,76 @@
+#pragma once
+
+#include "psstream.h"
+
+// Kinds of messages (bits), and two commands that end a message.
+enum MessageLevel : int {
+    PS_ERR = 1,
+    PS_WARN = 2,
+    PS_NORMAL = 4,
+    PS_DETAIL = 8, // the step-by-step timing log
+    PS_TRACE = 32, // the lifecycle labels
+    PS_DATA = 64,
+    PS_END = -10,       // ends the message
+    PS_END_FLUSH = -11, // ends the message and flushes every file
+};
+
+// What the user wants to see: a sum of MessageLevel bits. The names of option "-L".
+enum OutputLevel : int {
+    PS_OUT_ERR = 1,
+    PS_OUT_WARN = 3,
+    PS_OUT_PERF = 7,
+    PS_OUT_INFO = 15,
+    PS_OUT_TRACE = 39,
+    PS_OUT_DATA = 71,
+};
+
+// The text stream: fans every message out to the console and the log files and filters it by its
+// kind. A message is: kind, text pieces, PS_END (or PS_END_FLUSH). Owns its streams.
+class psOStream {
+public:
+    psOStream() = default;
+    psOStream(const psOStream&) = delete;
+    psOStream& operator=(const psOStream&) = delete;
+    ~psOStream();
+
+    // Adds the console (standard output) as the first stream; a second call does nothing.
+    void addConsole();
+    // Adds a log file; false (and reported, and nothing added) when it cannot be opened.
+    bool addStream(const psString& name, bool append);
+    void addStream(o_stream* stream); // takes ownership
+    void flush();
+    void close(); // closes and removes every stream
+
+    int outLevel() const { return m_outLevel; }
+    int msgLevel() const { return m_msgLevel; }
+    void setOutLevel(int level) { m_outLevel = level; }
+    void setMsgLevel(MessageLevel level); // push and set
+    void restoreMsgLevel();               // pop; PS_ERR when the stack is empty
+    bool accepts(MessageLevel kind) const { return (kind & m_outLevel) != 0; }
+
+    // Compares numerically where the writing operators test bits: false and no change when
+    // level > outLevel; otherwise the message is begun and must be ended. Meant so.
+    bool beginMessage(MessageLevel level);
+    void endMessage() { restoreMsgLevel(); }
+
+    void write(const psString& text); // when the current kind is wanted
+    int streamCount() const { return m_streams.count(); }
+
+private:
+    void reportFailure(const o_stream& failed);
+
+    psList<o_stream*> m_streams;
+    int m_outLevel = PS_ERR;
+    int m_msgLevel = PS_NORMAL;
+    psList<MessageLevel> m_levels;
+};
+
+psOStream& operator<<(psOStream& out, const char* text);
+psOStream& operator<<(psOStream& out, const psString& text);
+psOStream& operator<<(psOStream& out, MessageLevel level);
+// Numbers as psString writes them.
+psOStream& operator<<(psOStream& out, int value);
+psOStream& operator<<(psOStream& out, long long value);
+psOStream& operator<<(psOStream& out, double value);
+
+extern psOStream g_ostrm;

@@ -1,0 +1,73 @@
+#pragma once
+
+#include <cstdio>
+
+#include "psstring.h"
+
+// Open modes of io_stream, combined by OR.
+enum psOpenMode : int {
+    PS_OPEN_READ = 1,
+    PS_OPEN_WRITE = 2,
+    PS_OPEN_APPEND = 4, // with PS_OPEN_WRITE
+    PS_OPEN_BINARY = 8,
+    PS_OPEN_FILE = 0x100, // a named file, not the console
+};
+
+// The C mode text ("r", "w", "a", with "b" for binary).
+psString psOpenModeText(int mode);
+
+// Wrapper of a C file. A file that cannot be opened is reported to g_ostrm (when report is set)
+// with its name and the reason; the stream then has no file. Owns and closes its file.
+class io_stream {
+public:
+    io_stream() = default; // stands for the console
+    io_stream(const psString& name, int mode, bool report = true);
+    io_stream(const io_stream&) = delete;
+    io_stream& operator=(const io_stream&) = delete;
+    virtual ~io_stream();
+
+    const psString& name() const { return m_name; }
+    bool isOpen() const { return m_file != nullptr; }
+    bool isNamedFile() const { return (m_mode & PS_OPEN_FILE) != 0; }
+    void close();
+
+protected:
+    FILE* m_file = nullptr;
+    int m_mode = 0;
+
+private:
+    psString m_name;
+};
+
+class i_stream : public io_stream {
+public:
+    explicit i_stream(const psString& name, int mode = PS_OPEN_READ, bool report = true);
+    // The next line without its line end, of any length; false at the end of the file.
+    bool getline(psString& line);
+    // Bytes read into buffer, at most length; 0 when nothing could be read.
+    int read(void* buffer, int length);
+};
+
+// Writes to its file, or to standard output when it stands for the console; writes to a named
+// file that did not open are dropped. A write that fails (full disk, closed console) stops the
+// stream: later writes are dropped and failure() tells why, so that the owner can say it
+// elsewhere.
+class o_stream : public io_stream {
+public:
+    o_stream() = default;
+    explicit o_stream(const psString& name, int mode = PS_OPEN_WRITE | PS_OPEN_FILE,
+                      bool report = true);
+    // False when this write made the stream fail.
+    bool write(const psString& text);
+    // As write and flush, but all or nothing: what a failed write left in a regular file is cut
+    // off again. Used for table lines.
+    bool writeWhole(const psString& text);
+    bool flush();
+    // errno of the write that stopped the stream, 0 while all is well.
+    int failure() const { return m_failure; }
+
+private:
+    FILE* target() const; // null: drop
+    bool fail();
+    int m_failure = 0;
+};
