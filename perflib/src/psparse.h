@@ -4,7 +4,8 @@
 
 // Splits a text into words. A separator set that contains a double quote switches quote mode on
 // (the quote itself is no separator): a word that begins with a double quote then runs to the
-// next single one, two in a row standing for one, with separators inside kept.
+// next single one (or to the end of the text), two in a row standing for one, with separators
+// inside kept.
 class psParse {
 public:
     explicit psParse(const psString& text) : m_text(text) {}
@@ -21,6 +22,8 @@ public:
 private:
     bool nextWord_quote(psString& word);
     bool skipSeparators();
+    void takeWord(psString& word);
+    void takeQuoted(psString& word);
 
     psString m_text;
     psString m_separators;

@@ -78,6 +78,8 @@ public:
 
 private:
     static int capacityFor(int length) { return length / 16 * 16 + 16; }
+    void swapBuffer(psString& other);
+
     char* m_data = nullptr; // calloc'ed
     int m_length = 0;
     int m_capacity = 0;

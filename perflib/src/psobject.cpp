@@ -1,0 +1,7 @@
+#include "psobject.h"
+
+#include "psstring.h"
+
+psString psObject::objectInfo() const {
+    return psString();
+}
