@@ -25,7 +25,8 @@ enum OutputLevel : int {
 };
 
 // The text stream: fans every message out to the console and the log files and filters it by its
-// kind. A message is: kind, text pieces, PS_END (or PS_END_FLUSH). Owns its streams.
+// kind. A message is: kind, text pieces, PS_END (or PS_END_FLUSH). Owns its streams. A stream that
+// cannot be written any more is named once on the streams that are left.
 class psOStream {
 public:
     psOStream() = default;
@@ -33,7 +34,9 @@ public:
     psOStream& operator=(const psOStream&) = delete;
     ~psOStream();
 
-    // Adds the console (standard output) as the first stream; a second call does nothing.
+    // Adds the console (standard output, written line by line) as the first stream; a second call
+    // does nothing. From then on the process ignores SIGPIPE and SIGXFSZ: a write that fails is
+    // reported here instead.
     void addConsole();
     // Adds a log file; false (and reported, and nothing added) when it cannot be opened.
     bool addStream(const psString& name, bool append);
@@ -56,10 +59,14 @@ public:
     void write(const psString& text); // when the current kind is wanted
     int streamCount() const { return m_streams.count(); }
 
-private:
+    // Says, as an error, that failed (of this or another owner) takes no more text.
     void reportFailure(const o_stream& failed);
 
+private:
+    void reportFailures(psList<const o_stream*>& failed);
+
     psList<o_stream*> m_streams;
+    bool m_midLine = false; // the last text had no line end
     int m_outLevel = PS_ERR;
     int m_msgLevel = PS_NORMAL;
     psList<MessageLevel> m_levels;
@@ -72,5 +79,8 @@ psOStream& operator<<(psOStream& out, MessageLevel level);
 psOStream& operator<<(psOStream& out, int value);
 psOStream& operator<<(psOStream& out, long long value);
 psOStream& operator<<(psOStream& out, double value);
+
+// "-- Can't write to file <file>: <reason>\n" ("console" when file is empty); reason is an errno.
+psString psCantWriteText(const psString& file, int reason);
 
 extern psOStream g_ostrm;

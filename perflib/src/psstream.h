@@ -16,8 +16,9 @@ enum psOpenMode : int {
 // The C mode text ("r", "w", "a", with "b" for binary).
 psString psOpenModeText(int mode);
 
-// Wrapper of a C file. A file that cannot be opened is reported to g_ostrm (when report is set)
-// with its name and the reason; the stream then has no file. Owns and closes its file.
+// Wrapper of a C file. A file that cannot be opened (a directory counts as one) is reported to
+// g_ostrm with its name, when report is set; the stream then has no file. Owns and closes its
+// file. A stream that is given a name is a named file, whatever its mode says.
 class io_stream {
 public:
     io_stream() = default; // stands for the console
@@ -42,10 +43,13 @@ private:
 class i_stream : public io_stream {
 public:
     explicit i_stream(const psString& name, int mode = PS_OPEN_READ, bool report = true);
-    // The next line without its line end, of any length; false at the end of the file.
+    // The next line without its line end, of any length, any bytes in it kept (a carriage
+    // return too); false at the end of the file, with line untouched.
     bool getline(psString& line);
     // Bytes read into buffer, at most length; 0 when nothing could be read.
     int read(void* buffer, int length);
+    // Whether there is no file or a read of it failed, so that the end came too early.
+    bool failed() const;
 };
 
 // Writes to its file, or to standard output when it stands for the console; writes to a named
@@ -71,3 +75,7 @@ private:
     bool fail();
     int m_failure = 0;
 };
+
+// A new o_stream on the named file, owned by the caller; null (and reported) when it cannot be
+// opened.
+o_stream* createOStream(const psString& name, bool append);

@@ -1,0 +1,210 @@
+#include "pscstream.h"
+
+#include <algorithm>
+
+#include "psinit.h"
+#include "psostream.h"
+
+// After g_ostrm, which is told of tables that cannot be written, at the end of the program too.
+PS_INIT_SECOND psCStream g_cstrm;
+PS_INIT_SECOND psCStream g_ustrm;
+PS_INIT_SECOND psCStream g_nstrm;
+
+psCStream::~psCStream() {
+    close();
+}
+
+bool psCStream::addStream(const psString& name, bool append) {
+    o_stream* const stream = createOStream(name, append);
+    if (stream)
+        addStream(stream);
+    return stream != nullptr;
+}
+
+void psCStream::addStream(o_stream* stream) {
+    m_streams.append(stream);
+}
+
+static bool isColumn(int i) {
+    return i >= 0 && i < psCStream::maxColumns;
+}
+
+void psCStream::setColm(int i, const psString& text) {
+    if (isColumn(i))
+        m_cells[i] = text;
+}
+
+void psCStream::setNextColm(const psString& text) {
+    if (isColumn(m_nextColumn))
+        m_cells[m_nextColumn++] = text;
+}
+
+bool psCStream::getColm(int i, psString& text) const {
+    if (!isColumn(i))
+        return false;
+    text = m_cells[i];
+    return true;
+}
+
+void psCStream::skipToColm(int i) {
+    m_nextColumn = std::max(m_nextColumn, std::min(i, maxColumns));
+}
+
+// A cell as it may stand in a line: what would end the cell or the line becomes a blank.
+static psString cellText(const psString& cell) {
+    psString text = cell;
+    for (int i = 0; i < text.length(); i++)
+        if (text[i] == ',' || text[i] == '\n' || text[i] == '\r')
+            text.at(i) = ' ';
+    return text;
+}
+
+// An empty line still has its first cell, so that no line of a table is blank.
+psString psCStream::lineText(int columns) const {
+    const int count = std::clamp(columns == 0 ? m_nextColumn : columns, 1, maxColumns);
+    psString line;
+    for (int i = 0; i < count; i++) {
+        if (i > 0)
+            line += ',';
+        const bool filled = i < m_nextColumn && !m_cells[i].empty();
+        line += filled ? cellText(m_cells[i]) : psString("-");
+    }
+    line += '\n';
+    return line;
+}
+
+void psCStream::lineOut(int columns) {
+    tableOut(columns);
+    m_lineCount++;
+    if (m_identicalColumns > 0)
+        for (int i = 0; i < maxColumns; i++)
+            m_collected[i].append(m_cells[i]);
+    tableFlush();
+}
+
+void psCStream::tableOut(int columns) {
+    if (m_streams.empty())
+        return;
+    const psString line = lineText(columns);
+    for (o_stream* stream : m_streams)
+        if (!stream->writeWhole(line))
+            g_ostrm.reportFailure(*stream);
+}
+
+void psCStream::tableFlush() {
+    for (psString& cell : m_cells)
+        cell = "";
+    m_nextColumn = 0;
+}
+
+void psCStream::linePostpone() {
+    for (int i = 0; i < maxColumns; i++)
+        m_postponed[i].append(m_cells[i]);
+    tableFlush();
+}
+
+void psCStream::linePostponeOut(int columns) {
+    while (!m_postponed[0].empty()) {
+        for (int i = 0; i < maxColumns; i++) {
+            m_cells[i] = m_postponed[i].front();
+            m_postponed[i].erase(m_postponed[i].begin());
+        }
+        m_nextColumn = std::clamp(columns, 0, maxColumns);
+        lineOut(columns);
+    }
+}
+
+void psCStream::flush() {
+    for (o_stream* stream : m_streams)
+        if (!stream->flush())
+            g_ostrm.reportFailure(*stream);
+}
+
+void psCStream::close() {
+    flush();
+    for (o_stream* stream : m_streams)
+        delete stream;
+    m_streams.clear();
+}
+
+void psCStream::identicalLinesStart(int columns) {
+    m_identicalColumns = std::clamp(columns, 0, maxColumns);
+    for (psStringList& column : m_collected)
+        column.clear();
+}
+
+bool psCStream::identicalLinesStop() {
+    if (m_identicalColumns == 0 || m_collected[0].empty())
+        return false;
+    const bool found = identicalLinesCheck();
+    identicalLinesStart(0);
+    return found;
+}
+
+bool psCStream::identicalColms(const psString* a, const psString* b, int n) {
+    for (int i = 0; i < n; i++)
+        if (!(a[i] == b[i]))
+            return false;
+    return true;
+}
+
+namespace {
+// What the duplicate check compares of an emitted line.
+struct Line {
+    int number; // in the file
+    psString cells[psCStream::maxColumns];
+};
+
+struct LinePair {
+    int first, second; // line numbers; 0 when there is no pair
+};
+} // namespace
+
+// The pair that comes first when every line is compared with all later ones in order: the
+// smallest first line, and the next line equal to it. Sorting (which keeps equal lines in order)
+// finds it without comparing all pairs.
+static LinePair firstIdenticalPair(psList<Line>& lines, int columns) {
+    lines.sort([columns](const Line& a, const Line& b) {
+        int difference = 0;
+        for (int i = 0; i < columns && difference == 0; i++)
+            difference = a.cells[i].compare(b.cells[i]);
+        return difference < 0;
+    });
+    LinePair best = {0, 0};
+    const Line* previous = nullptr;
+    for (const Line& line : lines) {
+        const bool equal =
+            previous && psCStream::identicalColms(previous->cells, line.cells, columns);
+        if (equal && (best.first == 0 || previous->number < best.first))
+            best = {previous->number, line.number};
+        previous = &line;
+    }
+    return best;
+}
+
+bool psCStream::identicalLinesCheck() const {
+    psList<Line> lines;
+    int number = m_lineCount - m_collected[0].count();
+    for (const psString& cell : m_collected[0])
+        lines.append({++number, {cell}});
+    for (int i = 1; i < m_identicalColumns; i++) {
+        auto line = lines.begin();
+        for (const psString& cell : m_collected[i])
+            (line++)->cells[i] = cell;
+    }
+    const LinePair pair = firstIdenticalPair(lines, m_identicalColumns);
+    if (pair.first == 0)
+        return false;
+    g_ostrm << PS_WARN << " Performance table note:\n"
+            << " Lines " << pair.first << " & " << pair.second << " have identical parameters\n"
+            << PS_END_FLUSH;
+    return true;
+}
+
+psCStream& operator<<(psCStream& table, const psString& text) {
+    if (text == "\n")
+        table.lineOut(0);
+    else
+        table.setNextColm(text);
+    return table;
+}

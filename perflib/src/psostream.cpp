@@ -1,0 +1,163 @@
+#include "psostream.h"
+
+#include <csignal>
+#include <cstdio>
+#include <cstring>
+#include <fcntl.h>
+#include <unistd.h>
+
+#include "psinit.h"
+
+PS_INIT_FIRST psOStream g_ostrm;
+
+// A standard file that was closed before the start would be taken by the first file opened, and
+// what is meant for the console would go into a log or a table. A file that refuses the wanted
+// direction takes its place, so that it still fails as a closed one does.
+static void holdStandardFiles() {
+    for (int file = STDIN_FILENO; file <= STDERR_FILENO; file++) {
+        if (fcntl(file, F_GETFD) != -1)
+            continue;
+        const int held = open("/dev/null", file == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+        if (held != file && held >= 0)
+            close(held);
+    }
+}
+
+// A closed pipe and a file at its size limit must come back as a failed write, not as the end of
+// the program with all its results.
+static void ignoreWriteSignals() {
+    signal(SIGPIPE, SIG_IGN);
+    signal(SIGXFSZ, SIG_IGN);
+}
+
+psString psCantWriteText(const psString& file, int reason) {
+    const psString target = file.empty() ? psString("console") : "file " + file;
+    return "-- Can't write to " + target + ": " + strerror(reason) + "\n";
+}
+
+psOStream::~psOStream() {
+    close();
+}
+
+void psOStream::addConsole() {
+    for (const o_stream* stream : m_streams)
+        if (!stream->isNamedFile())
+            return;
+    holdStandardFiles();
+    ignoreWriteSignals();
+    // Every line appears when it is written, also through a pipe: the reader of the console sees
+    // what goes on, and nothing is lost when a measured function brings the program down.
+    setvbuf(stdout, nullptr, _IOLBF, 0);
+    m_streams.insert(m_streams.begin(), new o_stream);
+}
+
+bool psOStream::addStream(const psString& name, bool append) {
+    o_stream* const stream = createOStream(name, append);
+    if (stream)
+        addStream(stream);
+    return stream != nullptr;
+}
+
+void psOStream::addStream(o_stream* stream) {
+    m_streams.append(stream);
+}
+
+void psOStream::close() {
+    flush();
+    for (o_stream* stream : m_streams)
+        delete stream;
+    m_streams.clear();
+}
+
+void psOStream::setMsgLevel(MessageLevel level) {
+    m_levels.append(static_cast<MessageLevel>(m_msgLevel));
+    m_msgLevel = level;
+}
+
+void psOStream::restoreMsgLevel() {
+    if (m_levels.empty()) {
+        m_msgLevel = PS_ERR;
+        return;
+    }
+    m_msgLevel = m_levels.back();
+    m_levels.removeBack();
+}
+
+bool psOStream::beginMessage(MessageLevel level) {
+    if (level > m_outLevel)
+        return false;
+    setMsgLevel(level);
+    return true;
+}
+
+void psOStream::write(const psString& text) {
+    if ((m_msgLevel & m_outLevel) == 0 || text.empty())
+        return;
+    m_midLine = text[text.length() - 1] != '\n';
+    psList<const o_stream*> failed;
+    for (o_stream* stream : m_streams)
+        if (!stream->write(text))
+            failed.append(stream);
+    reportFailures(failed);
+}
+
+void psOStream::flush() {
+    psList<const o_stream*> failed;
+    for (o_stream* stream : m_streams)
+        if (!stream->flush())
+            failed.append(stream);
+    reportFailures(failed);
+}
+
+void psOStream::reportFailure(const o_stream& failed) {
+    psList<const o_stream*> list;
+    list.append(&failed);
+    reportFailures(list);
+}
+
+// A stream that fails while it is told of another one's failure joins the list being walked.
+// Every stream fails once at most, so the walk ends.
+void psOStream::reportFailures(psList<const o_stream*>& failed) {
+    if (!accepts(PS_ERR))
+        return;
+    for (const o_stream* culprit : failed) {
+        const psString text =
+            (m_midLine ? "\n" : "") + psCantWriteText(culprit->name(), culprit->failure());
+        m_midLine = false;
+        for (o_stream* stream : m_streams)
+            if (!stream->write(text) || !stream->flush())
+                failed.append(stream);
+    }
+}
+
+psOStream& operator<<(psOStream& out, const char* text) {
+    return out << psString(text);
+}
+
+psOStream& operator<<(psOStream& out, const psString& text) {
+    out.write(text);
+    return out;
+}
+
+psOStream& operator<<(psOStream& out, MessageLevel level) {
+    if (level != PS_END && level != PS_END_FLUSH) {
+        out.setMsgLevel(level);
+        return out;
+    }
+    out.restoreMsgLevel();
+    if (level == PS_END_FLUSH)
+        out.flush();
+    return out;
+}
+
+psOStream& operator<<(psOStream& out, int value) {
+    return out << psText(value);
+}
+
+psOStream& operator<<(psOStream& out, long long value) {
+    return out << psText(value);
+}
+
+psOStream& operator<<(psOStream& out, double value) {
+    return out << psText(value);
+}

@@ -1,0 +1,144 @@
+#include "psstream.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <stdio_ext.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "psostream.h"
+
+psString psOpenModeText(int mode) {
+    psString text = "r";
+    if (mode & PS_OPEN_WRITE)
+        text = mode & PS_OPEN_APPEND ? "a" : "w";
+    if (mode & PS_OPEN_BINARY)
+        text += 'b';
+    return text;
+}
+
+// A directory opens for reading, only every read of it fails.
+static bool isDirectory(FILE* file) {
+    struct stat status;
+    return fstat(fileno(file), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+static FILE* openFile(const psString& name, int mode) {
+    if (name.empty())
+        return nullptr;
+    FILE* const file = fopen(name.c_str(), psOpenModeText(mode).c_str());
+    if (file && isDirectory(file)) {
+        fclose(file);
+        return nullptr;
+    }
+    return file;
+}
+
+static void reportOpenFailure(const psString& name, int mode) {
+    g_ostrm << PS_ERR;
+    if (name.empty())
+        g_ostrm << "-- Can't open file. Wrong filename (NULL) ";
+    else
+        g_ostrm << "-- Can't open file " << name;
+    g_ostrm << (mode & PS_OPEN_WRITE ? " to write" : " to read") << "\n" << PS_END_FLUSH;
+}
+
+io_stream::io_stream(const psString& name, int mode, bool report)
+    : m_file(openFile(name, mode)), m_mode(mode | PS_OPEN_FILE), m_name(name) {
+    if (!m_file && report)
+        reportOpenFailure(name, mode);
+}
+
+io_stream::~io_stream() {
+    close();
+}
+
+void io_stream::close() {
+    if (m_file)
+        fclose(m_file);
+    m_file = nullptr;
+}
+
+i_stream::i_stream(const psString& name, int mode, bool report)
+    : io_stream(name, mode | PS_OPEN_READ, report) {}
+
+bool i_stream::getline(psString& line) {
+    char* text = nullptr;
+    size_t room = 0;
+    const ssize_t length = m_file ? ::getline(&text, &room, m_file) : -1;
+    if (length >= 0) {
+        const bool ended = length > 0 && text[length - 1] == '\n';
+        line = psString(text, static_cast<int>(ended ? length - 1 : length));
+    }
+    free(text);
+    return length >= 0;
+}
+
+int i_stream::read(void* buffer, int length) {
+    if (!m_file || length <= 0)
+        return 0;
+    return static_cast<int>(fread(buffer, 1, static_cast<size_t>(length), m_file));
+}
+
+bool i_stream::failed() const {
+    return !m_file || ferror(m_file) != 0;
+}
+
+o_stream::o_stream(const psString& name, int mode, bool report)
+    : io_stream(name, mode | PS_OPEN_WRITE, report) {}
+
+FILE* o_stream::target() const {
+    if (m_failure)
+        return nullptr;
+    return m_file || isNamedFile() ? m_file : stdout;
+}
+
+// What the file still buffers is dropped, or closing it would put the end of a lost text behind
+// a gap.
+bool o_stream::fail() {
+    FILE* const file = target();
+    m_failure = errno ? errno : EIO;
+    __fpurge(file);
+    return false;
+}
+
+bool o_stream::write(const psString& text) {
+    FILE* const file = target();
+    if (!file)
+        return true;
+    clearerr(file); // standard output may carry the failure of another stream
+    fwrite(text.c_str(), 1, static_cast<size_t>(text.length()), file);
+    // Not the count: it is full also when the flush of a line-buffered file failed.
+    return !ferror(file) || fail();
+}
+
+bool o_stream::flush() {
+    FILE* const file = target();
+    return !file || fflush(file) == 0 || fail();
+}
+
+bool o_stream::writeWhole(const psString& text) {
+    FILE* const file = target();
+    if (!file)
+        return true;
+    if (!flush())
+        return false;
+    struct stat before;
+    const bool canCut = fstat(fileno(file), &before) == 0 && S_ISREG(before.st_mode);
+    const bool whole = write(text) && flush();
+    if (!whole && canCut && ftruncate(fileno(file), before.st_size) != 0)
+        m_failure = errno; // worse than the first reason: a torn line stays
+    // Another stream may go on writing to the same standard output, behind the cut.
+    if (!whole && canCut)
+        lseek(fileno(file), 0, SEEK_END);
+    return whole;
+}
+
+o_stream* createOStream(const psString& name, bool append) {
+    const int mode = PS_OPEN_WRITE | PS_OPEN_FILE | (append ? PS_OPEN_APPEND : 0);
+    o_stream* const stream = new o_stream(name, mode);
+    if (stream->isOpen())
+        return stream;
+    delete stream;
+    return nullptr;
+}
