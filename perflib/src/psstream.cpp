@@ -34,7 +34,7 @@ static FILE* openFile(const psString& name, int mode) {
     return file;
 }
 
-static void reportOpenFailure(const psString& name, int mode) {
+void psReportOpenFailure(const psString& name, int mode) {
     g_ostrm << PS_ERR;
     if (name.empty())
         g_ostrm << "-- Can't open file. Wrong filename (NULL) ";
@@ -46,7 +46,7 @@ static void reportOpenFailure(const psString& name, int mode) {
 io_stream::io_stream(const psString& name, int mode, bool report)
     : m_file(openFile(name, mode)), m_mode(mode | PS_OPEN_FILE), m_name(name) {
     if (!m_file && report)
-        reportOpenFailure(name, mode);
+        psReportOpenFailure(name, mode);
 }
 
 io_stream::~io_stream() {

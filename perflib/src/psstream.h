@@ -16,6 +16,9 @@ enum psOpenMode : int {
 // The C mode text ("r", "w", "a", with "b" for binary).
 psString psOpenModeText(int mode);
 
+// Says as an error that the file cannot be opened to write (when mode says so) or to read.
+void psReportOpenFailure(const psString& name, int mode);
+
 // Wrapper of a C file. A file that cannot be opened (a directory counts as one) is reported to
 // g_ostrm with its name, when report is set; the stream then has no file. Owns and closes its
 // file. A stream that is given a name is a named file, whatever its mode says.

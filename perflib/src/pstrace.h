@@ -17,7 +17,7 @@ public:
 private:
     void line(const char* what, const psString& label, int depth) const;
     psStringList m_labels;
-    const psString m_none;
+    psString m_none; // stays empty
 };
 
 extern psTrace g_trace;

@@ -1,0 +1,172 @@
+#include "pscmdline.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
+
+#include "files.h"
+#include "psostream.h"
+
+// The entries as "<key>:<argument>|", without the leading blank one.
+static std::string textOf(const psCommandList& list) {
+    std::string text;
+    for (const psCommandKey& entry : list)
+        text += std::string(1, entry.key()) + ":" + entry.arg().c_str() + "|";
+    EXPECT_EQ(text.substr(0, 3), " :|");
+    return text.substr(3);
+}
+
+TEST(CommandKey, WordsWithTheirArguments) {
+    const struct {
+        const char *word, *next, *result; // null: no key
+    } cases[] = {
+        {"-ifile.ini", "", "i:file.ini"},
+        {"-i", "file.ini", "i:file.ini"},
+        {"/i", "file.ini", "i:file.ini"},
+        {"-ifile.ini", "extra", "i:file.ini"},
+        {"-f+name", "", "f:+name"},
+        {"-f+", "name", "f:+name"},
+        {"-f=", "", "f:="},
+        {"-f-", "name", "f:-name"},
+        {"-f+-", "name", "f:+-"},
+        {"--", "x", "-:x"},
+        {"-", "x", nullptr},
+        {"", "x", nullptr},
+        {"name", "x", nullptr},
+    };
+    for (const auto& c : cases) {
+        psCommandKey entry;
+        EXPECT_EQ(entry.setArg(c.word, c.next), c.result != nullptr) << c.word;
+        const std::string text = std::string(1, entry.key()) + ":" + entry.arg().c_str();
+        EXPECT_EQ(text, c.result ? c.result : " :") << c.word;
+    }
+}
+
+TEST(CommandList, TextIsSplitIntoKeys) {
+    const struct {
+        const char *text, *entries;
+    } cases[] = {
+        {"-i file.ini -B", "i:file.ini|B:|"},
+        {"-ifile.ini extra -B", "i:file.ini|B:|"},
+        {"stray -B", "B:|"},
+        {"stray word -B", "B:|"},
+        {"-f+ -B", "f:+|B:|"},
+        {"-f - -B", "f:-|B:|"},
+        {"-B;-r\r\n-f\tname", "B:|r:|f:name|"},
+        {"-o \"a b\" -B", "o:a b|B:|"},
+        {"\"-oa b\"", "o:a b|"},
+        {"-o \"\" -B", "o:|B:|"},
+        {"-i /tmp/x.ini", "i:|t:mp/x.ini|"}, // a word with "/" in front is a key
+        {"", ""},
+    };
+    for (const auto& c : cases) {
+        psCommandList list;
+        list.setArgs(c.text);
+        EXPECT_EQ(textOf(list), c.entries) << c.text;
+    }
+}
+
+TEST(CommandList, WordsOfTheShellKeepTheirBlanks) {
+    const char* const words[] = {"-o", "a b;c", "-B"};
+    psCommandList list;
+    list.setArgs(3, words);
+    list.setArg('o', "second");
+    EXPECT_EQ(textOf(list), "o:a b;c|B:|o:second|");
+    psString arg = "untouched";
+    EXPECT_TRUE(list.isKey('B'));
+    EXPECT_FALSE(list.isKey('b'));
+    EXPECT_FALSE(list.getArg('x', arg));
+    EXPECT_STREQ(arg.c_str(), "untouched");
+    EXPECT_TRUE(list.getArg('o', arg));
+    EXPECT_STREQ(arg.c_str(), "a b;c");
+    EXPECT_FALSE(list.insertArg("word", "next", list.end()));
+    EXPECT_TRUE(list.insertArg("-n", "title", std::next(list.begin())));
+    EXPECT_EQ(textOf(list), "n:title|o:a b;c|B:|o:second|");
+}
+
+TEST(CommandList, ArgumentFilesReplaceTheirKey) {
+    using namespace std::string_literals;
+    const std::string million(1 << 20, 'x');
+    const std::string file = writeFile(testPath("arguments"), "-fone -t\ntwo\r\n\"-oa b\" -@other");
+    const struct {
+        std::string content, entries;
+    } cases[] = {
+        {"-fone -t\ntwo\r\n\"-oa b\"", "f:one|t:two|o:a b|"},
+        {"", ""},
+        {"\n\n", ""},
+        {"-@" + file, "@:" + file + "|"}, // not looked through again
+        {"-f" + million + "\n-B", "f:" + million + "|B:|"},
+        {"-fa\0-fb"s, "f:a|f:b|"},
+        {"\"-oa\nb\"", "o:a b|"},
+    };
+    for (const auto& c : cases) {
+        writeFile(file, c.content);
+        psCommandList list;
+        list.setArgs(("-B -@" + file + " -r").c_str());
+        EXPECT_TRUE(list.expandFiles());
+        EXPECT_EQ(textOf(list), "B:|" + c.entries + "r:|") << c.content.substr(0, 40);
+    }
+}
+
+TEST(CommandList, AnUnreadableArgumentFileIsNamed) {
+    const std::string good = writeFile(testPath("good file"), "-fgood");
+    const std::string log = testPath("log.txt");
+    g_ostrm.addStream(log.c_str(), false);
+    psCommandList list;
+    list.setArgs(("-@/no/file \"-@" + good + "\" -@" + testing::TempDir() + " -@").c_str());
+    EXPECT_FALSE(list.expandFiles());
+    g_ostrm.close();
+    EXPECT_EQ(textOf(list), "f:good|");
+    EXPECT_EQ(readFile(log), "-- Can't open file /no/file to read\n"
+                             "-- Can't open file " +
+                                 testing::TempDir() +
+                                 " to read\n"
+                                 "-- Can't open file. Wrong filename (NULL)  to read\n");
+}
+
+TEST(CfgFile, TheFirstLineUpToTheLimit) {
+    using std::string;
+    const string program = testPath("program.x"), file = testPath("program.cfg");
+    const struct {
+        string content, text;
+    } cases[] = {
+        {"-B -r\n-f", "-B -r"},
+        {"", ""},
+        {"\n-B", ""},
+        {string(1023, 'a') + "\nb", string(1023, 'a')},
+        {string(1024, 'a') + "b", string(1023, 'a')},
+        {string(1 << 20, 'a'), string(1023, 'a')},
+    };
+    for (const auto& c : cases) {
+        writeFile(file, c.content);
+        psString text = "old", found;
+        ASSERT_TRUE(psReadCfgFile(program.c_str(), text, found));
+        EXPECT_EQ(text.c_str(), c.text);
+        EXPECT_EQ(found.c_str(), file);
+    }
+    remove(file.c_str());
+}
+
+TEST(CfgFile, TheCurrentDirectoryComesBeforeTheProgramsOwn) {
+    const std::string directory = testPath("elsewhere");
+    mkdir(directory.c_str(), 0777);
+    const std::string program = directory + "/program";
+    char* const saved = get_current_dir_name();
+    ASSERT_EQ(chdir(testPath("").c_str()), 0);
+
+    psString text = "untouched", file;
+    EXPECT_FALSE(psReadCfgFile(program.c_str(), text, file));
+    EXPECT_STREQ(text.c_str(), "untouched");
+    EXPECT_EQ(file.c_str(), program + ".cfg");
+    writeFile(program + ".cfg", "own");
+    EXPECT_TRUE(psReadCfgFile(program.c_str(), text, file));
+    EXPECT_STREQ(text.c_str(), "own");
+    writeFile("program.cfg", "current");
+    EXPECT_TRUE(psReadCfgFile(program.c_str(), text, file));
+    EXPECT_STREQ(text.c_str(), "current");
+    EXPECT_STREQ(file.c_str(), "program.cfg");
+
+    ASSERT_EQ(chdir(saved), 0);
+    free(saved);
+}

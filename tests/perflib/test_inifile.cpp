@@ -1,0 +1,182 @@
+#include "psinifile.h"
+
+#include <csignal>
+#include <cstring>
+#include <sys/stat.h>
+
+#include <gtest/gtest.h>
+
+#include "files.h"
+#include "psdata.h"
+#include "psostream.h"
+
+class IniFile : public testing::Test {
+protected:
+    // What the file holds after a store has read the text, and been made to write it back.
+    std::string rewritten(const std::string& text) const {
+        writeFile(m_path, text);
+        psIniFile ini;
+        EXPECT_TRUE(ini.open(m_path.c_str(), true));
+        ini.write("touch", "x");
+        ini.eraseSection("touch");
+        EXPECT_TRUE(ini.close());
+        return readFile(m_path);
+    }
+
+    const std::string m_path = testPath("settings with blanks.ini");
+};
+
+TEST_F(IniFile, LinesAreReadAndWrittenBack) {
+    const std::string million(1 << 20, 'x');
+    const struct {
+        std::string text, written;
+    } cases[] = {
+        {"[Perf System]\nLen = 100 // bytes\n", "\n[Perf System]\nLen=100\n"},
+        {"[a]\nx=1\n[b]\ny=2\n[a]\nz=3\n", "\n[a]\nx=1\nz=3\n\n[b]\ny=2\n"},
+        {"[a]\nLen=1\nlen=2\nLen=3\n", "\n[a]\nLen=3\nlen=2\n"},
+        {"[a]\nntksName\n \nk=\n", "\n[a]\nntksName\nk=\n"},
+        {"early=1\n[a]\nx=a=b\n// x=2\n", "\n[a]\nx=a=b\n"},
+        {" \t text [ name ] more // [other]\n\tx\t=\t1\t", "\n[name]\nx=1\n"},
+        {"[a]\nx]=[1\n[b\nc]\n", "\n[a]\nx]=[1\n[b\nc]\n"},
+        {"[a]\r\n\r\nx = 1\r\ny\r\r\n", "\n[a]\nx=1\ny\n"},
+        {"[a]\nx=" + million, "\n[a]\nx=" + million + "\n"},
+        {"", ""},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(rewritten(c.text), c.written) << c.text.substr(0, 60);
+}
+
+TEST_F(IniFile, ValuesAreFoundByExactNames) {
+    writeFile(m_path, "[Perf System]\nLen=100\nbare\n");
+    psIniFile ini;
+    ASSERT_TRUE(ini.open(m_path.c_str(), false));
+    const struct {
+        const char *section, *key, *value; // null: absent
+    } cases[] = {
+        {"Perf System", "Len", "100"},   {"Perf System", " Len ", "100"},
+        {"Perf System", "bare", "~~~"},  {"Perf System", "len", nullptr},
+        {"perf system", "Len", nullptr}, {"Perf System", "", nullptr},
+    };
+    for (const auto& c : cases) {
+        EXPECT_STREQ(ini.read(c.section, c.key, "default").c_str(), c.value ? c.value : "default");
+        EXPECT_EQ(ini.valueExist(c.section, c.key), c.value != nullptr) << c.key;
+    }
+    EXPECT_TRUE(ini.sectionExist("Perf System"));
+    EXPECT_FALSE(ini.sectionExist("Perf"));
+}
+
+TEST_F(IniFile, WritingAddsReplacesAndRemoves) {
+    {
+        psIniFile ini;
+        remove(m_path.c_str());
+        ASSERT_TRUE(ini.open(m_path.c_str(), true)); // a new file
+        ini.write("first", "Len", "1", "bytes");
+        ini.write("first", "Len", "2", "two\nlines");
+        ini.write("first", "bare");
+        ini.write("second");
+        ini.write("third", "x", "1");
+        ini.write("third", "y", "2");
+        ini.deleteKey("third", "x");
+        ini.write("fourth", "x", "1");
+        ini.eraseSection("fourth");
+        EXPECT_TRUE(ini.isModified());
+        EXPECT_TRUE(ini.updateFile());
+        EXPECT_FALSE(ini.isModified());
+        ini.deleteKey("third", "absent");
+        ini.eraseSection("absent");
+        EXPECT_FALSE(ini.isModified());
+        ini.deleteKey("third", "y");
+    } // closes
+    EXPECT_EQ(readFile(m_path), "\n[first]\nLen=2\t// two lines\nbare\n\n[second]\n\n[third]\n");
+}
+
+TEST_F(IniFile, AnUnmodifiedFileKeepsItsText) {
+    const std::string text = "[a] // kept\nx = 1";
+    writeFile(m_path, text);
+    psIniFile ini;
+    ASSERT_TRUE(ini.open(m_path.c_str(), true));
+    EXPECT_TRUE(ini.close());
+    EXPECT_FALSE(ini.sectionExist("a"));
+    EXPECT_EQ(readFile(m_path), text);
+}
+
+// Only the failure to open for writing is the user's to hear of here.
+TEST_F(IniFile, WhatCannotBeOpened) {
+    const std::string log = testPath("log.txt");
+    const struct {
+        std::string name;
+        bool write;
+        const char* message;
+    } cases[] = {
+        {testPath("absent.ini"), false, ""},
+        {testing::TempDir(), false, ""},
+        {testing::TempDir(), true, "-- Can't open file %s to write\n"},
+        {"/no such/x.ini", true, "-- Can't open file %s to write\n"},
+        {"/dev/null", true, "-- Can't open file %s to write\n"},
+        {"", true, "-- Can't open file. Wrong filename (NULL)  to write\n"},
+    };
+    for (const auto& c : cases) {
+        g_ostrm.addStream(log.c_str(), false);
+        psIniFile ini;
+        EXPECT_FALSE(ini.open(c.name.c_str(), c.write)) << c.name;
+        g_ostrm.close();
+        EXPECT_EQ(readFile(log), psFormat(c.message, c.name.c_str()).c_str());
+    }
+}
+
+TEST_F(IniFile, AFullDiskLeavesTheOldFileWhole) {
+    std::signal(SIGXFSZ, SIG_IGN);
+    const std::string directory = testPath("full"), path = directory + "/x.ini";
+    const std::string text = "[a]\nx=1\n", log = testPath("log.txt");
+    mkdir(directory.c_str(), 0777);
+    writeFile(path, text);
+    g_ostrm.addStream(log.c_str(), false);
+    psIniFile ini;
+    ASSERT_TRUE(ini.open(path.c_str(), true));
+    ini.write("a", "y", psString(std::string(5000, 'y').c_str()));
+    {
+        const FileSizeLimit limit(4096);
+        EXPECT_FALSE(ini.updateFile());
+        EXPECT_TRUE(ini.isModified());
+        g_ostrm.close();
+    }
+    EXPECT_EQ(readFile(path), text);
+    EXPECT_EQ(readFile(log), "-- Can't write to file " + path + ": " + strerror(EFBIG) + "\n");
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(directory), {}), 1);
+    EXPECT_TRUE(ini.close()); // there is room again
+    EXPECT_EQ(readFile(path), "\n[a]\nx=1\ny=" + std::string(5000, 'y') + "\n");
+}
+
+TEST_F(IniFile, ReplacingKeepsPermissionsAndLinks) {
+    const std::string link = testPath("link.ini");
+    writeFile(m_path, "");
+    std::filesystem::create_symlink(m_path, link);
+    chmod(m_path.c_str(), 0640);
+    {
+        psIniFile ini;
+        ASSERT_TRUE(ini.open(link.c_str(), true));
+        ini.write("a");
+    }
+    struct stat status;
+    ASSERT_EQ(lstat(link.c_str(), &status), 0);
+    EXPECT_TRUE(S_ISLNK(status.st_mode));
+    ASSERT_EQ(stat(link.c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777, 0640u);
+    EXPECT_EQ(readFile(m_path), "\n[a]\n");
+}
+
+TEST(DataList, SetReplacesAndKeepsTheOrder) {
+    psDataList list;
+    list.set("OS", "old");
+    list.set("Start", "now");
+    list.set("OS", "new");
+    ASSERT_EQ(list.count(), 2);
+    EXPECT_STREQ(list.front().value.c_str(), "new");
+    EXPECT_STREQ(list.find("Start")->c_str(), "now");
+    EXPECT_EQ(list.find("start"), nullptr);
+    psString value = "untouched";
+    EXPECT_FALSE(list.get("absent", value));
+    EXPECT_STREQ(value.c_str(), "untouched");
+    EXPECT_TRUE(list.get("OS", value));
+    EXPECT_STREQ(value.c_str(), "new");
+}
