@@ -42,22 +42,22 @@ NTK_API NtkStatus ntksCRC32C_8u(const Ntk8u* pSrc, int srcLen, Ntk32u* pCRC32C);
 NTK_API NtkStatus ntksCRC32_BZ2_8u(const Ntk8u* pSrc, int srcLen, Ntk32u* pCRC32);
 
 /* ---- LZ4 --------------------------------------------------------------------------------------
- * Blocks in the LZ4 block format: no header, no length, no checksum. The decoder's caller knows the
- * block's length and a bound of the data's. An empty source makes a block of one byte.
+ * Blocks in the LZ4 block format: no header, no length, no checksum. The decoder's caller knows
+ * the block's length and a bound of the data's. An empty source makes a block of one byte.
  *
  * Common to the encoders:
  * - pSrc: srcLen bytes, 0 to 0x7e000000 (2113929216).
- * - pDst, pDstLen: *pDstLen is the capacity of pDst on entry, 0 or more, and the length of the block
- *   on return. With a capacity of srcLen + srcLen / 255 + 16 every block fits.
+ * - pDst, pDstLen: *pDstLen is the capacity of pDst on entry, 0 or more, and the length of the
+ *   block on return. With a capacity of srcLen + srcLen / 255 + 16 every block fits.
  * - Source, dictionary and destination must not overlap (the dictionary may end where the source
- *   begins), nor may any of them overlap a table.
- * - Tables are blocks of the caller's, of the sizes that the GetSize functions give. They hold no
- *   pointer into a buffer between calls: source, dictionary and destination may be freed after
- *   every call, and a table may be copied. Any contents are safe: a table that does not fit the
- *   call is discarded, never believed.
- * - Statuses: ntkStsNoErr; ntkStsNullPtr; ntkStsBadSize for a length or capacity out of range;
- *   those named at the function. After an error the lengths are as they were, the destination
- *   undefined up to its capacity, and the table holds nothing of use to the next call.
+ *   begins), nor may any of them overlap a table or a length.
+ * - Tables are blocks of the caller's, of the sizes that the GetSize functions give, made empty by
+ *   an Init function. Between calls they refer to no buffer: source, dictionary and destination
+ *   may be moved or freed after every call. Any contents are safe: what a table says is checked
+ *   against the call, and a table that does not fit it is made anew.
+ * - Statuses: ntkStsNoErr; ntkStsNullPtr; ntkStsBadSize for a length, capacity or position out of
+ *   range; those named at the function. After an error the lengths are as they were, the
+ *   destination is undefined up to its capacity, and the tables hold nothing of use.
  */
 
 /* Size in bytes of the hash table of the LZ4, LZ4Safe, LZ4Dict and LZ4DictSafe encoders.
@@ -95,20 +95,21 @@ NTK_API NtkStatus ntksEncodeLZ4Safe_8u(const Ntk8u* pSrc, int* pSrcLen, Ntk8u* p
  * pSrc: the first byte to encode (not the start of the data that srcIdx counts from).
  * srcIdx: position of pSrc in the sequence of data encoded with this table, 0 or more; srcIdx +
  *   srcLen must not exceed INT_MAX.
- * pDict, dictLen: the dictionary, the dictLen bytes that the decoder will hold as its dictionary;
- *   of more than 65535 bytes the last ones count. It may lie just before pSrc or anywhere else.
- *   Null and 0 for none: then the block decodes by itself.
- * pHashTable: when the last call that wrote it ended at position srcIdx, it finds the matches in a
- *   dictionary of the same bytes as that call's source at no cost. Otherwise it is rebuilt from the
- *   dictionary first. The block is valid whatever the dictionary's bytes are.
+ * pDict, dictLen: the dictionary, dictLen bytes (0 or more) that the decoder will have; of more
+ *   than 65536 the last ones count. It may end just before pSrc or lie anywhere else. Null and 0
+ *   for none: then the block decodes by itself.
+ * pHashTable: where the last call that wrote it ended at position srcIdx, what it knows of that
+ *   call's source serves to find matches in the dictionary, which should hold the same bytes.
+ *   Otherwise it is first made anew from the dictionary, which takes about as long as it takes to
+ *   encode a tenth as much. The block is right either way.
  * Also returns ntkStsDstTooSmall when the block does not fit.
  */
 NTK_API NtkStatus ntksEncodeLZ4Dict_8u(const Ntk8u* pSrc, int srcIdx, int srcLen, Ntk8u* pDst,
                                        int* pDstLen, Ntk8u* pHashTable, const Ntk8u* pDict,
                                        int dictLen);
 
-/* As ntksEncodeLZ4Dict_8u, but stops when the destination is full, with pSrcLen and the statuses of
- * ntksEncodeLZ4Safe_8u. The sequence goes on at position srcIdx + *pSrcLen.
+/* As ntksEncodeLZ4Dict_8u, but stops when the destination is full, with pSrcLen and the statuses
+ * of ntksEncodeLZ4Safe_8u. The sequence goes on at position srcIdx + *pSrcLen.
  */
 NTK_API NtkStatus ntksEncodeLZ4DictSafe_8u(const Ntk8u* pSrc, int srcIdx, int* pSrcLen, Ntk8u* pDst,
                                            int* pDstLen, Ntk8u* pHashTable, const Ntk8u* pDict,
@@ -127,8 +128,9 @@ NTK_API NtkStatus ntksEncodeLZ4HCHashTableInit_8u(Ntk8u** ppHashTables);
 
 /* As ntksEncodeLZ4DictSafe_8u, searching longer for shorter blocks.
  * ppHashTables: the hash table, then the chain table.
- * level: 1 (fast) to 12 (smallest), or 0 for the default of 9.
- * Also returns ntkStsBadValue for another level.
+ * level: 1 (fast) to 12 (smallest), or 0 for the default of 9. Levels from 10 on take about 64 KiB
+ *   from the heap for the time of the call.
+ * Also returns ntkStsBadValue for another level, ntkStsNoMemory when the heap is exhausted.
  */
 NTK_API NtkStatus ntksEncodeLZ4HC_8u(const Ntk8u* pSrc, int srcIdx, int* pSrcLen, Ntk8u* pDst,
                                      int* pDstLen, Ntk8u** ppHashTables, const Ntk8u* pDict,

@@ -4,7 +4,8 @@
  * - Lengths and sizes are counted in bytes unless the name says otherwise; a length is an int.
  * - Functions report by an NtkStatus: 0 is success, a negative value an error (nothing was
  *   done, or the work was given up), a positive value a warning (the work was done, with the
- *   stated remark). They never print, never abort and never allocate memory.
+ *   stated remark). They never print, never abort and, but for the highest levels of the LZ4
+ *   high-compression encoder, never allocate memory.
  * - Arguments are checked in the order: null pointers, lengths, other values. The first fault
  *   found names the status. A pointer must not be null even where its length is 0, unless its
  *   description says so.
@@ -41,19 +42,20 @@ typedef int NtkStatus;
 
 enum {
     /* Warnings. */
-    ntkStsDstFull = 2,            /* the destination is full before the source is at its end */
+    ntkStsDstFull = 2,             /* the destination is full before the source is at its end */
     ntkStsFeaturesUnavailable = 1, /* features this processor lacks were asked for and left out */
 
     ntkStsNoErr = 0,
 
     /* Errors. */
-    ntkStsNotImplemented = -2, /* this build has no such function */
-    ntkStsNullPtr = -3,        /* a pointer that must point somewhere is null */
-    ntkStsBadSize = -4,        /* a length is negative or too large */
-    ntkStsBadValue = -5,       /* an argument other than a length is out of its range */
-    ntkStsDstTooSmall = -6,    /* the result does not fit the destination */
-    ntkStsBadSrcData = -7,     /* the source is not what an encoder writes */
-    ntkStsNoProcessorInfo = -8 /* the processor does not tell what was asked */
+    ntkStsNotImplemented = -2,  /* this build has no such function */
+    ntkStsNullPtr = -3,         /* a pointer that must point somewhere is null */
+    ntkStsBadSize = -4,         /* a length is negative or too large */
+    ntkStsBadValue = -5,        /* an argument other than a length is out of its range */
+    ntkStsDstTooSmall = -6,     /* the result does not fit the destination */
+    ntkStsBadSrcData = -7,      /* the source is not what an encoder writes */
+    ntkStsNoProcessorInfo = -8, /* the processor does not tell what was asked */
+    ntkStsNoMemory = -9         /* the work needs memory that the system does not give */
 };
 
 /* What a library says about itself. The texts are constant, never null and hold no comma. */

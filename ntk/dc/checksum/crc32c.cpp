@@ -1,0 +1,53 @@
+// Kernels of the CRC-32C, the one CRC that SSE4.2 has an instruction for.
+
+#include "crcfold.h"
+#include "kernels.h"
+
+#include <isa-l/crc.h>
+
+namespace ntk {
+
+namespace {
+
+constexpr Ntk32u polynomial = 0x1edc6f41;
+
+// libisal works on the raw register; its pointer is writable, its data are only read.
+Ntk32u runIsal(Ntk32u value, const Ntk8u* data, std::size_t length) {
+    return ~crc32_iscsi(const_cast<Ntk8u*>(data), static_cast<int>(length), ~value);
+}
+
+Ntk32u runClmul(Ntk32u value, const Ntk8u* data, std::size_t length) {
+    return ~FoldedCrc<ReflectedFold<polynomial>>::update(~value, data, length);
+}
+
+// One dependent instruction per 8 bytes: for machines with the instruction but no multiplier.
+[[gnu::target("sse4.2")]] Ntk32u runSse42(Ntk32u value, const Ntk8u* data, std::size_t length) {
+    Ntk64u crc = static_cast<Ntk32u>(~value);
+    for (; length >= 8; data += 8, length -= 8) {
+        Ntk64u word = 0;
+        std::memcpy(&word, data, 8);
+        crc = _mm_crc32_u64(crc, word);
+    }
+    auto narrow = static_cast<Ntk32u>(crc);
+    for (; length > 0; ++data, --length) {
+        narrow = _mm_crc32_u8(narrow, *data);
+    }
+    return ~narrow;
+}
+
+Ntk32u runGeneric(Ntk32u value, const Ntk8u* data, std::size_t length) {
+    return ~ReflectedCrc<polynomial>::update(~value, data, length);
+}
+
+constexpr Candidate<ChecksumFunction> candidates[] = {
+    {"isal", NTK_CPU_SSE42 | NTK_CPU_CLMUL, isalMayUse, runIsal},
+    {"clmul", NTK_CPU_SSE41 | NTK_CPU_CLMUL, 0, runClmul},
+    {"sse42", NTK_CPU_SSE42, 0, runSse42},
+    {"generic", 0, 0, runGeneric},
+};
+
+}  // namespace
+
+constinit Choice<ChecksumFunction> crc32cKernel(candidates);
+
+}  // namespace ntk

@@ -1,0 +1,54 @@
+// What the LZ4 calls have in common: the checks of their arguments and the empty source.
+#pragma once
+
+#include <climits>
+
+#include <lz4.h>
+
+#include "ntkdefs.h"
+
+namespace ntk::lz4 {
+
+// liblz4 takes plain characters.
+inline const char* chars(const Ntk8u* bytes) {
+    return reinterpret_cast<const char*>(bytes);
+}
+inline char* chars(Ntk8u* bytes) {
+    return reinterpret_cast<char*>(bytes);
+}
+
+constexpr bool anyNull(auto... pointers) {
+    return (... || (pointers == nullptr));
+}
+
+constexpr NtkStatus checkLengths(int srcLen, int capacity) {
+    return srcLen < 0 || srcLen > LZ4_MAX_INPUT_SIZE || capacity < 0 ? ntkStsBadSize : ntkStsNoErr;
+}
+
+// The dictionary arguments and the position of a call. A dictionary of length 0 is none, wherever
+// it points.
+struct DictArguments {
+    int srcIdx;
+    const Ntk8u* dict;
+    int dictLen;
+};
+
+constexpr NtkStatus checkDictLengths(const DictArguments& d, int srcLen) {
+    return d.srcIdx < 0 || d.dictLen < 0 || d.srcIdx > INT_MAX - srcLen ? ntkStsBadSize
+                                                                        : ntkStsNoErr;
+}
+
+// The block of an empty source: a token without literals.
+inline NtkStatus encodeEmpty(Ntk8u* pDst, int* pDstLen) {
+    if (*pDstLen < 1) {
+        return ntkStsDstTooSmall;
+    }
+    *pDst = 0;
+    *pDstLen = 1;
+    return ntkStsNoErr;
+}
+
+// The farthest that a match may lie back, rounded up as liblz4 does.
+inline constexpr int windowBytes = 65536;
+
+}  // namespace ntk::lz4

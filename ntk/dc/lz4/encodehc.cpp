@@ -1,0 +1,156 @@
+// LZ4 block encoder with a thorough search, on liblz4's high-compression encoder.
+//
+// Format, dictionaries and positions: as in encode.cpp. Method: every position is entered into a
+// hash table and chained to the earlier positions of the same hash; the chain is searched for the
+// longest match, the longer the higher the level. Levels from 10 on choose the cheapest way through
+// the matches found (dynamic programming over a stretch of 4 KiB).
+//
+// State: liblz4's stream in the block of the hash table, and in the block of the chain table the
+// position up to which the stream was fed, in the caller's sequence and as liblz4's index.
+//
+// Invariants, besides those of encode.cpp:
+// - Pointers and limits in the stream are set from the arguments before a stream is used again:
+//   it then looks as if it had just been fed exactly the dictionary.
+// - All entries of the hash table must lie below the end index. Links of the chains only lead
+//   down, by at most 65535, and the lowest index in use is kept at 65536 or more, so that no link
+//   leads below 0.
+//
+// liblz4 itself can stop at a full destination here, with a dictionary too.
+
+#include "ntkdc.h"
+
+#include <algorithm>
+
+#include "arguments.h"
+#include "indexscan.h"
+#include "ntks.h"
+#include "tables.h"
+
+namespace ntk::lz4 {
+
+namespace {
+
+// liblz4 starts its indices here.
+constexpr Ntk32u firstIndex = 65536;
+constexpr int firstHeapLevel = 10;
+
+struct HcTables {
+    LZ4_streamHC_t& stream;
+    HcRecord& record;
+};
+
+HcTables tablesIn(Ntk8u** blocks) {
+    return {tableIn<HcState>(blocks[0]).stream, tableIn<HcRecord>(blocks[1])};
+}
+
+bool continuesAt(const HcTables& t, int srcIdx) {
+    return t.record.position == srcIdx && knowsFields() && t.record.endIndex > firstIndex &&
+           t.record.endIndex <= INT_MAX &&
+           noneAbove.get()(t.stream.internal_donotuse.hashTable, LZ4HC_HASHTABLESIZE,
+                           t.record.endIndex - 1);
+}
+
+void continueAfter(HcTables& t, const DictArguments& d, int level) {
+    LZ4HC_CCtx_internal& stream = t.stream.internal_donotuse;
+    const Ntk32u endIndex = t.record.endIndex;
+    const auto dictLen = static_cast<Ntk32u>(std::min(d.dictLen, windowBytes));
+    const Ntk32u length = std::min(dictLen, endIndex - firstIndex);
+    stream.end = d.dict + d.dictLen;
+    stream.prefixStart = stream.end - length;
+    stream.dictStart = stream.prefixStart;
+    stream.dictLimit = endIndex - length;
+    stream.lowLimit = stream.dictLimit;
+    stream.nextToUpdate = std::clamp(stream.nextToUpdate, stream.dictLimit, endIndex);
+    stream.compressionLevel = static_cast<short>(level);
+    stream.favorDecSpeed = 0;
+    stream.dirty = 0;
+    stream.dictCtx = nullptr;
+}
+
+void attachDictionary(HcTables& t, const DictArguments& d, int level) {
+    if (d.dictLen > 0 && continuesAt(t, d.srcIdx)) {
+        continueAfter(t, d, level);
+        return;
+    }
+    LZ4_initStreamHC(&t.stream, sizeof t.stream);
+    LZ4_resetStreamHC_fast(&t.stream, level);
+    if (d.dictLen > 0) {
+        LZ4_loadDictHC(&t.stream, chars(d.dict), d.dictLen);
+    }
+}
+
+// Length of the block, 0 when liblz4 fails; srcLen becomes the number of bytes encoded.
+int encode(HcTables& t, const Ntk8u* src, int& srcLen, Ntk8u* dst, int capacity) {
+    if (capacity >= LZ4_compressBound(srcLen)) {
+        return LZ4_compress_HC_continue(&t.stream, chars(src), chars(dst), srcLen, capacity);
+    }
+    return LZ4_compress_HC_continue_destSize(&t.stream, chars(src), chars(dst), &srcLen, capacity);
+}
+
+void noteEnd(HcTables& t, Ntk64s position) {
+    const LZ4HC_CCtx_internal& stream = t.stream.internal_donotuse;
+    t.record.position = position;
+    t.record.endIndex =
+        knowsFields() ? stream.dictLimit + static_cast<Ntk32u>(stream.end - stream.prefixStart) : 0;
+}
+
+}  // namespace
+
+}  // namespace ntk::lz4
+
+using namespace ntk::lz4;
+
+NtkStatus ntksEncodeLZ4HCHashTableGetSize_8u(int* pHashTableSize, int* pChainTableSize) {
+    if (anyNull(pHashTableSize, pChainTableSize)) {
+        return ntkStsNullPtr;
+    }
+    *pHashTableSize = blockBytes<HcState>();
+    *pChainTableSize = blockBytes<HcRecord>();
+    return ntkStsNoErr;
+}
+
+NtkStatus ntksEncodeLZ4HCHashTableInit_8u(Ntk8u** ppHashTables) {
+    if (ppHashTables == nullptr || anyNull(ppHashTables[0], ppHashTables[1])) {
+        return ntkStsNullPtr;
+    }
+    ntksZero_8u(ppHashTables[0], blockBytes<HcState>());
+    return ntksZero_8u(ppHashTables[1], blockBytes<HcRecord>());
+}
+
+NtkStatus ntksEncodeLZ4HC_8u(const Ntk8u* pSrc, int srcIdx, int* pSrcLen, Ntk8u* pDst,
+                             int* pDstLen, Ntk8u** ppHashTables, const Ntk8u* pDict, int dictLen,
+                             int level) {
+    if (anyNull(pSrc, pSrcLen, pDst, pDstLen, ppHashTables) ||
+        anyNull(ppHashTables[0], ppHashTables[1]) || (pDict == nullptr && dictLen != 0)) {
+        return ntkStsNullPtr;
+    }
+    const DictArguments d{srcIdx, pDict, dictLen};
+    const NtkStatus lengths = checkLengths(*pSrcLen, *pDstLen);
+    if (lengths != ntkStsNoErr || checkDictLengths(d, *pSrcLen) != ntkStsNoErr) {
+        return ntkStsBadSize;
+    }
+    if (level < 0 || level > LZ4HC_CLEVEL_MAX) {
+        return ntkStsBadValue;
+    }
+    if (*pSrcLen == 0) {
+        return encodeEmpty(pDst, pDstLen);
+    }
+    if (*pDstLen == 0) {
+        return ntkStsDstTooSmall;
+    }
+    HcTables tables = tablesIn(ppHashTables);
+    attachDictionary(tables, d, level == 0 ? LZ4HC_CLEVEL_DEFAULT : level);
+    tables.record.position = noPosition;
+    int done = *pSrcLen;
+    const int length = encode(tables, pSrc, done, pDst, *pDstLen);
+    if (length <= 0) {
+        return level >= firstHeapLevel ? ntkStsNoMemory : ntkStsDstTooSmall;
+    }
+    const bool isWhole = done == *pSrcLen;
+    if (isWhole) {
+        noteEnd(tables, static_cast<Ntk64s>(srcIdx) + done);
+    }
+    *pSrcLen = done;
+    *pDstLen = length;
+    return isWhole ? ntkStsNoErr : ntkStsDstFull;
+}
