@@ -13,18 +13,21 @@ static bool isModifier(char c) {
 }
 
 bool psCommandKey::setArg(const psString& word, const psString& next) {
-    if (!isKeyWord(word))
+    if (!isKeyWord(word)) {
         return false;
+    }
     m_key = word[1];
     m_arg = word.substr(2);
-    if (m_arg.empty() || (m_arg.length() == 1 && isModifier(m_arg[0])))
+    if (m_arg.empty() || (m_arg.length() == 1 && isModifier(m_arg[0]))) {
         m_arg += next;
+    }
     return true;
 }
 
 bool psCommandKey::getArg(char key, psString& arg) const {
-    if (key != m_key)
+    if (key != m_key) {
         return false;
+    }
     arg = m_arg;
     return true;
 }
@@ -35,8 +38,9 @@ psCommandList::psCommandList() {
 
 void psCommandList::setArgs(int argc, const char* const* argv) {
     psStringList words;
-    for (int i = 0; i < argc; i++)
+    for (int i = 0; i < argc; ++i) {
         words.append(argv[i]);
+    }
     insertArgs(words, end());
 }
 
@@ -58,16 +62,18 @@ void psCommandList::insertArgs(const psStringList& words, iterator position) {
     for (auto word = words.begin(); word != words.end();) {
         const psString& current = *word++;
         psString next;
-        if (word != words.end() && !psCommandKey::isKeyWord(*word))
+        if (word != words.end() && !psCommandKey::isKeyWord(*word)) {
             next = *word++;
+        }
         insertArg(current, next, position);
     }
 }
 
 bool psCommandList::insertArg(const psString& word, const psString& next, iterator position) {
     psCommandKey entry;
-    if (!entry.setArg(word, next))
+    if (!entry.setArg(word, next)) {
         return false;
+    }
     insert(position, entry);
     return true;
 }
@@ -76,14 +82,16 @@ bool psCommandList::insertArg(const psString& word, const psString& next, iterat
 // of many lines would be copied over and over if it grew line by line.
 static psString joinLines(const psStringList& lines) {
     int length = 0;
-    for (const psString& line : lines)
+    for (const psString& line : lines) {
         length += line.length() + 1;
+    }
     psString text;
     text.resize(length, ' ');
     int position = 0;
     for (const psString& line : lines) {
-        for (int i = 0; i < line.length(); i++)
+        for (int i = 0; i < line.length(); ++i) {
             text.at(position + i) = line[i] ? line[i] : ' '; // a zero byte would hide the rest
+        }
         position += line.length() + 1;
     }
     return text;
@@ -93,10 +101,12 @@ bool psCommandList::insertFromFile(const psString& file, iterator position) {
     i_stream in(file);
     psStringList lines;
     psString line;
-    while (in.getline(line))
+    while (in.getline(line)) {
         lines.append(line);
-    if (in.failed())
+    }
+    if (in.failed()) {
         return false;
+    }
     insertArgs(joinLines(lines), position);
     return true;
 }
@@ -121,9 +131,11 @@ bool psCommandList::isKey(char key) const {
 }
 
 bool psCommandList::getArg(char key, psString& arg) const {
-    for (const psCommandKey& entry : *this)
-        if (entry.getArg(key, arg))
+    for (const psCommandKey& entry : *this) {
+        if (entry.getArg(key, arg)) {
             return true;
+        }
+    }
     return false;
 }
 

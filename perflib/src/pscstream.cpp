@@ -16,8 +16,9 @@ psCStream::~psCStream() {
 
 bool psCStream::addStream(const psString& name, bool append) {
     o_stream* const stream = createOStream(name, append);
-    if (stream)
+    if (stream) {
         addStream(stream);
+    }
     return stream != nullptr;
 }
 
@@ -30,18 +31,21 @@ static bool isColumn(int i) {
 }
 
 void psCStream::setColm(int i, const psString& text) {
-    if (isColumn(i))
+    if (isColumn(i)) {
         m_cells[i] = text;
+    }
 }
 
 void psCStream::setNextColm(const psString& text) {
-    if (isColumn(m_nextColumn))
+    if (isColumn(m_nextColumn)) {
         m_cells[m_nextColumn++] = text;
+    }
 }
 
 bool psCStream::getColm(int i, psString& text) const {
-    if (!isColumn(i))
+    if (!isColumn(i)) {
         return false;
+    }
     text = m_cells[i];
     return true;
 }
@@ -53,9 +57,11 @@ void psCStream::skipToColm(int i) {
 // A cell as it may stand in a line: what would end the cell or the line becomes a blank.
 static psString cellText(const psString& cell) {
     psString text = cell;
-    for (int i = 0; i < text.length(); i++)
-        if (text[i] == ',' || text[i] == '\n' || text[i] == '\r')
+    for (int i = 0; i < text.length(); ++i) {
+        if (text[i] == ',' || text[i] == '\n' || text[i] == '\r') {
             text.at(i) = ' ';
+        }
+    }
     return text;
 }
 
@@ -63,9 +69,10 @@ static psString cellText(const psString& cell) {
 psString psCStream::lineText(int columns) const {
     const int count = std::clamp(columns == 0 ? m_nextColumn : columns, 1, maxColumns);
     psString line;
-    for (int i = 0; i < count; i++) {
-        if (i > 0)
+    for (int i = 0; i < count; ++i) {
+        if (i > 0) {
             line += ',';
+        }
         const bool filled = i < m_nextColumn && !m_cells[i].empty();
         line += filled ? cellText(m_cells[i]) : psString("-");
     }
@@ -76,36 +83,43 @@ psString psCStream::lineText(int columns) const {
 void psCStream::lineOut(int columns) {
     tableOut(columns);
     m_lineCount++;
-    if (m_identicalColumns > 0)
-        for (int i = 0; i < maxColumns; i++)
+    if (m_identicalColumns > 0) {
+        for (int i = 0; i < maxColumns; ++i) {
             m_collected[i].append(m_cells[i]);
+        }
+    }
     tableFlush();
 }
 
 void psCStream::tableOut(int columns) {
-    if (m_streams.empty())
+    if (m_streams.empty()) {
         return;
+    }
     const psString line = lineText(columns);
-    for (o_stream* stream : m_streams)
-        if (!stream->writeWhole(line))
+    for (o_stream* stream : m_streams) {
+        if (!stream->writeWhole(line)) {
             g_ostrm.reportFailure(*stream);
+        }
+    }
 }
 
 void psCStream::tableFlush() {
-    for (psString& cell : m_cells)
+    for (psString& cell : m_cells) {
         cell = "";
+    }
     m_nextColumn = 0;
 }
 
 void psCStream::linePostpone() {
-    for (int i = 0; i < maxColumns; i++)
+    for (int i = 0; i < maxColumns; ++i) {
         m_postponed[i].append(m_cells[i]);
+    }
     tableFlush();
 }
 
 void psCStream::linePostponeOut(int columns) {
     while (!m_postponed[0].empty()) {
-        for (int i = 0; i < maxColumns; i++) {
+        for (int i = 0; i < maxColumns; ++i) {
             m_cells[i] = m_postponed[i].front();
             m_postponed[i].erase(m_postponed[i].begin());
         }
@@ -115,36 +129,43 @@ void psCStream::linePostponeOut(int columns) {
 }
 
 void psCStream::flush() {
-    for (o_stream* stream : m_streams)
-        if (!stream->flush())
+    for (o_stream* stream : m_streams) {
+        if (!stream->flush()) {
             g_ostrm.reportFailure(*stream);
+        }
+    }
 }
 
 void psCStream::close() {
     flush();
-    for (o_stream* stream : m_streams)
+    for (o_stream* stream : m_streams) {
         delete stream;
+    }
     m_streams.clear();
 }
 
 void psCStream::identicalLinesStart(int columns) {
     m_identicalColumns = std::clamp(columns, 0, maxColumns);
-    for (psStringList& column : m_collected)
+    for (psStringList& column : m_collected) {
         column.clear();
+    }
 }
 
 bool psCStream::identicalLinesStop() {
-    if (m_identicalColumns == 0 || m_collected[0].empty())
+    if (m_identicalColumns == 0 || m_collected[0].empty()) {
         return false;
+    }
     const bool found = identicalLinesCheck();
     identicalLinesStart(0);
     return found;
 }
 
 bool psCStream::identicalColms(const psString* a, const psString* b, int n) {
-    for (int i = 0; i < n; i++)
-        if (!(a[i] == b[i]))
+    for (int i = 0; i < n; ++i) {
+        if (!(a[i] == b[i])) {
             return false;
+        }
+    }
     return true;
 }
 
@@ -166,8 +187,9 @@ struct LinePair {
 static LinePair firstIdenticalPair(psList<Line>& lines, int columns) {
     lines.sort([columns](const Line& a, const Line& b) {
         int difference = 0;
-        for (int i = 0; i < columns && difference == 0; i++)
+        for (int i = 0; i < columns && difference == 0; ++i) {
             difference = a.cells[i].compare(b.cells[i]);
+        }
         return difference < 0;
     });
     LinePair best = {0, 0};
@@ -175,8 +197,9 @@ static LinePair firstIdenticalPair(psList<Line>& lines, int columns) {
     for (const Line& line : lines) {
         const bool equal =
             previous && psCStream::identicalColms(previous->cells, line.cells, columns);
-        if (equal && (best.first == 0 || previous->number < best.first))
+        if (equal && (best.first == 0 || previous->number < best.first)) {
             best = {previous->number, line.number};
+        }
         previous = &line;
     }
     return best;
@@ -185,16 +208,19 @@ static LinePair firstIdenticalPair(psList<Line>& lines, int columns) {
 bool psCStream::identicalLinesCheck() const {
     psList<Line> lines;
     int number = m_lineCount - m_collected[0].count();
-    for (const psString& cell : m_collected[0])
+    for (const psString& cell : m_collected[0]) {
         lines.append({++number, {cell}});
-    for (int i = 1; i < m_identicalColumns; i++) {
+    }
+    for (int i = 1; i < m_identicalColumns; ++i) {
         auto line = lines.begin();
-        for (const psString& cell : m_collected[i])
+        for (const psString& cell : m_collected[i]) {
             (line++)->cells[i] = cell;
+        }
     }
     const LinePair pair = firstIdenticalPair(lines, m_identicalColumns);
-    if (pair.first == 0)
+    if (pair.first == 0) {
         return false;
+    }
     g_ostrm << PS_WARN << " Performance table note:\n"
             << " Lines " << pair.first << " & " << pair.second << " have identical parameters\n"
             << PS_END_FLUSH;
@@ -202,9 +228,10 @@ bool psCStream::identicalLinesCheck() const {
 }
 
 psCStream& operator<<(psCStream& table, const psString& text) {
-    if (text == "\n")
+    if (text == "\n") {
         table.lineOut(0);
-    else
+    } else {
         table.setNextColm(text);
+    }
     return table;
 }

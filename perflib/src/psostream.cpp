@@ -14,12 +14,14 @@ PS_INIT_FIRST psOStream g_ostrm;
 // what is meant for the console would go into a log or a table. A file that refuses the wanted
 // direction takes its place, so that it still fails as a closed one does.
 static void holdStandardFiles() {
-    for (int file = STDIN_FILENO; file <= STDERR_FILENO; file++) {
-        if (fcntl(file, F_GETFD) != -1)
+    for (int file = STDIN_FILENO; file <= STDERR_FILENO; ++file) {
+        if (fcntl(file, F_GETFD) != -1) {
             continue;
+        }
         const int held = open("/dev/null", file == STDIN_FILENO ? O_WRONLY : O_RDONLY);
-        if (held != file && held >= 0)
+        if (held != file && held >= 0) {
             close(held);
+        }
     }
 }
 
@@ -40,9 +42,11 @@ psOStream::~psOStream() {
 }
 
 void psOStream::addConsole() {
-    for (const o_stream* stream : m_streams)
-        if (!stream->isNamedFile())
+    for (const o_stream* stream : m_streams) {
+        if (!stream->isNamedFile()) {
             return;
+        }
+    }
     holdStandardFiles();
     ignoreWriteSignals();
     // Every line appears when it is written, also through a pipe: the reader of the console sees
@@ -53,8 +57,9 @@ void psOStream::addConsole() {
 
 bool psOStream::addStream(const psString& name, bool append) {
     o_stream* const stream = createOStream(name, append);
-    if (stream)
+    if (stream) {
         addStream(stream);
+    }
     return stream != nullptr;
 }
 
@@ -64,8 +69,9 @@ void psOStream::addStream(o_stream* stream) {
 
 void psOStream::close() {
     flush();
-    for (o_stream* stream : m_streams)
+    for (o_stream* stream : m_streams) {
         delete stream;
+    }
     m_streams.clear();
 }
 
@@ -84,28 +90,34 @@ void psOStream::restoreMsgLevel() {
 }
 
 bool psOStream::beginMessage(MessageLevel level) {
-    if (level > m_outLevel)
+    if (level > m_outLevel) {
         return false;
+    }
     setMsgLevel(level);
     return true;
 }
 
 void psOStream::write(const psString& text) {
-    if ((m_msgLevel & m_outLevel) == 0 || text.empty())
+    if ((m_msgLevel & m_outLevel) == 0 || text.empty()) {
         return;
+    }
     m_midLine = text[text.length() - 1] != '\n';
     psList<const o_stream*> failed;
-    for (o_stream* stream : m_streams)
-        if (!stream->write(text))
+    for (o_stream* stream : m_streams) {
+        if (!stream->write(text)) {
             failed.append(stream);
+        }
+    }
     reportFailures(failed);
 }
 
 void psOStream::flush() {
     psList<const o_stream*> failed;
-    for (o_stream* stream : m_streams)
-        if (!stream->flush())
+    for (o_stream* stream : m_streams) {
+        if (!stream->flush()) {
             failed.append(stream);
+        }
+    }
     reportFailures(failed);
 }
 
@@ -118,15 +130,18 @@ void psOStream::reportFailure(const o_stream& failed) {
 // A stream that fails while it is told of another one's failure joins the list being walked.
 // Every stream fails once at most, so the walk ends.
 void psOStream::reportFailures(psList<const o_stream*>& failed) {
-    if (!accepts(PS_ERR))
+    if (!accepts(PS_ERR)) {
         return;
+    }
     for (const o_stream* culprit : failed) {
         const psString text =
             (m_midLine ? "\n" : "") + psCantWriteText(culprit->name(), culprit->failure());
         m_midLine = false;
-        for (o_stream* stream : m_streams)
-            if (!stream->write(text) || !stream->flush())
+        for (o_stream* stream : m_streams) {
+            if (!stream->write(text) || !stream->flush()) {
                 failed.append(stream);
+            }
+        }
     }
 }
 
@@ -145,8 +160,9 @@ psOStream& operator<<(psOStream& out, MessageLevel level) {
         return out;
     }
     out.restoreMsgLevel();
-    if (level == PS_END_FLUSH)
+    if (level == PS_END_FLUSH) {
         out.flush();
+    }
     return out;
 }
 

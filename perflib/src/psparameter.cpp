@@ -9,9 +9,13 @@ psParameter::psParameter(const psString& name, const psString& promptName) {
     setName(name, promptName);
 }
 
-void psParameter::reset() { resetIterator(); }
+void psParameter::reset() {
+    resetIterator();
+}
 
-psString psParameter::description() const { return m_name + " = " + defaultString(); }
+psString psParameter::description() const {
+    return m_name + " = " + defaultString();
+}
 
 psString psParameter::prompt() const {
     const psString valid = validString();
@@ -23,7 +27,9 @@ bool psParameter::firstValue() {
     return nextValue();
 }
 
-void psParameter::setDeprecatedFlag(bool) { m_deprecated = false; }
+void psParameter::setDeprecatedFlag(bool) {
+    m_deprecated = false;
+}
 
 void psParameter::setDeprecated(const psString& text) {
     m_deprecated = true;
@@ -57,7 +63,9 @@ void psParameter::toCStream(psCStream& table) const {
     putCell(table, text);
 }
 
-void psParameter::nameToCStream(psCStream& table) const { putCell(table, m_name); }
+void psParameter::nameToCStream(psCStream& table) const {
+    putCell(table, m_name);
+}
 
 void psParameter::putCell(psCStream& table, const psString& text) const {
     const int column = colmIndex();

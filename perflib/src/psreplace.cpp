@@ -34,8 +34,9 @@ bool psReplacement::isPossible(const psString& name) {
             errno = S_ISDIR(status.st_mode) ? EISDIR : EINVAL;
             return false;
         }
-        if (access(target.c_str(), R_OK | W_OK) != 0)
+        if (access(target.c_str(), R_OK | W_OK) != 0) {
             return false;
+        }
     } else if (errno != ENOENT || name.empty()) {
         return false;
     }
@@ -44,30 +45,35 @@ bool psReplacement::isPossible(const psString& name) {
 
 psReplacement::psReplacement(const psString& name) : m_target(resolve(name)) {
     // Also keeps a device from being replaced by a file.
-    if (!check(isPossible(name)))
+    if (!check(isPossible(name))) {
         return;
+    }
     psString temporary = directoryOf(m_target) + ".new-XXXXXX";
     const int file = mkstemp(&temporary.at(0));
-    if (!check(file >= 0))
+    if (!check(file >= 0)) {
         return;
+    }
     m_temporary = temporary;
     m_file = fdopen(file, "w");
-    if (!check(m_file != nullptr))
+    if (!check(m_file != nullptr)) {
         close(file);
-    else
+    } else {
         copyAttributes();
+    }
 }
 
 psReplacement::~psReplacement() {
-    if (m_file)
+    if (m_file) {
         fclose(m_file);
+    }
     removeTemporary();
 }
 
 // Remembers the reason of the first step that failed.
 bool psReplacement::check(bool done) {
-    if (!done && m_failure == 0)
+    if (!done && m_failure == 0) {
         m_failure = errno ? errno : EIO;
+    }
     return done;
 }
 
@@ -76,20 +82,23 @@ void psReplacement::copyAttributes() {
     const bool exists = stat(m_target.c_str(), &old) == 0;
     // Only a privileged process can give a file away; for others the new one is their own. The
     // owner goes first, as changing it takes permissions away.
-    if (exists && fchown(fileno(m_file), old.st_uid, old.st_gid) != 0)
+    if (exists && fchown(fileno(m_file), old.st_uid, old.st_gid) != 0) {
         errno = 0;
+    }
     check(fchmod(fileno(m_file), exists ? old.st_mode & 07777 : newFileMode()) == 0);
 }
 
 void psReplacement::removeTemporary() {
-    if (!m_temporary.empty())
+    if (!m_temporary.empty()) {
         unlink(m_temporary.c_str());
+    }
     m_temporary = "";
 }
 
 void psReplacement::write(const psString& text) {
-    if (m_failure != 0)
+    if (m_failure != 0) {
         return;
+    }
     const size_t length = static_cast<size_t>(text.length());
     check(fwrite(text.c_str(), 1, length, m_file) == length);
 }
@@ -97,13 +106,15 @@ void psReplacement::write(const psString& text) {
 // The order matters: the content must be on the disk before the name leads to it, or a power
 // failure could leave an empty file under it.
 bool psReplacement::commit() {
-    if (m_failure != 0)
+    if (m_failure != 0) {
         return false;
+    }
     const bool onDisk = check(fflush(m_file) == 0) && check(fsync(fileno(m_file)) == 0);
     const bool closed = check(fclose(m_file) == 0);
     m_file = nullptr;
-    if (!onDisk || !closed || !check(rename(m_temporary.c_str(), m_target.c_str()) == 0))
+    if (!onDisk || !closed || !check(rename(m_temporary.c_str(), m_target.c_str()) == 0)) {
         return false;
+    }
     m_temporary = "";
     return true;
 }

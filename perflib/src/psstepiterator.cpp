@@ -6,7 +6,9 @@ namespace {
     throw psException(psString("Conflict between iterator limits and operation"));
 }
 
-bool isOperation(char c) { return c == PS_STEP_ADD || c == PS_STEP_SUB || c == PS_STEP_MUL; }
+bool isOperation(char c) {
+    return c == PS_STEP_ADD || c == PS_STEP_SUB || c == PS_STEP_MUL;
+}
 
 // An empty field counts as bad, unlike an empty option value: a step left out would otherwise
 // become 0 and the iteration endless.
@@ -111,7 +113,9 @@ psString psStepIterator<int>::description() const {
     return text;
 }
 
-psString psStepIterator<int>::prompt() const { return "for " + promptName(); }
+psString psStepIterator<int>::prompt() const {
+    return "for " + promptName();
+}
 
 bool psStepIterator<int>::nextValue() {
     if (!isProgression()) {

@@ -10,10 +10,12 @@
 
 psString psOpenModeText(int mode) {
     psString text = "r";
-    if (mode & PS_OPEN_WRITE)
+    if (mode & PS_OPEN_WRITE) {
         text = mode & PS_OPEN_APPEND ? "a" : "w";
-    if (mode & PS_OPEN_BINARY)
+    }
+    if (mode & PS_OPEN_BINARY) {
         text += 'b';
+    }
     return text;
 }
 
@@ -24,8 +26,9 @@ static bool isDirectory(FILE* file) {
 }
 
 static FILE* openFile(const psString& name, int mode) {
-    if (name.empty())
+    if (name.empty()) {
         return nullptr;
+    }
     FILE* const file = fopen(name.c_str(), psOpenModeText(mode).c_str());
     if (file && isDirectory(file)) {
         fclose(file);
@@ -36,17 +39,19 @@ static FILE* openFile(const psString& name, int mode) {
 
 void psReportOpenFailure(const psString& name, int mode) {
     g_ostrm << PS_ERR;
-    if (name.empty())
+    if (name.empty()) {
         g_ostrm << "-- Can't open file. Wrong filename (NULL) ";
-    else
+    } else {
         g_ostrm << "-- Can't open file " << name;
+    }
     g_ostrm << (mode & PS_OPEN_WRITE ? " to write" : " to read") << "\n" << PS_END_FLUSH;
 }
 
 io_stream::io_stream(const psString& name, int mode, bool report)
     : m_file(openFile(name, mode)), m_mode(mode | PS_OPEN_FILE), m_name(name) {
-    if (!m_file && report)
+    if (!m_file && report) {
         psReportOpenFailure(name, mode);
+    }
 }
 
 io_stream::~io_stream() {
@@ -54,8 +59,9 @@ io_stream::~io_stream() {
 }
 
 void io_stream::close() {
-    if (m_file)
+    if (m_file) {
         fclose(m_file);
+    }
     m_file = nullptr;
 }
 
@@ -75,8 +81,9 @@ bool i_stream::getline(psString& line) {
 }
 
 int i_stream::read(void* buffer, int length) {
-    if (!m_file || length <= 0)
+    if (!m_file || length <= 0) {
         return 0;
+    }
     return static_cast<int>(fread(buffer, 1, static_cast<size_t>(length), m_file));
 }
 
@@ -88,13 +95,14 @@ o_stream::o_stream(const psString& name, int mode, bool report)
     : io_stream(name, mode | PS_OPEN_WRITE, report) {}
 
 FILE* o_stream::target() const {
-    if (m_failure)
+    if (m_failure) {
         return nullptr;
+    }
     return m_file || isNamedFile() ? m_file : stdout;
 }
 
-// What the file still buffers is dropped, or closing it would put the end of a lost text behind
-// a gap.
+// What the file still buffers is dropped: a library that keeps it would put the end of a lost
+// text into the file when it is closed.
 bool o_stream::fail() {
     FILE* const file = target();
     m_failure = errno ? errno : EIO;
@@ -104,8 +112,9 @@ bool o_stream::fail() {
 
 bool o_stream::write(const psString& text) {
     FILE* const file = target();
-    if (!file)
+    if (!file) {
         return true;
+    }
     clearerr(file); // standard output may carry the failure of another stream
     fwrite(text.c_str(), 1, static_cast<size_t>(text.length()), file);
     // Not the count: it is full also when the flush of a line-buffered file failed.
@@ -119,26 +128,31 @@ bool o_stream::flush() {
 
 bool o_stream::writeWhole(const psString& text) {
     FILE* const file = target();
-    if (!file)
+    if (!file) {
         return true;
-    if (!flush())
+    }
+    if (!flush()) {
         return false;
+    }
     struct stat before;
     const bool canCut = fstat(fileno(file), &before) == 0 && S_ISREG(before.st_mode);
     const bool whole = write(text) && flush();
-    if (!whole && canCut && ftruncate(fileno(file), before.st_size) != 0)
+    if (!whole && canCut && ftruncate(fileno(file), before.st_size) != 0) {
         m_failure = errno; // worse than the first reason: a torn line stays
+    }
     // Another stream may go on writing to the same standard output, behind the cut.
-    if (!whole && canCut)
+    if (!whole && canCut) {
         lseek(fileno(file), 0, SEEK_END);
+    }
     return whole;
 }
 
 o_stream* createOStream(const psString& name, bool append) {
     const int mode = PS_OPEN_WRITE | PS_OPEN_FILE | (append ? PS_OPEN_APPEND : 0);
     o_stream* const stream = new o_stream(name, mode);
-    if (stream->isOpen())
+    if (stream->isOpen()) {
         return stream;
+    }
     delete stream;
     return nullptr;
 }

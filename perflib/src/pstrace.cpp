@@ -22,14 +22,16 @@ const psString& psTrace::label() const {
 }
 
 void psTrace::unwind(int depth) {
-    while (!m_labels.empty() && m_labels.count() > depth)
+    while (!m_labels.empty() && m_labels.count() > depth) {
         m_labels.removeBack();
+    }
 }
 
 // Flushed, as the last trace line is what tells where a measured function brought the run down.
 void psTrace::line(const char* what, const psString& label, int depth) const {
-    if (!g_ostrm.accepts(PS_TRACE))
+    if (!g_ostrm.accepts(PS_TRACE)) {
         return;
+    }
     psString text;
     text.resize(depth, '*');
     g_ostrm << PS_TRACE << text + "*****" + what + label + "\n" << PS_END_FLUSH;
@@ -41,6 +43,7 @@ psTraceScope::psTraceScope(const char* label)
 }
 
 psTraceScope::~psTraceScope() {
-    if (std::uncaught_exceptions() == m_exceptions)
+    if (std::uncaught_exceptions() == m_exceptions) {
         g_trace.traceOut(m_label);
+    }
 }

@@ -1,0 +1,55 @@
+#include "pscpuid.h"
+
+#include <string.h>
+
+#include <ntkcore.h>
+
+namespace {
+
+constexpr unsigned extendedLeaves = 0x80000000;
+
+bool ask(psCpuidReader read, unsigned leaf, unsigned subleaf, unsigned (&registers)[4]) {
+    unsigned words[4] = {leaf, 0, subleaf, 0};
+    const bool answered = read(words);
+    for (int i = 0; i < 4; ++i) {
+        registers[i] = answered ? words[i] : 0;
+    }
+    return answered;
+}
+
+// The first leaf of a range tells the last one in EAX; an answer outside the range is none.
+unsigned lastOfRange(psCpuidReader read, unsigned firstLeaf) {
+    unsigned registers[4];
+    ask(read, firstLeaf, 0, registers);
+    const bool inRange = (registers[0] & extendedLeaves) == firstLeaf;
+    return inRange ? registers[0] : 0;
+}
+
+} // namespace
+
+bool psReadCpuid(unsigned registers[4]) {
+    Ntk64u marker;
+    static_assert(sizeof marker == sizeof NTK_GET_INFO_MARKER - 1);
+    memcpy(&marker, NTK_GET_INFO_MARKER, sizeof marker);
+    return ntkGetCpuFeatures(&marker, registers) >= 0;
+}
+
+CPUID::CPUID(unsigned leaf, unsigned subleaf, psCpuidReader read) {
+    const unsigned largest = leaf < extendedLeaves ? largestLeaf(read) : largestExtendedLeaf(read);
+    if (leaf <= largest) {
+        m_hasData = ask(read, leaf, subleaf, m_registers);
+    }
+}
+
+unsigned CPUID::getBits(Register reg, int high, int low) const {
+    const unsigned above = high == 31 ? 0 : ~0u << (high + 1);
+    return (m_registers[reg] & ~above) >> low;
+}
+
+unsigned CPUID::largestLeaf(psCpuidReader read) {
+    return lastOfRange(read, 0);
+}
+
+unsigned CPUID::largestExtendedLeaf(psCpuidReader read) {
+    return lastOfRange(read, extendedLeaves);
+}

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "pscpuid.h"
+#include "psstring.h"
+
+// What the harness asks about the machine. Nothing is reported as an error: what cannot be had is
+// empty or 0.
+
+// "Linux (release, version)", as uname tells.
+psString psOS();
+psString psHost();
+// Processors online, at least 1.
+int psGetNumOfProcessors();
+// The processor's own name without leading, trailing and doubled blanks; empty when it has none.
+psString psCpuBrand(psCpuidReader read = psReadCpuid);
+
+// Asks for the size in bytes; a status below or above 0, or a size below 1, is no answer.
+using psCacheSizeQuery = int (*)(int* sizeBytes);
+
+// Bytes of the largest cache: the library's answer, or else what the processor describes in
+// leaf 4; 0 when neither tells.
+int psGetMaxCacheSizeB();
+int psMaxCacheSizeB(psCacheSizeQuery query, psCpuidReader read);

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "pslist.h"
+#include "psstring.h"
+
+class psSession;
+
+// One letter of the command line. The info function describes what the key will do with this
+// argument, for the report of the command line; the apply function does it.
+struct psOption {
+    using Info = psString (*)(const psString& argument);
+    using Apply = void (*)(const psString& argument, psSession* session);
+
+    char key;
+    bool hidden;   // listed only by the help variants "with hidden keys"
+    psString help; // one line per variant of the key, each with its line end; empty: deprecated
+    Info info;
+    Apply apply;
+    psString detail; // for the extended help; may be empty
+};
+
+// The table in the order in which help lists it.
+class psOptionList : public psList<psOption> {
+public:
+    void initOption(char key, const psString& help, psOption::Info info, psOption::Apply apply,
+                    const psString& detail, bool hidden = false);
+    psOption* getOption(char key); // null: no such key
+};
+
+// The keys of the harness. Each fills its part of the table, in the order of the help.
+void psInitInputOptions(psOptionList& options);     // B A d i I P
+void psInitOutputOptions(psOptionList& options);    // o O L J r R q Q u U g
+void psInitDirectoryOptions(psOptionList& options); // n p l
+void psInitSelectOptions(psOptionList& options);    // f t m k F
+void psInitMeasureOptions(psOptionList& options);   // Y H W T S C s
+void psInitHelpOptions(psOptionList& options);      // e v @ h c j ?
+
+// The names of "-L" and the levels that they stand for, together.
+int psOutputLevels(const psString& names);

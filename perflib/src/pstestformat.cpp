@@ -1,0 +1,29 @@
+#include "pstestformat.h"
+
+namespace {
+int decimalsOf(double clocks) {
+    int decimals = 0;
+    for (double limit = 100; decimals < 6 && clocks < limit; limit /= 10)
+        decimals++;
+    return decimals;
+}
+} // namespace
+
+psString psFormatClocks(double clocks) {
+    if (clocks <= 0)
+        return "";
+    if (clocks < 0.0001 || clocks > 10000000)
+        return psFormat("%.3e", clocks);
+    return psFormat("%.*f", decimalsOf(clocks), clocks);
+}
+
+psString sFormat(const psString& text, int width) {
+    const int missing = (width < 0 ? -width : width) - text.length();
+    if (missing <= 0)
+        return text;
+    psString blanks;
+    blanks.resize(missing);
+    return width < 0 ? text + blanks : blanks + text;
+}
+
+psString sFormat(double number, int width) { return sFormat(psText(number), width); }
