@@ -18,8 +18,9 @@ class TestDirectory {
 public:
     TestDirectory() { m_made = mkdtemp(m_path.data()) != nullptr; }
     ~TestDirectory() {
-        if (m_made)
+        if (m_made) {
             std::filesystem::remove_all(m_path);
+        }
     }
     const std::string& path() const { return m_path; }
 

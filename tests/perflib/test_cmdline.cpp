@@ -3,6 +3,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cstdlib>
+#include <iterator>
+
 #include <gtest/gtest.h>
 
 #include "files.h"
@@ -11,8 +14,9 @@
 // The entries as "<key>:<argument>|", without the leading blank one.
 static std::string textOf(const psCommandList& list) {
     std::string text;
-    for (const psCommandKey& entry : list)
+    for (const psCommandKey& entry : list) {
         text += std::string(1, entry.key()) + ":" + entry.arg().c_str() + "|";
+    }
     EXPECT_EQ(text.substr(0, 3), " :|");
     return text.substr(3);
 }
@@ -27,7 +31,7 @@ TEST(CommandKey, WordsWithTheirArguments) {
         {"-ifile.ini", "extra", "i:file.ini"},
         {"-f+name", "", "f:+name"},
         {"-f+", "name", "f:+name"},
-        {"-f=", "", "f:="},
+        {"-f=", "name", "f:=name"},
         {"-f-", "name", "f:-name"},
         {"-f+-", "name", "f:+-"},
         {"--", "x", "-:x"},
@@ -114,10 +118,10 @@ TEST(CommandList, AnUnreadableArgumentFileIsNamed) {
     const std::string log = testPath("log.txt");
     g_ostrm.addStream(log.c_str(), false);
     psCommandList list;
-    list.setArgs(("-@/no/file \"-@" + good + "\" -@" + testing::TempDir() + " -@").c_str());
+    list.setArgs(("-@/no/file -@" + testing::TempDir() + " -@ -B \"-@" + good + "\"").c_str());
     EXPECT_FALSE(list.expandFiles());
     g_ostrm.close();
-    EXPECT_EQ(textOf(list), "f:good|");
+    EXPECT_EQ(textOf(list), "B:|f:good|");
     EXPECT_EQ(readFile(log), "-- Can't open file /no/file to read\n"
                              "-- Can't open file " +
                                  testing::TempDir() +

@@ -1,5 +1,6 @@
 #include "psinifile.h"
 
+#include <cerrno>
 #include <csignal>
 #include <cstring>
 #include <sys/stat.h>
@@ -42,8 +43,9 @@ TEST_F(IniFile, LinesAreReadAndWrittenBack) {
         {"[a]\nx=" + million, "\n[a]\nx=" + million + "\n"},
         {"", ""},
     };
-    for (const auto& c : cases)
+    for (const auto& c : cases) {
         EXPECT_EQ(rewritten(c.text), c.written) << c.text.substr(0, 60);
+    }
 }
 
 TEST_F(IniFile, ValuesAreFoundByExactNames) {

@@ -1,5 +1,6 @@
 #include "psostream.h"
 
+#include <cerrno>
 #include <csignal>
 #include <cstring>
 #include <sys/stat.h>
@@ -33,8 +34,9 @@ TEST(OpenMode, TextFollowsTheFlags) {
         int mode;
         const char* text;
     } cases[] = {{1, "r"}, {0x102, "w"}, {0x106, "a"}, {9, "rb"}, {0x10a, "wb"}, {0x10e, "ab"}};
-    for (const auto& c : cases)
+    for (const auto& c : cases) {
         EXPECT_STREQ(psOpenModeText(c.mode).c_str(), c.text) << c.mode;
+    }
 }
 
 TEST(Open, FailureIsReportedWithItsDirection) {
@@ -67,8 +69,9 @@ TEST(InputStream, LinesOfAnyLengthAndContent) {
     const std::string million(1 << 20, 'x');
     const std::string lines[] = {million, "", "with\0zero"s, "return\r", "no line end"};
     std::string text;
-    for (const std::string& line : lines)
+    for (const std::string& line : lines) {
         text += line + (line == lines[4] ? "" : "\n");
+    }
     i_stream in(writeFile(testPath("a name with blanks"), text).c_str());
     psString line = "untouched";
     for (const std::string& expected : lines) {
@@ -125,6 +128,23 @@ TEST(OutputStream, AFailedWholeLineLeavesNoPart) {
     EXPECT_TRUE(stream.writeWhole("dropped\n"));
     stream.close();
     EXPECT_EQ(readFile(name.c_str()), "first line\n");
+}
+
+// A second stream on the same standard output goes on where the last whole line ended.
+TEST(OutputStream, AFailedWholeLineLeavesNoGapOnTheConsole) {
+    std::signal(SIGXFSZ, SIG_IGN);
+    const std::string console = testPath("console");
+    {
+        const StdoutTo redirect(console);
+        o_stream table, text;
+        {
+            const FileSizeLimit limit(20);
+            EXPECT_TRUE(text.write("first line\n"));
+            EXPECT_FALSE(table.writeWhole("a line too long for the disk\n"));
+        }
+        EXPECT_TRUE(text.write(psString("zero\0byte\n", 10)) && text.flush());
+    }
+    EXPECT_EQ(readFile(console), std::string("first line\nzero\0byte\n", 21));
 }
 
 TEST(TextStream, WritesKindsByBit) {
@@ -208,50 +228,50 @@ TEST(TextStream, FailingStreamsAreReportedOnceOnTheOthers) {
     const StdoutTo closedConsole(fullDisk);
     psOStream out;
     out.setOutLevel(7);
-    out.addConsole();
     EXPECT_TRUE(out.addStream(fullDisk, false));
+    out.addConsole();
     EXPECT_TRUE(out.addStream(log.c_str(), false));
-    for (const char* text : {"begin", " end\n", "last\n"})
+    for (const char* text : {"begin", " end\n", "last\n"}) {
         out << PS_NORMAL << text << PS_END_FLUSH;
+    }
     const std::string reason = std::string(": ") + strerror(ENOSPC) + "\n";
     EXPECT_EQ(readFile(log), "begin\n-- Can't write to console" + reason +
                                  "-- Can't write to file /dev/full" + reason + " end\nlast\n");
 }
 
-TEST(TextStream, AClosedPipeEndsTheConsoleOnly) {
+TEST(TextStream, TextLostAtTheEndIsReportedToo) {
     const std::string log = testPath("log.txt");
-    int ends[2];
-    ASSERT_EQ(pipe(ends), 0);
-    fflush(stdout);
-    const int saved = dup(STDOUT_FILENO);
-    dup2(ends[1], STDOUT_FILENO);
-    close(ends[0]);
-    close(ends[1]);
-    {
-        psOStream out;
-        out.addConsole();
-        out.addStream(log.c_str(), false);
-        out << PS_ERR << "a line\n" << PS_END;
-    }
-    dup2(saved, STDOUT_FILENO);
-    close(saved);
-    EXPECT_EQ(readFile(log), "a line\n-- Can't write to console: Broken pipe\n");
+    psOStream out;
+    out.addStream(fullDisk, false);
+    out.addStream(log.c_str(), false);
+    out << PS_ERR << "text\n" << PS_END;
+    out.close();
+    EXPECT_EQ(readFile(log),
+              std::string("text\n-- Can't write to file /dev/full: ") + strerror(ENOSPC) + "\n");
 }
 
-TEST(TextStream, AClosedStandardOutputIsNotTakenByALog) {
+// A console closed from the start must not be taken by the log that is opened next.
+TEST(TextStream, AClosedConsoleLeavesTheLog) {
     const std::string log = testPath("log.txt");
-    fflush(stdout);
-    const int saved = dup(STDOUT_FILENO);
-    close(STDOUT_FILENO);
-    {
-        psOStream out;
-        out.addConsole();
-        out.addStream(log.c_str(), false);
-        out << PS_ERR << "once\n" << PS_END;
+    for (const bool isPipe : {true, false}) {
+        int ends[2];
+        ASSERT_EQ(pipe(ends), 0);
+        fflush(stdout);
+        const int saved = dup(STDOUT_FILENO);
+        isPipe ? dup2(ends[1], STDOUT_FILENO) : close(STDOUT_FILENO);
+        close(ends[0]);
+        close(ends[1]);
+        {
+            psOStream out;
+            out.addConsole();
+            out.addStream(log.c_str(), false);
+            out << PS_ERR << "once\n" << PS_END;
+        }
+        dup2(saved, STDOUT_FILENO);
+        close(saved);
+        const std::string reason = strerror(isPipe ? EPIPE : EBADF);
+        EXPECT_EQ(readFile(log), "once\n-- Can't write to console: " + reason + "\n");
     }
-    dup2(saved, STDOUT_FILENO);
-    close(saved);
-    EXPECT_EQ(readFile(log), "once\n-- Can't write to console: Bad file descriptor\n");
 }
 
 TEST(Trace, LinesShowTheNesting) {

@@ -1,5 +1,6 @@
 #include "pscstream.h"
 
+#include <cerrno>
 #include <cstring>
 
 #include <gtest/gtest.h>
@@ -12,8 +13,9 @@ protected:
     Table() { m_table.addStream(m_path.c_str(), false); }
 
     void fill(std::initializer_list<const char*> cells) {
-        for (const char* cell : cells)
+        for (const char* cell : cells) {
             m_table << cell;
+        }
     }
     std::string text() const { return readFile(m_path); }
 
@@ -45,10 +47,12 @@ TEST_F(Table, LinesHaveTheColumnsAskedFor) {
 
 TEST_F(Table, ColumnsBeyondTheLimitAreDropped) {
     std::string line = "0";
-    for (int i = 0; i < 33; i++)
+    for (int i = 0; i < 33; ++i) {
         m_table.setNextColm(psText(i));
-    for (int i = 1; i < 32; i++)
+    }
+    for (int i = 1; i < 32; ++i) {
         line += "," + std::to_string(i);
+    }
     psString cell = "untouched";
     for (const int i : {32, 1000, -1}) {
         m_table.setColm(i, "x");
@@ -64,14 +68,14 @@ TEST_F(Table, ColumnsBeyondTheLimitAreDropped) {
 TEST_F(Table, CellsCountOnlyBelowTheNextColumn) {
     m_table << "a";
     m_table.setColm(2, "c");
-    m_table << "\n";
+    m_table.lineOut(3);
     m_table << "a";
     m_table.setColm(2, "c");
     m_table.skipToColm(3);
     m_table.skipToColm(1); // never back
     m_table << "d"
             << "\n";
-    EXPECT_EQ(text(), "a\na,-,c,d\n");
+    EXPECT_EQ(text(), "a,-,-\na,-,c,d\n");
     EXPECT_EQ(m_table.nextColm(), 0);
 }
 
@@ -101,6 +105,7 @@ TEST_F(Table, TheFirstPairWithEqualParametersIsReported) {
         {2, {{"a", "b"}, {"b", "a"}, {"a", "c"}}, nullptr},
         {1, {{"a"}, {"a"}, {"a"}, {"a"}}, "2 & 3"},
         {1, {{"a"}, {"b"}, {"b"}, {"a"}}, "2 & 5"}, // the earliest first line wins
+        {1, {{"b"}, {"a"}, {"a"}, {"b"}}, "2 & 5"},
         {0, {{"a"}, {"a"}}, nullptr},
         {99, {{"a"}, {"a"}}, "2 & 3"},
         {1, {}, nullptr},
@@ -114,8 +119,9 @@ TEST_F(Table, TheFirstPairWithEqualParametersIsReported) {
               << "\n";
         table.identicalLinesStart(c.columns);
         for (const auto& line : c.lines) {
-            for (const char* cell : line)
+            for (const char* cell : line) {
                 table << cell;
+            }
             table.lineOut(0);
         }
         const bool found = c.pair != nullptr;
@@ -128,13 +134,24 @@ TEST_F(Table, TheFirstPairWithEqualParametersIsReported) {
     }
 }
 
-TEST_F(Table, LinesOutsideTheWatchAreNotCompared) {
-    fill({"a"});
-    m_table.lineOut(0);
+TEST_F(Table, PostponedLinesAreWatchedWhenTheyComeOut) {
     m_table.identicalLinesStart(1);
     fill({"a"});
     m_table.linePostpone();
-    m_table.linePostponeOut(1); // emitted as any other line, so collected
+    m_table.linePostponeOut(1);
+    fill({"a"});
+    m_table.lineOut(0);
+    EXPECT_TRUE(m_table.identicalLinesStop());
+}
+
+TEST_F(Table, LinesOutsideTheWatchAreNotCompared) {
+    fill({"a"});
+    m_table.lineOut(0);
+    for (int watch = 0; watch < 2; ++watch) {
+        m_table.identicalLinesStart(1); // forgets what an earlier watch saw
+        fill({"a"});
+        m_table.lineOut(0);
+    }
     EXPECT_FALSE(m_table.identicalLinesStop());
     fill({"a"});
     m_table.lineOut(0);
@@ -171,8 +188,9 @@ TEST_F(Table, AFullDiskIsReportedOnceAndTheOtherFilesGoOn) {
     g_ostrm.setOutLevel(PS_OUT_PERF);
     g_ostrm.addStream(log.c_str(), false);
     m_table.addStream("/dev/full", false);
-    for (const char* cell : {"one", "two"})
+    for (const char* cell : {"one", "two"}) {
         m_table << cell << "\n";
+    }
     EXPECT_EQ(readFile(log),
               std::string("-- Can't write to file /dev/full: ") + strerror(ENOSPC) + "\n");
     EXPECT_EQ(text(), "one\ntwo\n");
