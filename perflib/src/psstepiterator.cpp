@@ -121,13 +121,7 @@ bool psStepIterator<int>::nextValue() {
     if (!isProgression()) {
         return psIterator<int>::nextValue();
     }
-    long long next = first();
-    if (!beginIteration()) {
-        if (!hasValue()) {
-            return false;
-        }
-        next = m_progression.after(value());
-    }
+    const long long next = beginIteration() ? first() : m_progression.after(value());
     if (!m_progression.contains(next)) {
         return setHasValue(false);
     }

@@ -1,0 +1,368 @@
+#include <cstdio>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "files.h"
+#include "pscstream.h"
+#include "psenum.h"
+#include "psfileiterator.h"
+#include "psistream.h"
+#include "psostream.h"
+#include "psstepiterator.h"
+
+namespace {
+
+enum Hint { hintNone, hintSmall, hintSmart, hintLarge, hintUnnamed };
+
+// What g_ostrm and the table print while this lives.
+class Printed {
+public:
+    Printed() : m_path(testPath("parameters.txt")) {
+        g_ostrm.setOutLevel(PS_OUT_PERF);
+        g_ostrm.addStream(m_path.c_str(), false);
+    }
+    ~Printed() { g_ostrm.close(); }
+    std::string text() const {
+        g_ostrm.flush();
+        return readFile(m_path);
+    }
+
+private:
+    std::string m_path;
+};
+
+// The texts of at most limit values, as an iteration gives them.
+std::string valuesOf(psParameter& parameter, int limit = 20) {
+    std::string text;
+    for (bool more = parameter.firstValue(); more && limit-- > 0; more = parameter.nextValue())
+        text += (text.empty() ? "" : " ") + std::string(parameter.valueString().c_str());
+    return text;
+}
+
+// The message with which the parameter refuses a text; empty when it takes it.
+std::string refusal(psParameter& parameter, const char* text) {
+    try {
+        parameter.translate(text);
+        return "";
+    } catch (const psException& e) {
+        return e.msg();
+    }
+}
+
+void addHints(psMapIterator<Hint>& hint) {
+    hint.init(hintNone, "Hint");
+    hint.resetMap();
+    hint.addMap("None", hintNone);
+    hint.addMap("Small", hintSmall);
+    hint.addMap("SMART", hintSmart);
+    hint.addMap("Large", hintLarge);
+}
+
+} // namespace
+
+TEST(StepIterator, TextGivesItsValues) {
+    const struct {
+        const char *text, *values;
+    } cases[] = {{"16;1024;*2", "16 32 64 128 256 512 1024"},
+                 {"16;1000;*2", "16 32 64 128 256 512"},
+                 {"1;5;+2", "1 3 5"},
+                 {"1;6;+2", "1 3 5"},
+                 {"10;1;-3", "10 7 4 1"},
+                 {"1;10;--3", "1 4 7 10"},
+                 {"10;1;+-4", "10 6 2"},
+                 {"-1;-8;*2", "-1 -2 -4 -8"},
+                 {"7;7;+1", "7"},
+                 {"3;3;*2", "3"},
+                 {" 3 ;9  +3", "3 6 9"},
+                 {"0x10;0X40;*2", "16 32 64"},
+                 {"1;2;3", "1 2 3"},
+                 {"1; 2 ;3;4", "1 2 3 4"},
+                 {"9", "9"},
+                 {"10;1;+0", "10 10 10 10 10 10 10 10 10 10 10 10 10 10 10 10 10 10 10 10"},
+                 {"2147483600;2147483647;+40", "2147483600 2147483640"},
+                 {"1073741824;2147483647;*2", "1073741824"},
+                 {"1000000000;2147483647;*2000000000", "1000000000"},
+                 {"-2147483600;-2147483648;-40", "-2147483600 -2147483640"},
+                 {"-1073741824;-2147483648;*2", "-1073741824 -2147483648"}};
+    for (const auto& c : cases) {
+        psStepIterator<int> length;
+        length.translate(c.text);
+        EXPECT_EQ(valuesOf(length), c.values) << c.text;
+        EXPECT_EQ(valuesOf(length), c.values) << "again: " << c.text;
+    }
+}
+
+TEST(StepIterator, RefusalNamesTheFaultAndKeepsTheProgression) {
+    struct Case {
+        const char* text;
+        std::string message;
+    };
+    std::vector<Case> cases = {{"x;10;+1", "--NTK. Exception: Invalid first value = x"},
+                               {"1;y;+1", "--NTK. Exception: Invalid last value = y"},
+                               {"1;10;+z", "--NTK. Exception: Invalid step = z"},
+                               {"10;1;+", "--NTK. Exception: Invalid step = "},
+                               {"1;2;3;*4", "--NTK. Exception: Invalid value of Length = *4"},
+                               {"1;two", "--NTK. Exception: Invalid value of Length = two"},
+                               {"", "--NTK. Signal: Empty iterator definition"},
+                               {";;", "--NTK. Signal: Empty iterator definition"}};
+    for (const char* const text :
+         {"1;10;-3", "1;10;-1", "10;1;+3", "1;10;+0", "1;10;+-1", "10;1;-0", "7;7;-1", "1;100;*1",
+          "0;100;*2", "-8;100;*2", "8;1;*2", "8;-8;*2", "-8;-1;*2", "-3;-3;*2"})
+        cases.push_back({text, "--NTK. Exception: Conflict between iterator limits and operation"});
+    for (const auto& c : cases) {
+        psStepIterator<int> length;
+        length.init(5, 20, 5, PS_STEP_ADD, "Length");
+        EXPECT_EQ(refusal(length, c.text), c.message) << c.text;
+        EXPECT_EQ(valuesOf(length), "5 10 15 20") << c.text;
+    }
+    psStepIterator<int> length;
+    EXPECT_THROW(length.init(1, 100, 1, PS_STEP_MUL, "Length"), psException);
+    EXPECT_EQ(valuesOf(length), "");
+}
+
+TEST(StepIterator, DescribesItselfInBothModes) {
+    const struct {
+        const char *text, *defaultString, *description;
+    } cases[] = {{"16;64;*2", "16; 64; *2", "for (Length = 16; Length <= 64; Length *= 2)"},
+                 {"10;1;-3", "10; 1; -3", "for (Length = 10; Length >= 1; Length -= 3)"},
+                 {"8;9", "8; 9", "Length = 8; 9"}};
+    for (const auto& c : cases) {
+        psStepIterator<int> length(1, "Length", "number of bytes");
+        length.translate(c.text);
+        EXPECT_STREQ(length.defaultString().c_str(), c.defaultString);
+        EXPECT_STREQ(length.description().c_str(), c.description);
+        EXPECT_STREQ(length.prompt().c_str(), "for number of bytes");
+        EXPECT_EQ(refusal(length, length.defaultString().c_str()), "");
+    }
+    psStepIterator<int> length;
+    length.translate("16;64;*2");
+    EXPECT_EQ(std::vector<int>({length.first(), length.last(), length.step()}),
+              std::vector<int>({16, 64, 2}));
+    EXPECT_EQ(length.operation(), PS_STEP_MUL);
+    length.translate("1;2;3");
+    EXPECT_EQ(length.operation(), PS_STEP_LIST);
+}
+
+TEST(Iteration, HasValueFollowsIt) {
+    psIterator<int> list(0, "list");
+    list.translate("4;5");
+    psStepIterator<int> steps;
+    steps.init(4, 5, 1, PS_STEP_ADD, "steps");
+    for (psIterator<int>* const p : {&list, static_cast<psIterator<int>*>(&steps)}) {
+        EXPECT_FALSE(p->hasValue());
+        EXPECT_EQ(p->value(), 4) << "before the first step";
+        EXPECT_TRUE(p->nextValue() && p->hasValue());
+        EXPECT_EQ(p->value(), 4);
+        EXPECT_TRUE(p->nextValue());
+        EXPECT_FALSE(p->nextValue() || p->hasValue());
+        EXPECT_FALSE(p->nextValue()) << "stays at its end";
+        EXPECT_EQ(p->value(), 5);
+        p->setValue(9);
+        p->reset();
+        EXPECT_FALSE(p->hasValue());
+        EXPECT_EQ(p->value(), 4);
+    }
+}
+
+TEST(Iteration, DefaultIsIteratedOnlyWhileItIsAlone) {
+    psIterator<int> number(3, "number");
+    EXPECT_EQ(valuesOf(number), "3");
+    number.add(7);
+    number.add(8);
+    EXPECT_EQ(valuesOf(number), "7 8");
+    number.init(1, "number");
+    EXPECT_EQ(valuesOf(number), "1");
+    number.translate("5");
+    number.add(6);
+    EXPECT_EQ(valuesOf(number), "5 6");
+
+    psIterator<int> none;
+    EXPECT_FALSE(none.firstValue());
+    psStepIterator<int> undefined;
+    EXPECT_FALSE(undefined.firstValue());
+}
+
+TEST(SingleValue, StandsOnceAndKeepsItsText) {
+    psDefault<int> loops(10, "NumLoops");
+    EXPECT_EQ(valuesOf(loops), "10");
+    loops.translate(" 25 ");
+    EXPECT_EQ(valuesOf(loops), "25");
+    EXPECT_STREQ(loops.description().c_str(), "NumLoops = 25");
+    EXPECT_EQ(refusal(loops, "many"), "--NTK. Exception: Invalid value of NumLoops = many");
+    loops.translate(""); // an empty option value keeps the default
+    EXPECT_EQ(loops.value(), 25);
+    loops.setValue(99);
+    EXPECT_EQ(valuesOf(loops), "25");
+
+    psMapDefault<int> method(3, "Method");
+    method.addMap("Auto", 0);
+    method.addMap("Iterative", 3);
+    EXPECT_STREQ(method.prompt().c_str(), "Method {Auto|Iterative}");
+    EXPECT_STREQ(method.valueString().c_str(), "Iterative");
+    method.translate("aut");
+    EXPECT_EQ(method.value(), 0);
+
+    psDefault_NSC<bool> flag(true, "Flag");
+    flag.translate("no");
+    EXPECT_EQ(valuesOf(flag), "no");
+    EXPECT_NE(refusal(flag, "maybe"), "");
+}
+
+TEST(MapIterator, NamesMayBeAbbreviated) {
+    const struct {
+        const char *text, *values;
+    } cases[] = {{"none", "None"},
+                 {"S", "Small"},
+                 {"sma", "Small"},
+                 {"smar", "SMART"},
+                 {"LARGE; s", "Large Small"},
+                 {"l;n;l", "Large None Large"}};
+    for (const auto& c : cases) {
+        psMapIterator<Hint> hint;
+        addHints(hint);
+        hint.translate(c.text);
+        EXPECT_EQ(valuesOf(hint), c.values) << c.text;
+    }
+    psMapIterator<Hint> hint;
+    addHints(hint);
+    for (const char* const text : {"Smaller", "x", "s;x"})
+        EXPECT_NE(refusal(hint, text), "") << text;
+    EXPECT_EQ(valuesOf(hint), "None");
+    EXPECT_STREQ(hint.valueToString(hintUnnamed).c_str(), "");
+    EXPECT_STREQ(hint.prompt().c_str(), "Hint");
+}
+
+TEST(MapIterator, ValidationListNarrowsTheNames) {
+    psMapIterator<Hint> hint;
+    addHints(hint);
+    psList<Hint> admitted;
+    admitted.append(hintNone);
+    admitted.append(hintLarge);
+    hint.addValidation(&admitted);
+    EXPECT_STREQ(hint.prompt().c_str(), "Hint {None|Large}");
+    EXPECT_EQ(refusal(hint, "Large;Small"), "--NTK. Exception: Invalid value of Hint = Small");
+    EXPECT_EQ(refusal(hint, "L"), "");
+    hint.addValidation(hintSmall);
+    EXPECT_EQ(refusal(hint, "Large;Small"), "");
+    hint.initValidation(); // what is iterated now
+    EXPECT_STREQ(hint.validString().c_str(), "Large|Small");
+    hint.resetValidation();
+    EXPECT_EQ(refusal(hint, "None;SMART"), "");
+}
+
+TEST(Output, TextHasNameAndValue) {
+    psDefault<int> named(4, "Level"), unnamed(5);
+    const Printed printed;
+    g_ostrm << PS_NORMAL;
+    named.toOStream(g_ostrm);
+    unnamed.toOStream(g_ostrm);
+    g_ostrm << PS_END;
+    EXPECT_EQ(printed.text(), "Level=4 ");
+}
+
+TEST(Output, CellShowsValueQuotesOrDeprecation) {
+    psDefault_NSC<psString> name("book1", "File");
+    name.addDeprecated("pic", "old input");
+    name.addDeprecated("book2", "older input");
+    const struct {
+        const char* value;
+        bool quoted, deprecated;
+        const char* cell;
+    } cases[] = {{"book1", false, false, "book1"},     {"book1", true, false, " \"book1\""},
+                 {"book1", false, true, "book1"},      {"book2", true, true, "older input"},
+                 {"book2", true, false, " \"book2\""}, {"", true, false, ""}};
+    for (const auto& c : cases) {
+        name.setValue(c.value);
+        name.setQuoted(c.quoted);
+        name.setDeprecatedFlag(c.deprecated);
+        psCStream table;
+        name.toCStream(table);
+        name.nameToCStream(table);
+        psString cell, header;
+        EXPECT_TRUE(table.getColm(0, cell) && table.getColm(1, header));
+        EXPECT_STREQ(cell.c_str(), c.cell) << c.value << c.quoted << c.deprecated;
+        EXPECT_STREQ(header.c_str(), "File");
+    }
+}
+
+TEST(Output, CellGoesToTheColumnOfTheParameter) {
+    struct Third : psDefault<int> {
+        using psDefault<int>::psDefault;
+        int colmIndex() const override { return 3; }
+    } const third(8, "third");
+    psCStream table;
+    third.toCStream(table);
+    psString cell;
+    table.getColm(3, cell);
+    EXPECT_STREQ(cell.c_str(), "8");
+    table.tableFlush();
+    third.nameToCStream(table);
+    table.getColm(3, cell);
+    EXPECT_STREQ(cell.c_str(), "third");
+}
+
+TEST(Input, TakesGoodDefinitionsAndNamesBadOnes) {
+    const struct {
+        const char *preset, *console; // null: none
+        bool inUse, taken;
+        const char *values, *printed; // printed: a part of it
+    } cases[] = {
+        {"4;8", nullptr, true, true, "4 8", ""},
+        {"4;8", nullptr, false, false, "1 2", ""},
+        {"4;x", nullptr, true, false, "1 2",
+         "--NTK. Exception: Invalid value of Len = x (Len = 4;x is refused, 1; 2 stays)\n"},
+        {"4;x", "6\n", true, false, "1 2", "= x"},
+        {nullptr, nullptr, true, false, "1 2", ""},
+        {nullptr, "7\n", true, true, "7", ""},
+        {nullptr, "\n", true, false, "1 2", ""},
+        {nullptr, "x\n3;1;+1\n9;1;-4\n", true, true, "9 5 1", "Conflict"},
+        {nullptr, "x\n", true, false, "1 2", "Invalid value of Len = x"}};
+    for (const auto& c : cases) {
+        psStepIterator<int> length;
+        length.setName("Len");
+        length.translate("1;2");
+        length.setInUse(c.inUse);
+        psIStream in;
+        FILE* console = nullptr;
+        if (c.preset)
+            in.preset("Len", c.preset);
+        if (c.console) {
+            console = fmemopen(const_cast<char*>(c.console), std::strlen(c.console), "r");
+            in.setIStream(console);
+            in.setAsking(true);
+        }
+        const Printed printed;
+        EXPECT_EQ(length.fromIStream(in), c.taken);
+        EXPECT_EQ(valuesOf(length), c.values);
+        EXPECT_NE(printed.text().find(c.printed), std::string::npos) << printed.text();
+        if (console)
+            fclose(console);
+    }
+}
+
+TEST(FileIterator, ReadsWhatTheLengthRuleAdmits) {
+    psFileIterator file;
+    file.init("", "CodeFile");
+    file.add(writeFile(testPath("code"), std::string(9999, 'c') + "\n").c_str());
+    ASSERT_TRUE(file.firstValue());
+    const struct {
+        int length, divisor, got;
+    } cases[] = {{16384, 0, 10000}, {32768, 2, 0},   {20000, 2, 0}, {19999, 2, 10000},
+                 {10000, 2, 10000}, {4096, 2, 4096}, {100, 3, 100}, {1000000, 0, 10000}};
+    for (const auto& c : cases) {
+        std::vector<char> buffer(static_cast<size_t>(c.length) + 1, '?');
+        EXPECT_EQ(file.readData(buffer.data(), c.length, c.divisor), c.got) << c.length;
+        EXPECT_EQ(buffer.back(), '?') << c.length;
+        EXPECT_EQ(buffer.front(), 'c') << c.length;
+    }
+    file.init("", "CodeFile");
+    file.add("no such file");
+    const Printed printed;
+    ASSERT_TRUE(file.firstValue());
+    char byte = '?';
+    EXPECT_EQ(file.readData(&byte, 1, 0), 0);
+    EXPECT_EQ(printed.text(), "-- Can't open file no such file to read\n");
+}
