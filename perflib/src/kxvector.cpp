@@ -7,7 +7,7 @@
 #include "psalloc.h"
 #include "psostream.h"
 
-// May run at exit, after psFreeAll: psFree then does not know the pointers any more.
+// May run at exit, after psFreeAll.
 kxVector::~kxVector() {
     deleteVector();
 }
@@ -30,7 +30,8 @@ bool kxVector::allocateVector(int len, int n, void* tag) {
         return allocationFailure(bytes);
     }
     const int steps = n > 0 ? n : psGetAlignByByte() ? 1 : item();
-    m_data = psAllocateVector(static_cast<int>(bytes), steps, tag ? tag : this);
+    m_tag = tag ? tag : this;
+    m_data = psAllocateVector(static_cast<int>(bytes), steps, m_tag);
     if (m_data == nullptr) {
         return allocationFailure(bytes);
     }
@@ -62,12 +63,19 @@ bool kxVector::createVectorExt(int len, int n, SetMode mode, double a, double b)
     return true;
 }
 
+// The block may have been released behind the vector's back (at the end of a test that was broken
+// off) and its address given to another vector since: the tag tells.
+bool kxVector::ownsBlock() const {
+    void* tag = nullptr;
+    return psMallocInfo(m_data, nullptr, &tag) && tag == m_tag;
+}
+
 void kxVector::deleteVector() {
-    deleteReservedCopy();
-    if (m_data != nullptr) {
+    if (ownsBlock()) {
+        deleteReservedCopy();
         psFree(m_data);
     }
-    m_data = nullptr;
+    m_data = m_reserved = nullptr;
     m_length = 0;
 }
 

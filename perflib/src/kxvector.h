@@ -106,9 +106,11 @@ public:
 
 private:
     bool allocationFailure(long long bytes) const;
+    bool ownsBlock() const;
 
     kxType m_type = kxUndef;
     int m_length = 0;
     void* m_data = nullptr;
+    void* m_tag = nullptr;
     void* m_reserved = nullptr;
 };

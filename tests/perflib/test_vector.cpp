@@ -71,6 +71,19 @@ TEST(Vector, CreationAndRelease) {
     psFreeAll();
 }
 
+// What a broken-off test held is released for it; its vectors must not take the next owner's data.
+TEST(Vector, AForgottenBlockIsNotReleasedForItsNextOwner) {
+    kxVector forgetful(kx8u), next(kx8u);
+    g_vectorShift = 0;
+    forgetful.createVector(4000);
+    psFree(forgetful.data());
+    g_vectorShift = 0;
+    next.createVector(4000); // the allocator gives the same address
+    forgetful.deleteVector();
+    EXPECT_TRUE(psMallocInfo(next.data()));
+    EXPECT_EQ(forgetful.data(), nullptr);
+}
+
 TEST(Vector, FailuresAreReportedAndLeaveItEmpty) {
     const struct { kxType type; int len; const char* size; } cases[] = {
         {kx64fc, INT_MAX, "34359738352"}, {kx8u, -5, "-5"}, {kxUndef, 4, "0"}};
