@@ -28,6 +28,9 @@ bool psRegSession(psSession* session);
 bool psRegQKeys(); // offers the parameter-name keys "-q" and "-Q"
 // A line of library information for the report titles; an equal line is kept once.
 void psRegLibInfo(const psString& info);
+// A function of the measured library, for the listing of what tests cover; an equal name is kept
+// once.
+void psRegLibFunction(const psString& name);
 // The next parameter column of the performance table has this name. Without any, the table has
 // a few unnamed ones.
 void psRegParmColumn(const psString& name);
@@ -43,6 +46,7 @@ extern psStringList* g_pHotList;
 extern psSession* pSession;
 extern bool qKeys;
 extern psStringList* g_pLibInfo;
+extern psStringList* g_pLibFunctions;
 extern psStringList* g_pParmColumns;
 
 // Entry points of the library's core, filled by the environment hook; those that it leaves empty

@@ -25,14 +25,14 @@ public:
     void startWithCpuTest();
     // Keeps in parms only those that some selected test uses.
     void selectCommonParms(const psConditions& conditions, psList<psParameter*>& parms);
-    // True when any test failed.
+    // True when any test failed. Counts anew.
     bool runTests(const psConditions& conditions);
     void plus(psResult result); // counts one finished test
 
     int tests() const { return m_tests; }
     int notes() const { return m_notes; } // results 2 to 5
     int fails() const { return m_fails; } // results 7 to 10; 6 and 11 are in neither
-    int count(psResult result) const { return m_counts[result]; }
+    int count(psResult result) const { return m_counts[result]; } // result in 0..11
     using psList<psTest*>::count;
 
     void setStartTime(time_t t) { m_startTime = t; }
@@ -44,6 +44,8 @@ public:
     static psTest* m_pCurrentTest; // null between tests
 
 private:
+    void clearCounts();
+
     int m_tests = 0;
     int m_counts[psResultCount] = {};
     int m_notes = 0;

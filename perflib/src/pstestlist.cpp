@@ -1,0 +1,113 @@
+#include "pstestlist.h"
+
+#include "pscacheiterator.h"
+#include "pscond.h"
+#include "psinit.h"
+#include "pstest.h"
+
+PS_INIT_FIRST psString psTestList::m_startFunc;
+psTest* psTestList::m_pCurrentTest = nullptr;
+
+psTestList::~psTestList() {
+    for (psTest*& test : *this) {
+        delete test;
+        test = nullptr;
+    }
+}
+
+void psTestList::sortFunc() {
+    sort([](const psTest* a, const psTest* b) { return a && (!b || a->compareFunc(b) < 0); });
+}
+
+static bool isInformationTest(const psTest* test) {
+    return test && test->functionName().startsWith("_");
+}
+
+void psTestList::startWithCpuTest() {
+    auto front = begin(); // the first of the other tests
+    while (front != end() && isInformationTest(*front)) {
+        ++front;
+    }
+    for (auto i = front; i != end();) {
+        const auto current = i++;
+        if (isInformationTest(*current)) {
+            moveBefore(front, current);
+        }
+    }
+}
+
+// The parameter that a person knows: a cache iterator stands for the one that it scales.
+static const psParameter* knownParm(const psParameter* parm) {
+    const auto* const cache = dynamic_cast<const psCacheIterator*>(parm);
+    return cache ? cache->wrapped() : parm;
+}
+
+// Marks those of parms that the test uses; returns how many were marked newly.
+static int markUsed(const psTest& test, const psList<psParameter*>& parms) {
+    int marked = 0;
+    for (const psParameter* registered : test.parms()) {
+        for (psParameter* parm : parms) {
+            if (parm == knownParm(registered) && !parm->isInUse()) {
+                parm->setInUse(true);
+                ++marked;
+            }
+        }
+    }
+    return marked;
+}
+
+void psTestList::selectCommonParms(const psConditions& conditions, psList<psParameter*>& parms) {
+    int unmarked = 0;
+    for (psParameter* parm : parms) {
+        parm->setInUse(false);
+        ++unmarked;
+    }
+    for (auto i = begin(); i != end() && unmarked > 0; ++i) {
+        if (*i && (*i)->tobeRun(conditions)) {
+            (*i)->startAndStop();
+            unmarked -= markUsed(**i, parms);
+            (*i)->forgetParms();
+        }
+    }
+    for (auto i = parms.begin(); i != parms.end();) {
+        i = (*i)->isInUse() ? std::next(i) : parms.erase(i);
+    }
+}
+
+bool psTestList::runTests(const psConditions& conditions) {
+    clearCounts();
+    for (psTest* test : *this) {
+        if (!test || !test->tobeRun(conditions)) {
+            continue;
+        }
+        if (!m_startFunc.empty() && !test->functionName().contains(m_startFunc)) {
+            continue;
+        }
+        m_startFunc = "";
+        m_pCurrentTest = test;
+        const psResult result = test->run();
+        m_pCurrentTest = nullptr;
+        const bool refused = result == PS_UNDEFINED && test->result() == PS_OK;
+        if (!refused) { // by its section of the settings file
+            plus(result);
+        }
+    }
+    return m_fails > 0;
+}
+
+void psTestList::clearCounts() {
+    m_tests = m_notes = m_fails = 0;
+    for (int& count : m_counts) {
+        count = 0;
+    }
+}
+
+// 6 and 11 are neither notes nor fails: tests raise them where nothing more exact is known.
+void psTestList::plus(psResult result) {
+    ++m_tests;
+    if (result >= 0 && result < psResultCount) {
+        ++m_counts[result];
+    }
+    m_notes += result >= PS_ACCUR_WARN && result <= PS_FUNC_NOTE;
+    m_fails += result >= PS_ACCUR_FAIL && result <= PS_EXCEPTION;
+}
