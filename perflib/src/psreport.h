@@ -10,26 +10,29 @@ class psConditions;
 class psTest;
 class psTestList;
 
-// Frames of the report blocks, and the texts that need no test.
+// Frames of the report blocks, and the texts that need no test. Lines come with their line end.
 class psReportFormat {
 public:
     static psString firstLine();
     static psString lastLine();
     static psString sepLine();
-    // " Label    : value" with the label in 9 characters.
+    // " Label    : value" with the label in 9 characters, no line end.
     static psString getPieceItem(const psString& label, const psString& value);
-    // "hh:mm:ss" of whole seconds; hours may have more digits. From 100 hours on the text
-    // "UNKNOWN (Very large value)".
+    // Such a line for every item.
+    static psString getItems(const psDataList& items);
+    // "hh:mm:ss" of whole seconds; from 100 hours on "UNKNOWN (Very large value)".
     static psString getTimeStr(double seconds);
     // ctime's text without the line end.
     static psString getDateStr(time_t t);
 };
 
-// "NAME, 2 x 2.40 GHz, Max cache size 266240 K": brand or "Unknown CPU", count and frequency
-// where known (0: not), cache where known.
+// "NAME, 2 x 2.40 GHz, Max cache size 266240 K": brand or "Unknown CPU", count, frequency and cache
+// where known (0: not). Without the frequency the count stands in front: "2 x NAME, ...".
 psString psProcessorText(const psString& brand, int processors, int freqMHz, int cacheBytes);
 
-// Processor, OS, computer, library and start time, written before the first test.
+// Processor, OS, computer, library and start time, written before the first test. Always five
+// items, so that the readers of a table know how many lines to skip. Never waits for the
+// processor's frequency.
 class psReportTitle {
 public:
     explicit psReportTitle(const psTestList& tests);
@@ -41,7 +44,7 @@ private:
 psOStream& operator<<(psOStream& out, const psReportTitle& report);
 // One line of two cells per item.
 psCStream& operator<<(psCStream& table, const psReportTitle& report);
-// All items on one line.
+// All items on one line, "label: value" in each cell.
 void psTitleToSummary(psCStream& summary, const psReportTitle& report);
 
 class psReportTestTitle {
@@ -53,6 +56,11 @@ private:
     psDataList m_items;
 };
 psOStream& operator<<(psOStream& out, const psReportTestTitle& report);
+// Writes nothing: the record that follows the test says the same in its columns.
+psCStream& operator<<(psCStream& table, const psReportTestTitle& report);
+
+// The name of a class as the table shows it: without the namespaces around it.
+psString psWithoutNamespaces(const psString& typeName);
 
 // The record of one finished test.
 class psReportTestResult {
@@ -85,14 +93,25 @@ psOStream& operator<<(psOStream& out, const psReportEnd& report);
 psCStream& operator<<(psCStream& table, const psReportEnd& report);
 
 // What "-e" prints: the selected tests; with mode 1 also the library's functions and which of
-// them a test covers, with mode -1 the tests' function names alone.
+// them any test covers, with mode -1 the tests' function names alone, each once.
 class psReportList {
 public:
     psReportList(const psTestList& tests, const psConditions& conditions, int mode);
-    const psStringList& lines() const { return m_lines; }
+    const psStringList& lines() const { return m_lines; } // without line ends
+    const psList<psStringList>& rows() const { return m_rows; }
 
 private:
+    void addTests(const psTestList& tests, const psConditions& conditions);
+    void addFunctions(const psTestList& tests);
+    void addNames(const psTestList& tests, const psConditions& conditions);
+    void addTable(const psList<psStringList>& rows);
+
     psStringList m_lines;
+    psList<psStringList> m_rows; // the same as cells
 };
 psOStream& operator<<(psOStream& out, const psReportList& report);
 psCStream& operator<<(psCStream& table, const psReportList& report);
+
+// The functions worth a test: those of a library without its services (initialisers, allocators,
+// getters and setters), told by their names.
+psStringList createFuncList(const psStringList& names);

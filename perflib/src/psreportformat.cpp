@@ -1,0 +1,64 @@
+#include "psreport.h"
+
+static psString lineOf(char c) {
+    psString line;
+    line.resize(79, c);
+    return line + "\n";
+}
+
+psString psReportFormat::firstLine() {
+    return lineOf('=');
+}
+
+psString psReportFormat::lastLine() {
+    return lineOf('=');
+}
+
+psString psReportFormat::sepLine() {
+    return lineOf('-');
+}
+
+psString psReportFormat::getPieceItem(const psString& label, const psString& value) {
+    return psFormat(" %-9s: %s", label.c_str(), value.c_str());
+}
+
+psString psReportFormat::getItems(const psDataList& items) {
+    psString lines;
+    for (const psDataItem& item : items) {
+        lines += getPieceItem(item.name, item.value) + "\n";
+    }
+    return lines;
+}
+
+psString psReportFormat::getTimeStr(double seconds) {
+    constexpr double tooLarge = 100 * 3600; // the hours have two digits
+    if (seconds >= tooLarge) {
+        return "UNKNOWN (Very large value)";
+    }
+    const int whole = seconds > 0 ? static_cast<int>(seconds) : 0; // the clock was set back
+    return psFormat("%02d:%02d:%02d", whole / 3600, whole / 60 % 60, whole % 60);
+}
+
+psString psReportFormat::getDateStr(time_t t) {
+    const char* const text = ctime(&t); // null for years of five digits
+    psStringList lines;
+    psString(text).parse(lines, "\n");
+    return lines.empty() ? psString() : lines.front();
+}
+
+static psString frequencyText(int freqMHz) {
+    return freqMHz < 1000 ? psFormat("%d MHz", freqMHz) : psFormat("%.2f GHz", freqMHz / 1000.0);
+}
+
+psString psProcessorText(const psString& brand, int processors, int freqMHz, int cacheBytes) {
+    const psString count = processors > 0 ? psText(processors) + " x " : psString();
+    psString text = freqMHz > 0 ? psString() : count;
+    text << (brand.empty() ? "Unknown CPU" : brand);
+    if (freqMHz > 0) {
+        text << ", " << count << frequencyText(freqMHz);
+    }
+    if (cacheBytes > 0) {
+        text << ", Max cache size " << cacheBytes / 1024 << " K";
+    }
+    return text;
+}
