@@ -18,14 +18,15 @@ constexpr Ntk32u wholeSizesLeaf = 0x80000006U;
 // No processor has as many caches; a broken hypervisor may never end its list.
 constexpr Ntk32u maxListedCaches = 32;
 
-// Ways, partitions, line size and sets are each stored less one. The four fields together have up
-// to 10 + 10 + 12 + 32 bits, so the product fits 64.
+// Ways, partitions, line size and sets are each stored less one, in 10, 10, 12 and 32 bits. Their
+// product can reach 2^64; cut at INT_MAX before the last factor it stays below, and is still at
+// least INT_MAX where it was.
 Ntk64u listedCacheBytes(const Registers& r) {
     const Ntk64u ways = (r.ebx >> 22) + 1;
     const Ntk64u partitions = ((r.ebx >> 12) & 0x3ffU) + 1;
     const Ntk64u lineBytes = (r.ebx & 0xfffU) + 1;
     const Ntk64u sets = static_cast<Ntk64u>(r.ecx) + 1;
-    return ways * partitions * lineBytes * sets;
+    return std::min<Ntk64u>(ways * partitions * lineBytes, INT_MAX) * sets;
 }
 
 Ntk64u largestListedBytes(const Processor& processor, Ntk32u leaf) {

@@ -32,8 +32,6 @@ const char* ntkGetStatusString(NtkStatus status) {
             return "The source data are malformed";
         case ntkStsNoProcessorInfo:
             return "The processor does not give this information";
-        case ntkStsNoMemory:
-            return "Out of memory";
         default:
             return status < 0 ? "Unknown error" : "Unknown warning";
     }

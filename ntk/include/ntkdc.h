@@ -129,8 +129,9 @@ NTK_API NtkStatus ntksEncodeLZ4HCHashTableInit_8u(Ntk8u** ppHashTables);
 /* As ntksEncodeLZ4DictSafe_8u, searching longer for shorter blocks.
  * ppHashTables: the hash table, then the chain table.
  * level: 1 (fast) to 12 (smallest), or 0 for the default of 9. Levels from 10 on take about 64 KiB
- *   from the heap for the time of the call.
- * Also returns ntkStsBadValue for another level, ntkStsNoMemory when the heap is exhausted.
+ *   from the heap for the time of the call; without it the block is sound but hardly shorter than
+ *   the source.
+ * Also returns ntkStsBadValue for another level.
  */
 NTK_API NtkStatus ntksEncodeLZ4HC_8u(const Ntk8u* pSrc, int srcIdx, int* pSrcLen, Ntk8u* pDst,
                                      int* pDstLen, Ntk8u** ppHashTables, const Ntk8u* pDict,
@@ -145,7 +146,8 @@ NTK_API NtkStatus ntksEncodeLZ4HC_8u(const Ntk8u* pSrc, int srcIdx, int* pSrcLen
  * Returns ntkStsNoErr; ntkStsNullPtr; ntkStsBadSize when srcLen or *pDstLen is negative;
  * ntkStsDstTooSmall when the block is sound and its data exceed the capacity; ntkStsBadSrcData when
  * it is not a block that decodes without a dictionary, an empty one included. After an error
- * *pDstLen is as it was and the destination undefined up to its capacity.
+ * *pDstLen is as it was and the destination undefined up to its capacity. A match at distance 0,
+ * which the format forbids, is not refused; the bytes that it stands for are undefined.
  */
 NTK_API NtkStatus ntksDecodeLZ4_8u(const Ntk8u* pSrc, int srcLen, Ntk8u* pDst, int* pDstLen);
 

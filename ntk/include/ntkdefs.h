@@ -54,8 +54,7 @@ enum {
     ntkStsBadValue = -5,        /* an argument other than a length is out of its range */
     ntkStsDstTooSmall = -6,     /* the result does not fit the destination */
     ntkStsBadSrcData = -7,      /* the source is not what an encoder writes */
-    ntkStsNoProcessorInfo = -8, /* the processor does not tell what was asked */
-    ntkStsNoMemory = -9         /* the work needs memory that the system does not give */
+    ntkStsNoProcessorInfo = -8  /* the processor does not tell what was asked */
 };
 
 /* What a library says about itself. The texts are constant, never null and hold no comma. */

@@ -21,6 +21,7 @@ constexpr bool anyNull(auto... pointers) {
     return (... || (pointers == nullptr));
 }
 
+// For calls without a dictionary.
 constexpr NtkStatus checkLengths(int srcLen, int capacity) {
     return srcLen < 0 || srcLen > LZ4_MAX_INPUT_SIZE || capacity < 0 ? ntkStsBadSize : ntkStsNoErr;
 }
@@ -33,7 +34,11 @@ struct DictArguments {
     int dictLen;
 };
 
-constexpr NtkStatus checkDictLengths(const DictArguments& d, int srcLen) {
+constexpr NtkStatus checkDictCall(const DictArguments& d, int srcLen, int capacity) {
+    const NtkStatus status = checkLengths(srcLen, capacity);
+    if (status != ntkStsNoErr) {
+        return status;
+    }
     return d.srcIdx < 0 || d.dictLen < 0 || d.srcIdx > INT_MAX - srcLen ? ntkStsBadSize
                                                                         : ntkStsNoErr;
 }

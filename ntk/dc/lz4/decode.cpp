@@ -3,6 +3,9 @@
 // liblz4 checks every length and distance of the block against both buffers, so that the source may
 // come from anywhere. It does not tell why it refuses a block; that is found out afterwards, by a
 // walk over the sequences that adds up what they would decode to.
+//
+// Limit: liblz4 lets a distance of 0 pass and writes undefined bytes for it. To refuse it would
+// take a walk over every block.
 
 #include "ntkdc.h"
 

@@ -24,7 +24,8 @@
 //   a dictionary does.
 // - Wrong indices that pass are harmless: liblz4 compares the bytes they lead to, and what lies
 //   before the dictionary is out of reach by its length.
-// - A call that fails or stops early has fed the stream more than it encoded: the table is disowned.
+// - A call that fails or stops early has fed the stream more than it encoded: the table is
+//   disowned.
 //
 // Limits: sources of up to 0x7e000000 bytes, positions up to INT_MAX, dictionaries of which the
 // last 65536 bytes count.
@@ -81,34 +82,13 @@ int encodeAlone(HashTable& table, const Ntk8u* src, int srcLen, Ntk8u* dst, int 
     return LZ4_compress_fast_extState(&table.stream, chars(src), chars(dst), srcLen, capacity, 1);
 }
 
-// Ends a call that stops at a full destination, of which the encoder has made a block of the given
-// length or, with 0, failed.
-NtkStatus finishSafe(int length, const Window& window, int* pSrcLen, Ntk8u* pDst, int* pDstLen) {
-    if (length > 0) {
-        *pDstLen = length;
-        return ntkStsNoErr;
-    }
-    if (*pDstLen == 0) {
-        return ntkStsDstTooSmall;
-    }
-    const Filled filled = fillDestination(window, pDst, static_cast<std::size_t>(*pDstLen));
-    const bool isWhole = filled.srcBytes == window.srcLen;
-    *pSrcLen = static_cast<int>(filled.srcBytes);
-    *pDstLen = static_cast<int>(filled.blockBytes);
-    return isWhole ? ntkStsNoErr : ntkStsDstFull;
-}
-
+// Ends a call that encodes the whole source or fails.
 NtkStatus finishWhole(int length, int* pDstLen) {
     if (length == 0) {
         return ntkStsDstTooSmall;
     }
     *pDstLen = length;
     return ntkStsNoErr;
-}
-
-NtkStatus checkDictCall(const DictArguments& d, int srcLen, int capacity) {
-    const NtkStatus status = checkLengths(srcLen, capacity);
-    return status != ntkStsNoErr ? status : checkDictLengths(d, srcLen);
 }
 
 NtkStatus makeEmpty(Ntk8u* pHashTable, int srcLen) {
@@ -169,9 +149,8 @@ NtkStatus ntksEncodeLZ4Safe_8u(const Ntk8u* pSrc, int* pSrcLen, Ntk8u* pDst, int
         return encodeEmpty(pDst, pDstLen);
     }
     auto& table = tableIn<HashTable>(pHashTable);
-    const Window window{pSrc, static_cast<std::size_t>(*pSrcLen), nullptr, 0};
-    return finishSafe(encodeAlone(table, pSrc, *pSrcLen, pDst, *pDstLen), window, pSrcLen, pDst,
-                      pDstLen);
+    const int length = encodeAlone(table, pSrc, *pSrcLen, pDst, *pDstLen);
+    return finishSafe(length, windowOf({0, nullptr, 0}, pSrc, *pSrcLen), pSrcLen, pDst, pDstLen);
 }
 
 NtkStatus ntksEncodeLZ4Dict_8u(const Ntk8u* pSrc, int srcIdx, int srcLen, Ntk8u* pDst,
@@ -206,8 +185,6 @@ NtkStatus ntksEncodeLZ4DictSafe_8u(const Ntk8u* pSrc, int srcIdx, int* pSrcLen, 
         return encodeEmpty(pDst, pDstLen);
     }
     auto& table = tableIn<HashTable>(pHashTable);
-    const Window window{pSrc, static_cast<std::size_t>(*pSrcLen),
-                        dictLen > 0 ? pDict + dictLen : nullptr, static_cast<std::size_t>(dictLen)};
-    return finishSafe(encodeWithDictionary(table, d, pSrc, *pSrcLen, pDst, *pDstLen), window,
-                      pSrcLen, pDst, pDstLen);
+    const int length = encodeWithDictionary(table, d, pSrc, *pSrcLen, pDst, *pDstLen);
+    return finishSafe(length, windowOf(d, pSrc, *pSrcLen), pSrcLen, pDst, pDstLen);
 }

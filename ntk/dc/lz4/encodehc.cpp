@@ -15,13 +15,15 @@
 //   down, by at most 65535, and the lowest index in use is kept at 65536 or more, so that no link
 //   leads below 0.
 //
-// liblz4 itself can stop at a full destination here, with a dictionary too.
+// A full destination is dealt with as in encode.cpp. (liblz4 can stop at one by itself here, but
+// then it does not fill the last bytes.)
 
 #include "ntkdc.h"
 
 #include <algorithm>
 
 #include "arguments.h"
+#include "filldestination.h"
 #include "indexscan.h"
 #include "ntks.h"
 #include "tables.h"
@@ -32,7 +34,6 @@ namespace {
 
 // liblz4 starts its indices here.
 constexpr Ntk32u firstIndex = 65536;
-constexpr int firstHeapLevel = 10;
 
 struct HcTables {
     LZ4_streamHC_t& stream;
@@ -79,19 +80,25 @@ void attachDictionary(HcTables& t, const DictArguments& d, int level) {
     }
 }
 
-// Length of the block, 0 when liblz4 fails; srcLen becomes the number of bytes encoded.
-int encode(HcTables& t, const Ntk8u* src, int& srcLen, Ntk8u* dst, int capacity) {
-    if (capacity >= LZ4_compressBound(srcLen)) {
-        return LZ4_compress_HC_continue(&t.stream, chars(src), chars(dst), srcLen, capacity);
-    }
-    return LZ4_compress_HC_continue_destSize(&t.stream, chars(src), chars(dst), &srcLen, capacity);
-}
-
 void noteEnd(HcTables& t, Ntk64s position) {
     const LZ4HC_CCtx_internal& stream = t.stream.internal_donotuse;
     t.record.position = position;
     t.record.endIndex =
         knowsFields() ? stream.dictLimit + static_cast<Ntk32u>(stream.end - stream.prefixStart) : 0;
+}
+
+// Length of the block, 0 when it does not fit.
+int encodeThoroughly(HcTables& t, const DictArguments& d, int level, const Ntk8u* src, int srcLen,
+                     Ntk8u* dst, int capacity) {
+    attachDictionary(t, d, level);
+    t.record.position = noPosition;
+    const int length =
+        LZ4_compress_HC_continue(&t.stream, chars(src), chars(dst), srcLen, capacity);
+    if (length <= 0) {
+        return 0;
+    }
+    noteEnd(t, static_cast<Ntk64s>(d.srcIdx) + srcLen);
+    return length;
 }
 
 }  // namespace
@@ -125,9 +132,9 @@ NtkStatus ntksEncodeLZ4HC_8u(const Ntk8u* pSrc, int srcIdx, int* pSrcLen, Ntk8u*
         return ntkStsNullPtr;
     }
     const DictArguments d{srcIdx, pDict, dictLen};
-    const NtkStatus lengths = checkLengths(*pSrcLen, *pDstLen);
-    if (lengths != ntkStsNoErr || checkDictLengths(d, *pSrcLen) != ntkStsNoErr) {
-        return ntkStsBadSize;
+    const NtkStatus status = checkDictCall(d, *pSrcLen, *pDstLen);
+    if (status != ntkStsNoErr) {
+        return status;
     }
     if (level < 0 || level > LZ4HC_CLEVEL_MAX) {
         return ntkStsBadValue;
@@ -139,18 +146,8 @@ NtkStatus ntksEncodeLZ4HC_8u(const Ntk8u* pSrc, int srcIdx, int* pSrcLen, Ntk8u*
         return ntkStsDstTooSmall;
     }
     HcTables tables = tablesIn(ppHashTables);
-    attachDictionary(tables, d, level == 0 ? LZ4HC_CLEVEL_DEFAULT : level);
-    tables.record.position = noPosition;
-    int done = *pSrcLen;
-    const int length = encode(tables, pSrc, done, pDst, *pDstLen);
-    if (length <= 0) {
-        return level >= firstHeapLevel ? ntkStsNoMemory : ntkStsDstTooSmall;
-    }
-    const bool isWhole = done == *pSrcLen;
-    if (isWhole) {
-        noteEnd(tables, static_cast<Ntk64s>(srcIdx) + done);
-    }
-    *pSrcLen = done;
-    *pDstLen = length;
-    return isWhole ? ntkStsNoErr : ntkStsDstFull;
+    const int length =
+        encodeThoroughly(tables, d, level == 0 ? LZ4HC_CLEVEL_DEFAULT : level, pSrc, *pSrcLen,
+                         pDst, *pDstLen);
+    return finishSafe(length, windowOf(d, pSrc, *pSrcLen), pSrcLen, pDst, pDstLen);
 }

@@ -82,4 +82,19 @@ Filled fillDestination(const Window& window, Ntk8u* dst, std::size_t capacity) {
     return kept;
 }
 
+NtkStatus finishSafe(int length, const Window& window, int* pSrcLen, Ntk8u* pDst, int* pDstLen) {
+    if (length > 0) {
+        *pDstLen = length;
+        return ntkStsNoErr;
+    }
+    if (*pDstLen == 0) {
+        return ntkStsDstTooSmall;
+    }
+    const Filled filled = fillDestination(window, pDst, static_cast<std::size_t>(*pDstLen));
+    const bool isWhole = filled.srcBytes == window.srcLen;
+    *pSrcLen = static_cast<int>(filled.srcBytes);
+    *pDstLen = static_cast<int>(filled.blockBytes);
+    return isWhole ? ntkStsNoErr : ntkStsDstFull;
+}
+
 }  // namespace ntk::lz4

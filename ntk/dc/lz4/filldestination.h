@@ -1,9 +1,9 @@
-// Makes a block that fills a destination from what an encoder left there when it gave up.
+// The end of the calls that stop at a full destination.
 #pragma once
 
 #include <cstddef>
 
-#include "ntkdefs.h"
+#include "arguments.h"
 
 namespace ntk::lz4 {
 
@@ -15,15 +15,24 @@ struct Window {
     std::size_t dictLen;
 };
 
+inline Window windowOf(const DictArguments& d, const Ntk8u* src, int srcLen) {
+    return {src, static_cast<std::size_t>(srcLen), d.dictLen > 0 ? d.dict + d.dictLen : nullptr,
+            static_cast<std::size_t>(d.dictLen)};
+}
+
 struct Filled {
     std::size_t blockBytes;  // length of the block in the destination
     std::size_t srcBytes;    // how much of the source it holds
 };
 
-// liblz4's fast encoder cannot stop at a full destination and keep a dictionary; it just gives up.
-// Until then it wrote whole sequences, which are kept: each is proved against the source first, so
-// the destination may hold anything. The block then ends with as many literals as still fit.
-// A capacity of 0 has no room for a block and is not allowed.
+// Makes a block that fills a destination from what an encoder left there when it gave up. Where a
+// block does not fit, liblz4 fails, but until then it wrote whole sequences. Those are kept, each
+// proved against the source first, so that the destination may hold anything. The block then ends
+// with as many literals as still fit. A capacity of 0 has no room for a block and is not allowed.
 Filled fillDestination(const Window& window, Ntk8u* dst, std::size_t capacity);
+
+// Status and lengths of a call for which the encoder made a block of the given length or, with 0,
+// failed.
+NtkStatus finishSafe(int length, const Window& window, int* pSrcLen, Ntk8u* pDst, int* pDstLen);
 
 }  // namespace ntk::lz4

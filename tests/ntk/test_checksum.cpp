@@ -1,0 +1,216 @@
+// Every kernel of every checksum against published values, the generic kernel and other libraries.
+#include "dc/checksum/kernels.h"
+
+#include <gtest/gtest.h>
+
+#include <zlib.h>
+
+#include "guarded.h"
+#include "ntkdc.h"
+#include "samples.h"
+
+namespace {
+
+using Judge = Ntk32u (*)(Ntk32u value, const Ntk8u* data, std::size_t length);
+
+// The plain definitions, bit by bit.
+Ntk32u crc32cByBits(Ntk32u value, const Ntk8u* data, std::size_t length) {
+    Ntk32u crc = ~value;
+    for (std::size_t i = 0; i < length; ++i) {
+        crc ^= data[i];
+        for (int k = 0; k < 8; ++k) {
+            crc = (crc >> 1) ^ ((crc & 1) != 0 ? 0x82f63b78U : 0);
+        }
+    }
+    return ~crc;
+}
+
+Ntk32u crc32Bz2ByBits(Ntk32u value, const Ntk8u* data, std::size_t length) {
+    Ntk32u crc = ~value;
+    for (std::size_t i = 0; i < length; ++i) {
+        crc ^= static_cast<Ntk32u>(data[i]) << 24;
+        for (int k = 0; k < 8; ++k) {
+            crc = (crc << 1) ^ ((crc >> 31) != 0 ? 0x04c11db7U : 0);
+        }
+    }
+    return ~crc;
+}
+
+Ntk32u zlibAdler32(Ntk32u value, const Ntk8u* data, std::size_t length) {
+    return static_cast<Ntk32u>(adler32(value, data, static_cast<uInt>(length)));
+}
+
+Ntk32u zlibCrc32(Ntk32u value, const Ntk8u* data, std::size_t length) {
+    return static_cast<Ntk32u>(crc32(value, data, static_cast<uInt>(length)));
+}
+
+struct Checksum {
+    const char* name;
+    NtkStatus (*call)(const Ntk8u*, int, Ntk32u*);
+    ntk::Choice<ntk::ChecksumFunction>& kernel;
+    Judge judge;
+    Ntk32u start;
+    Ntk32u checkValue;   // of "123456789"
+    Ntk32u zeroesValue;  // of 32 zero bytes
+};
+
+const Checksum checksums[] = {
+    {"Adler-32", ntksAdler32_8u, ntk::adler32Kernel, zlibAdler32, 1, 0x091e01de, 0x00200001},
+    {"CRC-32", ntksCRC32_8u, ntk::crc32Kernel, zlibCrc32, 0, 0xcbf43926, 0x190a55ad},
+    {"CRC-32C", ntksCRC32C_8u, ntk::crc32cKernel, crc32cByBits, 0, 0xe3069283, 0x8a9136aa},
+    {"BZ2", ntksCRC32_BZ2_8u, ntk::crc32Bz2Kernel, crc32Bz2ByBits, 0, 0xfc891918, 0xb5aa5098},
+};
+
+Ntk64u machineFeatures() {
+    Ntk64u features = 0;
+    ntkGetCpuFeatures(&features, nullptr);
+    return features;
+}
+
+// Calls f with every candidate that this machine can run.
+template <class Visit>
+void forEachKernel(const Checksum& checksum, Visit visit) {
+    const Ntk64u machine = machineFeatures();
+    for (const auto& candidate : checksum.kernel.candidates()) {
+        if (ntk::isEligible(candidate, machine, machine)) {
+            SCOPED_TRACE(std::string(checksum.name) + " " + candidate.name);
+            visit(candidate.run);
+        }
+    }
+}
+
+TEST(Checksum, KernelsGiveThePublishedValues) {
+    const Bytes digits = {'1', '2', '3', '4', '5', '6', '7', '8', '9'};
+    const Bytes zeroes(32, 0);
+    for (const Checksum& c : checksums) {
+        forEachKernel(c, [&](ntk::ChecksumFunction* run) {
+            EXPECT_EQ(run(c.start, digits.data(), digits.size()), c.checkValue);
+            EXPECT_EQ(run(c.start, zeroes.data(), zeroes.size()), c.zeroesValue);
+            EXPECT_EQ(run(c.checkValue, zeroes.data(), 0), c.checkValue);
+        });
+    }
+}
+
+// Short lengths cover every path of a kernel up to its widest step and the steps after it. The data
+// end at the guard, so that a kernel that reads past them faults.
+TEST(Checksum, KernelsAgreeWithTheJudgeAtEveryLengthAndAlignment) {
+    const GuardedBlock block(randomBytes(1100));
+    const Ntk8u* const end = block.data() + block.size();
+    for (const Checksum& c : checksums) {
+        forEachKernel(c, [&](ntk::ChecksumFunction* run) {
+            for (std::size_t length = 0; length <= 1100; ++length) {
+                ASSERT_EQ(run(0x12345678, end - length, length),
+                          c.judge(0x12345678, end - length, length))
+                    << length;
+            }
+            for (std::size_t at = 0; at < 64; ++at) {
+                ASSERT_EQ(run(1, block.data() + at, 600), c.judge(1, block.data() + at, 600)) << at;
+            }
+        });
+    }
+}
+
+TEST(Checksum, KernelsChainOverEverySplit) {
+    const Bytes bytes = textBytes(400);
+    for (const Checksum& c : checksums) {
+        const Ntk32u whole = c.judge(c.start, bytes.data(), bytes.size());
+        forEachKernel(c, [&](ntk::ChecksumFunction* run) {
+            for (std::size_t split = 0; split <= bytes.size(); ++split) {
+                const Ntk32u first = run(c.start, bytes.data(), split);
+                ASSERT_EQ(run(first, bytes.data() + split, bytes.size() - split), whole) << split;
+            }
+        });
+    }
+}
+
+// All ones is the worst case for the sums of Adler-32; the long data exceed every inner run.
+TEST(Checksum, KernelsHoldOnLongData) {
+    for (const Bytes& bytes : {Bytes(300000, 0xff), randomBytes(300001)}) {
+        for (const Checksum& c : checksums) {
+            for (const Ntk32u value : {c.start, 0xfff0fff0U}) {
+                const Ntk32u expected = c.judge(value, bytes.data(), bytes.size());
+                forEachKernel(c, [&](ntk::ChecksumFunction* run) {
+                    EXPECT_EQ(run(value, bytes.data(), bytes.size()), expected);
+                });
+            }
+        }
+    }
+}
+
+TEST(Checksum, CallsContinueTheValueUnderAnyFeatures) {
+    const Bytes bytes = textBytes(5000);
+    const int length = static_cast<int>(bytes.size());
+    for (const Ntk64u features : {machineFeatures(), Ntk64u{0}}) {
+        ntkSetCpuFeatures(features);
+        for (const Checksum& c : checksums) {
+            Ntk32u value = c.start;
+            EXPECT_EQ(c.call(bytes.data(), 3000, &value), ntkStsNoErr);
+            EXPECT_EQ(c.call(bytes.data() + 3000, length - 3000, &value), ntkStsNoErr);
+            EXPECT_EQ(value, c.judge(c.start, bytes.data(), bytes.size())) << c.name;
+            EXPECT_EQ(c.call(nullptr, 0, &value), ntkStsNullPtr);
+            EXPECT_EQ(c.call(bytes.data(), 1, nullptr), ntkStsNullPtr);
+            const Ntk32u before = value;
+            EXPECT_EQ(c.call(bytes.data(), -1, &value), ntkStsBadSize);
+            EXPECT_EQ(value, before);
+        }
+    }
+    ntkInit();
+}
+
+TEST(Checksum, AdlerReducesWhateverComesIn) {
+    const Ntk8u byte = 7;
+    for (const Ntk64u features : {machineFeatures(), Ntk64u{0}}) {
+        ntkSetCpuFeatures(features);
+        Ntk32u value = 0xffffffff;
+        EXPECT_EQ(ntksAdler32_8u(&byte, 0, &value), ntkStsNoErr);
+        EXPECT_EQ(value, 0x000e000eU);
+        value = 0xffffffff;
+        EXPECT_EQ(ntksAdler32_8u(&byte, 1, &value), ntkStsNoErr);
+        EXPECT_EQ(value, 0x00230015U);
+    }
+    ntkInit();
+}
+
+TEST(Choice, FollowsTheEnabledFeatures) {
+    constexpr Ntk64u sse42 = 0xdf;
+    constexpr Ntk64u avx2 = 0x81df | NTK_CPU_CLMUL;
+    constexpr Ntk64u avx512 = avx2 | NTK_CPU_AVX512F | NTK_CPU_AVX512BW;
+    struct Case {
+        ntk::Choice<ntk::ChecksumFunction>& kernel;
+        Ntk64u machine;
+        Ntk64u enabled;
+        const char* expected;
+    };
+    const Case cases[] = {
+        {ntk::crc32Kernel, avx512, avx512, "isal"},
+        {ntk::crc32Kernel, avx512, avx2, "clmul"},  // libisal would use AVX512 all the same
+        {ntk::crc32Kernel, avx2, avx2, "isal"},
+        {ntk::crc32Kernel, avx2, sse42, "generic"},
+        {ntk::crc32cKernel, avx512, sse42, "sse42"},
+        {ntk::crc32cKernel, avx512, 0, "generic"},
+        {ntk::crc32Bz2Kernel, avx512, avx2, "clmul"},
+        {ntk::adler32Kernel, avx2, avx2, "libdeflate"},
+        {ntk::adler32Kernel, avx2, sse42, "ssse3"},
+        {ntk::adler32Kernel, sse42, sse42, "libdeflate"},
+        {ntk::adler32Kernel, avx2, NTK_CPU_SSE2, "generic"},
+    };
+    for (const Case& c : cases) {
+        const auto& list = c.kernel.candidates();
+        EXPECT_STREQ(list.first[ntk::bestCandidate(list, c.enabled, c.machine)].name, c.expected)
+            << std::hex << c.machine << " " << c.enabled;
+    }
+}
+
+TEST(Choice, ChangesWithTheFeaturesInForce) {
+    for (const Checksum& c : checksums) {
+        const auto& list = c.kernel.candidates();
+        ntkInit();
+        EXPECT_EQ(c.kernel.get(),
+                  list.first[ntk::bestCandidate(list, machineFeatures(), machineFeatures())].run);
+        ntkSetCpuFeatures(0);
+        EXPECT_EQ(c.kernel.get(), list.first[list.count - 1].run) << c.name;
+        ntkInit();
+    }
+}
+
+}  // namespace
