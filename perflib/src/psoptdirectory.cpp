@@ -1,0 +1,59 @@
+// Keys for where files lie. The session settles them before it applies any key, so that their
+// place on the command line does not matter; here they only say what is in force.
+#include "psoptionutil.h"
+
+namespace {
+
+// Output files are also written by a session that only lists, the signal file by every one.
+bool isOutputUsed() {
+    return !psSession::isExit(PS_USED_IN_LIST) || psIsKeyGiven('g');
+}
+
+bool isInputUsed() {
+    return !psSession::isExit(PS_USED_IN_RUN);
+}
+
+psString inForceText(bool used, const char* what, const psString& asked, const psString& inForce) {
+    if (!used) {
+        return psSession::getExitInfo();
+    }
+    return (asked == inForce ? "" : "ignored: ") + psString(what) + " is " + inForce;
+}
+
+psString titleInfo(const psString& argument) {
+    const psString asked = argument.empty() ? psSession::m_exePath.getFileTitle() : argument;
+    return inForceText(isInputUsed() || isOutputUsed(), "default title name", asked,
+                       psSession::m_defName);
+}
+
+psString inputInfo(const psString& argument) {
+    return inForceText(isInputUsed(), "default directory for input files",
+                       psSession::genDirName(argument), psSession::m_inDir);
+}
+
+psString outputInfo(const psString& argument) {
+    return inForceText(isOutputUsed(), "default directory for output files",
+                       psSession::genDirName(argument), psSession::m_outDir);
+}
+
+void applyNothing(const psString&, psSession*) {}
+
+} // namespace
+
+void psInitDirectoryOptions(psOptionList& options) {
+    options.initOption(
+        'n', "-n<title-name>   = default title name for ini-file and output files\n", titleInfo,
+        applyNothing,
+        "This key sets default file name for input and output files defined by \n"
+        "    -i, -I, -o, -O, -r, -R, -u, -U, -g, -q keys\n" + psLastKeyText("-n"));
+    options.initOption(
+        'p', "-p<dir-name>     = default directory for input files i.e. ini & test data files\n",
+        inputInfo, applyNothing,
+        "This key sets default file directory for input files defined by -i, -I keys\n"
+        "    and also for data files opened in a test by i_stream class\n" + psLastKeyText("-p"));
+    options.initOption(
+        'l', "-l<dir-name>     = default directory for output files (listings)\n", outputInfo,
+        applyNothing,
+        "This key sets default file directory for output files defined by \n"
+        "    -o, -O, -r, -R, -u, -U, -g, -q keys\n" + psLastKeyText("-l"));
+}
