@@ -1,0 +1,189 @@
+#include "psistream.h"
+
+#include <unistd.h>
+
+#include <memory>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "captured.h"
+#include "psstepiterator.h"
+
+namespace {
+
+// A console that says these bytes; not a terminal.
+class Console {
+public:
+    explicit Console(const std::string& answers)
+        : m_file(fopen(writeFile(testPath("answers.txt"), answers).c_str(), "r")) {}
+    ~Console() { fclose(m_file); }
+    Console(const Console&) = delete;
+    Console& operator=(const Console&) = delete;
+    FILE* file() const { return m_file; }
+
+private:
+    FILE* m_file;
+};
+
+std::string iniFile(const std::string& text) {
+    return writeFile(testPath("settings.ini"), text);
+}
+
+// The source as a letter, then the value.
+std::string readFrom(psIStream& in, const char* name, const char* prompt = "How long") {
+    psString value = "untouched";
+    const psIStream::Source source = in.read(name, prompt, "16; 32", value);
+    return "-psc"[source] + std::string(value.c_str());
+}
+
+} // namespace
+
+TEST(IStream, SourcesHaveTheirPriority) {
+    const Captured output;
+    const struct {
+        const char* name;
+        bool preset, settings;
+        const char* answers; // null: nothing is asked
+        const char* expected;
+    } cases[] = {
+        {"Len", true, true, "1\n", "ppreset"},   {"Len", false, true, "1\n", "sfile"},
+        {"Len", false, false, "1\n", "c1"},      {"Len", false, false, "\n", "-untouched"},
+        {"Len", false, false, "", "-untouched"}, {"Len", false, false, nullptr, "-untouched"},
+        {"len", true, true, "1\n", "c1"}, // names are compared exactly
+        {"Bare", false, true, "1\n", "c1"},      {"Empty", false, true, "1\n", "s"},
+        {"", true, true, "1\n", "-untouched"},
+    };
+    for (const auto& c : cases) {
+        psIStream in;
+        if (c.preset) {
+            in.preset("Len", "earlier");
+            in.preset("Len", "preset");
+        }
+        if (c.settings) {
+            const std::string name = iniFile("[Perf System]\nLen=file\nBare\nEmpty=\n[f]\nlen=1\n");
+            EXPECT_TRUE(in.setIniFile(name.c_str(), false));
+        }
+        const Console console(c.answers ? c.answers : "");
+        in.setIStream(c.answers ? console.file() : nullptr);
+        in.setAsking(true);
+        EXPECT_EQ(readFrom(in, c.name), c.expected) << c.name << c.preset << c.settings;
+    }
+}
+
+TEST(IStream, SectionsOfTheSettingsFile) {
+    psIStream in;
+    EXPECT_FALSE(in.setIniFile(testPath("absent.ini").c_str(), false));
+    EXPECT_FALSE(in.sectionExist(psIStream::commonSection));
+    ASSERT_TRUE(in.setIniFile(iniFile("[Perf System]\nLen=1\n[f]\nLen=2\n[g]\n").c_str(), false));
+    const struct {
+        const char* section;
+        bool exists;
+        const char* value;
+    } cases[] = {{"f", true, "s2"},
+                 {"g", true, "-untouched"},
+                 {"h", false, "-untouched"},
+                 {psIStream::commonSection, true, "s1"}};
+    for (const auto& c : cases) {
+        in.setSection(c.section);
+        EXPECT_EQ(in.sectionExist(c.section), c.exists) << c.section;
+        EXPECT_EQ(readFrom(in, "Len"), c.value) << c.section;
+    }
+    EXPECT_TRUE(in.closeIniFile());
+    EXPECT_EQ(readFrom(in, "Len"), "-untouched");
+}
+
+TEST(IStream, PresetsThatNobodyAskedForAreKnown) {
+    psIStream in;
+    in.preset("CodeLenght", "1");
+    in.preset("Len", "2");
+    in.preset("Level", "3");
+    in.preset("CodeLenght", "4");
+    readFrom(in, "Len");
+    EXPECT_STREQ(psJoined(in.unusedPresets(), " ").c_str(), "CodeLenght Level");
+}
+
+TEST(IStream, QuestionsAreWorded) {
+    const Captured output(PS_OUT_ERR);
+    const Console console("\n  64 \r\n" + std::string(1 << 20, '7') + "\n 5");
+    psIStream in;
+    in.setIStream(console.file());
+    EXPECT_FALSE(in.isAsking()); // until it is wanted
+    EXPECT_EQ(readFrom(in, "A"), "-untouched");
+    in.setAsking(true);
+    EXPECT_EQ(readFrom(in, "A", "for Len"), "-untouched");
+    EXPECT_EQ(readFrom(in, "B"), "c64");
+    EXPECT_EQ(readFrom(in, "C").length(), 1u + (1 << 20));
+    EXPECT_EQ(readFrom(in, "D"), "c5"); // a last line without its end
+    const std::string before = output.text();
+    EXPECT_EQ(before.substr(0, 47), "for Len [16; 32]: \nHow long [16; 32]: 64\nHow lo");
+    EXPECT_TRUE(in.isAsking());
+    EXPECT_EQ(readFrom(in, "E"), "-untouched");
+    EXPECT_EQ(readFrom(in, "F"), "-untouched");
+    EXPECT_FALSE(in.isAsking());
+    EXPECT_EQ(output.text().substr(before.length()),
+              "How long [16; 32]: \n"
+              "-- The console input has ended, defaults are taken from here on\n");
+}
+
+TEST(IStream, BadAnswersAreAskedAgain) {
+    const Captured output;
+    const Console console("1;10;-3\nx\n8\n16\n");
+    psIStream in;
+    in.setIStream(console.file());
+    in.setAsking(true);
+    psStepIterator<int> length(4, "Len");
+    EXPECT_TRUE(length.fromIStream(in));
+    EXPECT_STREQ(length.defaultString().c_str(), "8");
+    EXPECT_EQ(output.text(),
+              "for Len [4]: 1;10;-3\n"
+              "--NTK. Exception: Conflict between iterator limits and operation "
+              "(Len = 1;10;-3 is refused, 4 stays)\n"
+              "for Len [4]: x\n"
+              "--NTK. Exception: Invalid value of Len = x (Len = x is refused, 4 stays)\n"
+              "for Len [4]: 8\n");
+}
+
+// A pipe, a directory, a file opened for writing: whatever standard input is.
+TEST(IStream, AnyConsoleWillDo) {
+    const Captured output;
+    int ends[2];
+    ASSERT_EQ(pipe(ends), 0);
+    ASSERT_EQ(write(ends[1], "77\n", 3), 3);
+    close(ends[1]);
+    FILE* const consoles[] = {fdopen(ends[0], "r"), fmemopen(const_cast<char*>("77\n"), 3, "r"),
+                              fopen("/", "r"), fopen("/dev/null", "r"), fopen("/dev/null", "w")};
+    const char* const expected[] = {"c77", "c77", "-untouched", "-untouched", "-untouched"};
+    for (int i = 0; i < 5; ++i) {
+        ASSERT_TRUE(consoles[i]) << i;
+        psIStream in;
+        in.setIStream(consoles[i]);
+        in.setAsking(true);
+        EXPECT_EQ(readFrom(in, "Len"), expected[i]) << i;
+        fclose(consoles[i]);
+    }
+}
+
+TEST(IStream, WritingAddsWhatIsAbsent) {
+    const Captured output;
+    const std::string path = iniFile("[Perf System]\nLen=1\nBare\n");
+    const Console console("9\n");
+    psIStream in;
+    ASSERT_TRUE(in.setIniFile(path.c_str(), true));
+    EXPECT_TRUE(in.isWriting());
+    in.setIStream(console.file());
+    in.setAsking(true);
+    in.preset("Level", "7");
+    EXPECT_EQ(readFrom(in, "Len"), "s1");
+    EXPECT_EQ(readFrom(in, "Bare"), "-untouched");
+    EXPECT_EQ(readFrom(in, "Level"), "p7"); // the file gets the default all the same
+    in.setSection("ntksName");
+    EXPECT_EQ(readFrom(in, "Len", "Len"), "-untouched");
+    EXPECT_EQ(output.text(), ""); // and nothing is asked
+    EXPECT_TRUE(in.closeIniFile());
+    EXPECT_FALSE(in.isWriting());
+    EXPECT_EQ(readFile(path), "\n[Perf System]\nLen=1\nBare\nLevel=16; 32\t// How long\n"
+                              "\n[ntksName]\nLen=16; 32\n");
+    EXPECT_FALSE(in.setIniFile("/no such/x.ini", true));
+    EXPECT_FALSE(in.isWriting());
+}
