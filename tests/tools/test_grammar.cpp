@@ -25,7 +25,8 @@ constexpr Rule kRules[] = {
     {"path", Split::Lines, corpus::kEven, "a/b"},
     {"block", Split::Blocks, corpus::kEven, "\nif\n\tx\n\nend"},
     {"tail", Split::Blocks, corpus::kEven, "\n$none\nnext"},
-    {"nest", Split::Lines, corpus::kEven, "end\n($nest)\n[$nest]\n{$nest $nest}"},
+    {"nest", Split::Lines, corpus::kEven, "end\nstop\ndone\n($nest $nest)\n"
+     "[$nest $nest]\n{$nest $nest}\n<$nest $nest>"},
 };
 
 }  // namespace
@@ -125,12 +126,12 @@ TEST(RankPicker, PrefersTheFirstRanksUnlessEven) {
 
 TEST(TextFlow, FillsLinesToTheWidthAndFitsToASize) {
     corpus::TextFlow flow(10);
-    flow.fill("one two three");
+    flow.fill("abcd efghi jklm nopqrs");  // ten columns fit, eleven do not
     flow.fill("incomprehensible");
     flow.line(".sp");
     flow.fill("end");
     flow.endParagraph();
-    EXPECT_EQ(flow.text(), "one two\nthree\nincomprehensible\n.sp\nend\n");
+    EXPECT_EQ(flow.text(), "abcd efghi\njklm\nnopqrs\nincomprehensible\n.sp\nend\n");
     EXPECT_EQ(corpus::fitTo("abcdef", 3), "ab\n");
     EXPECT_EQ(corpus::fitTo("ab", 4), "ab\n\n");
 }
