@@ -113,20 +113,22 @@ protected:
     bool hintOutput();
 
 private:
-    // How far a session went; finish() needs it.
-    enum class Stage { ended, listed, ran, broken };
+    // Of m_enumMode: the modes of "-e" are -1, 0 and 1.
+    static constexpr int notListed = 100;
 
-    bool readArguments(int argc, char** argv);
+    void resetModes();
+    void readArguments(int argc, char** argv);
+    bool readCfgFile(psString& text, psString& file);
     void setDirectories();
     void setExitLevel();
     bool openSettings();
-    void checkAslr();
     void prepareLibrary();
     void reportLibraryStatus(NtkStatus status);
     void applyFeatures();
     void collectLibInfo();
     bool sortTests();
     int runTests();
+    void warnUnusedPresets();
     void finish();
     void registerCpuTest();
 
@@ -137,7 +139,7 @@ private:
     bool m_batMode = false;
     int m_levelMode = 0;
     bool m_quickMode = false;
-    int m_enumMode = 100;
+    int m_enumMode = notListed;
     bool m_unopenedFile = false;
     psString m_iniName;
     bool m_iniWrite = false;

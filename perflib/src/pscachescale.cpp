@@ -8,7 +8,8 @@ namespace {
 
 constexpr double inCacheHigh = 0.9;
 constexpr double outOfCacheLow = 1.05;
-constexpr int mostSteps = 31; // no positive int survives more
+constexpr int mostSteps = 31;   // no positive int survives more
+constexpr int unreachable = 64; // and no area of two of them this many
 
 int fractionOf(int bytes, double factor) {
     return static_cast<int>(std::min(factor * bytes, double{INT_MAX}));
@@ -29,20 +30,27 @@ int psClampedBytes(long long bytes) {
 }
 
 int psPowerOfTwoSteps(int current, int target) {
+    const bool grow = current < target;
+    if (grow ? current <= 0 : target <= 0) {
+        return grow ? unreachable : -unreachable;
+    }
     int steps = 0;
-    if (current < target) {
-        for (long long size = current; size <= target && steps < mostSteps; size *= 2) {
+    if (grow) {
+        for (long long size = current; size <= target; size *= 2) {
             ++steps;
         }
-        return steps;
+    } else {
+        for (int size = current; size >= target; size /= 2) {
+            --steps;
+        }
     }
-    for (int size = current; size >= target && steps < mostSteps; size /= 2) {
-        ++steps;
-    }
-    return -steps;
+    return steps;
 }
 
 int psScaled(int value, int steps) {
+    if (std::abs(steps) > mostSteps) {
+        return 0;
+    }
     if (steps < 0) {
         return value >> -steps;
     }

@@ -18,11 +18,11 @@ psSizeBounds psOutOfCacheBounds(int cacheBytes);
 // A size in 64 bits as an int; the largest int when it is larger.
 int psClampedBytes(long long bytes);
 
-// The doublings of current that exceed target; negative: the halvings that fall below it. At most
-// 31 of either: what cannot be reached gives 31, which no value survives.
+// The doublings of current that exceed target; negative: the halvings that fall below it. What can
+// never be reached, from 0 upwards or to 0 downwards, gives more steps than any size survives.
 int psPowerOfTwoSteps(int current, int target);
 
-// value times 2 to the power of steps (-31 to 31), halves cut off; 0 when that is no int.
+// value times 2 to the power of steps, halves cut off; 0 when that is no int.
 int psScaled(int value, int steps);
 
 // The same for an area: each doubling goes to the smaller side, each halving to the larger one,

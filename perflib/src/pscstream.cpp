@@ -51,7 +51,11 @@ bool psCStream::getColm(int i, psString& text) const {
 }
 
 void psCStream::skipToColm(int i) {
-    m_nextColumn = std::max(m_nextColumn, std::min(i, maxColumns));
+    const int column = std::clamp(i, 0, maxColumns);
+    for (int dropped = column; dropped < m_nextColumn; ++dropped) {
+        m_cells[dropped] = "";
+    }
+    m_nextColumn = column;
 }
 
 // A cell as it may stand in a line: what would end the cell or the line becomes a blank.

@@ -25,7 +25,8 @@ public:
     void setNextColm(const psString& text);
     bool getColm(int i, psString& text) const;
     int nextColm() const { return m_nextColumn; }
-    // Moves the next column forward to i, keeping what setColm put into the cells passed over.
+    // Puts the next column at i: cells passed over keep what setColm put into them, cells that
+    // were filled from i on are dropped.
     void skipToColm(int i);
 
     void lineOut(int columns); // emits the current line; 0: as many as were filled

@@ -29,8 +29,8 @@ int cacheBytes(const CPUID& cache) {
 
 int largestDescribedCache(psCpuidReader read) {
     int largest = 0;
-    for (unsigned subleaf = 0; CPUID::largestLeaf(read) >= cacheLeaf; ++subleaf) {
-        const CPUID cache(cacheLeaf, subleaf, read);
+    for (unsigned subleaf = 0;; ++subleaf) {
+        const CPUID cache(cacheLeaf, subleaf, read); // zeros: no such leaf, or the list ends
         const bool isCache = cache.getBits(CPUID::EAX, 4, 0) != 0;
         const int bytes = isCache ? cacheBytes(cache) : -1;
         if (bytes < 0) {

@@ -18,8 +18,7 @@ int fittingName(const psString& text, const psString* names, int count, int skip
 bool fitString(const psString& text, const psString& name, int skip) {
     const psString word = text.toLower();
     const psString whole = name.toLower();
-    return whole.startsWith(word) ||
-           (whole.length() >= skip && whole.substr(skip).startsWith(word));
+    return whole.startsWith(word) || whole.substr(skip).startsWith(word);
 }
 
 psString enumString(int value, const int* values, const psString* names, int count) {

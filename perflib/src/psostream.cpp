@@ -89,6 +89,12 @@ void psOStream::restoreMsgLevel() {
     m_levels.removeBack();
 }
 
+void psOStream::unwindLevels(int depth) {
+    while (levelDepth() > depth) {
+        restoreMsgLevel();
+    }
+}
+
 bool psOStream::beginMessage(MessageLevel level) {
     if (level > m_outLevel) {
         return false;

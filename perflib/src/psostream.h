@@ -49,6 +49,10 @@ public:
     void setOutLevel(int level) { m_outLevel = level; }
     void setMsgLevel(MessageLevel level); // push and set
     void restoreMsgLevel();               // pop; PS_ERR when the stack is empty
+    // The messages that are open, and the way back to so many of them: an exception may leave a
+    // message in the middle.
+    int levelDepth() const { return m_levels.count(); }
+    void unwindLevels(int depth);
     bool accepts(MessageLevel kind) const { return (kind & m_outLevel) != 0; }
 
     // Compares numerically where the writing operators test bits: false and no change when

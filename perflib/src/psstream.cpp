@@ -25,6 +25,46 @@ static bool isDirectory(FILE* file) {
     return fstat(fileno(file), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
+namespace {
+struct OpenFile {
+    unsigned number;
+    FILE* file;
+};
+unsigned g_nextFileNumber = 0;
+
+// Never destroyed: streams that live until the end of the process close their files after it.
+psList<OpenFile>& openFiles() {
+    static auto& files = *new psList<OpenFile>;
+    return files;
+}
+
+// False: somebody has closed the file already.
+bool forgetFile(const FILE* file) {
+    for (auto i = openFiles().begin(); i != openFiles().end(); ++i) {
+        if (i->file == file) {
+            openFiles().erase(i);
+            return true;
+        }
+    }
+    return false;
+}
+} // namespace
+
+unsigned psOpenFileMark() {
+    return g_nextFileNumber;
+}
+
+void psCloseFilesSince(unsigned mark) {
+    for (auto i = openFiles().begin(); i != openFiles().end();) {
+        if (i->number < mark) {
+            ++i;
+            continue;
+        }
+        fclose(i->file);
+        i = openFiles().erase(i);
+    }
+}
+
 static FILE* openFile(const psString& name, int mode) {
     if (name.empty()) {
         return nullptr;
@@ -33,6 +73,9 @@ static FILE* openFile(const psString& name, int mode) {
     if (file && isDirectory(file)) {
         fclose(file);
         return nullptr;
+    }
+    if (file) {
+        openFiles().append({g_nextFileNumber++, file});
     }
     return file;
 }
@@ -59,7 +102,7 @@ io_stream::~io_stream() {
 }
 
 void io_stream::close() {
-    if (m_file) {
+    if (m_file && forgetFile(m_file)) {
         fclose(m_file);
     }
     m_file = nullptr;

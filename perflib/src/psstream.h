@@ -43,6 +43,12 @@ private:
     psString m_name;
 };
 
+// A fault that jumps out of a test's code leaves its streams behind without destroying them. The
+// files opened since the mark are closed then; a stream that outlived the jump must not be used
+// any more.
+unsigned psOpenFileMark();
+void psCloseFilesSince(unsigned mark);
+
 class i_stream : public io_stream {
 public:
     explicit i_stream(const psString& name, int mode = PS_OPEN_READ, bool report = true);

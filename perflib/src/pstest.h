@@ -8,6 +8,7 @@
 
 class psCacheIterator;
 class psConditions;
+class psRunMark;
 
 // What a test's registration text says: "name/second name/registering macro", each part empty
 // when absent. Tests of a library give their class as the name.
@@ -158,13 +159,11 @@ protected:
     void putTextError(psResult r);
 
 private:
-    template <class Body> void step(const char* label, Body&& body);
     void beginRun();
     bool runSteps();
     void measure();
     void endRun();
-    void afterException(const char* message, int outLevel);
-    void releaseHeld();
+    void afterException(const char* message, const psRunMark& mark);
 
     bool nextCombination();
     bool stepParms();

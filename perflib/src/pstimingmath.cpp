@@ -58,8 +58,9 @@ long long psShortRunFactor(long long minClocks, long long numClocks) {
 }
 
 int psTimesLoops(int loops, long long factor) {
-    const __int128 product = static_cast<__int128>(loops) * factor;
-    return product > INT_MAX ? INT_MAX : static_cast<int>(product);
+    long long product = 0;
+    const bool overflow = __builtin_mul_overflow(static_cast<long long>(loops), factor, &product);
+    return overflow || product > INT_MAX ? INT_MAX : static_cast<int>(product);
 }
 
 int psInnerLoops(int timerResolutionClocks, double clocksPerCall) {

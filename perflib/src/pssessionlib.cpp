@@ -1,0 +1,67 @@
+// The measured library at the start of a session: address randomisation, processor features,
+// version.
+
+#include <sys/personality.h>
+
+#include "ps.h"
+
+namespace {
+// Of <linux/personality.h>: address-space randomisation is switched off.
+constexpr int noRandomisation = 0x40000;
+
+const char* aslrText(int personalityFlags) {
+    if (personalityFlags == -1)
+        return "\nERROR: personality() failed\n";
+    if (personalityFlags & noRandomisation)
+        return "\nAddress space layout randomization (ASLR) is disabled.\n";
+    return "\nWARNING: Address space layout randomization (ASLR) is enabled. "
+           "Results can be unstable.\n";
+}
+} // namespace
+
+void psSession::prepareLibrary() {
+    if (ntkEnvironment) {
+        g_ostrm << PS_NORMAL << aslrText(personality(0)) << PS_END;
+        if (m_cpuFeatures)
+            applyFeatures();
+        else
+            ntk_Init();
+        setNtkEnvironment();
+    }
+    collectLibInfo();
+}
+
+// The number and the library's text of a status that is not 0.
+void psSession::reportLibraryStatus(NtkStatus status) {
+    g_ostrm << "--NTK FAIL. " << "status = " << status << ": " << ntk_GetStatusString(status)
+            << "\n";
+}
+
+void psSession::applyFeatures() {
+    g_ostrm << PS_ERR << "\n--calling ntkSetCpuFeatures( ntkCpuFeatures " << "= "
+            << psFormat("%#8llx", m_cpuFeatures).substr(0, 63) << " )\n";
+    const NtkStatus status = ntk_SetCpuFeatures(m_cpuFeatures);
+    if (status == 0)
+        g_ostrm << "--status = ntkStsNoErr\n";
+    else
+        reportLibraryStatus(status);
+    if (status < 0) {
+        g_ostrm << "--calling ntkInit()\n";
+        const NtkStatus initStatus = ntk_Init();
+        if (initStatus < 0)
+            reportLibraryStatus(initStatus);
+    }
+    g_ostrm << PS_END;
+}
+
+void psSession::collectLibInfo() {
+    if (!ntkVersionList)
+        return;
+    for (const psVersionHook hook : *ntkVersionList) {
+        const NtkLibraryVersion* const version = hook();
+        if (version)
+            psRegLibInfo(psString(version->name) + ", " + version->version + ", " +
+                         version->buildDate);
+    }
+    g_ostrm << PS_NORMAL << "Brask NTK libraries information has been set into PS\n" << PS_END;
+}

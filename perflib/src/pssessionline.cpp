@@ -1,0 +1,105 @@
+// The command line of a session: where it comes from, in which order it takes effect.
+
+#include "ps.h"
+#include "psistream.h"
+#include "pstest.h"
+
+// Everything that the keys set, as it was before them.
+void psSession::resetModes() {
+    m_askMode = 0;
+    m_batMode = false;
+    m_quickMode = false;
+    m_enumMode = notListed;
+    m_nameMode = 0;
+    m_nameExit = false;
+    m_unopenedFile = false;
+    m_iniName = "";
+    m_report = "Command line options: ";
+}
+
+bool psSession::parseCommandLine(int argc, char** argv) {
+    m_exePath = argc > 0 ? argv[0] : "";
+    resetModes();
+    readArguments(argc, argv);
+    setExitLevel();
+    setDirectories();
+    g_ostrm.setOutLevel(PS_OUT_PERF);
+    if (!m_commands.expandFiles())
+        m_unopenedFile = true;
+    for (const psCommandKey& command : m_commands) {
+        if (command.key() != ' ')
+            applyOption(command.key(), command.arg());
+    }
+    g_ostrm << PS_NORMAL << m_report << PS_END_FLUSH;
+    m_report = "";
+    if (m_unopenedFile) {
+        g_ostrm << PS_ERR << "FATAL FAIL: can't open output file for writing\n" << PS_END_FLUSH;
+        return false;
+    }
+    if (!openSettings())
+        return false;
+    updateOptions();
+    g_istrm.setIStream(m_batMode ? nullptr : stdin);
+    return true;
+}
+
+void psSession::readArguments(int argc, char** argv) {
+    psString text;
+    psString file;
+    if (argc >= 2) {
+        m_commands.setArgs(argc - 1, argv + 1);
+        m_report += "\n";
+    } else if (readCfgFile(text, file)) {
+        m_commands.setArgs(text.c_str());
+        m_report += "read from " + file + " file\n";
+    } else if (pCmdLine) {
+        m_commands.setArgs(pCmdLine->c_str());
+        m_report += "set by _FORCE_CMDLINE preprocessor definition\n";
+    } else {
+        m_report = "";
+    }
+}
+
+bool psSession::readCfgFile(psString& text, psString& file) {
+    return psReadCfgFile(m_exePath, text, file);
+}
+
+void psSession::setExitLevel() {
+    m_exitLevel = m_commands.isKey('?') || m_commands.isKey('h') ? 2
+                  : m_commands.isKey('e')                        ? 1
+                  : m_commands.isKey('v')                        ? 3
+                                                                 : 0;
+}
+
+// Before any other key, so that the order of keys on the line never changes where files go.
+void psSession::setDirectories() {
+    const auto argument = [this](char key) {
+        psString text;
+        for (const psCommandKey& command : m_commands)
+            command.getArg(key, text);
+        return text;
+    };
+    setInDir(argument('p'));
+    setOutDir(argument('l'));
+    setDefName(argument('n'));
+}
+
+void psSession::applyOption(char key, const psString& argument) {
+    m_report += "-" + psText(key) + argument + ": ";
+    psOption* const option = getOption(key);
+    if (!option) {
+        m_report += "ignored: incorrect option key\n";
+        return;
+    }
+    m_report += option->info(argument) + "\n";
+    option->apply(argument, this);
+}
+
+// False: the settings cannot be written, which ends the session. Settings that cannot be read are
+// done without.
+bool psSession::openSettings() {
+    if (m_iniName.empty() || g_istrm.setIniFile(m_iniName, m_iniWrite) || !m_iniWrite)
+        return true;
+    g_ostrm << PS_ERR << "FATAL FAIL: can't open ini-file for writing\n" << PS_END_FLUSH;
+    return false;
+}

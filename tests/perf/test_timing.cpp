@@ -1,0 +1,115 @@
+// The generated timing functions against a clock that a script advances.
+
+#include <gtest/gtest.h>
+
+#include <climits>
+
+#include "captured.h"
+#include "dctiming.h"
+
+namespace {
+unsigned long long g_now;
+int g_inits, g_calls, g_status;
+int g_badCall; // the call that returns g_status
+
+unsigned long long readClock() {
+    return g_now += 10; // what reading costs
+}
+int init() {
+    g_inits++;
+    g_now += 3;
+    return 0;
+}
+// The fifth call is the quickest.
+int call() {
+    g_calls++;
+    g_now += g_calls == 5 ? 400 : 500;
+    return g_calls == g_badCall ? g_status : 0;
+}
+
+class TimingTest : public testing::Test {
+protected:
+    void SetUp() override {
+        g_now = 0;
+        g_inits = g_calls = g_status = g_badCall = 0;
+        m_start = ntk_StartCpuClocks;
+        m_stop = ntk_StopCpuClocks;
+        ntk_StartCpuClocks = ntk_StopCpuClocks = readClock;
+        setNtkEnvironment();
+        ntk_StartCpuClocks = ntk_StopCpuClocks = readClock;
+    }
+    void TearDown() override {
+        ntk_StartCpuClocks = m_start;
+        ntk_StopCpuClocks = m_stop;
+    }
+    using Timing = dcTiming<call, init>;
+    using Uninitialised = dcTiming<call, nullptr>;
+    long long clocks = 0;
+
+private:
+    psClockReader m_start, m_stop;
+};
+} // namespace
+
+TEST_F(TimingTest, LoopKeepsTheQuickestCallAlone) {
+    EXPECT_EQ(Timing::loop(9, &clocks, "f"), PS_OK);
+    EXPECT_EQ(clocks, 410); // the call and the stop reading, no init body
+    EXPECT_EQ(g_calls, 10);
+    EXPECT_EQ(g_inits, 10);
+}
+
+TEST_F(TimingTest, LoopOfNoneGivesTheCostOfTwoReadings) {
+    EXPECT_EQ(Timing::loop(0, &clocks, "f"), PS_OK);
+    EXPECT_EQ(clocks, 10);
+    EXPECT_EQ(g_calls, 1);
+}
+
+TEST_F(TimingTest, StatGoesOnUntilCallsAndClocksAreReached) {
+    int count = 3;
+    clocks = 2000;
+    EXPECT_EQ(Timing::stat(&count, &clocks, 1, "f"), PS_OK);
+    EXPECT_EQ(count, 4); // 513 clocks each
+    EXPECT_EQ(clocks, 513 - 3);
+    EXPECT_EQ(g_inits, dcRounds * dcInitsPerRound + 4);
+    EXPECT_EQ(g_calls, 5); // and one, untimed, for what a call leaves behind
+    g_calls = 0;
+    count = 7;
+    clocks = 0;
+    Timing::stat(&count, &clocks, 0, "f");
+    EXPECT_EQ(count, 7);
+    EXPECT_EQ(clocks, 413 - 3);
+}
+
+TEST_F(TimingTest, StatWithBatchesDividesTheQuickestBatch) {
+    int count = 1;
+    clocks = 1;
+    EXPECT_EQ(Uninitialised::stat(&count, &clocks, 100, "f"), PS_OK);
+    EXPECT_EQ(count, 100);
+    EXPECT_EQ(clocks, (99 * 500 + 400 + 10) / 100); // the calibrated overhead is 10 / 100 = 0
+    EXPECT_EQ(g_calls, 100);
+}
+
+TEST_F(TimingTest, StatusOfTheCalls) {
+    const struct {
+        int badCall, status, count;
+        psResult result;
+        const char* log;
+    } cases[] = {
+        {3, -6, 2, PS_FUNC_FAIL, "--NTK FAIL. status = -6 in f: Fail\n"},
+        {3, 2, 10, PS_FUNC_NOTE, "--NTK NOTE. status = 2 in f: Note\n"},
+    };
+    for (const auto& c : cases) {
+        const Captured log;
+        g_calls = 0;
+        g_badCall = c.badCall;
+        g_status = c.status;
+        int count = 10;
+        clocks = 0;
+        ntk_GetStatusString = [](NtkStatus status) { return status < 0 ? "Fail" : "Note"; };
+        EXPECT_EQ(Timing::stat(&count, &clocks, 1, "f"), c.result);
+        EXPECT_EQ(count, c.count);
+        EXPECT_EQ(log.text(), c.log);
+    }
+    EXPECT_EQ(dcClocksPerCall(1000, 10, 100), 100); // not above the overhead: as it is
+    EXPECT_EQ(dcClocksPerCall(1010, 10, 100), 1);
+}

@@ -1,0 +1,206 @@
+// The timing engine against functions that report scripted clocks instead of taking time.
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "captured.h"
+#include "pstool.h"
+
+namespace {
+struct Script {
+    std::vector<long long> clocks; // of the runs to come; the last one repeats
+    psResult result = PS_OK;
+    int status = 0;
+    std::vector<int> loops; // asked for, run by run
+    std::vector<long long> budgets;
+    int inits = 0;
+    int calls = 0;
+    size_t runs = 0;
+} g_script;
+
+long long nextClocks() {
+    const size_t last = g_script.clocks.size() - 1;
+    return g_script.clocks[std::min(g_script.runs++, last)];
+}
+
+psResult loopFunc(int numLoops, long long* clocks) {
+    g_script.loops.push_back(numLoops);
+    *clocks = nextClocks();
+    return g_script.result;
+}
+
+psResult statFunc(int* nCalls, long long* clocks, int numIntLoops) {
+    g_script.loops.push_back(*nCalls);
+    g_script.budgets.push_back(*clocks);
+    g_script.inits = numIntLoops;
+    *nCalls = 20;
+    *clocks = nextClocks();
+    return g_script.result;
+}
+
+int callFunc() {
+    return ++g_script.calls == 3 ? g_script.status : 0;
+}
+
+int initFunc() {
+    return ++g_script.inits, 0;
+}
+
+class ToolTest : public testing::Test {
+protected:
+    void SetUp() override { g_script = {}; }
+    psTool tool;
+};
+} // namespace
+
+TEST_F(ToolTest, SettingsOfTheMethods) {
+    int a = 0;
+    int b = 0;
+    long long c = 0;
+    EXPECT_TRUE(tool.getMethodAuto());
+    tool.setMethodBest(3, 10, 77);
+    ASSERT_TRUE(tool.getMethodBest(a, b, c));
+    EXPECT_EQ(a, 3);
+    EXPECT_EQ(b, 24);
+    EXPECT_EQ(c, 77);
+    tool.setMethodBest(0, 5, 1);
+    ASSERT_TRUE(tool.getMethodBest(a, b, c));
+    EXPECT_EQ(a, 1);
+    EXPECT_EQ(b, 5);
+    tool.setMethodLoop(-3);
+    ASSERT_TRUE(tool.getMethodLoop(a));
+    EXPECT_EQ(a, 1);
+    EXPECT_FALSE(tool.getMethodStat(a, c));
+    tool.setMethodStat(9, 1234);
+    ASSERT_TRUE(tool.getMethodStat(a, c));
+    EXPECT_EQ(a, 9);
+    EXPECT_EQ(c, 1234);
+}
+
+TEST_F(ToolTest, WorseResultsReplaceBetterOnes) {
+    tool.updateResult(PS_FUNC_NOTE);
+    tool.updateResult(PS_ACCUR_WARN);
+    EXPECT_EQ(tool.result, PS_FUNC_NOTE);
+    EXPECT_STREQ(tool.note.c_str(), "lib function note");
+}
+
+TEST_F(ToolTest, NothingToCallIsAnInternalProblem) {
+    const Captured log;
+    EXPECT_EQ(tool.timing(nullptr, nullptr, nullptr, nullptr), PS_FAIL);
+    EXPECT_EQ(log.text(), " Internal test problem: The test cannot execute standard timing.\n"
+                          " No one of funcLoop, funcStat or funcCall is registered in the test.\n");
+}
+
+TEST_F(ToolTest, UnknownMethodIsAnInternalFail) {
+    const Captured log;
+    tool.method = 4;
+    EXPECT_EQ(tool.timing(loopFunc, nullptr, nullptr, nullptr), PS_FAIL);
+    EXPECT_EQ(log.text(), "PS internal fail: file perflib/src/pstool, line 864\n");
+}
+
+TEST_F(ToolTest, LoopMethodReportsTheClocksOfTheTestUndivided) {
+    g_script.clocks = {5000};
+    tool.setMethodLoop(25);
+    EXPECT_EQ(tool.timing(loopFunc, nullptr, nullptr, nullptr), PS_OK);
+    EXPECT_EQ(g_script.loops, std::vector<int>{25});
+    EXPECT_DOUBLE_EQ(tool.funcClocks, 5000);
+    EXPECT_DOUBLE_EQ(tool.accuracy, 0);
+    EXPECT_STREQ(tool.methodInfo.c_str(), "nLps=25");
+}
+
+TEST_F(ToolTest, ARunWithoutClocksIsRepeatedOnce) {
+    g_script.clocks = {0, 700};
+    tool.setMethodLoop(2);
+    tool.timing(loopFunc, nullptr, nullptr, nullptr);
+    EXPECT_EQ(g_script.loops.size(), 2u);
+    EXPECT_DOUBLE_EQ(tool.funcClocks, 700);
+}
+
+TEST_F(ToolTest, StatisticMethodDividesByTheCallsMade) {
+    g_script.clocks = {3000};
+    tool.setMethodStat(12, 10000);
+    EXPECT_EQ(tool.timing(nullptr, statFunc, nullptr, nullptr), PS_OK);
+    EXPECT_EQ(g_script.loops, std::vector<int>{12});
+    EXPECT_EQ(g_script.budgets, std::vector<long long>{10000});
+    EXPECT_DOUBLE_EQ(tool.funcClocks, 150);
+    EXPECT_STREQ(tool.methodInfo.c_str(), "nCalls=20");
+}
+
+TEST_F(ToolTest, AMethodThatTheTestCannotServeIsReplacedForGood) {
+    const Captured log;
+    g_script.clocks = {3000};
+    tool.setMethodLoop(17);
+    tool.timing(nullptr, statFunc, nullptr, nullptr);
+    EXPECT_EQ(log.text(), " ATTENTION! The test cannot execute Manual loop timing.\n"
+                          " Statistic timing will be run instead.\n");
+    EXPECT_EQ(tool.method, PS_STAT);
+    EXPECT_EQ(g_script.loops, std::vector<int>{17});
+    EXPECT_EQ(g_script.budgets, std::vector<long long>{0});
+
+    g_script.loops.clear();
+    tool.setMethodStat(0, 5);
+    tool.timing(loopFunc, nullptr, nullptr, nullptr);
+    EXPECT_EQ(tool.method, PS_LOOP);
+    EXPECT_EQ(g_script.loops, std::vector<int>{1});
+}
+
+// 300 clocks are too few: 128 loops; those give 12800 of 10000; then 512 and 1024 loops agree
+// within 1%, which needs no confirming runs.
+TEST_F(ToolTest, AutoMethodGrowsUntilTwoRunsAgree) {
+    g_script.clocks = {300, 12800, 61440, 102400, 205000};
+    EXPECT_EQ(tool.timing(loopFunc, nullptr, nullptr, nullptr), PS_OK);
+    EXPECT_EQ(g_script.loops, (std::vector<int>{1, 128, 512, 1024, 2048}));
+    EXPECT_DOUBLE_EQ(tool.funcClocks, 205000.0 / 2048);
+    EXPECT_LT(tool.accuracy, 0.01);
+    EXPECT_STREQ(tool.methodInfo.c_str(), "nLps=2048");
+}
+
+// The confirming runs mix the known clocks per call with totals, so their spread is large and
+// more loops follow until the ceiling; the smallest element, the known one, is the answer.
+TEST_F(ToolTest, ConfirmingRunsMixPerCallClocksWithTotals) {
+    g_script.clocks = {20000, 4 * 10300};
+    tool.setMethodBest(1, 8, 100);
+    EXPECT_EQ(tool.timing(loopFunc, nullptr, nullptr, nullptr), PS_ACCUR_WARN);
+    EXPECT_EQ(g_script.loops, (std::vector<int>{1, 4, 8, 8, 8}));
+    EXPECT_DOUBLE_EQ(tool.funcClocks, 41200.0 / 8);
+    EXPECT_STREQ(tool.note.c_str(), "actual accuracy = 81.8%");
+    EXPECT_STREQ(tool.methodInfo.c_str(), "nLps=8 acc=81.8%");
+}
+
+TEST_F(ToolTest, AFailedRunEndsTheAutoMethodAndShowsItsHistory) {
+    const Captured log;
+    g_script.clocks = {0};
+    EXPECT_EQ(tool.timing(loopFunc, nullptr, nullptr, nullptr), PS_ACCUR_FAIL);
+    EXPECT_EQ(g_script.loops, (std::vector<int>{1, 1, 10, 10}));
+    EXPECT_NE(log.text().find("        numLoops   = 10\n        numClocks  = 0\n"),
+              std::string::npos)
+        << log.text();
+    g_script = {};
+    g_script.clocks = {50000};
+    g_script.result = PS_FUNC_FAIL;
+    EXPECT_EQ(tool.timing(loopFunc, nullptr, nullptr, nullptr), PS_FUNC_FAIL);
+    EXPECT_EQ(g_script.loops, std::vector<int>{1});
+    EXPECT_STREQ(tool.note.c_str(), "lib function fail");
+}
+
+TEST_F(ToolTest, OwnLoopsCallTwicePerTimedCall) {
+    tool.setMethodStat(5, 0);
+    EXPECT_EQ(tool.timing(nullptr, nullptr, callFunc, initFunc), PS_OK);
+    EXPECT_EQ(g_script.calls, 1 + 5 * 2);
+    EXPECT_EQ(g_script.inits, 1 + 5);
+    g_script = {};
+    tool.setMethodLoop(5);
+    EXPECT_EQ(tool.timing(nullptr, nullptr, callFunc, initFunc), PS_OK);
+    EXPECT_EQ(g_script.calls, 1 + 5);
+    EXPECT_EQ(g_script.inits, 1 + 5);
+}
+
+TEST_F(ToolTest, AnErrorStatusEndsTheOwnLoops) {
+    g_script.status = -6;
+    psTool::m_pCheckStatus = [](int status) { return status < 0 ? PS_FUNC_FAIL : PS_OK; };
+    tool.setMethodLoop(50);
+    EXPECT_EQ(tool.timing(nullptr, nullptr, callFunc, nullptr), PS_FUNC_FAIL);
+    EXPECT_EQ(g_script.calls, 3);
+    psTool::m_pCheckStatus = nullptr;
+}
