@@ -144,7 +144,7 @@ TEST_F(FpuWords, WatchersCollectTheUnionOfTheRuns) {
     ps87::setExceptionValue(0x3F);
     watch87.init();
     watchSSX.init();
-    divideByZero87(); // outside a run: nobody's flag
+    divideByZero87(), divideSSX(1, 0); // outside a run: nobody's flags
     run([] { roundInexactly87(), divideSSX(1, 3); });
     EXPECT_STREQ(watch87.strSW().c_str(), "_Inexact ");
     EXPECT_STREQ(watchSSX.strExceptionState().c_str(), "_Inexact ");
