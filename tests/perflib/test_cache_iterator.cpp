@@ -1,0 +1,350 @@
+#include "pscacheiterator.h"
+
+#include <climits>
+#include <cstdlib>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "captured.h"
+#include "plain_test.h"
+#include "psalloc.h"
+#include "psbase.h"
+#include "pscachescale.h"
+#include "pscstream.h"
+#include "psstepiterator.h"
+
+TEST(CacheScale, BoundsOfTheModes) {
+    const struct {
+        int cache;
+        double factor;
+        int inLow, inHigh, outLow;
+    } cases[] = {
+        {0, 0.1, 0, 0, 0},
+        {1000, 0.1, 100, 900, 1050},
+        {1000, 0.01, 10, 900, 1050},
+        {1999, 0.1, 199, 1799, 2098}, // cut off
+        {INT_MAX, 0.1, 214748364, 1932735282, INT_MAX},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(psInCacheBounds(c.cache, c.factor).low, c.inLow) << c.cache;
+        EXPECT_EQ(psInCacheBounds(c.cache, c.factor).high, c.inHigh) << c.cache;
+        EXPECT_EQ(psOutOfCacheBounds(c.cache).low, c.outLow) << c.cache;
+        EXPECT_EQ(psOutOfCacheBounds(c.cache).high, INT_MAX);
+    }
+    EXPECT_EQ(psClampedBytes(5), 5);
+    EXPECT_EQ(psClampedBytes(INT_MAX + 1LL), INT_MAX);
+}
+
+TEST(CacheScale, StepsOfPowersOfTwo) {
+    const struct {
+        int current, target, steps;
+    } cases[] = {
+        {100, 101, 1},    {100, 199, 1},          {100, 200, 2},  {100, 6399, 6}, {100, 6400, 7},
+        {200, 101, -1},   {200, 100, -2},         {201, 101, -1}, {100, 100, -1}, {7, 1, -3},
+        {1, INT_MAX, 31}, {INT_MAX, INT_MAX, -1}, {0, 100, 64},   {100, 0, -64},  {0, 0, -64},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(psPowerOfTwoSteps(c.current, c.target), c.steps) << c.current << " " << c.target;
+    }
+}
+
+TEST(CacheScale, LengthsAreScaled) {
+    const struct {
+        int value, current, target;
+        bool fine;
+        int scaled; // 0: refused
+    } cases[] = {
+        {10, 100, 1000, false, 160}, {10, 100, 1000, true, 20}, {10, 1000, 100, true, 5},
+        {10, 1000, 300, false, 2},   {10, 100, 100, true, 5},   {1, 1000, 300, false, 0},
+        {1, 1000, 300, true, 0},     {1 << 30, 1, 2, true, 0},  {1 << 29, 1, 2, true, 1 << 30},
+        {3, 0, 100, false, 0},       {3, 100, 0, false, 0},     {0, 1, 100, false, 0},
+        {INT_MAX, 1, 2, false, 0},   {1, 1, INT_MAX, false, 0},
+    };
+    for (const auto& c : cases) {
+        int value = c.value;
+        const bool done = psCacheIteratorInt::updateValue(value, c.current, c.target, c.fine);
+        EXPECT_EQ(done, c.scaled != 0) << c.value;
+        EXPECT_EQ(value, done ? c.scaled : c.value) << c.value << " " << c.current;
+    }
+}
+
+TEST(CacheScale, AreasAreScaled) {
+    const struct {
+        NtkiSize size;
+        int current, target;
+        bool fine;
+        NtkiSize scaled; // width 0: refused
+    } cases[] = {
+        {{10, 20}, 1, 2, true, {20, 20}},         {{20, 10}, 1, 2, true, {20, 20}},
+        {{10, 10}, 1, 2, true, {20, 10}},         {{10, 20}, 2, 1, true, {10, 10}},
+        {{20, 10}, 2, 1, true, {10, 10}},         {{10, 10}, 2, 1, true, {5, 10}},
+        {{10, 30}, 1, 8, false, {80, 60}},        {{64, 10}, 100, 20, false, {8, 10}},
+        {{1, 1}, 100, 10, false, {0, 0}},         {{1, 1 << 30}, 1, 4, false, {8, 1 << 30}},
+        {{1 << 30, 1 << 30}, 1, 2, true, {0, 0}}, {{5, 5}, 0, 9, false, {0, 0}},
+    };
+    for (const auto& c : cases) {
+        NtkiSize size = c.size;
+        const bool done = psCacheIteratorSize::updateValue(size, c.current, c.target, c.fine);
+        EXPECT_EQ(done, c.scaled.width != 0) << psText(c.size).c_str();
+        EXPECT_STREQ(psText(size).c_str(), psText(done ? c.scaled : c.size).c_str())
+            << psText(c.size).c_str() << c.target;
+    }
+}
+
+TEST(CacheScale, SizesAreTexts) {
+    const struct {
+        const char* text;
+        bool bad;
+        const char* read;
+    } cases[] = {{"640x480", false, "640x480"}, {" 1x2", false, "1x2"}, {"", false, "7x7"},
+                 {"640", true, "7x7"},          {"1x2x3", true, "7x7"}, {"axb", true, "7x7"}};
+    for (const auto& c : cases) {
+        NtkiSize size = {7, 7};
+        const psString text = c.text;
+        size << text;
+        EXPECT_EQ(text.isBad(), c.bad) << c.text;
+        EXPECT_STREQ(psText(size).c_str(), c.read) << c.text;
+    }
+    psIterator<NtkiSize> sizes({1, 1}, "Size");
+    sizes.translate("2x3; 4x5");
+    EXPECT_STREQ(sizes.defaultString().c_str(), "2x3; 4x5");
+}
+
+namespace {
+
+int g_cacheBytes = 0;
+
+// The library's answer: g_cacheBytes, a failure when negative.
+NtkStatus fakeCacheSize(int* sizeBytes) {
+    *sizeBytes = std::abs(g_cacheBytes);
+    return g_cacheBytes < 0 ? ntkStsNoProcessorInfo : ntkStsNoErr;
+}
+
+struct SizedObject : psObject {
+    int objectSize() const override { return bytes; }
+    int bytes = 0;
+};
+
+class CacheIterator : public testing::Test {
+protected:
+    CacheIterator() : m_saved(ntk_GetMaxCacheSizeB) {
+        ntk_GetMaxCacheSizeB = fakeCacheSize;
+        g_cacheBytes = 10000;
+    }
+    ~CacheIterator() override {
+        psFreeAll();
+        ntk_GetMaxCacheSizeB = m_saved;
+        psTest::m_cache = false;
+    }
+    // All memory of the test from now on.
+    static void hold(int bytes) {
+        psFreeAll();
+        if (bytes > 0) {
+            psMalloc(bytes);
+        }
+    }
+
+private:
+    NtkStatus (*m_saved)(int*);
+};
+
+// A copy of Len elements of 2 bytes.
+class CopyTest : public PlainTest {
+public:
+    explicit CopyTest(psIterator<int>& length)
+        : PlainTest("copy"), m_length(length), m_hint(0, "Hint") {
+        m_hint.translate("1;2");
+    }
+    bool canStart() override {
+        regCacheParm(m_length);
+        regCacheParm(m_hint); // only the first one is scaled
+        return true;
+    }
+    bool initData() override {
+        m_data = m_length.value() > mostElements ? nullptr : allocate(2 * m_length.value(), 0);
+        return true;
+    }
+    void flushData() override { deallocate(m_data); }
+    psResult runTiming() override {
+        measured += psText(m_length.value()).c_str() + std::string(" ") +
+                    getCacheComment("/").c_str() + m_hint.valueString().c_str() + "; ";
+        return PS_OK;
+    }
+    std::string measured;
+    int mostElements = INT_MAX;
+
+private:
+    psIterator<int>& m_length;
+    psIterator<int> m_hint;
+    void* m_data = nullptr;
+};
+
+} // namespace
+
+TEST_F(CacheIterator, StandsForItsParameterInTexts) {
+    psStepIterator<int> length;
+    length.init(16, 64, 2, PS_STEP_MUL, "Len");
+    length.addDeprecated(16, "old");
+    psCacheIteratorInt cache(length);
+    EXPECT_EQ(cache.wrapped(), &length);
+    EXPECT_STREQ(cache.name().c_str(), "cacheIterator");
+    EXPECT_STREQ(cache.defaultString().c_str(), "16; 64; *2");
+    EXPECT_STREQ(cache.description().c_str(), length.description().c_str());
+    EXPECT_STREQ(cache.prompt().c_str(), "for Len");
+    cache.translate("16; 512; *2");
+    EXPECT_EQ(length.last(), 512);
+    cache.firstValue();
+    cache.setDeprecatedFlag(true);
+    EXPECT_TRUE(cache.isDeprecatedParm());
+    psCStream table;
+    cache.nameToCStream(table);
+    cache.toCStream(table);
+    psString name, value;
+    table.getColm(0, name);
+    table.getColm(1, value);
+    EXPECT_STREQ(name.c_str(), "Len");
+    EXPECT_STREQ(value.c_str(), "old");
+    const Captured output;
+    cache.toOStream(g_ostrm);
+    EXPECT_EQ(output.text(), "Len=16 ");
+}
+
+TEST_F(CacheIterator, StepsThroughTheModes) {
+    psIterator<int> length(7, "Len");
+    psCacheIteratorInt cache(length);
+    const char* const modes[] = {"inCache", "outofCache"};
+    for (int round = 0; round < 2; ++round) {
+        ASSERT_TRUE(cache.firstValue());
+        for (int i = 0; i < 2; ++i) {
+            EXPECT_EQ(cache.value(), i);
+            EXPECT_STREQ(cache.getComment().c_str(), modes[i]);
+            EXPECT_EQ(length.value(), 7); // whatever it was scaled to before
+            length.setValue(99);
+            EXPECT_EQ(cache.nextValue(), i == 0);
+        }
+    }
+    psIterator<int> empty;
+    psCacheIteratorInt none(empty);
+    EXPECT_FALSE(none.firstValue());
+}
+
+TEST_F(CacheIterator, ValidatesTheAllocatedSizes) {
+    const struct {
+        int cache, mode, object, total; // object: 0 without an object
+        const char* said;               // null: valid
+    } cases[] = {
+        {10000, 0, 0, 1000, nullptr},
+        {10000, 0, 0, 9000, nullptr},
+        {10000, 0, 0, 999, "      inCache try: cacheParm=7 totalSize=999 < 1000\n"},
+        {10000, 0, 0, 9001, "      inCache try: cacheParm=7 totalSize=9001 > 9000\n"},
+        {10000, 0, 1000, 5000, nullptr},
+        {10000, 0, 999, 5000, "      inCache try: cacheParm=7 objectSize=999 < 1000\n"},
+        {10000, 0, 999, 9001,
+         "      inCache try: cacheParm=7 objectSize=999 < 1000\n"
+         "      inCache try: cacheParm=7 totalSize=9001 > 9000\n"},
+        {10000, 1, 0, 10500, nullptr},
+        {10000, 1, 0, 10499, "      outofCache try: cacheParm=7 totalSize=10499 < 10500\n"},
+        {0, 1, 0, 0, nullptr},
+        {-10000, 1, 0, 0, nullptr}, // the query fails
+        {-10000, 0, 0, 0, nullptr},
+        {-10000, 0, 0, 1, "      inCache try: cacheParm=7 totalSize=1 > 0\n"},
+    };
+    for (const auto& c : cases) {
+        g_cacheBytes = c.cache;
+        psIterator<int> length(7, "Len");
+        SizedObject object;
+        object.bytes = c.object;
+        psCacheIteratorInt cache(length, c.object ? &object : nullptr);
+        cache.firstValue();
+        if (c.mode == 1) {
+            cache.nextValue();
+        }
+        hold(c.total);
+        const Captured output;
+        EXPECT_EQ(cache.validateSize(), c.said == nullptr) << c.object << " " << c.total;
+        EXPECT_EQ(output.text(), c.said ? c.said : "");
+        // Told again, as an error, to those who did not see it.
+        cache.outputInfo();
+        EXPECT_EQ(output.text(), c.said ? c.said : "");
+        g_ostrm.setOutLevel(PS_OUT_WARN);
+        cache.outputInfo();
+        EXPECT_EQ(output.text().length(), c.said ? 2 * std::string(c.said).length() : 0u);
+    }
+}
+
+// What the repetitions ask of a test's own setter, and when they end.
+TEST_F(CacheIterator, RepeatsUntilItGivesUp) {
+    static std::string asked;
+    const auto setter = [](psParameter* parm, int current, int target, bool fine) {
+        asked += parm->name().c_str() + std::string(" ") + std::to_string(current) + ">" +
+                 std::to_string(target) + (fine ? " fine; " : "; ");
+        return true;
+    };
+    const Captured output;
+    const struct {
+        int mode, object, total;
+        const char* asked;
+        int repeats; // until it gives up
+    } cases[] = {
+        {0, 0, 9500, "Len 9500>9000; Len 9500>9000 fine; Len 9500>9000 fine; ", 10},
+        // Too small again and again: down to a hundredth of the cache, then no more.
+        {0, 0, 50, "Len 50>1000; Len 50>1000 fine; ", 2},
+        {0, 0, 500, "Len 500>1000; Len 500>1000 fine; ", 2}, // and there it is valid
+        {1, 0, 50, "Len 50>10500; Len 50>10500 fine; ", 2},
+        // Too small and too large: the total shrinks, once with the lower limit.
+        {0, 50, 9500, "Len 9500>9000; ", 1},
+        {0, 500, 9500, "Len 9500>9000; Len 9500>9000 fine; Len 9500>9000 fine; ", 10},
+    };
+    for (const auto& c : cases) {
+        psIterator<int> length(7, "Len");
+        SizedObject object;
+        object.bytes = c.object;
+        psCacheIteratorInt cache(length, c.object ? &object : nullptr, setter);
+        cache.firstValue();
+        if (c.mode == 1) {
+            cache.nextValue();
+        }
+        hold(c.total);
+        asked = "";
+        int repeats = 0;
+        while (!cache.validateSize() && cache.repeatValue()) {
+            ++repeats;
+        }
+        EXPECT_EQ(repeats, c.repeats) << c.total;
+        EXPECT_EQ(asked.substr(0, std::string(c.asked).length()), c.asked) << c.total;
+    }
+    psIterator<int> length(7, "Len");
+    psCacheIterator bare(length, nullptr, nullptr);
+    EXPECT_FALSE(bare.setNewValueToParm(1, 2, false)); // knows no parameter's type
+}
+
+TEST_F(CacheIterator, ATestMeasuresInBothModes) {
+    const Captured output;
+    const struct {
+        const char* lengths;
+        bool cacheMode;
+        int mostElements;
+        const char* measured;
+        psResult result;
+    } cases[] = {
+        {"600;10", true, INT_MAX,
+         "600 inCache/1; 600 inCache/2; 9600 outofCache/1; 9600 outofCache/2; ", PS_OK},
+        {"3", true, INT_MAX, "768 inCache/1; 768 inCache/2; 6144 outofCache/1; 6144 outofCache/2; ",
+         PS_OK},
+        {"100000", true, INT_MAX,
+         "3125 inCache/1; 3125 inCache/2; 100000 outofCache/1; 100000 outofCache/2; ", PS_OK},
+        {"600;10", false, INT_MAX, "600 1; 600 2; 10 1; 10 2; ", PS_OK},
+        {"600", true, 5000, "600 inCache/1; 600 inCache/2; ", PS_DATA_FAIL},
+    };
+    for (const auto& c : cases) {
+        psTest::m_cache = c.cacheMode;
+        psIterator<int> length(1, "Len");
+        length.translate(c.lengths);
+        CopyTest test(length);
+        test.mostElements = c.mostElements;
+        EXPECT_EQ(test.run(), c.result) << c.lengths;
+        EXPECT_EQ(test.measured, c.measured) << c.lengths;
+    }
+    EXPECT_NE(output.text().find("-- Fail to allocate outofCache data\n"), std::string::npos);
+}
