@@ -44,14 +44,6 @@ void trace(const char* what, const void* p) {
     }
 }
 
-// Large units and negative offsets can lead out of what the system gave, or onto the slot.
-bool isInside(std::uintptr_t result, int size, std::uintptr_t raw, long long request,
-              std::uintptr_t base) {
-    return result >= base - rawSlotDistance + sizeof(void*) &&
-           result + static_cast<std::uintptr_t>(size) <=
-               raw + static_cast<std::uintptr_t>(request);
-}
-
 void* track(std::uintptr_t base, std::uintptr_t result, int size, void* tag) {
     if (g_blocks == nullptr) {
         g_blocks = new AddressList;
@@ -147,6 +139,13 @@ std::uintptr_t psBlockPointer(std::uintptr_t base, int shift, int offset, int un
     return static_cast<std::uintptr_t>(highest & mask);
 }
 
+bool psBlockFits(std::uintptr_t pointer, int size, std::uintptr_t base, std::uintptr_t raw,
+                 long long request) {
+    return pointer >= base - rawSlotDistance + sizeof(void*) &&
+           pointer + static_cast<std::uintptr_t>(size) <=
+               raw + static_cast<std::uintptr_t>(request);
+}
+
 void* psMalloc(int size, int shift, int offset, void* tag) {
     const long long request = psBlockRequest(size, shift, offset, PS_ALIGN_MAX);
     if (size < 0 || request <= size) {
@@ -159,7 +158,7 @@ void* psMalloc(int size, int shift, int offset, void* tag) {
     const auto rawAddress = reinterpret_cast<std::uintptr_t>(raw);
     const std::uintptr_t base = psBlockBase(rawAddress, PS_ALIGN_MAX);
     const std::uintptr_t result = psBlockPointer(base, shift, offset, PS_ALIGN_MAX);
-    if (!isInside(result, size, rawAddress, request, base)) {
+    if (!psBlockFits(result, size, base, rawAddress, request)) {
         std::free(raw);
         return allocationFailure(size);
     }

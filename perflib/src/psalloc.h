@@ -86,5 +86,9 @@ bool psGetAlignByByte();
 long long psBlockRequest(int size, int shift, int offset, int unit); // bytes asked of the system
 std::uintptr_t psBlockBase(std::uintptr_t raw, int unit);
 std::uintptr_t psBlockPointer(std::uintptr_t base, int shift, int offset, int unit);
+// Whether a block of size bytes at pointer lies in what the system gave at raw for this request,
+// and behind the slot before base. Large units and negative offsets can lead out of it.
+bool psBlockFits(std::uintptr_t pointer, int size, std::uintptr_t base, std::uintptr_t raw,
+                 long long request);
 int psVectorMisalignment(int n, int step, bool firstOnly, int vectorNum);
 int psNextVectorShift(int currentShift, int step); // runs in 0..32767

@@ -4,6 +4,7 @@
 
 #include <climits>
 #include <cstdint>
+#include <cstring>
 #include <string>
 
 #include "captured.h"
@@ -105,20 +106,25 @@ TEST_F(Alloc, ImpossibleSizesAreReported) {
     }
 }
 
-// A misaligned block of a large unit may come to lie before what the system gave: then there is
-// none. A block that is given can be written and freed.
-TEST_F(Alloc, LargeUnitsNeverLeadOutOfTheBlock) {
-    psSetAlignMax(4096);
-    const Captured captured(PS_OUT_ERR);
-    int given = 0;
-    for (int i = 0; i < 64; ++i) {
-        if (void* const p = psMalloc(1000 + 64 * i, -4095)) {
-            memset(p, 0xff, static_cast<size_t>(1000 + 64 * i));
-            ++given;
-        }
+// A misaligned block of a large unit may come to lie before what the system gave, depending on the
+// address it gave.
+TEST_F(Alloc, BlocksOutsideTheSystemsBlockAreRefused) {
+    const struct { std::uintptr_t raw; int size, shift, offset, unit; bool fits; } cases[] = {
+        {0x10010, 1000, 0, 0, 64, true},        {0x10010, 1000, -63, 0, 64, true},
+        {0x20010, 1000, -4095, 0, 4096, false}, {0x21010, 1000, -4095, 0, 4096, true},
+        {0x10010, 1000, 0, -300, 64, false},    {0x10010, 0, 0, -64, 64, true},
+    };
+    for (const auto& c : cases) {
+        const std::uintptr_t base = psBlockBase(c.raw, c.unit);
+        const std::uintptr_t pointer = psBlockPointer(base, c.shift, c.offset, c.unit);
+        const long long request = psBlockRequest(c.size, c.shift, c.offset, c.unit);
+        EXPECT_EQ(psBlockFits(pointer, c.size, base, c.raw, request), c.fits)
+            << std::hex << c.raw << " " << pointer;
     }
-    EXPECT_GT(given, 0);
-    EXPECT_LT(given, 64);
+    EXPECT_TRUE(psBlockFits(0x10080, 100, 0x10080, 0x10000, 228));
+    EXPECT_FALSE(psBlockFits(0x10080, 101, 0x10080, 0x10000, 228));
+    EXPECT_TRUE(psBlockFits(0x10008, 0, 0x10080, 0x10000, 228));
+    EXPECT_FALSE(psBlockFits(0x10007, 0, 0x10080, 0x10000, 228)) << "on the hidden pointer";
 }
 
 TEST_F(Alloc, WalkGoesInAllocationOrder) {

@@ -96,7 +96,7 @@ TEST(FuncName, ArgumentTypes) {
         {"ntksMul_8u16s", "8u 8u 16s 16s"},
         {"ntksCopy_8u16s32s", "8u 8u 32s 32s"},
         {"ntksCompare_32f", "32f 32f 8u 8u"},
-        {"ntksMagnitude", "undef undef undef undef"},
+        {"ntksCompare", "undef undef undef undef"},
     };
     for (const auto& c : cases) {
         const kxFunc f(c.name);

@@ -81,6 +81,7 @@ TEST(String, Parts) {
     EXPECT_EQ(str(s.substr(2, 3)), "cde");
     EXPECT_EQ(str(s.substr(4, 9)), "ef");
     EXPECT_EQ(str(s.substr(9, 1)), "");
+    EXPECT_EQ(str(s.substr(-2, 2)), "ab");
     psString sized(s);
     sized.resize(8, '.');
     EXPECT_EQ(str(sized), "abcdef..");
@@ -100,7 +101,7 @@ TEST(String, Searches) {
         EXPECT_EQ(psString(c.text).rfind(c.word), c.last) << c.text << " " << c.word;
     }
     EXPECT_EQ(psString("abcabc").find("bc", 2), 4);
-    EXPECT_EQ(psString("abc").find("c", 7), psString::npos);
+    EXPECT_EQ(psString("abc").find("c", 1000), psString::npos);
     EXPECT_EQ(psString("ab\0cd", 5).find("cd"), psString::npos) << "ends at the zero byte";
     EXPECT_TRUE(psString("-- x").startsWith("--"));
     EXPECT_FALSE(psString("-").startsWith("--"));
@@ -227,6 +228,7 @@ TEST(Keyword, EnumTexts) {
     EXPECT_EQ(str(enumString(3, levelValues, levelNames, 4)), "3");
     EXPECT_EQ(str(enumString(1, levelValues, levelNames, 0)), "1");
     const psString shared("perf"), unknown("zzz");
+    shared.setBad(true);
     EXPECT_EQ(enumValue(shared, levelValues, levelNames, 4), 4) << "the first in table order";
     EXPECT_FALSE(shared.isBad());
     EXPECT_EQ(enumValue(unknown, levelValues, levelNames, 4), 0);

@@ -294,6 +294,8 @@ TEST(Vector, TextColumns) {
     }
     EXPECT_STREQ(kxVector::getByteString("\x01\xff\x7f", 3).c_str(), " 01 FF 7F");
     EXPECT_STREQ(kxVector::getByteString("", 0).c_str(), "");
+    // Three columns a byte are more than a string holds.
+    EXPECT_EQ(kxVector::getByteString("", 1431655767).length(), 0);
     EXPECT_STREQ(kxVector(kx8u).getString().c_str(), "");
     EXPECT_STREQ(kxVector::getDataString(kxUndef, "x", 1).c_str(), "");
 }
