@@ -17,6 +17,8 @@ public:
     }
     psResult runTiming() override {
         ++runs;
+        psTool::ctrlStart();
+        psTool::ctrlStop();
         if (outcome == PS_EXCEPTION) {
             throw psException("thrown");
         }
