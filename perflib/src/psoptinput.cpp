@@ -80,7 +80,10 @@ template <bool Write> void setIni(const psString& argument, psSession* session) 
 }
 
 psString pressingInfo(const psString&) {
-    return "read tested function names from ini-file";
+    const char* const text = "read tested function names from ini-file";
+    return psIsKeyGiven('i') || psIsKeyGiven('I')
+               ? psString(text)
+               : psString(text) + ": no test will be run without -i or -I key";
 }
 
 void setPressing(const psString&, psSession*) {

@@ -11,7 +11,8 @@ struct Field {
     const char* name;  // in the texts: "function" name
     const char* empty; // the refusal of a condition without a pattern
 };
-constexpr Field functionField = {'f', PS_BY_FUNCTION, "function", "ignored: empty function pattern"};
+constexpr Field functionField = {'f', PS_BY_FUNCTION, "function",
+                                 "ignored: empty function pattern"};
 constexpr Field testField = {'t', PS_BY_TEST, "test", "ignored: empty test pattern"};
 constexpr Field fileField = {'m', PS_BY_FILE, "source file", "ignored: empty file pattern"};
 

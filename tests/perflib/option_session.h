@@ -1,0 +1,119 @@
+#pragma once
+
+#include <initializer_list>
+#include <new>
+#include <string>
+
+#include "files.h"
+#include "ps.h"
+#include "psalloc.h"
+#include "psctrl87.h"
+#include "psistream.h"
+#include "pstest.h"
+
+// A session whose program is "prog" in the test directory, in which nothing was asked for yet: also
+// the process-wide settings are as they are at the start, and again so at the end.
+class OptionSession : public psSession {
+public:
+    OptionSession() {
+        initSession();
+        m_exePath = testPath("prog").c_str();
+        setInDir("");
+        setOutDir("");
+        setDefName("");
+        pSession = this;
+    }
+    ~OptionSession() override {
+        pSession = nullptr;
+        m_exitLevel = m_nameMode = 0;
+        m_nameExit = false;
+        psTest::m_pressing = psTest::m_cache = false;
+        psTest::m_hot = 0;
+        psTool::m_numExtLoops = m_loops.ext;
+        psTool::m_minNumLoops = m_loops.min;
+        psTool::m_numMilliseconds = m_loops.milliseconds;
+        psTool::m_priority = 0;
+        g_tool = psTool();
+        ts87Base::Exception = m_exceptions.x87;
+        tsSSXBase::Exception = m_exceptions.ssx;
+        psTestList::m_startFunc = "";
+        g_istrm.~psIStream();
+        new (&g_istrm) psIStream;
+    }
+
+    // What the report of the command line says, and then what is no more as at the start.
+    std::string info(char key, const char* argument) {
+        return getOption(key)->info(argument).c_str();
+    }
+    std::string effect(char key, const char* argument) {
+        getOption(key)->apply(argument, this);
+        return state();
+    }
+    std::string state() {
+        std::string text;
+        const auto put = [&text](const std::string& name, bool differs) {
+            text += differs ? (text.empty() ? "" : " ") + name : "";
+        };
+        const auto number = [&put](const char* name, long long value, long long usual) {
+            put(name + std::to_string(value), value != usual);
+        };
+        put("bat", batMode());
+        number("ask=", askMode(), 0);
+        number("level=", levelMode(), 0);
+        put("quick", quickMode());
+        number("list=", enumMode(), 100);
+        put(std::string("end=") + sglName().c_str(), !sglName().empty());
+        for (const RunCondition* condition : conditions()) {
+            put("cond=" + std::to_string(condition->group()) + std::to_string(condition->kind()) +
+                    condition->pattern().c_str(), true);
+        }
+        put("or", conditions().logic() == 1);
+        number("names=", m_nameMode, 0);
+        put("nameExit", m_nameExit);
+        put("pressing", psTest::m_pressing);
+        put("cache", psTest::m_cache);
+        number("hot=", psTest::m_hot, 0);
+        number("ext=", psTool::m_numExtLoops, 8);
+        number("ms=", psTool::m_numMilliseconds, 100);
+        number("loops=", psTool::m_minNumLoops, 8);
+        number("priority=", psTool::m_priority, 0);
+        put("use", g_tool.harnessCalls);
+        number("x87=", ts87Base::Exception, m_exceptions.x87);
+        number("ssx=", tsSSXBase::Exception, m_exceptions.ssx);
+        put(std::string("start=") + psTestList::m_startFunc.c_str(),
+            !psTestList::m_startFunc.empty());
+        for (const psString& name : g_istrm.unusedPresets()) {
+            put(std::string("preset=") + name.c_str(), true);
+        }
+        return text;
+    }
+
+    bool parse(std::initializer_list<const char*> words) {
+        char* argv[16] = {};
+        const std::string program = testPath("prog");
+        argv[0] = const_cast<char*>(program.c_str());
+        int argc = 1;
+        for (const char* word : words) {
+            argv[argc++] = const_cast<char*>(word);
+        }
+        return parseCommandLine(argc, argv);
+    }
+    using psSession::hintOutput;
+
+private:
+    const struct {
+        int ext = psTool::m_numExtLoops, min = psTool::m_minNumLoops;
+        int milliseconds = psTool::m_numMilliseconds;
+    } m_loops;
+    const struct {
+        unsigned x87 = ts87Base::Exception, ssx = tsSSXBase::Exception;
+    } m_exceptions;
+};
+
+inline int timesIn(const std::string& text, const std::string& part) {
+    int times = 0;
+    for (size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) {
+        ++times;
+    }
+    return times;
+}
