@@ -1,0 +1,40 @@
+# shellcheck shell=bash
+# What the scripts of this folder share; sourced, not run. Sets top to the project's top folder.
+
+set -euo pipefail
+unset CDPATH
+
+top=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+
+# Builds and tests write plain lines, on a terminal as well as into a log.
+export TERM=dumb CLICOLOR=0 GTEST_COLOR=no
+
+say() {
+    printf '== %s\n' "$*"
+}
+
+fail() {
+    printf '%s: %s\n' "$(basename "$0")" "$*" >&2
+    exit 1
+}
+
+# build PRESET [TARGET...]: brings the build tree up to date, all of it when no target is named.
+build() {
+    local preset=$1 tree=$top/build/$1
+    shift
+    # Ninja configures again by itself when a CMakeLists.txt changes, but it does not know the
+    # presets.
+    if [[ ! -f $tree/build.ninja || $top/CMakePresets.json -nt $tree/build.ninja ]]; then
+        say "configuring preset $preset in build/$preset"
+        (cd "$top" && cmake --preset "$preset" </dev/null)
+    fi
+    say "building preset $preset: ${*:-everything}"
+    (cd "$top" && cmake --build --preset "$preset" --parallel "$(nproc)" \
+        ${1:+--target "$@"} </dev/null)
+}
+
+# run_tests PRESET: prints what CTest prints and returns its status.
+run_tests() {
+    say "testing preset $1"
+    (cd "$top" && ctest --preset "$1" </dev/null)
+}

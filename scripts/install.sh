@@ -1,0 +1,49 @@
+#!/usr/bin/env bash
+# Installs the Debian packages that the project needs and that are missing. Does nothing, and
+# needs no rights, when all are there.
+
+# shellcheck source-path=SCRIPTDIR source=common.sh
+. "$(dirname "${BASH_SOURCE[0]}")/common.sh"
+
+packages=(
+    g++ cmake ninja-build                  # to build
+    liblz4-dev libdeflate-dev libisal-dev  # inside the measured library
+    zlib1g-dev                             # comparisons and tests
+    libgtest-dev                           # tests
+)
+
+is_installed() {
+    [[ $(dpkg-query --show --showformat='${db:Status-Status}' "$1" 2>/dev/null) == installed ]]
+}
+
+apt() {
+    local as_root=()
+    if ((EUID != 0)); then
+        as_root=(sudo)
+    fi
+    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+        apt-get --quiet --option DPkg::Lock::Timeout=120 "$@" </dev/null
+}
+
+if ! command -v dpkg-query >/dev/null; then
+    say "no Debian packages on this machine: not checking for ${packages[*]}"
+    exit 0
+fi
+
+missing=()
+for package in "${packages[@]}"; do
+    is_installed "$package" || missing+=("$package")
+done
+if ((${#missing[@]} == 0)); then
+    say "all needed packages are installed"
+    exit 0
+fi
+
+if ((EUID != 0)) && ! command -v sudo >/dev/null; then
+    fail "packages are missing: ${missing[*]}. Run this as root: apt-get install ${missing[*]}"
+fi
+say "installing ${missing[*]}"
+# One source of several may be out of reach and the packages still be known.
+apt update || say "not all package lists could be read (see above), going on with those at hand"
+apt install --yes --no-install-recommends "${missing[@]}" ||
+    fail "the installation failed (see above); still missing: ${missing[*]}"
