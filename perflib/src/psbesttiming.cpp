@@ -238,9 +238,9 @@ void psTool::finishBest() {
     methodInfo += (countCalls ? "nCalls=" : "nLps=") + psText(numLoops);
     if (accuracy > accuracyLimit) {
         methodInfo += " acc=" + psAccuracyText(accuracy);
-        if (result < PS_ACCUR_WARN) {
+        if (result < PS_ACCUR_WARN) { // the note said "successfully" until now
             result = PS_ACCUR_WARN;
-            note += "actual accuracy = " + psAccuracyText(accuracy);
+            note = "actual accuracy = " + psAccuracyText(accuracy);
         }
     }
     collect("    Auto method: stop\n");

@@ -72,10 +72,13 @@ TEST_F(Table, CellsCountOnlyBelowTheNextColumn) {
     m_table << "a";
     m_table.setColm(2, "c");
     m_table.skipToColm(3);
-    m_table.skipToColm(1); // never back
     m_table << "d"
-            << "\n";
-    EXPECT_EQ(text(), "a,-,-\na,-,c,d\n");
+            << "\n"
+            << "a"
+            << "b";
+    m_table.skipToColm(1); // what stands from there on is dropped
+    m_table.lineOut(3);
+    EXPECT_EQ(text(), "a,-,-\na,-,c,d\na,-,-\n");
     EXPECT_EQ(m_table.nextColm(), 0);
 }
 

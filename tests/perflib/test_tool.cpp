@@ -164,8 +164,8 @@ TEST_F(ToolTest, ConfirmingRunsMixPerCallClocksWithTotals) {
     EXPECT_EQ(tool.timing(loopFunc, nullptr, nullptr, nullptr), PS_ACCUR_WARN);
     EXPECT_EQ(g_script.loops, (std::vector<int>{1, 4, 8, 8, 8}));
     EXPECT_DOUBLE_EQ(tool.funcClocks, 41200.0 / 8);
-    EXPECT_STREQ(tool.note.c_str(), "actual accuracy = 81.8%");
-    EXPECT_STREQ(tool.methodInfo.c_str(), "nLps=8 acc=81.8%");
+    EXPECT_STREQ(tool.note.c_str(), "actual accuracy = 82.4%");
+    EXPECT_STREQ(tool.methodInfo.c_str(), "nLps=8 acc=82.4%");
 }
 
 TEST_F(ToolTest, AFailedRunEndsTheAutoMethodAndShowsItsHistory) {
