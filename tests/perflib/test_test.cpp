@@ -42,6 +42,12 @@ public:
         }
     }
     void flushStart() override { steps += "F"; }
+    void parmsToOstrm() override {
+        if (print) {
+            print();
+        }
+        psTest::parmsToOstrm();
+    }
     double getDivisor() override { return 100; }
     psString getUnit() override { return "e"; }
 
@@ -49,6 +55,7 @@ public:
     bool start = true;
     std::function<bool()> init;
     std::function<void()> flush;
+    std::function<void()> print;
     std::string steps;
 };
 
@@ -149,6 +156,9 @@ TEST_F(LifeTest, FailuresAndTheirMessages) {
          "--NTK. Signal: Illegal storage access. in ntkFunctionCalls\n", "if"},
         {"fault in flush", [&] { probe.flush = segfault; }, PS_EXCEPTION,
          "--NTK. Signal: Illegal storage access. in flushData\n", "iff"},
+        {"exception in the middle of a message",
+         [&] { probe.print = [] { throw psException("y"); }; }, PS_EXCEPTION,
+         "--NTK. Signal: y in parmsToOstrm\n", "if"},
         {"library error", [&] { g_measure = [] { return PS_FUNC_FAIL; }; }, PS_FUNC_FAIL,
          "-- lib function fail on test parameters:\nntksProbe_8u: \n", "ifF"},
     };
@@ -157,6 +167,7 @@ TEST_F(LifeTest, FailuresAndTheirMessages) {
         probe.start = true;
         probe.init = nullptr;
         probe.flush = nullptr;
+        probe.print = nullptr;
         probe.steps = "";
         g_measure = nullptr;
         c.prepare();
