@@ -9,17 +9,17 @@
 PS_INIT_SECOND psIStream g_istrm;
 
 bool psIStream::setIniFile(const psString& name, bool write) {
-    m_hasIni = m_ini.open(name, write);
-    m_writing = m_hasIni && write;
-    return m_hasIni;
+    const bool opened = m_ini.open(name, write);
+    m_writing = opened && write;
+    return opened;
 }
 
 bool psIStream::sectionExist(const psString& section) const {
-    return m_hasIni && m_ini.sectionExist(section);
+    return m_ini.sectionExist(section);
 }
 
 bool psIStream::closeIniFile() {
-    m_hasIni = m_writing = false;
+    m_writing = false;
     return m_ini.close();
 }
 
@@ -59,7 +59,7 @@ psIStream::Source psIStream::read(const psString& name, const psString& prompt,
     if (name.empty()) { // nobody can address it
         return PS_FROM_NOTHING;
     }
-    const bool inFile = m_hasIni && m_ini.valueExist(m_section, name);
+    const bool inFile = m_ini.valueExist(m_section, name);
     if (m_writing && !inFile) {
         m_ini.write(m_section, name, defaultText, prompt == name ? psString() : prompt);
     }

@@ -50,8 +50,7 @@ private:
 
     FILE* m_console = nullptr;
     bool m_asking = false;
-    psIniFile m_ini;
-    bool m_hasIni = false;
+    psIniFile m_ini; // empty while none is open
     bool m_writing = false;
     psString m_section = commonSection;
     psList<Preset> m_presets;

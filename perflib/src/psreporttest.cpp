@@ -63,7 +63,7 @@ static void appendCtrlWords(psStringList& cells, const psCtrlWords& words) {
 }
 
 psReportTestResult::psReportTestResult(psTest& test)
-    : m_measuredNothing(test.result() == PS_UNDEFINED || !test.ctrlWords().recorded) {
+    : m_measuredNothing(!test.ctrlWords().recorded) {
     const double seconds = difftime(test.endTime(), test.startTime());
     m_cells.append(test.functionName());
     m_cells.append(className(test));

@@ -59,7 +59,7 @@ TEST(CacheScale, LengthsAreScaled) {
         {10, 1000, 300, false, 2},   {10, 100, 100, true, 5},   {1, 1000, 300, false, 0},
         {1, 1000, 300, true, 0},     {1 << 30, 1, 2, true, 0},  {1 << 29, 1, 2, true, 1 << 30},
         {3, 0, 100, false, 0},       {3, 100, 0, false, 0},     {0, 1, 100, false, 0},
-        {INT_MAX, 1, 2, false, 0},   {1, 1, INT_MAX, false, 0},
+        {INT_MAX, 1, 2, false, 0},   {1, 1, INT_MAX, false, 0}, {5, 1, (1 << 30) - 1, false, 0},
     };
     for (const auto& c : cases) {
         int value = c.value;
@@ -314,7 +314,42 @@ TEST_F(CacheIterator, RepeatsUntilItGivesUp) {
         EXPECT_EQ(repeats, c.repeats) << c.total;
         EXPECT_EQ(asked.substr(0, std::string(c.asked).length()), c.asked) << c.total;
     }
+    // A new mode, and a size that fits, begin with a coarse step again.
     psIterator<int> length(7, "Len");
+    psCacheIteratorInt cache(length, nullptr, setter);
+    asked = "";
+    const auto repeat = [&cache](int total) {
+        hold(total);
+        while (!cache.validateSize() && cache.repeatValue()) {
+        }
+    };
+    for (int i = 0; i < 2; ++i) {
+        cache.firstValue();
+        EXPECT_EQ(cache.lowSize(), 1000);
+        repeat(50);
+        EXPECT_EQ(cache.lowSize(), 100);
+    }
+    EXPECT_EQ(asked, "Len 50>1000; Len 50>1000 fine; Len 50>1000; Len 50>1000 fine; ");
+    cache.firstValue();
+    std::string before = output.text();
+    g_ostrm.setOutLevel(PS_OUT_WARN);
+    cache.outputInfo();
+    EXPECT_EQ(output.text(), before); // nothing was tried yet
+    g_ostrm.setOutLevel(PS_OUT_PERF);
+    for (const int total : {9500, 5000}) {
+        hold(total);
+        asked = "";
+        EXPECT_EQ(cache.validateSize() || !cache.repeatValue(), total == 5000);
+    }
+    hold(9500);
+    EXPECT_FALSE(cache.validateSize());
+    EXPECT_TRUE(cache.repeatValue());
+    EXPECT_EQ(asked, "Len 9500>9000; ");
+    before = output.text();
+    g_ostrm.setOutLevel(PS_OUT_WARN);
+    cache.outputInfo(); // of this try alone
+    EXPECT_EQ(output.text(), before + "      inCache try: cacheParm=7 totalSize=9500 > 9000\n");
+
     psCacheIterator bare(length, nullptr, nullptr);
     EXPECT_FALSE(bare.setNewValueToParm(1, 2, false)); // knows no parameter's type
 }
