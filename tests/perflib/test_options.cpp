@@ -187,20 +187,24 @@ TEST(Options, KeysThatDependOnOthers) {
 }
 
 TEST(Options, OutputFiles) {
-    const auto log = [] { g_ostrm << PS_ERR << "log\n" << PS_END_FLUSH; };
+    struct Table {
+        psCStream& stream;
+        const char* cell;
+    };
+    const Table tables[] = {{g_cstrm, "result"}, {g_ustrm, "sum"}, {g_nstrm, "name"}};
     const struct {
         const char *key, *argument, *file, *info, *content;
     } cases[] = {
         {"o", "", "prog.txt", "create file DIRprog.txt and write console output", "log\n"},
         {"O", "a", "a.txt", "add console output to file DIRa.txt", "old\nlog\n"},
-        {"r", "", "prog.csv", "create file DIRprog.csv and write PS results", "cell\n"},
-        {"R", "a.b", "a.b", "add PS results to file DIRa.b", "old\ncell\n"},
+        {"r", "", "prog.csv", "create file DIRprog.csv and write PS results", "result\n"},
+        {"R", "a.b", "a.b", "add PS results to file DIRa.b", "old\nresult\n"},
         {"q", "", "prog_name.csv",
-         "create file DIRprog_name.csv and write function parameter name lines", "cell\n"},
-        {"q", "a", "a_name.csv", nullptr, "cell\n"},
-        {"u", "", "prog_sum.csv", "create file DIRprog_sum.csv and write summary table", "cell\n"},
-        {"u", "a", "a.csv", nullptr, "cell\n"},
-        {"U", "", "prog_sum.csv", "add summary table to file DIRprog_sum.csv", "old\ncell\n"},
+         "create file DIRprog_name.csv and write function parameter name lines", "name\n"},
+        {"q", "a", "a_name.csv", nullptr, "name\n"},
+        {"u", "", "prog_sum.csv", "create file DIRprog_sum.csv and write summary table", "sum\n"},
+        {"u", "a", "a.csv", nullptr, "sum\n"},
+        {"U", "", "prog_sum.csv", "add summary table to file DIRprog_sum.csv", "old\nsum\n"},
     };
     for (const auto& c : cases) {
         OptionSession session;
@@ -209,12 +213,12 @@ TEST(Options, OutputFiles) {
             EXPECT_EQ(session.info(c.key[0], c.argument), placed(c.info));
         }
         EXPECT_EQ(session.effect(c.key[0], c.argument), c.key[0] == 'q' ? "names=2" : "");
-        log();
-        for (psCStream* table : {&g_cstrm, &g_ustrm, &g_nstrm}) {
-            *table << "cell" << "\n";
-            table->close();
-        }
+        g_ostrm << PS_ERR << "log\n" << PS_END;
         g_ostrm.close();
+        for (const Table& table : tables) {
+            table.stream << table.cell << "\n";
+            table.stream.close();
+        }
         EXPECT_EQ(readFile(file), c.content) << c.key << c.argument;
     }
     for (const char* word : {"-o", "-O", "-r", "-R", "-q", "-u", "-U"}) {
@@ -279,6 +283,10 @@ TEST(Options, Help) {
     EXPECT_EQ(timesIn(hiddenFull, "-W= unmask floating-point exceptions\n" + mark), 1);
     EXPECT_EQ(timesIn(full, "\n\n-"), static_cast<int>(shown.length())); // between the entries
     EXPECT_EQ(timesIn(full, "without-extention"), 10);
+    EXPECT_EQ(timesIn(full, "kept"), 0);
+    for (const char* key : {"f", "t", "m"}) {
+        EXPECT_EQ(timesIn(full, std::string(" one of -") + key + "= arguments\n"), 1);
+    }
 
     const std::string end = "\nUse -h option to type full key list\n";
     const struct {
