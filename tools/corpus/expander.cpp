@@ -52,6 +52,14 @@ const std::string& Expander::bindFrom(std::string_view name, std::string_view te
     return m_bound.insert_or_assign(std::string(name), expand(text)).first->second;
 }
 
+void Expander::bindSeries(std::string_view stem, int count, std::string_view text) {
+    for (int i = 1; i <= count; ++i) {
+        std::string name(stem);
+        name += std::to_string(i);
+        bindFrom(name, text);
+    }
+}
+
 void Expander::setTopic(int topic, int sharePerMille, int topicWindow) {
     m_topic = topic;
     m_topicShare = sharePerMille;

@@ -26,6 +26,9 @@ public:
     // Expands the template and binds the result, so that later uses repeat it.
     const std::string& bindFrom(std::string_view name, std::string_view text);
 
+    // Binds stem1, stem2 ... stemN to one expansion each.
+    void bindSeries(std::string_view stem, int count, std::string_view text);
+
     // Chapters, articles and the like are each about something: a part of all draws from a word
     // list falls on the topicWindow words that start at a place peculiar to the topic.
     void setTopic(int topic, int sharePerMille, int topicWindow);

@@ -186,12 +186,8 @@ std::string makeCProgram(std::size_t sizeBytes) {
                           kFlatnessPercent);
     Expander text(grammar, 7);
     ProgramNames programNames(text, 4, 8, 8);
-    for (int i = 1; i <= 4; ++i) {
-        text.bindFrom("m" + std::to_string(i), "$(short)_$root");
-    }
-    for (int i = 1; i <= 6; ++i) {
-        text.bindFrom("k" + std::to_string(i), "$macro");
-    }
+    text.bindSeries("m", 4, "$(short)_$root");
+    text.bindSeries("k", 6, "$macro");
     programNames.startFunction();
     std::string all = text.expand("$head\n");
     while (all.size() < sizeBytes) {

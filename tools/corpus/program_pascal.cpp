@@ -238,9 +238,7 @@ std::string makePascalProgram(std::size_t sizeBytes) {
                           kFlatnessPercent);
     Expander text(grammar, 9);
     ProgramNames programNames(text, 4, 6, 6);
-    for (int i = 1; i <= 4; ++i) {
-        text.bindFrom("m" + std::to_string(i), "$short");
-    }
+    text.bindSeries("m", 4, "$short");
     programNames.startFunction();
     const std::string head = text.expand("$head");
     const std::string mainPart = text.expand("\nbegin { main }\n   $body\n   $body\nend.\n");

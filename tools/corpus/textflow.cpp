@@ -12,9 +12,12 @@ void TextFlow::fill(std::string_view words) {
         if (m_column > 0 && m_column + 1 + word.size() > m_width) {
             endParagraph();
         }
-        m_text += m_column == 0 ? m_prefix : " ";
+        if (m_column > 0) {
+            m_text.push_back(' ');
+            ++m_column;
+        }
         m_text += word;
-        m_column += (m_column == 0 ? m_prefix.size() : 1) + word.size();
+        m_column += word.size();
     }
 }
 

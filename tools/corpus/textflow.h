@@ -11,9 +11,6 @@ class TextFlow {
 public:
     explicit TextFlow(std::size_t widthColumns) : m_width(widthColumns) {}
 
-    // Each line of a paragraph begins with this text, for example "> " in a quotation.
-    void setPrefix(std::string_view prefix) { m_prefix = prefix; }
-
     // Adds words to the running paragraph.
     void fill(std::string_view words);
 
@@ -28,7 +25,6 @@ public:
 
 private:
     std::size_t m_width;
-    std::string m_prefix;
     std::string m_text;
     std::size_t m_column = 0;
 };

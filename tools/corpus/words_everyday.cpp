@@ -178,12 +178,6 @@ constexpr Rule kDeedsAndQualities[] = {
         without+a+word with+a+smile with+a+sigh before+long all+at+once in+a+low+voice
         after+a+while of+a+sudden to+and+fro as+usual for+ever in+earnest with+difficulty
         out+of+doors beyond+question in+vain)"},
-    {"limbed", Split::Words, kBroad, R"(
-        eyed handed haired faced voiced browed bearded footed cheeked lipped hearted shouldered
-        chinned tongued eared limbed kneed bosomed minded tempered witted spirited)"},
-    {"marked", Split::Words, kBroad, R"(
-        coloured shaped stained topped bound worn edged lined covered scented scorched bitten
-        shaken washed beaten polished mended strewn haunted laden trimmed handled bottomed)"},
     {"still", Split::Words, kZipf, R"(
         still only now then even just never always often perhaps indeed also soon once already
         merely certainly ever surely seldom usually sometimes no+longer by+then afterwards there)"},

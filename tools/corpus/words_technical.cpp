@@ -91,11 +91,6 @@ constexpr Rule kRules[] = {
         largely mainly partly completely entirely correctly incorrectly efficiently reliably
         periodically occasionally subsequently eventually finally initially previously clearly
         obviously apparently presumably fortunately unfortunately deliberately carefully)"},
-    {"tcompound", Split::Lines, kSteep, R"(
-        $tnoun
-        $tnoun $tnoun
-        $tadj $tnoun
-        $tadj $tnoun $tnoun)"},
     {"tfield", Split::Lines, kZipf, R"(
         $tabstract
         $tadj $tabstract
