@@ -33,8 +33,8 @@ inline void compete(std::vector<Contender>& contenders, int rounds) {
     }
 }
 
-// One line for the first contender against the fastest of the others, for data of some size; `bytes` is
-// what the clocks are divided by.
+// One line for the first contender against the fastest of the others, on data of some size; the
+// clocks are divided by `bytes`.
 inline void printRatio(const char* what, std::size_t dataBytes, std::size_t bytes,
                        const std::vector<Contender>& contenders) {
     const Contender& own = contenders.front();

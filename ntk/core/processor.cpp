@@ -24,13 +24,10 @@ Ntk64u savedStatesHere() {
 const Processor thisProcessor = {identifyHere, savedStatesHere};
 
 Registers leafOrZero(const Processor& processor, Ntk32u leaf, Ntk32u subleaf) {
-    const Ntk32u range = leaf & 0x80000000U;
-    const Ntk32u largest = processor.identify(range, 0).eax;
-    // A processor without extended leaves answers with other data, whose top bit is not set.
-    if ((largest & 0x80000000U) != range || largest < leaf) {
-        return Registers{};
-    }
-    return processor.identify(leaf, subleaf);
+    // The largest leaf of the standard or the extended range. A processor without extended leaves
+    // answers with something below all of them.
+    const Ntk32u largest = processor.identify(leaf & 0x80000000U, 0).eax;
+    return largest < leaf ? Registers{} : processor.identify(leaf, subleaf);
 }
 
 }  // namespace ntk

@@ -3,38 +3,39 @@
 
 #include <lz4.h>
 
-#include <vector>
+#include <array>
 
 #include "ntkdc.h"
 #include "samples.h"
 
-// Tables of both kinds, made empty.
-struct Lz4Tables {
+// Tables of both kinds, made empty, at addresses of no alignment.
+class Lz4Tables {
+public:
     Lz4Tables() {
         int sizes[3] = {};
         ntksEncodeLZ4HashTableGetSize_8u(&sizes[0]);
         ntksEncodeLZ4HCHashTableGetSize_8u(&sizes[1], &sizes[2]);
-        hash.resize(static_cast<std::size_t>(sizes[0]));
-        hcHash.resize(static_cast<std::size_t>(sizes[1]));
-        hcChain.resize(static_cast<std::size_t>(sizes[2]));
+        for (std::size_t i = 0; i < m_blocks.size(); ++i) {
+            m_blocks[i].resize(static_cast<std::size_t>(sizes[i]) + 1);
+        }
         clear();
     }
     void clear() {
-        ntksEncodeLZ4DictHashTableInit_8u(hash.data(), 0);
+        ntksEncodeLZ4DictHashTableInit_8u(hash(), 0);
         ntksEncodeLZ4HCHashTableInit_8u(hc().data());
     }
     void fill(const Bytes& noise) {
-        for (Bytes* const table : {&hash, &hcHash, &hcChain}) {
-            for (std::size_t i = 0; i < table->size(); ++i) {
-                (*table)[i] = noise[i % noise.size()];
+        for (Bytes& block : m_blocks) {
+            for (std::size_t i = 0; i < block.size(); ++i) {
+                block[i] = noise[i % noise.size()];
             }
         }
     }
-    std::vector<Ntk8u*> hc() { return {hcHash.data(), hcChain.data()}; }
+    Ntk8u* hash() { return m_blocks[0].data() + 1; }
+    std::array<Ntk8u*, 2> hc() { return {m_blocks[1].data() + 1, m_blocks[2].data() + 1}; }
 
-    Bytes hash;
-    Bytes hcHash;
-    Bytes hcChain;
+private:
+    std::array<Bytes, 3> m_blocks;
 };
 
 // One call of an encoder; encoders without a dictionary or position ignore theirs.
@@ -58,21 +59,21 @@ struct Lz4Encoder {
 inline const Lz4Encoder lz4Encoders[] = {
     {"LZ4", false, false,
      [](Lz4Call& c, Lz4Tables& t) {
-         return ntksEncodeLZ4_8u(c.src, c.srcLen, c.dst, &c.dstLen, t.hash.data());
+         return ntksEncodeLZ4_8u(c.src, c.srcLen, c.dst, &c.dstLen, t.hash());
      }},
     {"LZ4Safe", true, false,
      [](Lz4Call& c, Lz4Tables& t) {
-         return ntksEncodeLZ4Safe_8u(c.src, &c.srcLen, c.dst, &c.dstLen, t.hash.data());
+         return ntksEncodeLZ4Safe_8u(c.src, &c.srcLen, c.dst, &c.dstLen, t.hash());
      }},
     {"LZ4Dict", false, true,
      [](Lz4Call& c, Lz4Tables& t) {
-         return ntksEncodeLZ4Dict_8u(c.src, c.srcIdx, c.srcLen, c.dst, &c.dstLen, t.hash.data(),
-                                     c.dict, c.dictLen);
+         return ntksEncodeLZ4Dict_8u(c.src, c.srcIdx, c.srcLen, c.dst, &c.dstLen, t.hash(), c.dict,
+                                     c.dictLen);
      }},
     {"LZ4DictSafe", true, true,
      [](Lz4Call& c, Lz4Tables& t) {
-         return ntksEncodeLZ4DictSafe_8u(c.src, c.srcIdx, &c.srcLen, c.dst, &c.dstLen,
-                                         t.hash.data(), c.dict, c.dictLen);
+         return ntksEncodeLZ4DictSafe_8u(c.src, c.srcIdx, &c.srcLen, c.dst, &c.dstLen, t.hash(),
+                                         c.dict, c.dictLen);
      }},
     {"LZ4HC", true, true,
      [](Lz4Call& c, Lz4Tables& t) {
@@ -80,6 +81,8 @@ inline const Lz4Encoder lz4Encoders[] = {
                                    c.dict, c.dictLen, 0);
      }},
 };
+inline const Lz4Encoder& lz4Dict = lz4Encoders[2];
+inline const Lz4Encoder& lz4Hc = lz4Encoders[4];
 
 // What liblz4 makes of a block whose data have exactly the given length; empty where it refuses.
 inline Bytes decodedByLiblz4(const Ntk8u* block, int blockLen, int length,

@@ -27,9 +27,10 @@ Ntk64u noStates() {
     return 0;
 }
 
-// A description that never ends, as of a broken hypervisor.
-ntk::Registers endless(Ntk32u leaf, Ntk32u) {
-    return leaf == 0 ? ntk::Registers{4, 0, 0, 0} : ntk::Registers{0x21, 0x01c0003f, 0x3f, 0};
+// A description that never ends, as of a broken hypervisor: ever larger caches of whole KiB.
+ntk::Registers endless(Ntk32u leaf, Ntk32u subleaf) {
+    return leaf == 0 ? ntk::Registers{4, 0, 0, 0}
+                     : ntk::Registers{0x21, 0x0000003f, 16 * subleaf + 15, 0};
 }
 
 const Machine machines[] = {

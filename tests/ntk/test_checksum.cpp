@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <isa-l/crc.h>
 #include <zlib.h>
 
 #include "guarded.h"
@@ -13,27 +14,13 @@ namespace {
 
 using Judge = Ntk32u (*)(Ntk32u value, const Ntk8u* data, std::size_t length);
 
-// The plain definitions, bit by bit.
-Ntk32u crc32cByBits(Ntk32u value, const Ntk8u* data, std::size_t length) {
-    Ntk32u crc = ~value;
-    for (std::size_t i = 0; i < length; ++i) {
-        crc ^= data[i];
-        for (int k = 0; k < 8; ++k) {
-            crc = (crc >> 1) ^ ((crc & 1) != 0 ? 0x82f63b78U : 0);
-        }
-    }
-    return ~crc;
+// libisal's table-driven functions share nothing with its vector kernels, which are candidates.
+Ntk32u isalBaseCrc32c(Ntk32u value, const Ntk8u* data, std::size_t length) {
+    return ~crc32_iscsi_base(const_cast<Ntk8u*>(data), static_cast<int>(length), ~value);
 }
 
-Ntk32u crc32Bz2ByBits(Ntk32u value, const Ntk8u* data, std::size_t length) {
-    Ntk32u crc = ~value;
-    for (std::size_t i = 0; i < length; ++i) {
-        crc ^= static_cast<Ntk32u>(data[i]) << 24;
-        for (int k = 0; k < 8; ++k) {
-            crc = (crc << 1) ^ ((crc >> 31) != 0 ? 0x04c11db7U : 0);
-        }
-    }
-    return ~crc;
+Ntk32u isalBaseCrc32Bz2(Ntk32u value, const Ntk8u* data, std::size_t length) {
+    return crc32_ieee_base(value, const_cast<Ntk8u*>(data), length);
 }
 
 Ntk32u zlibAdler32(Ntk32u value, const Ntk8u* data, std::size_t length) {
@@ -57,8 +44,8 @@ struct Checksum {
 const Checksum checksums[] = {
     {"Adler-32", ntksAdler32_8u, ntk::adler32Kernel, zlibAdler32, 1, 0x091e01de, 0x00200001},
     {"CRC-32", ntksCRC32_8u, ntk::crc32Kernel, zlibCrc32, 0, 0xcbf43926, 0x190a55ad},
-    {"CRC-32C", ntksCRC32C_8u, ntk::crc32cKernel, crc32cByBits, 0, 0xe3069283, 0x8a9136aa},
-    {"BZ2", ntksCRC32_BZ2_8u, ntk::crc32Bz2Kernel, crc32Bz2ByBits, 0, 0xfc891918, 0xb5aa5098},
+    {"CRC-32C", ntksCRC32C_8u, ntk::crc32cKernel, isalBaseCrc32c, 0, 0xe3069283, 0x8a9136aa},
+    {"BZ2", ntksCRC32_BZ2_8u, ntk::crc32Bz2Kernel, isalBaseCrc32Bz2, 0, 0xfc891918, 0xb5aa5098},
 };
 
 Ntk64u machineFeatures() {
@@ -139,34 +126,26 @@ TEST(Checksum, KernelsHoldOnLongData) {
 
 TEST(Checksum, CallsContinueTheValueUnderAnyFeatures) {
     const Bytes bytes = textBytes(5000);
-    const int length = static_cast<int>(bytes.size());
     for (const Ntk64u features : {machineFeatures(), Ntk64u{0}}) {
         ntkSetCpuFeatures(features);
         for (const Checksum& c : checksums) {
             Ntk32u value = c.start;
             EXPECT_EQ(c.call(bytes.data(), 3000, &value), ntkStsNoErr);
-            EXPECT_EQ(c.call(bytes.data() + 3000, length - 3000, &value), ntkStsNoErr);
-            EXPECT_EQ(value, c.judge(c.start, bytes.data(), bytes.size())) << c.name;
+            EXPECT_EQ(c.call(bytes.data() + 3000, 2000, &value), ntkStsNoErr);
+            const Ntk32u whole = c.judge(c.start, bytes.data(), bytes.size());
+            EXPECT_EQ(value, whole) << c.name;
             EXPECT_EQ(c.call(nullptr, 0, &value), ntkStsNullPtr);
             EXPECT_EQ(c.call(bytes.data(), 1, nullptr), ntkStsNullPtr);
-            const Ntk32u before = value;
             EXPECT_EQ(c.call(bytes.data(), -1, &value), ntkStsBadSize);
-            EXPECT_EQ(value, before);
+            EXPECT_EQ(value, whole) << c.name;
         }
-    }
-    ntkInit();
-}
-
-TEST(Checksum, AdlerReducesWhateverComesIn) {
-    const Ntk8u byte = 7;
-    for (const Ntk64u features : {machineFeatures(), Ntk64u{0}}) {
-        ntkSetCpuFeatures(features);
-        Ntk32u value = 0xffffffff;
-        EXPECT_EQ(ntksAdler32_8u(&byte, 0, &value), ntkStsNoErr);
-        EXPECT_EQ(value, 0x000e000eU);
-        value = 0xffffffff;
-        EXPECT_EQ(ntksAdler32_8u(&byte, 1, &value), ntkStsNoErr);
-        EXPECT_EQ(value, 0x00230015U);
+        const Ntk8u byte = 7;
+        Ntk32u unreduced = 0xffffffff;
+        EXPECT_EQ(ntksAdler32_8u(&byte, 0, &unreduced), ntkStsNoErr);
+        EXPECT_EQ(unreduced, 0x000e000eU);
+        unreduced = 0xffffffff;
+        EXPECT_EQ(ntksAdler32_8u(&byte, 1, &unreduced), ntkStsNoErr);
+        EXPECT_EQ(unreduced, 0x00230015U);
     }
     ntkInit();
 }

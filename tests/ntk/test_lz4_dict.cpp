@@ -2,15 +2,16 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <map>
 
+#include "dc/lz4/filldestination.h"
+#include "dc/lz4/indexscan.h"
 #include "dc/lz4/tables.h"
 #include "guarded.h"
 #include "lz4calls.h"
 
 namespace {
 
-// The second part of the data is encoded after the first, with the first as dictionary: none of
+// The second half of the data is encoded after the first, with the first as dictionary: none of
 // it, where it lies, or a copy elsewhere.
 enum class Mode { none, inPlace, elsewhere };
 constexpr Mode modes[] = {Mode::none, Mode::inPlace, Mode::elsewhere};
@@ -19,9 +20,10 @@ struct Halves {
     explicit Halves(const Bytes& bytes)
         : data(bytes),
           first(data.size() - data.size() / 2),
-          copy(Bytes(bytes.begin(), bytes.begin() + first)) {}
+          copy(Bytes(bytes.begin(), bytes.begin() + first)),
+          second(bytes.begin() + first, bytes.end()) {}
 
-    Lz4Call secondHalf(Mode mode, GuardedBlock& dst) const {
+    Lz4Call secondHalf(Mode mode, const GuardedBlock& dst) const {
         Lz4Call call{data.data() + first, first, data.size() - first, dst.data(), dst.size()};
         if (mode != Mode::none) {
             call.dict = mode == Mode::inPlace ? data.data() : copy.data();
@@ -29,11 +31,11 @@ struct Halves {
         }
         return call;
     }
-    Bytes second() const { return Bytes(data.data() + first, data.data() + data.size()); }
 
     GuardedBlock data;
     int first;
     GuardedBlock copy;
+    Bytes second;
 };
 
 template <class Visit>
@@ -52,23 +54,18 @@ void prime(const Lz4Encoder& encoder, const Halves& h, Lz4Tables& tables) {
     ASSERT_EQ(encoder.encode(call, tables), ntkStsNoErr);
 }
 
-GuardedBlock destinationFor(const Halves& h) {
-    return GuardedBlock(static_cast<std::size_t>(LZ4_compressBound(h.data.size())));
-}
-
 // Encodes the second half and checks that the block decodes to it with the dictionary of the mode
 // and, of a table of any use, not without.
 int encodedLength(const Lz4Encoder& encoder, const Halves& h, Mode mode, Lz4Tables& tables,
                   bool tableIsOfUse = true) {
-    GuardedBlock dst = destinationFor(h);
+    const GuardedBlock dst(static_cast<std::size_t>(LZ4_compressBound(h.data.size())));
     Lz4Call call = h.secondHalf(mode, dst);
     EXPECT_EQ(encoder.encode(call, tables), ntkStsNoErr);
     const int dictLen = mode == Mode::none ? 0 : h.first;
     EXPECT_EQ(decodedByLiblz4(dst.data(), call.dstLen, call.srcLen, h.copy.data(), dictLen),
-              h.second());
+              h.second);
     if (mode != Mode::none && h.data.size() >= 600 && tableIsOfUse) {
-        EXPECT_NE(decodedByLiblz4(dst.data(), call.dstLen, call.srcLen), h.second())
-            << "the block must need its dictionary";
+        EXPECT_NE(decodedByLiblz4(dst.data(), call.dstLen, call.srcLen), h.second);
     }
     return call.dstLen;
 }
@@ -77,19 +74,14 @@ TEST(Lz4Dict, MakesShorterBlocksThatNeedIt) {
     for (const std::size_t size : {600, 4000, 30001, 300000}) {
         const Halves h(textBytes(size));
         forEachDictEncoder([&](const Lz4Encoder& encoder) {
-            std::map<Mode, int> primed;
-            std::map<Mode, int> rebuilt;
-            for (const Mode mode : modes) {
-                Lz4Tables tables;
-                rebuilt[mode] = encodedLength(encoder, h, mode, tables);
+            Lz4Tables tables;
+            const int alone = encodedLength(encoder, h, Mode::none, tables);
+            for (const Mode mode : {Mode::inPlace, Mode::elsewhere}) {
                 tables.clear();
+                EXPECT_LT(encodedLength(encoder, h, mode, tables), alone) << "rebuilt " << size;
                 prime(encoder, h, tables);
-                primed[mode] = encodedLength(encoder, h, mode, tables);
+                EXPECT_LT(encodedLength(encoder, h, mode, tables), alone) << "primed " << size;
             }
-            EXPECT_LT(primed[Mode::inPlace], primed[Mode::none]) << size;
-            EXPECT_LT(primed[Mode::elsewhere], primed[Mode::none]) << size;
-            EXPECT_LT(rebuilt[Mode::inPlace], rebuilt[Mode::none]) << size;
-            EXPECT_LT(rebuilt[Mode::elsewhere], rebuilt[Mode::none]) << size;
         });
     }
 }
@@ -108,34 +100,37 @@ TEST(Lz4Dict, HandlesTheSmallestData) {
     }
 }
 
+// The data that the table has seen are gone; a second call finds it at a position that does not
+// fit and makes it anew.
 TEST(Lz4Dict, KeepsNoPointerToAnEarlierSource) {
     const Bytes bytes = textBytes(20000);
+    const Halves h(bytes);
     forEachDictEncoder([&](const Lz4Encoder& encoder) {
-        Lz4Tables tables;
-        Halves old(bytes);
-        prime(encoder, old, tables);
-        old.data.forbid();
-        old.copy.forbid();
-        const Halves h(bytes);
         for (const Mode mode : modes) {
-            // The later modes find a table whose position does not fit any more.
+            Lz4Tables tables;
+            Halves old(bytes);
+            prime(encoder, old, tables);
+            old.data.forbid();
             encodedLength(encoder, h, mode, tables);
+            Lz4Tables fresh;
+            EXPECT_EQ(encodedLength(encoder, h, mode, tables),
+                      encodedLength(encoder, h, mode, fresh));
         }
     });
 }
 
 TEST(Lz4Dict, GoesOnOverManyBlocks) {
-    const Bytes bytes = textBytes(400000);
+    const GuardedBlock data(textBytes(400000));
     constexpr int step = 20000;
-    const GuardedBlock data(bytes);
+    const GuardedBlock dst(std::size_t{step + 1000});
     forEachDictEncoder([&](const Lz4Encoder& encoder) {
         Lz4Tables tables;
         for (int at = 0; at < data.size(); at += step) {
-            Bytes dst(step + 1000);
-            Lz4Call call{data.data() + at, at, step, dst.data(), step + 1000, data.data(), at};
+            const Ntk8u* const src = data.data() + at;
+            Lz4Call call{src, at, step, dst.data(), dst.size(), data.data(), at};
             ASSERT_EQ(encoder.encode(call, tables), ntkStsNoErr);
             ASSERT_EQ(decodedByLiblz4(dst.data(), call.dstLen, step, data.data(), at),
-                      Bytes(data.data() + at, data.data() + at + step))
+                      Bytes(src, src + step))
                 << at;
         }
     });
@@ -148,24 +143,55 @@ TEST(Lz4Dict, StopsAtAFullDestinationWithADictionary) {
             for (const Mode mode : {Mode::inPlace, Mode::elsewhere}) {
                 Lz4Tables tables;
                 prime(encoder, h, tables);
-                GuardedBlock dst(static_cast<std::size_t>(capacity));
+                const GuardedBlock dst(static_cast<std::size_t>(capacity));
                 Lz4Call call = h.secondHalf(mode, dst);
                 const NtkStatus status = encoder.encode(call, tables);
                 const bool isWhole = call.srcLen == h.data.size() - h.first;
                 ASSERT_EQ(status, isWhole ? ntkStsNoErr : ntkStsDstFull) << capacity;
                 ASSERT_GT(call.srcLen, 0);
-                Bytes expected = h.second();
-                expected.resize(static_cast<std::size_t>(call.srcLen));
                 ASSERT_EQ(decodedByLiblz4(dst.data(), call.dstLen, call.srcLen, h.copy.data(),
                                           h.first),
-                          expected)
+                          Bytes(h.second.begin(), h.second.begin() + call.srcLen))
                     << capacity;
             }
         }
     });
 }
 
-TEST(Lz4Dict, TakesAnyContentsOfATable) {
+// Sequences that were in the destination before, true or not; liblz4 is not asked at all.
+TEST(Lz4Fill, KeepsOnlyWhatIsProven) {
+    const GuardedBlock mixed(Bytes{'a', 'b', 'a', 'b', 'a', 'b', 'a', 'b', '0', '1', '2', '3',
+                                   '4', '5', '6', '7', '8', '9', 'x', 'y', 'z', 'x', 'y', 'z'});
+    const GuardedBlock run(Bytes(24, 'r'));
+    struct Case {
+        const char* name;
+        const GuardedBlock& src;
+        Bytes start;
+        int srcBytes;
+    };
+    const Case cases[] = {
+        {"true", mixed, {0x22, 'a', 'b', 2, 0}, 22},
+        {"other literals", mixed, {0x22, 'a', 'c', 2, 0}, 18},
+        {"other match", mixed, {0x22, 'a', 'b', 1, 0}, 18},
+        {"distance of nothing", mixed, {0x22, 'a', 'b', 0, 0}, 18},
+        {"distance before everything", mixed, {0x22, 'a', 'b', 9, 0}, 18},
+        {"match past the end", run, {0x1f, 'r', 1, 0, 10}, 18},
+    };
+    for (const Case& c : cases) {
+        Bytes start = c.start;
+        start.resize(20, 0);
+        const GuardedBlock dst(start);
+        const Ntk8u* const src = c.src.data();
+        const ntk::lz4::Filled filled =
+            ntk::lz4::fillDestination({src, 24, nullptr, 0}, dst.data(), start.size());
+        EXPECT_EQ(filled.srcBytes, static_cast<std::size_t>(c.srcBytes)) << c.name;
+        EXPECT_EQ(decodedByLiblz4(dst.data(), static_cast<int>(filled.blockBytes), c.srcBytes),
+                  Bytes(src, src + c.srcBytes))
+            << c.name;
+    }
+}
+
+TEST(Lz4Tables, OfAnyContentsAreSafe) {
     const Halves h(textBytes(3000));
     for (const Bytes& noise : {Bytes(1, 0), Bytes(1, 0xff), Bytes(1, 0x7f), randomBytes(10007)}) {
         for (const Lz4Encoder& encoder : lz4Encoders) {
@@ -173,15 +199,14 @@ TEST(Lz4Dict, TakesAnyContentsOfATable) {
             for (const Mode mode : modes) {
                 Lz4Tables tables;
                 tables.fill(noise);
-                const Mode possible = encoder.takesDictionary ? mode : Mode::none;
-                encodedLength(encoder, h, possible, tables);
+                encodedLength(encoder, h, encoder.takesDictionary ? mode : Mode::none, tables);
             }
         }
     }
 }
 
 // The worst case: the position fits, but the rest is not what the last call left.
-TEST(Lz4Dict, TrustsNoTableForItsPosition) {
+TEST(Lz4Tables, AreNotTrustedForTheirPosition) {
     using namespace ntk::lz4;
     const Halves h(textBytes(3000));
     const auto first = static_cast<Ntk32u>(h.first);
@@ -189,24 +214,45 @@ TEST(Lz4Dict, TrustsNoTableForItsPosition) {
         for (const Mode mode : {Mode::inPlace, Mode::elsewhere}) {
             SCOPED_TRACE(index);
             Lz4Tables tables;
-            auto& table = tableIn<HashTable>(tables.hash.data());
-            prime(lz4Encoders[2], h, tables);
+            auto& table = tableIn<HashTable>(tables.hash());
+            prime(lz4Dict, h, tables);
             ASSERT_EQ(table.position, h.first);
             std::fill_n(table.stream.internal_donotuse.hashTable, LZ4_HASH_SIZE_U32, index);
-            encodedLength(lz4Encoders[2], h, mode, tables);
+            encodedLength(lz4Dict, h, mode, tables);
 
-            auto& stream = tableIn<HcState>(tables.hcHash.data()).stream.internal_donotuse;
-            auto& record = tableIn<HcRecord>(tables.hcChain.data());
-            prime(lz4Encoders[4], h, tables);
+            auto& stream = tableIn<HcState>(tables.hc()[0]).stream.internal_donotuse;
+            auto& record = tableIn<HcRecord>(tables.hc()[1]);
+            prime(lz4Hc, h, tables);
             ASSERT_EQ(record.position, h.first);
             std::fill_n(stream.hashTable, LZ4HC_HASHTABLESIZE, index + 65536);
             stream.nextToUpdate = index;
-            encodedLength(lz4Encoders[4], h, mode, tables, false);
+            encodedLength(lz4Hc, h, mode, tables, false);
 
+            // All positions a little above the lowest one in use, all links far below it.
             tables.clear();
-            prime(lz4Encoders[4], h, tables);
+            prime(lz4Hc, h, tables);
             record.endIndex = index;
-            encodedLength(lz4Encoders[4], h, mode, tables);
+            std::fill_n(stream.hashTable, LZ4HC_HASHTABLESIZE, index - first + 10);
+            std::fill_n(stream.chainTable, LZ4HC_MAXD, Ntk16u{0x7fff});
+            encodedLength(lz4Hc, h, mode, tables, false);
+        }
+    }
+}
+
+TEST(Lz4Tables, ScanFindsAnIndexAboveTheLimitAnywhere) {
+    for (const auto& candidate : ntk::lz4::noneAbove.candidates()) {
+        Ntk64u machine = 0;
+        ntkGetCpuFeatures(&machine, nullptr);
+        if (ntk::isEligible(candidate, machine, machine)) {
+            std::vector<Ntk32u> words(128, 1000);
+            EXPECT_TRUE(candidate.run(words.data(), words.size(), 1000)) << candidate.name;
+            for (Ntk32u& word : words) {
+                for (const Ntk32u bad : {1001U, 0x7fffffffU, 0x80000000U, ~0U}) {
+                    word = bad;
+                    EXPECT_FALSE(candidate.run(words.data(), words.size(), 1000)) << bad;
+                }
+                word = 1000;
+            }
         }
     }
 }
