@@ -161,6 +161,9 @@ int main(int argc, char** argv) {
         compareDictEncoder(buffers, 1000);
         compareHcEncoder(buffers, 50);
         compareDecoder(buffers, 1000);
+        if (size >= all.size()) {
+            break;
+        }
     }
     return 0;
 }
