@@ -84,7 +84,8 @@ void writeFile(const fs::path& path, std::string_view bytes) {
 }
 
 void replaceFile(const fs::path& path, std::string_view bytes) {
-    const fs::path temporary = path.parent_path() / ("." + path.filename().string() + ".ntkcorpus");
+    fs::path temporary = path;
+    temporary += ".ntkcorpus-part";
     std::error_code error;
     try {
         writeFile(temporary, bytes);
