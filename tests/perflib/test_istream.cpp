@@ -2,7 +2,6 @@
 
 #include <unistd.h>
 
-#include <memory>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -12,18 +11,18 @@
 
 namespace {
 
-// A console that says these bytes; not a terminal.
-class Console {
-public:
-    explicit Console(const std::string& answers)
-        : m_file(fopen(writeFile(testPath("answers.txt"), answers).c_str(), "r")) {}
-    ~Console() { fclose(m_file); }
-    Console(const Console&) = delete;
-    Console& operator=(const Console&) = delete;
-    FILE* file() const { return m_file; }
+// An input that asks on a console which says these bytes; not a terminal.
+struct Asking : psIStream {
+    explicit Asking(const std::string& answers)
+        : console(fopen(writeFile(testPath("answers.txt"), answers).c_str(), "r")) {
+        setIStream(console);
+        setAsking(true);
+    }
+    ~Asking() { fclose(console); }
+    Asking(const Asking&) = delete;
+    Asking& operator=(const Asking&) = delete;
 
-private:
-    FILE* m_file;
+    FILE* const console;
 };
 
 std::string iniFile(const std::string& text) {
@@ -55,7 +54,8 @@ TEST(IStream, SourcesHaveTheirPriority) {
         {"", true, true, "1\n", "-untouched"},
     };
     for (const auto& c : cases) {
-        psIStream in;
+        Asking in(c.answers ? c.answers : "");
+        in.setIStream(c.answers ? in.console : nullptr);
         if (c.preset) {
             in.preset("Len", "earlier");
             in.preset("Len", "preset");
@@ -64,9 +64,6 @@ TEST(IStream, SourcesHaveTheirPriority) {
             const std::string name = iniFile("[Perf System]\nLen=file\nBare\nEmpty=\n[f]\nlen=1\n");
             EXPECT_TRUE(in.setIniFile(name.c_str(), false));
         }
-        const Console console(c.answers ? c.answers : "");
-        in.setIStream(c.answers ? console.file() : nullptr);
-        in.setAsking(true);
         EXPECT_EQ(readFrom(in, c.name), c.expected) << c.name << c.preset << c.settings;
     }
 }
@@ -105,10 +102,8 @@ TEST(IStream, PresetsThatNobodyAskedForAreKnown) {
 
 TEST(IStream, QuestionsAreWorded) {
     const Captured output(PS_OUT_ERR);
-    const Console console("\n  64 \r\n" + std::string(1 << 20, '7') + "\n 5");
-    psIStream in;
-    in.setIStream(console.file());
-    EXPECT_FALSE(in.isAsking()); // until it is wanted
+    Asking in("\n  64 \r\n" + std::string(1 << 20, '7') + "\n 5");
+    in.setAsking(false);
     EXPECT_EQ(readFrom(in, "A"), "-untouched");
     in.setAsking(true);
     EXPECT_EQ(readFrom(in, "A", "for Len"), "-untouched");
@@ -128,10 +123,7 @@ TEST(IStream, QuestionsAreWorded) {
 
 TEST(IStream, BadAnswersAreAskedAgain) {
     const Captured output;
-    const Console console("1;10;-3\nx\n8\n16\n");
-    psIStream in;
-    in.setIStream(console.file());
-    in.setAsking(true);
+    Asking in("1;10;-3\nx\n8\n16\n");
     psStepIterator<int> length(4, "Len");
     EXPECT_TRUE(length.fromIStream(in));
     EXPECT_STREQ(length.defaultString().c_str(), "8");
@@ -167,12 +159,9 @@ TEST(IStream, AnyConsoleWillDo) {
 TEST(IStream, WritingAddsWhatIsAbsent) {
     const Captured output;
     const std::string path = iniFile("[Perf System]\nLen=1\nBare\n");
-    const Console console("9\n");
-    psIStream in;
+    Asking in("9\n");
     ASSERT_TRUE(in.setIniFile(path.c_str(), true));
     EXPECT_TRUE(in.isWriting());
-    in.setIStream(console.file());
-    in.setAsking(true);
     in.preset("Level", "7");
     EXPECT_EQ(readFrom(in, "Len"), "s1");
     EXPECT_EQ(readFrom(in, "Bare"), "-untouched");

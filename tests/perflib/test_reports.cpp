@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include "aside.h"
 #include "captured.h"
 #include "plain_test.h"
 #include "ps.h"
@@ -31,30 +32,6 @@ template <class Report> std::string logText(const Report& report) {
     g_ostrm << report;
     return output.text();
 }
-
-std::string joined(const psStringList& texts, const char* separator) {
-    return psJoined(texts, separator).c_str();
-}
-
-// Library functions registered while this lives.
-class LibFunctions {
-public:
-    LibFunctions(std::initializer_list<const char*> names) : m_saved(g_pLibFunctions) {
-        g_pLibFunctions = nullptr;
-        for (const char* name : names) {
-            psRegLibFunction(name);
-        }
-    }
-    ~LibFunctions() {
-        delete g_pLibFunctions;
-        g_pLibFunctions = m_saved;
-    }
-    LibFunctions(const LibFunctions&) = delete;
-    LibFunctions& operator=(const LibFunctions&) = delete;
-
-private:
-    psStringList* const m_saved;
-};
 
 } // namespace
 
@@ -104,14 +81,11 @@ TEST(Reports, TitleHasFiveItems) {
     const int frequencyBefore = psCpuTicker::knownFreq();
     psTestList tests;
     tests.setStartTime(0);
-    psStringList* const saved = g_pLibInfo;
-    g_pLibInfo = nullptr;
+    const Aside info(g_pLibInfo);
     const psReportTitle without(tests);
     psRegLibInfo("lib, 1, Jan 1");
     psRegLibInfo("other, 2, Jan 2");
     const psReportTitle title(tests);
-    delete g_pLibInfo;
-    g_pLibInfo = saved;
     EXPECT_EQ(psCpuTicker::knownFreq(), frequencyBefore);
     EXPECT_STREQ(without.items().find("Library")->c_str(), "none");
 
@@ -273,7 +247,12 @@ TEST(Reports, ListOfTestsAndFunctions) {
     psConditions encode, none;
     encode.append(psMakeCondition("Encode", PS_BY_FUNCTION));
     none.append(psMakeCondition("none", PS_BY_FUNCTION));
-    const LibFunctions functions{"ntksCRC", "ntksEncode_8u", "ntksEncodeInit_8u", "ntksMTF"};
+    const Aside functions(g_pLibFunctions);
+    EXPECT_STREQ(psReportList(tests, none, 1).lines().back().c_str(),
+                 "-- No library functions have been registered");
+    for (const char* name : {"ntksCRC", "ntksEncode_8u", "ntksEncodeInit_8u", "ntksMTF"}) {
+        psRegLibFunction(name);
+    }
     const char* const header = "   #  Function       Test    Source\n";
     const struct {
         const psConditions& conditions;
@@ -305,27 +284,13 @@ TEST(Reports, ListOfTestsAndFunctions) {
         EXPECT_EQ(logText(list), c.log);
         EXPECT_EQ(tableText([&](psCStream& out) { out << list; }), c.table);
     }
-    const LibFunctions unknown = {};
-    EXPECT_STREQ(psReportList(tests, none, 1).lines().back().c_str(),
-                 "-- No library functions have been registered");
 }
 
 TEST(Reports, ServicesAreNoFunctionsToMeasure) {
-    const char* const services[] = {
-        "ntksEncodeInit_8u", "ntksClose",        "ntksStateAlloc",  "ntksMalloc_8u", "ntksFree",
-        "ntksPutVal",        "ntksRotateCenter", "ntksResizeShift", "ntksDrawText",  "ntksGetSize",
-        "ntksSetDict_8u",    "ntksGetSet_8u",    "ntksGet_SetSize",
-    };
-    const char* const functions[] = {"ntksEncode_8u", "ntksGet_8u", "ntksSet_8u",
-                                     "ntksGetGet_8u", "ntksfree",   "ntksget",
-                                     "ntksSet_Get_8u"};
-    psStringList names, expected;
-    for (const char* name : services) {
-        names.append(name);
-    }
-    for (const char* name : functions) {
-        names.append(name);
-        expected.append(name);
-    }
-    EXPECT_EQ(joined(createFuncList(names), " "), joined(expected, " "));
+    const psString functions = "xEncode xGet_8u xSet_8u xGetGet_8u xfree xget xSet_Get_8u";
+    const psString services = " xInit xClose xAlloc xMalloc xFree xPutVal xRotateCenter xDrawText"
+                              " xResizeShift xGetSize xSetDict_8u xGetSet_8u xGet_SetSize";
+    psStringList names;
+    (functions + services).parse(names, " ");
+    EXPECT_STREQ(psJoined(createFuncList(names), " ").c_str(), functions.c_str());
 }

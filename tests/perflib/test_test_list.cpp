@@ -1,10 +1,10 @@
 #include "pstestlist.h"
 
-#include <memory>
 #include <string>
 
 #include <gtest/gtest.h>
 
+#include "aside.h"
 #include "captured.h"
 #include "plain_test.h"
 #include "psbase.h"
@@ -72,14 +72,9 @@ TEST(TestList, CountsResults) {
 
 TEST(TestList, RunsTheSelectedTests) {
     const Captured console;
-    psTestList list;
-    PlainTest* const a = new PlainTest("oneLZ4");
-    PlainTest* const b = new PlainTest("otherCRC");
-    PlainTest* const c = new PlainTest("twoLZ4");
-    for (psTest* test : {static_cast<psTest*>(a), static_cast<psTest*>(nullptr),
-                         static_cast<psTest*>(b), static_cast<psTest*>(c)}) {
-        list.append(test);
-    }
+    LetteredList lettered("oneLZ4 0 otherCRC twoLZ4");
+    psTestList& list = lettered.list;
+    PlainTest* const c = static_cast<PlainTest*>(list.back());
     psConditions onlyLZ4;
     onlyLZ4.append(psMakeCondition("LZ4", PS_BY_FUNCTION));
 
@@ -91,7 +86,6 @@ TEST(TestList, RunsTheSelectedTests) {
     EXPECT_FALSE(list.runTests(onlyLZ4));
     EXPECT_EQ(list.tests(), 2); // anew
     EXPECT_EQ(list.count(PS_FAIL), 1);
-    EXPECT_EQ(b->runs, 0);
     EXPECT_EQ(psTestList::m_pCurrentTest, nullptr);
 
     // Refused by the settings file: not even counted.
@@ -126,140 +120,82 @@ TEST(TestList, BeginsWithTheStartFunction) {
 }
 
 namespace {
-// Registers up to two parameters, the first one for the cache iteration.
+// Registers one parameter, for the cache iteration where it is wanted.
 class ParmTest : public PlainTest {
 public:
-    ParmTest(const char* function, psIterator<int>* cached, psParameter* plain)
-        : PlainTest(function), m_cached(cached), m_plain(plain) {}
+    ParmTest(const char* function, psIterator<int>& parm) : PlainTest(function), m_parm(parm) {}
     bool canStart() override {
         ++starts;
-        if (m_cached) {
-            regCacheParm(*m_cached);
-        }
-        if (m_plain) {
-            regParm(*m_plain);
-        }
+        regCacheParm(m_parm);
         return true;
     }
     int starts = 0;
 
 private:
-    psIterator<int>* m_cached;
-    psParameter* m_plain;
+    psIterator<int>& m_parm;
 };
 } // namespace
 
 TEST(TestList, CommonParametersAreNarrowed) {
-    psIterator<int> length(1, "Len");
-    psDefault<int> level(1, "Level"), hint(1, "Hint");
+    psIterator<int> length(1, "Len"), level(1, "Level");
     const struct {
-        const char *pattern, *kept;
+        const char* pattern;
+        bool cache;
+        std::string kept;
         int starts[3]; // of the tests
     } cases[] = {
-        {"none", "", {0, 0, 0}},
-        {"x", "Len ", {1, 0, 0}},
-        {"y", "Level ", {0, 1, 0}},
-        {"y,z", "Len Level ", {0, 1, 1}},
-        {"", "Len Level Hint ", {1, 1, 1}}, // none is left to look for when it comes to the last
+        {"none", false, "", {0, 0, 0}},
+        {"y", false, "Level ", {0, 1, 0}},
+        {"x", true, "Len ", {1, 0, 1}},
+        {"", true, "Len Level ", {1, 1, 0}}, // none is left to look for when it comes to the last
     };
-    for (const bool cache : {false, true}) {
-        psTest::m_cache = cache;
-        for (const auto& c : cases) {
-            psTestList list;
-            ParmTest* const tests[] = {new ParmTest("x", &length, nullptr),
-                                       new ParmTest("y", nullptr, &level),
-                                       new ParmTest("z", &length, *c.pattern ? nullptr : &hint)};
-            for (psTest* test : tests) {
-                list.append(test);
-            }
-            list.append(new ParmTest("x z y", &length, nullptr));
-            psConditions conditions;
-            psStringList patterns;
-            psString(c.pattern).parse(patterns, ",");
-            for (const psString& pattern : patterns) {
-                conditions.append(psMakeCondition("=" + pattern, PS_BY_FUNCTION));
-            }
-            psList<psParameter*> parms;
-            parms.append(&length);
-            parms.append(&level);
-            parms.append(&hint);
-            list.selectCommonParms(conditions, parms);
-            std::string kept;
-            for (const psParameter* parm : parms) {
-                EXPECT_TRUE(parm->isInUse());
-                kept += parm->name().c_str() + std::string(" ");
-            }
-            EXPECT_EQ(kept, c.kept) << c.pattern << cache;
-            EXPECT_EQ(hint.isInUse(), kept.find("Hint") != std::string::npos);
-            for (int i = 0; i < 3; ++i) {
-                EXPECT_EQ(tests[i]->starts, c.starts[i]) << c.pattern << i;
-                EXPECT_TRUE(tests[i]->parms().empty());
-            }
-            EXPECT_EQ(static_cast<ParmTest*>(list.back())->starts, 0);
+    for (const auto& c : cases) {
+        psTest::m_cache = c.cache;
+        psTestList list;
+        ParmTest* const tests[] = {new ParmTest("x", length), new ParmTest("y", level),
+                                   new ParmTest("x", length)};
+        for (psTest* test : tests) {
+            list.append(test);
+        }
+        psConditions conditions;
+        conditions.append(psMakeCondition(*c.pattern ? c.pattern : "-none", PS_BY_FUNCTION));
+        psList<psParameter*> parms;
+        parms.append(&length);
+        parms.append(&level);
+        list.selectCommonParms(conditions, parms);
+        std::string kept;
+        for (const psParameter* parm : parms) {
+            kept += parm->name().c_str() + std::string(" ");
+        }
+        EXPECT_EQ(kept, c.kept) << c.pattern;
+        EXPECT_EQ(length.isInUse(), c.kept.find("Len") != std::string::npos);
+        for (int i = 0; i < 3; ++i) {
+            EXPECT_EQ(tests[i]->starts, c.starts[i]) << c.pattern << i;
+            EXPECT_TRUE(tests[i]->parms().empty());
         }
     }
     psTest::m_cache = false;
 }
 
-namespace {
-// Takes a process-wide list or entry point aside while it lives.
-template <class T> class Aside {
-public:
-    explicit Aside(T& object) : m_object(object), m_saved(object) { object = T{}; }
-    ~Aside() { m_object = m_saved; }
-    Aside(const Aside&) = delete;
-    Aside& operator=(const Aside&) = delete;
-
-private:
-    T& m_object;
-    const T m_saved;
-};
-
-// What a file registers before main; the lists of the other files stay as they are.
-struct EarlyLists {
-    EarlyLists() {
-        const Aside asideTests(pTestList);
-        const Aside asideCmdLine(pCmdLine);
-        const Aside asideParms(g_pParmList);
-        const Aside asideInfo(g_pLibInfo);
-        const Aside asideFunctions(g_pLibFunctions);
-        const Aside asideColumns(g_pParmColumns);
-        static psDefault<int> first(1, "first"), second(2, "second");
-        psRegTest(new PlainTest("z"));
-        psRegTest(new PlainTest("a"));
-        psRegCmdLine("-B");
-        psRegCmdLine("-fx");
-        psRegParm(second);
-        psRegParm(first);
-        for (const char* text : {"b", "a", "b"}) {
-            psRegLibInfo(text);
-            psRegLibFunction(text);
-            psRegParmColumn(text);
-        }
-        tests.reset(pTestList);
-        cmdLine.reset(pCmdLine);
-        parms.reset(g_pParmList);
-        info.reset(g_pLibInfo);
-        functions.reset(g_pLibFunctions);
-        columns.reset(g_pParmColumns);
-    }
-
-    std::unique_ptr<psTestList> tests;
-    std::unique_ptr<psString> cmdLine;
-    std::unique_ptr<psList<psParameter*>> parms;
-    std::unique_ptr<psStringList> info, functions, columns;
-};
-EarlyLists g_early;
-} // namespace
-
 TEST(Registration, KeepsTheOrderOfTheCalls) {
-    EXPECT_STREQ(g_early.tests->front()->functionName().c_str(), "z");
-    EXPECT_EQ(g_early.tests->count(), 2);
-    EXPECT_STREQ(g_early.cmdLine->c_str(), " -B -fx");
-    EXPECT_STREQ(g_early.parms->front()->name().c_str(), "second");
-    EXPECT_STREQ(psJoined(*g_early.info, "; ").c_str(), "b; a");
-    EXPECT_STREQ(psJoined(*g_early.functions, "; ").c_str(), "b; a");
-    EXPECT_STREQ(psJoined(*g_early.columns, "; ").c_str(), "b; a; b");
+    const Aside asideTests(pTestList);
+    const Aside asideCmdLine(pCmdLine);
+    const Aside asideInfo(g_pLibInfo);
+    const Aside asideFunctions(g_pLibFunctions);
+    const Aside asideColumns(g_pParmColumns);
+    for (const char* text : {"b", "a", "b"}) {
+        psRegTest(new PlainTest(text));
+        psRegCmdLine(text);
+        psRegLibInfo(text);
+        psRegLibFunction(text);
+        psRegParmColumn(text);
+    }
+    EXPECT_EQ(pTestList->count(), 3);
+    EXPECT_STREQ(pTestList->front()->functionName().c_str(), "b");
+    EXPECT_STREQ(pCmdLine->c_str(), " b a b");
+    EXPECT_STREQ(psJoined(*g_pLibInfo, " ").c_str(), "b a"); // equal ones are kept once
+    EXPECT_STREQ(psJoined(*g_pLibFunctions, " ").c_str(), "b a");
+    EXPECT_STREQ(psJoined(*g_pParmColumns, " ").c_str(), "b a b");
 }
 
 TEST(Registration, EntryPointsGetStandBys) {
@@ -275,13 +211,14 @@ TEST(Registration, EntryPointsGetStandBys) {
     EXPECT_TRUE(psRegNtkEnvironment([] { ntk_SetNumThreads = [](int n) { return 100 + n; }; }));
     const Captured console;
     setNtkEnvironment();
-    const std::string printed = console.text();
-    EXPECT_EQ(printed, "\nBrask NTK Core library functions have been integrated into PS\n");
     EXPECT_EQ(ntk_SetNumThreads(1), 101); // the hook's stays
-    int number = 0;
-    Ntk64u features = 0;
-    EXPECT_EQ(ntk_GetNumThreads(&number), -2);
-    EXPECT_EQ(ntk_GetCpuFeatures(&features, nullptr), -2);
+    ntk_SetNumThreads = nullptr;
+    ntkEnvironment = nullptr;
+    setNtkEnvironment(); // and has nothing more to tell
+    EXPECT_EQ(console.text(), "\nBrask NTK Core library functions have been integrated into PS\n");
+    EXPECT_EQ(ntk_SetNumThreads(1), -2);
+    EXPECT_EQ(ntk_GetNumThreads(nullptr), -2);
+    EXPECT_EQ(ntk_GetCpuFeatures(nullptr, nullptr), -2);
     EXPECT_EQ(ntk_GetEnabledCpuFeatures(), 0u);
     EXPECT_EQ(ntk_Init(), -2);
     EXPECT_EQ(ntk_SetCpuFeatures(1), -2);
@@ -289,9 +226,4 @@ TEST(Registration, EntryPointsGetStandBys) {
     EXPECT_STREQ(ntk_GetStatusString(0), "OK");
     EXPECT_STREQ(ntk_GetStatusString(1), "Note");
     EXPECT_STREQ(ntk_GetStatusString(-1), "Fail");
-    ntk_SetNumThreads = nullptr;
-    ntkEnvironment = nullptr;
-    setNtkEnvironment();
-    EXPECT_EQ(ntk_SetNumThreads(1), -2);
-    EXPECT_EQ(console.text().length(), printed.length()); // nothing more to tell
 }
