@@ -35,7 +35,7 @@ const NtkLibraryVersion* kxGetNtkVersion_ntkdc() {
     return ntkdcGetLibVersion();
 }
 
-void registerHooks() {
+[[maybe_unused]] void registerHooks() {
     psRegNtkEnvironment(kxSetNtkEnvironment);
     psRegNtkVersion(kxGetNtkVersion_ntkdc);
 }
