@@ -25,7 +25,7 @@ constexpr Rule kRules[] = {
         interpreter assembler loader editor debugger simulator translator parser scanner grammar
         language statement expression operator operand identifier declaration scope type pointer
         reference loop iteration recursion condition assertion proof theorem lemma rule constraint
-        requirement specification design implementation test fault failure recovery backup restart
+        requirement agreement design implementation test fault failure recovery backup restart
         checkpoint transaction lock semaphore monitor mutex event trigger alarm report listing
         document paragraph sentence heading margin font glyph column row cell label caption diagram
         drawing sketch image pixel raster plotter camera lens mirror beam laser detector receiver
