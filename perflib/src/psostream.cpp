@@ -63,8 +63,19 @@ bool psOStream::addStream(const psString& name, bool append) {
     return stream != nullptr;
 }
 
+// The new stream is told what failed before it was there: a console that is gone from the start
+// fails when nothing else is left to say so on.
 void psOStream::addStream(o_stream* stream) {
+    bool works = true;
+    for (const o_stream* other : m_streams) {
+        if (other->failure() && accepts(PS_ERR)) {
+            works &= stream->write(psCantWriteText(other->name(), other->failure()));
+        }
+    }
     m_streams.append(stream);
+    if (!works) {
+        reportFailure(*stream);
+    }
 }
 
 void psOStream::close() {

@@ -26,7 +26,7 @@ enum OutputLevel : int {
 
 // The text stream: fans every message out to the console and the log files and filters it by its
 // kind. A message is: kind, text pieces, PS_END (or PS_END_FLUSH). Owns its streams. A stream that
-// cannot be written any more is named once on the streams that are left.
+// cannot be written any more is named once on the streams that are left, and on those added later.
 class psOStream {
 public:
     psOStream() = default;
