@@ -143,7 +143,9 @@ private:
     bool m_unopenedFile = false;
     psString m_iniName;
     bool m_iniWrite = false;
-    psString m_report; // of the command line, until it is printed
+    // Of the command line, until it is printed. In pieces, because a text that grows by one of a
+    // hundred thousand keys after the other is copied for each.
+    psStringList m_report;
     psString m_sglName;
     char m_helpKey = 0;
     bool m_helpHidden = false;

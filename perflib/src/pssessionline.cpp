@@ -14,7 +14,8 @@ void psSession::resetModes() {
     m_nameExit = false;
     m_unopenedFile = false;
     m_iniName = "";
-    m_report = "Command line options: ";
+    m_report.clear();
+    m_report.append("Command line options: ");
 }
 
 bool psSession::parseCommandLine(int argc, char** argv) {
@@ -30,8 +31,11 @@ bool psSession::parseCommandLine(int argc, char** argv) {
         if (command.key() != ' ')
             applyOption(command.key(), command.arg());
     }
-    g_ostrm << PS_NORMAL << m_report << PS_END_FLUSH;
-    m_report = "";
+    g_ostrm << PS_NORMAL;
+    for (const psString& piece : m_report)
+        g_ostrm << piece;
+    g_ostrm << PS_END_FLUSH;
+    m_report.clear();
     if (m_unopenedFile) {
         g_ostrm << PS_ERR << "FATAL FAIL: can't open output file for writing\n" << PS_END_FLUSH;
         return false;
@@ -48,15 +52,15 @@ void psSession::readArguments(int argc, char** argv) {
     psString file;
     if (argc >= 2) {
         m_commands.setArgs(argc - 1, argv + 1);
-        m_report += "\n";
+        m_report.append("\n");
     } else if (readCfgFile(text, file)) {
         m_commands.setArgs(text.c_str());
-        m_report += "read from " + file + " file\n";
+        m_report.append("read from " + file + " file\n");
     } else if (pCmdLine) {
         m_commands.setArgs(pCmdLine->c_str());
-        m_report += "set by _FORCE_CMDLINE preprocessor definition\n";
+        m_report.append("set by _FORCE_CMDLINE preprocessor definition\n");
     } else {
-        m_report = "";
+        m_report.clear();
     }
 }
 
@@ -85,13 +89,13 @@ void psSession::setDirectories() {
 }
 
 void psSession::applyOption(char key, const psString& argument) {
-    m_report += "-" + psText(key) + argument + ": ";
+    m_report.append("-" + psText(key) + argument + ": ");
     psOption* const option = getOption(key);
     if (!option) {
-        m_report += "ignored: incorrect option key\n";
+        m_report.append("ignored: incorrect option key\n");
         return;
     }
-    m_report += option->info(argument) + "\n";
+    m_report.append(option->info(argument) + "\n");
     option->apply(argument, this);
 }
 
