@@ -68,7 +68,9 @@ public:
         }
         *count = calls;
         *clocks = dcClocksPerCall(best, batch, overhead);
-        leaveAsAfterCall();
+        if (status >= 0) {
+            leaveAsAfterCall();
+        }
         return kxTest::checkStatus(kept, name);
     }
 

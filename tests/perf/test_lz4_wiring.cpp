@@ -135,3 +135,35 @@ TEST_F(Lz4Wiring, AMissingFileIsNamed) {
     findTest("ntksEncodeLZ4_8u")->run();
     EXPECT_NE(log.text().find("-- Can't open file /nowhere/book to read\n"), std::string::npos);
 }
+
+TEST_F(Lz4Wiring, ALengthWithoutBuffersIsNamed) {
+    for (const char* length : {"0", "-5", "-1500000000", "1073741824"}) {
+        choose(length, file);
+        const Captured log;
+        findTest("ntksEncodeLZ4_8u")->run();
+        EXPECT_NE(log.text().find("-- CodeLength=" + std::string(length) + " is not within 1 to "),
+                  std::string::npos)
+            << log.text();
+    }
+}
+
+// Length, file, variant, ratio. The dictionary tests' ratio is that of
+// the whole file to the second part's block, and the decoder's what comes out to what goes in.
+TEST_F(Lz4Wiring, CellsOfTheTable) {
+    choose("16384", file);
+    for (const auto& [function, dict] : {std::pair{"ntksEncodeLZ4_8u", "-"},
+                                         {"ntksDecodeLZ4_8u", "-"},
+                                         {"ntksEncodeLZ4Dict_8u", "E"}}) {
+        const std::string path = testPath("cells.csv");
+        ASSERT_TRUE(g_cstrm.addStream(path.c_str(), false));
+        psTest& test = call(function, *dict == '-' ? nullptr : dict);
+        const int blockLen = std::string(function) == "ntksDecodeLZ4_8u" ? decodeSrcLen
+                                                                         : encodeDstLen;
+        test.parmsToCstrm();
+        g_cstrm << "\n";
+        g_cstrm.close();
+        test.flushData();
+        EXPECT_EQ(readFile(path), "16384," + file + "," + dict + "," +
+                                      psText(16384.0 / blockLen).c_str() + "\n");
+    }
+}

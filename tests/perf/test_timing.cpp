@@ -91,12 +91,12 @@ TEST_F(TimingTest, StatWithBatchesDividesTheQuickestBatch) {
 
 TEST_F(TimingTest, StatusOfTheCalls) {
     const struct {
-        int badCall, status, count;
+        int badCall, status, count, calls; // calls: the untimed one included
         psResult result;
         const char* log;
     } cases[] = {
-        {3, -6, 2, PS_FUNC_FAIL, "--NTK FAIL. status = -6 in f: Fail\n"},
-        {3, 2, 10, PS_FUNC_NOTE, "--NTK NOTE. status = 2 in f: Note\n"},
+        {3, -6, 2, 3, PS_FUNC_FAIL, "--NTK FAIL. status = -6 in f: Fail\n"},
+        {3, 2, 10, 11, PS_FUNC_NOTE, "--NTK NOTE. status = 2 in f: Note\n"},
     };
     for (const auto& c : cases) {
         const Captured log;
@@ -108,6 +108,7 @@ TEST_F(TimingTest, StatusOfTheCalls) {
         ntk_GetStatusString = [](NtkStatus status) { return status < 0 ? "Fail" : "Note"; };
         EXPECT_EQ(Timing::stat(&count, &clocks, 1, "f"), c.result);
         EXPECT_EQ(count, c.count);
+        EXPECT_EQ(g_calls, c.calls);
         EXPECT_EQ(log.text(), c.log);
     }
     EXPECT_EQ(dcClocksPerCall(1000, 10, 100), 100); // not above the overhead: as it is

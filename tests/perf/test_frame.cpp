@@ -1,0 +1,53 @@
+// What all families share: the common parameters and the hooks into the library.
+
+#include "family.h"
+
+#include <cpuid.h>
+
+#include "dchooks.h"
+
+namespace {
+std::string valuesOf(psParameter& parm) {
+    std::string values;
+    parm.resetIterator();
+    while (parm.nextValue()) {
+        values += std::string(values.empty() ? "" : " ") + parm.valueString().c_str();
+    }
+    return values;
+}
+using Frame = FamilyTest;
+} // namespace
+
+TEST_F(Frame, CommonParameters) {
+    regTestParameters(); // other tests gave them values of their own
+    const struct {
+        psParameter& parm;
+        const char *name, *values;
+    } cases[] = {
+        {g_huffLen, "HuffLength", "1024 2048 4096 8192 16384 32768"},
+        {g_codeLen, "CodeLength", "16384 32768 65536 131072 262144"},
+        {g_codeFile, "CodeFile",
+         "bib book1 book2 geo news obj1 obj2 paper1 paper2 pic progc progl progp trans"},
+    };
+    auto registered = g_pParmList->begin();
+    for (const auto& c : cases) {
+        EXPECT_EQ(c.parm.name(), c.name);
+        EXPECT_EQ(valuesOf(c.parm), c.values);
+        EXPECT_EQ(*registered, &c.parm) << c.name;
+        ++registered;
+    }
+}
+
+TEST_F(Frame, HooksLeadIntoTheLibrary) {
+    EXPECT_EQ(ntk_GetCpuFeatures, ntkGetCpuFeatures);
+    EXPECT_EQ(ntk_GetEnabledCpuFeatures, ntkGetEnabledCpuFeatures);
+    EXPECT_EQ(ntk_Init, ntkInit);
+    EXPECT_EQ(ntk_SetCpuFeatures, ntkSetCpuFeatures);
+    EXPECT_EQ(ntk_GetMaxCacheSizeB, ntkGetMaxCacheSizeB);
+    EXPECT_EQ(ntk_GetStatusString, ntkGetStatusString);
+    EXPECT_EQ(kxGetNtkVersion_ntkdc(), ntkdcGetLibVersion());
+    unsigned a = 0, b = 0, c = 0, d = 0;
+    const bool rdtscp = __get_cpuid(0x80000001, &a, &b, &c, &d) && (d & 1U << 27);
+    EXPECT_EQ(ntk_StartCpuClocks, rdtscp ? ntkStartTscp : ntkStartTsc);
+    EXPECT_EQ(ntk_StopCpuClocks, rdtscp ? ntkStopTscp : ntkStopTsc);
+}
