@@ -5,9 +5,12 @@
 
 #include "psostream.h"
 
-int PS_ALIGN_MAX = 64;
-int ALIGN_BYTES = PS_ALIGN_MAX;
-int ALIGN_MASK = -PS_ALIGN_MAX;
+static constexpr int defaultUnit = 64;
+
+// Constants at the start, so that static initialisers of other files find them set.
+constinit int PS_ALIGN_MAX = defaultUnit;
+constinit int ALIGN_BYTES = defaultUnit;
+constinit int ALIGN_MASK = -defaultUnit;
 int g_vectorNum = 0;
 int g_vectorShift = 0;
 

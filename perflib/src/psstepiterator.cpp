@@ -73,6 +73,12 @@ bool psProgression::contains(long long value) const {
     return descending() ? value >= last : value <= last;
 }
 
+void psStepIterator<int>::init(int defaultValue, const psString& name,
+                               const psString& promptName) {
+    m_progression = {};
+    psIterator<int>::init(defaultValue, name, promptName);
+}
+
 void psStepIterator<int>::init(int first, int last, int step, StepOprtn operation,
                                const psString& name) {
     const psProgression progression{first, last, step, operation};

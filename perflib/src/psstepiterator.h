@@ -33,7 +33,8 @@ template <> class psStepIterator<int> : public psIterator<int> {
 public:
     using psIterator<int>::psIterator;
 
-    using psIterator<int>::init; // a list, for add()
+    // A list of this value, until others are added.
+    void init(int defaultValue, const psString& name, const psString& promptName = {});
     // Throws psException as psProgression::validate() does; nothing is changed then.
     void init(int first, int last, int step, StepOprtn operation, const psString& name);
 

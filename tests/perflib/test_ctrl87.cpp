@@ -145,7 +145,11 @@ TEST_F(FpuWords, WatchersCollectTheUnionOfTheRuns) {
     watch87.init();
     watchSSX.init();
     divideByZero87(), divideSSX(1, 0); // outside a run: nobody's flags
-    run([] { roundInexactly87(), divideSSX(1, 3); });
+    run([] {
+        roundInexactly87(), divideSSX(1, 3);
+        ntkFpuSsx4TS(ntkFpuSetControl, 0x400, 0xC00); // until the end of the run
+    });
+    ntkFpuSsx4TS(ntkFpuSetControl, 0, 0xC00);
     EXPECT_STREQ(watch87.strSW().c_str(), "_Inexact ");
     EXPECT_STREQ(watchSSX.strExceptionState().c_str(), "_Inexact ");
     EXPECT_FALSE(watch87.badStatus() || watchSSX.badStatus());
@@ -155,11 +159,14 @@ TEST_F(FpuWords, WatchersCollectTheUnionOfTheRuns) {
     EXPECT_STREQ(watchSSX.strExceptionState().c_str(), "?Overflow _Inexact ");
     EXPECT_TRUE(watch87.badStatus() && watchSSX.badStatus());
     EXPECT_STREQ(watch87.strCW().c_str(),
-                 "Near 53 Invalid Denormal Zerodivide Overflow Underflow Inexact ");
+                 "Down 53 Invalid Denormal Zerodivide Overflow Underflow Inexact ");
     EXPECT_STREQ(watchSSX.strCW().c_str(),
                  "Near Invalid Denormal Zerodivide Overflow Underflow Inexact FlushToZero ");
+    divideByZero87(), divideSSX(1, 0);
     watch87.clear();
     watchSSX.clear();
+    EXPECT_EQ(ntkFpuSsx4TS(ntkFpuGetStatus, 0, 0) & 0x3F, 0u);
+    EXPECT_EQ(ntkFpuSsx4TS(ntkSsxGet, 0, 0) & 0x3F, 0u);
     run([] {});
     EXPECT_STREQ(watch87.strSW().c_str(), "Ok");
     EXPECT_STREQ(watchSSX.strExceptionState().c_str(), "Ok");

@@ -37,8 +37,10 @@ private:
 // The texts of at most limit values, as an iteration gives them.
 std::string valuesOf(psParameter& parameter, int limit = 20) {
     std::string text;
-    for (bool more = parameter.firstValue(); more && limit-- > 0; more = parameter.nextValue())
-        text += (text.empty() ? "" : " ") + std::string(parameter.valueString().c_str());
+    for (bool more = parameter.firstValue(); more && limit-- > 0; more = parameter.nextValue()) {
+        text += text.empty() ? "" : " ";
+        text += parameter.valueString().c_str();
+    }
     return text;
 }
 
@@ -178,6 +180,12 @@ TEST(Iteration, DefaultIsIteratedOnlyWhileItIsAlone) {
     number.translate("5");
     number.add(6);
     EXPECT_EQ(valuesOf(number), "5 6");
+
+    psStepIterator<int> steps;
+    steps.init(1, 8, 2, PS_STEP_MUL, "steps");
+    steps.init(5, "steps"); // a list again
+    EXPECT_EQ(valuesOf(steps), "5");
+    EXPECT_STREQ(steps.description().c_str(), "steps = 5");
 
     psIterator<int> none;
     EXPECT_FALSE(none.firstValue());

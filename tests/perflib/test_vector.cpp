@@ -23,8 +23,8 @@ std::string values(const kxVector& vector) {
     for (int i = 0; i < vector.size(); ++i) {
         double re, im;
         vector.getIndex(i, re, im);
-        text += (i ? " " : "") + std::string(psFormat("%.17g", re).c_str());
-        text += kxIsComplex(vector.type()) ? "," + std::string(psFormat("%.17g", im).c_str()) : "";
+        text += psFormat(i ? " %.17g" : "%.17g", re).c_str();
+        text += kxIsComplex(vector.type()) ? psFormat(",%.17g", im).c_str() : "";
     }
     return text;
 }
@@ -138,6 +138,9 @@ TEST(Vector, ReservedCopyBringsTheDataBack) {
     vector.setConst(1);
     vector.setReservedCopy();
     EXPECT_EQ(values(vector), "1 1 1");
+    EXPECT_TRUE(vector.reserveCopy());
+    vector.deleteVector();
+    EXPECT_EQ(psSumOfBlocks(), 0) << "the copy goes with the data";
 }
 
 TEST(Vector, PlainFills) {
