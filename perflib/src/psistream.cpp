@@ -93,6 +93,17 @@ static bool readAnswer(FILE* console, psString& answer) {
     return length >= 0;
 }
 
+// A terminal has shown the answer and its line end already; a log has neither.
+static void showAnswer(FILE* console, const psString& answer) {
+    g_ostrm << PS_ERR;
+    if (isatty(fileno(console))) {
+        g_ostrm.writeToLogs(answer + "\n");
+    } else {
+        g_ostrm.write(answer + "\n");
+    }
+    g_ostrm << PS_END;
+}
+
 psIStream::Source psIStream::ask(const psString& prompt, const psString& defaultText,
                                  psString& value) {
     g_ostrm << PS_ERR << prompt << " [" << defaultText << "]: " << PS_END_FLUSH;
@@ -103,9 +114,7 @@ psIStream::Source psIStream::ask(const psString& prompt, const psString& default
                 << PS_END_FLUSH;
         return PS_FROM_NOTHING;
     }
-    if (!isatty(fileno(m_console))) { // a terminal has shown the answer and its line end
-        g_ostrm << PS_ERR << answer << "\n" << PS_END;
-    }
+    showAnswer(m_console, answer);
     if (answer.empty()) {
         return PS_FROM_NOTHING;
     }

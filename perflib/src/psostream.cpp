@@ -115,13 +115,21 @@ bool psOStream::beginMessage(MessageLevel level) {
 }
 
 void psOStream::write(const psString& text) {
+    writeTo(text, true);
+}
+
+void psOStream::writeToLogs(const psString& text) {
+    writeTo(text, false);
+}
+
+void psOStream::writeTo(const psString& text, bool toConsole) {
     if ((m_msgLevel & m_outLevel) == 0 || text.empty()) {
         return;
     }
     m_midLine = text[text.length() - 1] != '\n';
     psList<const o_stream*> failed;
     for (o_stream* stream : m_streams) {
-        if (!stream->write(text)) {
+        if ((toConsole || stream->isNamedFile()) && !stream->write(text)) {
             failed.append(stream);
         }
     }

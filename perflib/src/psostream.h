@@ -61,12 +61,14 @@ public:
     void endMessage() { restoreMsgLevel(); }
 
     void write(const psString& text); // when the current kind is wanted
+    void writeToLogs(const psString& text); // likewise, but not to the console
     int streamCount() const { return m_streams.count(); }
 
     // Says, as an error, that failed (of this or another owner) takes no more text.
     void reportFailure(const o_stream& failed);
 
 private:
+    void writeTo(const psString& text, bool toConsole);
     void reportFailures(psList<const o_stream*>& failed);
 
     psList<o_stream*> m_streams;

@@ -5,6 +5,7 @@
 #include "pscstream.h"
 #include "psdata.h"
 #include "psostream.h"
+#include "psresult.h"
 
 class psConditions;
 class psTest;
@@ -69,12 +70,14 @@ public:
     explicit psReportTestResult(psTest& test);
     const psStringList& cells() const { return m_cells; }
     bool isHeader() const { return m_cells.empty(); }
+    psResult result() const { return m_result; }
     bool measuredNothing() const { return m_measuredNothing; }
     const psString& text() const { return m_text; }
 
 private:
     psStringList m_cells;
     psString m_text;
+    psResult m_result = PS_UNDEFINED;
     bool m_measuredNothing = false;
 };
 psOStream& operator<<(psOStream& out, const psReportTestResult& report);

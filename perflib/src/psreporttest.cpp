@@ -63,7 +63,7 @@ static void appendCtrlWords(psStringList& cells, const psCtrlWords& words) {
 }
 
 psReportTestResult::psReportTestResult(psTest& test)
-    : m_measuredNothing(!test.ctrlWords().recorded) {
+    : m_result(test.result()), m_measuredNothing(!test.ctrlWords().recorded) {
     const double seconds = difftime(test.endTime(), test.startTime());
     m_cells.append(test.functionName());
     m_cells.append(className(test));
@@ -83,7 +83,13 @@ psReportTestResult::psReportTestResult(psTest& test)
     }
 }
 
+// Where the result itself is not wanted, a bad one is still told with the test's name: the errors
+// before it do not all have one.
 psOStream& operator<<(psOStream& out, const psReportTestResult& report) {
+    if (report.result() >= PS_ACCUR_WARN && !out.accepts(PS_NORMAL)) {
+        out << psResultLevel(report.result()) << "-- " << report.cells().front() << ": "
+            << psResultWord(report.result()) << "\n" << PS_END;
+    }
     return out << report.text();
 }
 

@@ -3,6 +3,7 @@
 #include "pscacheiterator.h"
 #include "pscond.h"
 #include "psinit.h"
+#include "psostream.h"
 #include "pstest.h"
 
 PS_INIT_FIRST psString psTestList::m_startFunc;
@@ -76,10 +77,12 @@ void psTestList::selectCommonParms(const psConditions& conditions, psList<psPara
 
 bool psTestList::runTests(const psConditions& conditions) {
     clearCounts();
+    bool anyAdmitted = false;
     for (psTest* test : *this) {
         if (!test || !test->tobeRun(conditions)) {
             continue;
         }
+        anyAdmitted = true;
         if (!m_startFunc.empty() && !test->functionName().contains(m_startFunc)) {
             continue;
         }
@@ -91,6 +94,9 @@ bool psTestList::runTests(const psConditions& conditions) {
         if (!refused) { // by its section of the settings file
             plus(result);
         }
+    }
+    if (!anyAdmitted) {
+        g_ostrm << PS_ERR << "-- No test meets the conditions, -e key lists all tests\n" << PS_END;
     }
     return m_fails > 0;
 }

@@ -156,6 +156,29 @@ TEST(IStream, AnyConsoleWillDo) {
     }
 }
 
+// What is typed into a terminal is on its screen already, but in no log.
+TEST(IStream, ALogShowsWhatWasTyped) {
+    const Captured log;
+    const std::string screen = testPath("screen");
+    const int keyboard = posix_openpt(O_RDWR | O_NOCTTY);
+    ASSERT_TRUE(keyboard >= 0 && grantpt(keyboard) == 0 && unlockpt(keyboard) == 0);
+    FILE* const terminal = fopen(ptsname(keyboard), "r");
+    ASSERT_TRUE(terminal);
+    ASSERT_EQ(write(keyboard, "77\n", 3), 3);
+    {
+        const StdoutTo redirect(screen);
+        g_ostrm.addConsole();
+        psIStream in;
+        in.setIStream(terminal);
+        in.setAsking(true);
+        EXPECT_EQ(readFrom(in, "Len"), "c77");
+    }
+    EXPECT_EQ(log.text(), "How long [16; 32]: 77\n");
+    EXPECT_EQ(readFile(screen), "How long [16; 32]: ");
+    fclose(terminal);
+    close(keyboard);
+}
+
 TEST(IStream, WritingAddsWhatIsAbsent) {
     const Captured output;
     const std::string path = iniFile("[Perf System]\nLen=1\nBare\n");

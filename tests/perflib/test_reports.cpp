@@ -184,6 +184,14 @@ TEST(Reports, TestResultIsOneRecord) {
         const psString time = psReportFormat::getTimeStr(seconds);
         EXPECT_EQ(logText(report), psFormat(c.text.c_str(), time.c_str()).c_str());
         EXPECT_EQ(report.measuredNothing(), c.outcome == PS_EXCEPTION);
+        for (const int level : {PS_OUT_ERR, PS_OUT_WARN}) {
+            const Captured terse(level);
+            g_ostrm << report;
+            const bool told = c.outcome == PS_EXCEPTION ||
+                              (c.outcome == PS_FUNC_NOTE && level == PS_OUT_WARN);
+            const std::string word = psResultWord(c.outcome);
+            EXPECT_EQ(terse.text(), told ? "-- ntksName: " + word + "\n" : "");
+        }
     }
     psSession::m_exePath = path;
 }

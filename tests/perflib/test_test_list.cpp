@@ -93,6 +93,14 @@ TEST(TestList, RunsTheSelectedTests) {
     EXPECT_FALSE(list.runTests(onlyLZ4));
     psTest::m_pressing = false;
     EXPECT_EQ(list.tests(), 0);
+
+    const std::string nothingRun = "-- No test meets the conditions, -e key lists all tests\n";
+    const std::string before = console.text();
+    EXPECT_EQ(before.find(nothingRun), std::string::npos);
+    psConditions none;
+    none.append(psMakeCondition("ntksNone", PS_BY_FUNCTION));
+    EXPECT_FALSE(list.runTests(none));
+    EXPECT_EQ(console.text(), before + nothingRun);
 }
 
 TEST(TestList, BeginsWithTheStartFunction) {
