@@ -16,7 +16,15 @@ void psTool::collectLine(const char* label, const psString& value) {
     collect(psString("        ") + label + value + "\n");
 }
 
-void psTool::collectExit() { collect("    Auto method: exit\n"); }
+// Other failures than of the accuracy have told their own story.
+psTool::Step psTool::exitFailed(psResult r) {
+    result = r;
+    collect("    Auto method: exit\n");
+    emitDetail();
+    if (r == PS_ACCUR_FAIL)
+        dumpDetail();
+    return Step::exit;
+}
 
 void psTool::emitDetail() {
     if (!g_ostrm.accepts(PS_DETAIL))
@@ -64,7 +72,7 @@ bool psTool::priorMeasurement(Iteration& it) {
         collectLine(psFormat("%s   = ", runLabel()).c_str(), psText(it.loops));
         emitDetail();
         const psResult r = startIterations(it.loops, it.minClocks);
-        collectLine("numClocks  = ", clockStr(numClocks));
+        collectLine("numClocks  = ", psText(numClocks));
         collectLine("funcClocks = ", psText(funcClocks));
         collectLine("result     = ", psResultWord(r));
         emitDetail();
@@ -78,11 +86,7 @@ bool psTool::priorMeasurement(Iteration& it) {
         } else {
             if (!psIsFail(r))
                 return true;
-            result = r;
-            collectExit();
-            emitDetail();
-            if (r == PS_ACCUR_FAIL)
-                dumpDetail();
+            exitFailed(r);
             return false;
         }
     }
@@ -116,20 +120,15 @@ psTool::Step psTool::oneIteration(int startLoops, int maxLoops) {
     emitDetail();
     const psResult r = continueIterations(startLoops, maxLoops);
     collectLine("stopLoops  = ", psText(numLoops));
-    collectLine("stopClocks = ", clockStr(numClocks));
+    collectLine("stopClocks = ", psText(numClocks));
     collectLine("accuracy   = ", psAccuracyText(accuracy));
     collectLine("funcClocks = ", psText(funcClocks));
     collectLine("result     = ", psResultWord(r));
     emitDetail();
     if (r == PS_STATUS_WARN)
         return Step::avoid;
-    if (r == PS_ACCUR_FAIL) {
-        result = r;
-        collectExit();
-        emitDetail();
-        dumpDetail();
-        return Step::exit;
-    }
+    if (psIsFail(r))
+        return exitFailed(r);
     return judgeIteration(maxLoops);
 }
 
@@ -138,7 +137,10 @@ psTool::Step psTool::judgeIteration(int maxLoops) {
         return Step::stop;
     collect("    Simple Measurements: \n");
     emitDetail();
-    if (repeatTiming(numLoops, confirmingRuns) != PS_ACCUR_WARN || numLoops >= maxLoops)
+    const psResult r = repeatTiming(numLoops, confirmingRuns);
+    if (psIsFail(r))
+        return exitFailed(r);
+    if (r != PS_ACCUR_WARN || numLoops >= maxLoops)
         return Step::stop;
     return Step::again;
 }
@@ -154,6 +156,8 @@ psResult psTool::doubleLoops(int startLoops, int maxLoops) {
     for (;;) {
         double clocks = 0;
         runTimFunc(numLoops, &clocks, false);
+        if (psIsFail(result))
+            return result;
         funcClocks = clocks / numLoops;
         if (funcClocks <= 0)
             return PS_ACCUR_FAIL;
@@ -177,6 +181,8 @@ psResult psTool::statRun() {
     double clocks = psStatBudgetClocks(psCpuTicker::getFreq(), m_numMilliseconds);
     numIntLoops = psInnerLoops(tResolution, funcClocks);
     runTimFunc(m_minNumLoops, &clocks, false);
+    if (psIsFail(result))
+        return result;
     if (funcClocks <= 0)
         return PS_ACCUR_FAIL;
     accuracy = psRelativeSpread(funcClocks, funcClocks);
@@ -195,9 +201,11 @@ psResult psTool::repeatTiming(int loops, int n) {
     for (int i = reuse ? 1 : 0; i < n; i++) {
         runTimFunc(loops, &elements[i], false);
         collectLine(psFormat("%s   = ", runLabel()).c_str(), psText(loops));
-        collectLine("numClocks  = ", clockStr(numClocks));
+        collectLine("numClocks  = ", psText(numClocks));
         collectLine("funcClocks = ", psText(elements[i]));
         emitDetail();
+        if (psIsFail(result))
+            return result;
     }
     accuracy = psMeanSpread(elements, n);
     funcClocks = psSmallest(elements, n);
@@ -222,6 +230,10 @@ void psTool::avoidBadStatus() {
     emitDetail();
     psTest::clearCtrlStatus();
     const psResult r = repeatTiming(numLoops, avoidingRuns);
+    if (psIsFail(r)) {
+        exitFailed(r);
+        return;
+    }
     if (r != PS_STATUS_WARN && accuracy <= 2 * accuracyLimit) {
         g_ostrm << PS_WARN << "-- Attempt is successful\n" << PS_END;
         return;

@@ -116,7 +116,7 @@ private:
         int loops, maxLoops;
         long long minClocks;
     };
-    enum class Step { again, judge, avoid, stop, exit };
+    enum class Step { again, avoid, stop, exit };
 
     void runMethod();
     void customLoopTiming();
@@ -148,7 +148,7 @@ private:
     bool badStatusActive() const;
     void collect(const psString& text) { m_detail += text; }
     void collectLine(const char* label, const psString& value);
-    void collectExit();
+    Step exitFailed(psResult r);
     void emitDetail();
     void dumpDetail();
     const char* runLabel() const { return countCalls ? "numCalls" : "numLoops"; }

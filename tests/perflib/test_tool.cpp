@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "captured.h"
+#include "psctrl87.h"
 #include "pstool.h"
 
 namespace {
@@ -17,6 +18,8 @@ struct Script {
     int inits = 0;
     int calls = 0;
     size_t runs = 0;
+    size_t failingRun = 0;  // counted from 1: the library fails in this and all later runs
+    size_t raisingRuns = 0; // the runs from the second to this one divide by zero
 } g_script;
 
 long long nextClocks() {
@@ -27,7 +30,13 @@ long long nextClocks() {
 psResult loopFunc(int numLoops, long long* clocks) {
     g_script.loops.push_back(numLoops);
     *clocks = nextClocks();
-    return g_script.result;
+    if (g_script.runs >= 2 && g_script.runs <= g_script.raisingRuns) {
+        volatile double zero = 0;
+        volatile double infinite = 1 / zero;
+        (void)infinite;
+    }
+    const bool fails = g_script.failingRun && g_script.runs >= g_script.failingRun;
+    return fails ? PS_FUNC_FAIL : g_script.result;
 }
 
 psResult statFunc(int* nCalls, long long* clocks, int numIntLoops) {
@@ -182,6 +191,52 @@ TEST_F(ToolTest, AFailedRunEndsTheAutoMethodAndShowsItsHistory) {
     EXPECT_EQ(tool.timing(loopFunc, nullptr, nullptr, nullptr), PS_FUNC_FAIL);
     EXPECT_EQ(g_script.loops, std::vector<int>{1});
     EXPECT_STREQ(tool.note.c_str(), "lib function fail");
+}
+
+// Also in the runs that follow the first, and whatever their clocks were.
+TEST_F(ToolTest, AFailureInAnyRunEndsTheAutoMethodAtOnce) {
+    const Captured log;
+    const struct {
+        size_t failing; // the run that fails
+        std::vector<long long> clocks; // 3% more per call in 4 loops: confirming runs follow
+    } cases[] = {{2, {20000, 80000}}, {2, {20000, 0}}, {3, {20000, 82400}}};
+    for (const auto& c : cases) {
+        g_script = {};
+        g_script.clocks = c.clocks;
+        g_script.failingRun = c.failing;
+        EXPECT_EQ(tool.timing(loopFunc, nullptr, nullptr, nullptr), PS_FUNC_FAIL);
+        EXPECT_EQ(g_script.loops.size(), c.failing);
+    }
+    EXPECT_EQ(log.text(), "");
+}
+
+// The flags of a division by zero, without its trap, in the second run: fewer loops are tried.
+TEST_F(ToolTest, FlagsOfTheCallsAreAvoidedWhereThatIsAsked) {
+    g_script.clocks = {20000, 80000, 20000}; // the best of several calls, as tests give it
+    for (const bool again : {false, true}) {
+        g_script.loops.clear();
+        g_script.runs = 0;
+        g_script.raisingRuns = again ? 100 : 2;
+        const Captured log;
+        tool.checkCtrlStatus = true;
+        ps87::instance().init();
+        psSSX::instance().init();
+        tool.timing(loopFunc, nullptr, nullptr, nullptr);
+        EXPECT_EQ(g_script.loops, (std::vector<int>{1, 4, 2, 2, 2, 2, 2}));
+        EXPECT_EQ(log.text(), std::string("-- Status    SSX: ?Zerodivide \n"
+                                          "-- Attempting to avoid bad control status\n") +
+                                  (again ? "-- Attempt fails: Bad control status repeats.\n"
+                                         : "-- Attempt is successful\n"));
+    }
+}
+
+TEST_F(ToolTest, TheDetailsTellClocksInFull) {
+    const Captured log(PS_OUT_INFO);
+    g_script.clocks = {12345678901};
+    tool.setMethodBest(1, 8, 100000000000);
+    tool.timing(loopFunc, nullptr, nullptr, nullptr);
+    EXPECT_NE(log.text().find("        minClocks  = 100000000000\n"), std::string::npos);
+    EXPECT_NE(log.text().find("        numClocks  = 12345678901\n"), std::string::npos);
 }
 
 TEST_F(ToolTest, OwnLoopsCallTwicePerTimedCall) {
