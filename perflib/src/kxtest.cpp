@@ -33,6 +33,24 @@ psResult kxTest::checkStatus(int status, const psString& name) {
     return result;
 }
 
+void kxTest::regCacheParm(psIterator<NtkiSize>& size, psObject& image,
+                          psCacheIterator::Setter setter) {
+    regCacheSize(size, &image, setter);
+}
+
+void kxTest::regCacheParm(psIterator<NtkiSize>& size,
+                          psCacheIterator::Setter setter) {
+    regCacheSize(size, nullptr, setter);
+}
+
+void kxTest::regCacheSize(psIterator<NtkiSize>& size, psObject* image,
+                          psCacheIterator::Setter setter) {
+    if (wantsCacheIterator())
+        regCacheIterator(new psCacheIteratorSize(size, image, setter));
+    else
+        regParm(size);
+}
+
 void kxTest::funcToCstrm() { g_cstrm << functionName() << m_func.typeName(); }
 
 // The registering macro is of interest only where it is one of the harness's own.

@@ -2,6 +2,7 @@
 
 #include "kxfunc.h"
 #include "kxvector.h"
+#include "pscacheiterator.h"
 #include "pstest.h"
 
 // Base of the tests of library primitives: judges library statuses, shows the test's memory blocks
@@ -25,6 +26,13 @@ public:
     virtual void printVectorBlock(kxVector* vector);
     virtual void printByteBlock(void* buffer, int size);
 
+    // As for a length, for a size of width and height. image: whose bytes count; without one, all
+    // blocks do.
+    using psTest::regCacheParm;
+    void regCacheParm(psIterator<NtkiSize>& size, psObject& image,
+                      psCacheIterator::Setter setter = nullptr);
+    void regCacheParm(psIterator<NtkiSize>& size, psCacheIterator::Setter setter = nullptr);
+
     const kxFunc& func() const { return m_func; }
 
     // What a library status means for the test: PS_OK for 0, PS_FUNC_FAIL for an error,
@@ -36,6 +44,8 @@ public:
     static bool m_checkErrorsOnly; // warnings are passed over; cleared when a test starts
 
 private:
+    void regCacheSize(psIterator<NtkiSize>& size, psObject* image,
+                      psCacheIterator::Setter setter);
     void printBlock(int index, void* block, int size, void* tag);
 
     kxFunc m_func;

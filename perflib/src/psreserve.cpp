@@ -3,6 +3,8 @@
 
 #include <cstring>
 
+#include <algorithm>
+
 #include "psalloc.h"
 #include "psobject.h"
 #include "pstest.h"
@@ -14,6 +16,7 @@ struct BufferCopy {
     int size;
 };
 psList<BufferCopy> g_copies;
+psList<const psObject*> g_reserved; // the objects that may hold a copy
 
 bool isBuffer(const void* tag) { return tag == MEM_OBJECT_IS_BUFFER; }
 bool isObject(const void* tag) {
@@ -26,6 +29,10 @@ template <class Visit> void forEachObject(Visit visit) {
         if (isObject(tag))
             visit(*static_cast<psObject*>(tag));
     }
+}
+
+bool mayHoldCopy(const psObject* object) {
+    return std::find(g_reserved.begin(), g_reserved.end(), object) != g_reserved.end();
 }
 
 void copyBuffer(void* buffer, int size) {
@@ -44,6 +51,7 @@ void psTest::deallocate(void* block) { psFree(block); }
 void psTest::reserveAllVectors() {
     deleteReservedVectors();
     forEachObject([](psObject& object) {
+        g_reserved.append(&object);
         if (!object.reserveCopy())
             throw psException("Can't reserve the test vectors");
     });
@@ -61,8 +69,15 @@ void psTest::resetAllVectors() {
         memcpy(c.buffer, c.copy, static_cast<size_t>(c.size));
 }
 
+// After a fault a block may name an object in a frame that is gone: only objects that were there
+// when the copies were made, and whose blocks still live, are asked.
 void psTest::deleteReservedVectors() {
-    forEachObject([](psObject& object) { object.deleteReservedCopy(); });
+    void* tag = nullptr;
+    for (void* p = psMallocFirst(nullptr, &tag); p; p = psMallocNext(nullptr, &tag)) {
+        if (isObject(tag) && mayHoldCopy(static_cast<psObject*>(tag)))
+            static_cast<psObject*>(tag)->deleteReservedCopy();
+    }
+    g_reserved.clear();
     for (const BufferCopy& c : g_copies)
         psFree(c.copy);
     g_copies.clear();

@@ -26,6 +26,17 @@ psString cutPiece(psString& text) {
     text = slash == psString::npos ? psString() : text.substr(slash + 1);
     return piece;
 }
+
+// Of the exception being handled; a test may throw anything.
+psString exceptionText() {
+    try {
+        throw;
+    } catch (const std::exception& e) {
+        return e.what();
+    } catch (...) {
+        return psException(psString("unknown")).msg();
+    }
+}
 } // namespace
 
 psTestInfo::psTestInfo(const psString& text) {
@@ -102,12 +113,15 @@ void psTest::parmsFromIstrm() {
 
 void psTest::regCacheParm(psIterator<int>& parm, psObject* object,
                           bool (*setter)(psParameter*, int, int, bool)) {
-    if (!m_cache || m_cacheIterator) {
+    if (wantsCacheIterator())
+        regCacheIterator(new psCacheIteratorInt(parm, object, setter));
+    else
         regParm(parm);
-        return;
-    }
-    m_cacheIterator = new psCacheIteratorInt(parm, object, setter);
-    regParm(*m_cacheIterator);
+}
+
+void psTest::regCacheIterator(psCacheIterator* iterator) {
+    m_cacheIterator = iterator;
+    regParm(*iterator);
 }
 
 void psTest::beginRun() {
@@ -127,15 +141,15 @@ psResult psTest::run() {
     bool selected = true;
     try {
         tsSignal::guarded([&] { selected = runSteps(); });
-    } catch (const std::exception& e) {
-        afterException(e.what(), mark);
+    } catch (...) {
+        afterException(exceptionText(), mark);
     }
     if (!selected)
         return PS_UNDEFINED;
     try {
         tsSignal::guarded([&] { endRun(); });
-    } catch (const std::exception& e) {
-        afterException(e.what(), mark);
+    } catch (...) {
+        afterException(exceptionText(), mark);
         m_result = psWorse(m_result, m_currentResult);
     }
     return m_result;
@@ -198,7 +212,7 @@ void psTest::endRun() {
     psStep("endTest", [&] { endTest(); });
 }
 
-void psTest::afterException(const char* message, const psRunMark& mark) {
+void psTest::afterException(const psString& message, const psRunMark& mark) {
     const psString label = g_trace.label();
     raiseResult(PS_EXCEPTION);
     mark.restoreStreams();
@@ -207,9 +221,10 @@ void psTest::afterException(const char* message, const psRunMark& mark) {
         m_dataHeld = false;
         try {
             psStep("flushData", [&] { flushData(); });
-        } catch (const std::exception& e) {
+        } catch (...) {
+            const psString second = exceptionText();
             mark.restoreStreams();
-            g_ostrm << PS_ERR << e.what() << " in flushData\n" << PS_END;
+            g_ostrm << PS_ERR << second << " in flushData\n" << PS_END;
         }
     }
     g_cstrm.tableFlush();
@@ -224,9 +239,11 @@ void psTest::startAndStop() {
         psStep("beginTest", [&] { beginTest(); });
         psStep("canStart", [&] { canStart(); });
         psStep("flushStart", [&] { flushStart(); });
-    } catch (const std::exception& e) {
+    } catch (...) {
+        const psString message = exceptionText();
         mark.restoreStreams();
-        g_ostrm << PS_ERR << e.what() << " in startAndStop of " << m_info.name << " test\n"
+        g_ostrm << PS_ERR << message << " in startAndStop of " << m_info.name << " test\n"
                 << PS_END;
+        mark.releaseBlocks();
     }
 }

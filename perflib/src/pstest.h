@@ -157,13 +157,16 @@ public:
 
 protected:
     void putTextError(psResult r);
+    // Whether the next cache parameter is to be scaled, and the iterator (taken) that does it.
+    bool wantsCacheIterator() const { return m_cache && !m_cacheIterator; }
+    void regCacheIterator(psCacheIterator* iterator);
 
 private:
     void beginRun();
     bool runSteps();
     void measure();
     void endRun();
-    void afterException(const char* message, const psRunMark& mark);
+    void afterException(const psString& message, const psRunMark& mark);
 
     bool nextCombination();
     bool stepParms();

@@ -98,9 +98,11 @@ void psTest::parmsToOstrm() {
 }
 
 void psTest::putTextParms() {
-    g_ostrm << m_function << ": ";
-    psStep("parmsToOstrm", [&] { parmsToOstrm(); });
-    g_ostrm << "\n";
+    psStep("parmsToOstrm", [&] {
+        g_ostrm << m_function << ": ";
+        parmsToOstrm();
+        g_ostrm << "\n";
+    });
 }
 
 void psTest::putTextParms(MessageLevel level) {

@@ -19,7 +19,7 @@ template <class Body> void psStep(const char* label, Body&& body) {
 class psRunMark {
 public:
     psRunMark();
-    // Output and message level, trace depth, priority and floating-point watchers.
+    // Output and message level, trace depth, priority.
     void restoreStreams() const;
     // Frees the blocks and closes the files that have come since.
     void releaseBlocks() const;

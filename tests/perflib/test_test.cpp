@@ -5,6 +5,7 @@
 #include <functional>
 
 #include "captured.h"
+#include "kxvector.h"
 #include "ps.h"
 #include "psalloc.h"
 #include "pscputick_gcc.h"
@@ -26,6 +27,9 @@ class Probe : public psTest {
 public:
     Probe() : psTest(loop, nullptr, "ntksProbe_8u", "some/where/probe.cpp", "Probe/x/PS_REG") {}
     bool canStart() override {
+        if (starting) {
+            starting();
+        }
         for (psParameter* parm : toRegister) {
             regParm(*parm);
         }
@@ -53,6 +57,7 @@ public:
 
     std::vector<psParameter*> toRegister;
     bool start = true;
+    std::function<void()> starting;
     std::function<bool()> init;
     std::function<void()> flush;
     std::function<void()> print;
@@ -152,6 +157,11 @@ TEST_F(LifeTest, FailuresAndTheirMessages) {
          "-- Internal test problem: runTiming() function returns undefined result\n", "ifF"},
         {"exception", [&] { g_measure = []() -> psResult { throw psException(psString("x")); }; },
          PS_EXCEPTION, "--NTK. Exception: x in ntkFunctionCalls\n", "if"},
+        {"something else thrown", [&] { g_measure = []() -> psResult { throw 1; }; }, PS_EXCEPTION,
+         "--NTK. Exception: unknown in ntkFunctionCalls\n", "if"},
+        {"fault beside a vector of its frame",
+         [&] { probe.init = [] { return kxVector(kx8u).createVector(9) && (segfault(), true); }; },
+         PS_EXCEPTION, "--NTK. Signal: Illegal storage access. in initData\n", "if"},
         {"fault", [&] { g_measure = [] { return segfault(), PS_OK; }; }, PS_EXCEPTION,
          "--NTK. Signal: Illegal storage access. in ntkFunctionCalls\n", "if"},
         {"fault in flush", [&] { probe.flush = segfault; }, PS_EXCEPTION,
@@ -196,6 +206,14 @@ TEST_F(LifeTest, AFaultLeavesNoBlockBehind) {
     probe.init = [] { return psMalloc(1000) != nullptr; };
     g_measure = [] { return segfault(), PS_OK; };
     logOf(probe);
+    EXPECT_EQ(psSumOfBlocks(), 64);
+    probe.starting = [] { psMalloc(1000), segfault(); };
+    {
+        const Captured log;
+        probe.startAndStop();
+        EXPECT_EQ(log.text(),
+                  "--NTK. Signal: Illegal storage access. in startAndStop of Probe test\n");
+    }
     EXPECT_EQ(psSumOfBlocks(), 64);
     psFree(before);
 }
@@ -268,6 +286,11 @@ TEST_F(LifeTest, RegistrationInfoNamesTheMethodThatWillBeCalled) {
     EXPECT_STREQ(nothing.regInfo().c_str(),
                  "   Test has been registered without any function to call.\n"
                  " No standard timing method is available");
+}
+
+TEST_F(LifeTest, TraceLinesAreLinesOfTheirOwn) {
+    const std::string log = logOf(probe, PS_OUT_TRACE);
+    EXPECT_TRUE(has(log, " trace into   parmsToOstrm\nntksProbe_8u: \n**")) << log;
 }
 
 // Blocks and vectors are what they were before every call of a set-and-use measurement.
