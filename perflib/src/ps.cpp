@@ -141,6 +141,7 @@ void psSession::finish() {
     if (pTestList->endTime() == 0)
         pTestList->setEndTime(time(nullptr));
     g_istrm.closeIniFile();
+    g_ostrm.flush(); // who waits for the signal file finds the log whole
     outputSignal();
     delete pTestList;
     pTestList = nullptr;

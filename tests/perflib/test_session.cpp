@@ -1,0 +1,85 @@
+// The session's own services: paths, banner, stand-bys, the signal file.
+
+#include <gtest/gtest.h>
+
+#include "captured.h"
+#include "option_session.h"
+
+TEST(Session, PathsOfFiles) {
+    OptionSession::m_exePath = "bin/prog.exe";
+    OptionSession::setInDir("in");
+    OptionSession::setOutDir("/out");
+    OptionSession::setDefName("");
+    const struct {
+        psString got;
+        const char* want;
+    } cases[] = {
+        {OptionSession::genDirName(""), "bin/"},
+        {OptionSession::genDirName("a"), "bin/a/"},
+        {OptionSession::genDirName("a/"), "bin/a/"},
+        {OptionSession::genDirName("a\\"), "bin/a\\"},
+        {OptionSession::genDirName("c:x"), "c:x/"},
+        {OptionSession::genOutPath("", ".txt"), "/out/prog.txt"},
+        {OptionSession::genOutPath("f", ".txt"), "/out/f.txt"},
+        {OptionSession::genOutPath("../f", ".txt"), "/out/../f"},
+        {OptionSession::genOutPath("/f", ".txt"), "/f"},
+        {OptionSession::genInPath("f", ".ini"), "bin/in/f.ini"},
+        {OptionSession::getInPath("f"), "bin/in/f"},
+        {OptionSession::getInPath("bin/in/f"), "bin/in/f"},
+        {OptionSession::getOutPath("\\f"), "\\f"},
+        {OptionSession::getDirPath("f", ""), "bin/f"},
+    };
+    for (const auto& c : cases) {
+        EXPECT_STREQ(c.got.c_str(), c.want);
+    }
+}
+
+TEST(Session, BannerCentresItsTitle) {
+    const std::string row = std::string(1, ' ').append(78, '*').append("\n");
+    const struct {
+        int length, before, behind;
+    } cases[] = {{0, 38, 38}, {1, 37, 38}, {75, 0, 1}, {76, 0, 0}, {90, 0, 0}};
+    for (const auto& c : cases) {
+        const std::string title(c.length, 't');
+        const std::string line =
+            std::string(" *").append(c.before, ' ').append(title).append(c.behind, ' ');
+        EXPECT_EQ(psSession::getEnterTitle(title.c_str()).c_str(), row + line + "*\n" + row);
+    }
+}
+
+TEST(Session, WhatTheSessionWillOnlyDo) {
+    const struct {
+        std::initializer_list<const char*> words;
+        int level;
+        const char* info;
+    } cases[] = {{{"-B"}, 0, "ignored"},
+                 {{"-v", "-e"}, 1, "ignored because of -e option"},
+                 {{"-e", "-h"}, 2, "ignored because of -h option"},
+                 {{"-v"}, 3, "ignored because of -v option"}};
+    for (const auto& c : cases) {
+        OptionSession session;
+        session.parse(c.words);
+        EXPECT_EQ(psSession::m_exitLevel, c.level);
+        EXPECT_STREQ(psSession::getExitInfo().c_str(), c.info);
+    }
+}
+
+// Whoever waits for the signal file finds the log whole.
+TEST(Session, TheSignalFileComesLast) {
+    struct Watched : psSession {
+        void outputSignal() override {
+            log = readFile(testPath("s.txt"));
+            psSession::outputSignal();
+        }
+        std::string log;
+    } session;
+    std::string words[] = {testPath("prog"), "-e", "-os", "-gs"};
+    char* argv[] = {words[0].data(), words[1].data(), words[2].data(), words[3].data()};
+    pSession = &session;
+    EXPECT_EQ(session.run(4, argv), 0);
+    pSession = nullptr;
+    g_ostrm.close();
+    psSession::m_exitLevel = 0;
+    EXPECT_NE(session.log.find("   #"), std::string::npos) << session.log;
+    EXPECT_EQ(readFile(testPath("s.end")).substr(0, 7), "00:00:0");
+}
