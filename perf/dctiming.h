@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <climits>
 
 #include <kx.h>
@@ -14,10 +15,13 @@
 // Calibration: in each of the rounds the init body runs this often.
 constexpr int dcInitsPerRound = 100;
 constexpr int dcRounds = 100;
-// An init body that encodes half a file costs more than what it prepares for: 10000 of them would
-// take minutes per combination. Such a calibration ends at the first round beyond this; its init
-// bodies are long, so that few rounds agree as well as many short ones do.
+// An init body that encodes half a file costs as much as what it prepares for. 10000 of them would
+// take minutes per combination, and no hundred of them in a row run undisturbed, while of the
+// batches, which hold one each, the quickest does: the difference of the two would be noise. Bodies
+// longer than this are therefore timed one by one, as many as fit the budget.
+constexpr int dcProbes = 8;
 constexpr long long dcMostCalibrationClocks = 100'000'000;
+constexpr long long dcLongInitClocks = dcMostCalibrationClocks / (dcRounds * dcInitsPerRound);
 
 // Clocks of one call of a batch, less the overhead when there is more than that.
 constexpr long long dcClocksPerCall(long long batchClocks, int calls, long long overhead) {
@@ -48,7 +52,7 @@ public:
     // Batches of n calls (at least one) until *count calls and *clocks clocks are reached.
     static psResult stat(int* count, long long* clocks, int n, const char* name) {
         start();
-        const long long overhead = calibrate() / dcInitsPerRound;
+        const long long overhead = calibrate();
         const int batch = n >= 2 ? n : 1;
         start();
         int calls = 0;
@@ -100,13 +104,24 @@ private:
         return stop() - from;
     }
 
-    // The smallest clocks of a round.
-    [[gnu::noinline]] static long long calibrate() {
+    // Clocks of an init body.
+    static long long calibrate() {
+        if constexpr (hasInit) {
+            const long long single = quickestRound(dcProbes, 1, LLONG_MAX);
+            if (single > dcLongInitClocks) {
+                return std::min(single, quickestRound(INT_MAX, 1, dcMostCalibrationClocks));
+            }
+        }
+        return quickestRound(dcRounds, dcInitsPerRound, LLONG_MAX) / dcInitsPerRound;
+    }
+
+    // The smallest clocks of rounds of n init bodies each; no round begins beyond mostClocks.
+    [[gnu::noinline]] static long long quickestRound(int rounds, int n, long long mostClocks) {
         long long best = LLONG_MAX;
         long long spent = 0;
-        for (int round = 0; round < dcRounds && spent < dcMostCalibrationClocks; round++) {
+        for (int round = 0; round < rounds && spent < mostClocks; round++) {
             const long long from = start();
-            for (int i = 0; i < dcInitsPerRound; i++) {
+            for (int i = 0; i < n; i++) {
                 init();
                 asm volatile("" ::: "memory"); // without an init body, an empty loop is timed
             }
