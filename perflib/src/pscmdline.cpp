@@ -105,6 +105,9 @@ bool psCommandList::insertFromFile(const psString& file, iterator position) {
         lines.append(line);
     }
     if (in.failed()) {
+        if (in.isOpen()) { // a file that did not open has been reported
+            psReportOpenFailure(file, PS_OPEN_READ);
+        }
         return false;
     }
     insertArgs(joinLines(lines), position);

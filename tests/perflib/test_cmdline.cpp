@@ -118,11 +118,12 @@ TEST(CommandList, AnUnreadableArgumentFileIsNamed) {
     const std::string log = testPath("log.txt");
     g_ostrm.addStream(log.c_str(), false);
     psCommandList list;
-    list.setArgs(("-@/no/file -@" + testing::TempDir() + " -@ -B \"-@" + good + "\"").c_str());
+    list.setArgs(("-@/no/file -@/proc/self/mem -@" + testing::TempDir() + " -@ -B \"-@" + good + "\"").c_str());
     EXPECT_FALSE(list.expandFiles());
     g_ostrm.close();
     EXPECT_EQ(textOf(list), "B:|f:good|");
     EXPECT_EQ(readFile(log), "-- Can't open file /no/file to read\n"
+                             "-- Can't open file /proc/self/mem to read\n" // opens, no more
                              "-- Can't open file " +
                                  testing::TempDir() +
                                  " to read\n"

@@ -150,9 +150,9 @@ TEST(CommonData, ConsoleAndSettingsFile) {
                   "NumLoops [10]: \nAccuracy, % [5]: 3\nAccuracy = 3\nLen = 4\n",
          4},
         {PS_ASK_PARAMS, "9\n", "", params + "How long [1]: 9\nLen = 9\n", 1},
-        {PS_ASK_MISALIGN, "element\n\n\n\n", "[Perf System]\nVectorAlign=7\n",
+        {PS_ASK_MISALIGN, "element\n\n\n\n", "[Perf System]\nMisalignFirstVectorOnly=yes\n",
          placement + "AlignVectorsBy {byte|element} [byte]: element\nAlignVectorsBy = element\n"
-                     "VectorAlign = 7\nMisalignFirstVectorOnly {yes|no} [yes]: \n"
+                     "VectorAlign by Element, 0..63 [0]: \nMisalignFirstVectorOnly = yes\n"
                      "MutualVectorShift in Bytes, divisible by 64 [512]: \n",
          4},
         {PS_ASK_TESTS, "1\n2\n3\n", "", "", 0},

@@ -71,7 +71,7 @@ TEST(Options, KeyArgumentEffectAndReport) {
         {'t', "", "", "ignored: empty test pattern"},
         {'m', "+dc", "cond=20dc", "run only tests with source file name that contains dc"},
         {'m', "=", "", "ignored: empty file pattern"},
-        {'k', "or", "or", "run tests that meet -f or -t or -m conditions"},
+        {'k', "oh", "or", "run tests that meet -f or -t or -m conditions"},
         {'k', "OR", "", "run tests that meet -f and -t and -m conditions"},
         {'F', "f1", "start=f1", "start testing from function f1"},
         {'F', "", "", "start testing from the first function"},
