@@ -176,13 +176,14 @@ psResult psTool::doubleLoops(int startLoops, int maxLoops) {
     }
 }
 
-// A test with a statistic function is measured by one run of it; its clocks are per call already.
+// A test with a statistic function is measured by one run of it.
 psResult psTool::statRun() {
     double clocks = psStatBudgetClocks(psCpuTicker::getFreq(), m_numMilliseconds);
     numIntLoops = psInnerLoops(tResolution, funcClocks);
     runTimFunc(m_minNumLoops, &clocks, false);
     if (psIsFail(result))
         return result;
+    funcClocks = perStatCall(numClocks, numLoops);
     if (funcClocks <= 0)
         return PS_ACCUR_FAIL;
     accuracy = psRelativeSpread(funcClocks, funcClocks);
@@ -199,7 +200,7 @@ psResult psTool::repeatTiming(int loops, int n) {
         elements[0] = funcClocks;
     numLoops = loops;
     for (int i = reuse ? 1 : 0; i < n; i++) {
-        runTimFunc(loops, &elements[i], false);
+        runTimFunc(numLoops, &elements[i], false);
         collectLine(psFormat("%s   = ", runLabel()).c_str(), psText(loops));
         collectLine("numClocks  = ", psText(numClocks));
         collectLine("funcClocks = ", psText(elements[i]));

@@ -37,6 +37,13 @@ psResult psTool::internalFail(int line) const {
     return PS_FAIL;
 }
 
+// A test's statistic function stores the clocks of one call, as its loop function does; the
+// tool's own loop stores the sum of its calls.
+double psTool::perStatCall(long long clocks, int calls) const {
+    const bool isSum = harnessCalls || !funcStat;
+    return static_cast<double>(clocks) / (isSum && calls ? calls : 1);
+}
+
 // One run of the statistic method; leaves the clocks per call in funcClocks and the calls made in
 // numLoops.
 void psTool::runTimFuncStat(long long maxClocks, int calls) {
@@ -56,7 +63,7 @@ void psTool::runTimFuncStat(long long maxClocks, int calls) {
     }
     numClocks = clocks;
     numLoops = calls;
-    funcClocks = calls ? static_cast<double>(clocks) / calls : 0;
+    funcClocks = perStatCall(clocks, calls);
 }
 
 // One measured run, repeated once when it gave no clocks. *clocks is the clock budget of a

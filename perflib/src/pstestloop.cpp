@@ -84,6 +84,7 @@ bool psTest::prepared(bool& isFirst) {
     psStep("initData", [&] { ready = initData(); });
     if (!ready)
         return false;
+    setDeprecatedFlag(true);
     if (isFirst)
         outputConst();
     isFirst = false;

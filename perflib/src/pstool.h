@@ -12,7 +12,8 @@
 // The functions of a test:
 // - loop: calls the primitive numLoops times, stores the measured clocks.
 // - stat: on entry *nCalls is the minimum number of timed calls and *clocks the clock budget; goes
-//   on, numIntLoops calls at a time, until both are reached; stores the calls made and the clocks.
+//   on, numIntLoops calls at a time, until both are reached; stores the calls made and the clocks
+//   of one call.
 // - call: one untimed call; returns the library's status.
 // - init: restores the input before a call; may be absent.
 using psLoopFunc = psResult (*)(int numLoops, long long* clocks);
@@ -131,6 +132,7 @@ private:
     psResult timCall_Loop(int loops, long long* clocks, bool reset);
     psResult timCall_Stat(int* calls, long long* clocks, bool reset);
     psResult statusResult(int status) const;
+    double perStatCall(long long clocks, int calls) const;
     psResult internalFail(int line) const;
 
     void bestTiming(int minLoops, int maxLoops, long long minClocks);

@@ -126,14 +126,30 @@ TEST_F(ToolTest, ARunWithoutClocksIsRepeatedOnce) {
     EXPECT_DOUBLE_EQ(tool.funcClocks, 700);
 }
 
-TEST_F(ToolTest, StatisticMethodDividesByTheCallsMade) {
+TEST_F(ToolTest, StatisticFunctionsGiveTheClocksOfOneCall) {
     g_script.clocks = {3000};
     tool.setMethodStat(12, 10000);
     EXPECT_EQ(tool.timing(nullptr, statFunc, nullptr, nullptr), PS_OK);
     EXPECT_EQ(g_script.loops, std::vector<int>{12});
     EXPECT_EQ(g_script.budgets, std::vector<long long>{10000});
-    EXPECT_DOUBLE_EQ(tool.funcClocks, 150);
+    EXPECT_DOUBLE_EQ(tool.funcClocks, 3000);
     EXPECT_STREQ(tool.methodInfo.c_str(), "nCalls=20");
+}
+
+// The tool's own loop sums its calls up: here each takes 50 clocks.
+TEST_F(ToolTest, OwnStatisticLoopIsDividedByItsCalls) {
+    static unsigned long long now = 0;
+    const psClockReader start = ntk_StartCpuClocks;
+    const psClockReader stop = ntk_StopCpuClocks;
+    ntk_StartCpuClocks = ntk_StopCpuClocks = [] { return now += 50; };
+    for (const bool harnessCalls : {false, true}) {
+        tool.harnessCalls = harnessCalls;
+        tool.setMethodStat(12, 0);
+        EXPECT_EQ(tool.timing(nullptr, harnessCalls ? statFunc : nullptr, callFunc, nullptr), PS_OK);
+        EXPECT_DOUBLE_EQ(tool.funcClocks, 50) << harnessCalls;
+    }
+    ntk_StartCpuClocks = start;
+    ntk_StopCpuClocks = stop;
 }
 
 TEST_F(ToolTest, AMethodThatTheTestCannotServeIsReplacedForGood) {
