@@ -109,8 +109,22 @@ void kxTest::printFirstBlockLine(int index, psObject* object, int size) {
 
 void kxTest::printLastBlockLine(int, psObject*) { g_ostrm << "\n"; }
 
-void kxTest::printVectorBlock(kxVector* vector) { g_ostrm << vector->getString() << "\n"; }
+// Pieces of lines that an editor and a terminal can cope with.
+template <class PrintLine> static void printLines(int count, PrintLine printLine) {
+    constexpr int perLine = 16;
+    for (int i = 0; i < count; i += perLine) {
+        g_ostrm << printLine(i, count - i < perLine ? count - i : perLine) << "\n";
+    }
+}
+
+void kxTest::printVectorBlock(kxVector* vector) {
+    printLines(vector->size(), [vector](int i, int n) {
+        return kxVector::getDataString(vector->type(), vector->getPointerAt(i), n);
+    });
+}
 
 void kxTest::printByteBlock(void* buffer, int size) {
-    g_ostrm << kxVector::getByteString(buffer, size) << "\n";
+    printLines(size, [buffer](int i, int n) {
+        return kxVector::getByteString(static_cast<char*>(buffer) + i, n);
+    });
 }

@@ -1,9 +1,12 @@
 // Conversions between strings and values: printf formats out, sscanf formats in.
 #include "psstring.h"
 
+#include <cerrno>
+#include <climits>
 #include <cstdarg>
 #include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 
 namespace {
 
@@ -133,4 +136,11 @@ void operator<<(void*& value, const psString& s) {
     auto address = static_cast<long long>(reinterpret_cast<std::intptr_t>(value));
     address << s;
     value = reinterpret_cast<void*>(static_cast<std::intptr_t>(address));
+}
+
+bool psIsInt(const psString& s) {
+    char* end = nullptr;
+    errno = 0;
+    const long value = std::strtol(s.c_str(), &end, isHexadecimal(s) ? 16 : 10);
+    return !s.empty() && *end == '\0' && errno == 0 && value >= INT_MIN && value <= INT_MAX;
 }

@@ -85,6 +85,11 @@ public:
     // The value of text; throws psException when it has none.
     virtual T validItem(const psString& text) {
         const T value = stringToValue(text);
+        if constexpr (std::is_same_v<T, int>) {
+            if (validString().empty() && !text.empty() && !psIsInt(text)) {
+                text.setBad(true);
+            }
+        }
         if (text.isBad()) {
             refuse(text);
         }

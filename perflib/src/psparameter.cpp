@@ -90,7 +90,11 @@ bool psParameter::fromIStream(psIStream& in) {
             translate(text);
             return true;
         } catch (const psException& refused) {
-            reportRefused(refused.msg(), text);
+            // Shared parameters are read for the session and again for each test: once is enough.
+            if (source == psIStream::PS_FROM_CONSOLE || !(text == m_refusedText)) {
+                reportRefused(refused.msg(), text);
+            }
+            m_refusedText = text;
         }
         if (source != psIStream::PS_FROM_CONSOLE) {
             return false;

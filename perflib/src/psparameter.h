@@ -90,4 +90,5 @@ private:
     int m_outputFlags = 0;
     bool m_deprecated = false;
     psString m_deprecatedText;
+    psString m_refusedText; // the last definition that was refused
 };

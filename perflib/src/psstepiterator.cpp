@@ -10,12 +10,12 @@ bool isOperation(char c) {
     return c == PS_STEP_ADD || c == PS_STEP_SUB || c == PS_STEP_MUL;
 }
 
-// An empty field counts as bad, unlike an empty option value: a step left out would otherwise
+// What is no whole number counts as bad, also an empty field: a step left out would otherwise
 // become 0 and the iteration endless.
 int fieldValue(const psString& field, const char* what) {
     int value = 0;
     value << field;
-    if (field.empty() || field.isBad()) {
+    if (!psIsInt(field)) {
         throw psException(psString("Invalid ") + what + " = " + field);
     }
     return value;

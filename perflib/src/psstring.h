@@ -117,6 +117,10 @@ void operator<<(float& value, const psString& s);
 void operator<<(bool& value, const psString& s);
 void operator<<(void*& value, const psString& s);
 
+// Whether the readers above take all of the text as an int (decimal, or hexadecimal after "0x"):
+// they also take "16k" as 16 and let what does not fit wrap, which is no use to a person.
+bool psIsInt(const psString& s);
+
 // value as text, by the writers above.
 template <class T> psString psText(const T& value) {
     psString s;

@@ -108,6 +108,9 @@ TEST(StepIterator, RefusalNamesTheFaultAndKeepsTheProgression) {
                                {"10;1;+", "--NTK. Exception: Invalid step = "},
                                {"1;2;3;*4", "--NTK. Exception: Invalid value of Length = *4"},
                                {"1;two", "--NTK. Exception: Invalid value of Length = two"},
+                               {"16k", "--NTK. Exception: Invalid value of Length = 16k"},
+                               {"4294967300",
+                                "--NTK. Exception: Invalid value of Length = 4294967300"},
                                {"", "--NTK. Signal: Empty iterator definition"},
                                {";;", "--NTK. Signal: Empty iterator definition"}};
     for (const char* const text :
