@@ -183,7 +183,7 @@ psResult psTool::statRun() {
     runTimFunc(m_minNumLoops, &clocks, false);
     if (psIsFail(result))
         return result;
-    funcClocks = perStatCall(numClocks, numLoops);
+    funcClocks = perCall(numClocks, numLoops, true);
     if (funcClocks <= 0)
         return PS_ACCUR_FAIL;
     accuracy = psRelativeSpread(funcClocks, funcClocks);

@@ -5,4 +5,3 @@
 // number is earlier. Ordinary objects have none.
 #define PS_INIT_FIRST __attribute__((init_priority(201)))
 #define PS_INIT_SECOND __attribute__((init_priority(202)))
-#define PS_INIT_THIRD __attribute__((init_priority(203)))

@@ -37,10 +37,10 @@ psResult psTool::internalFail(int line) const {
     return PS_FAIL;
 }
 
-// A test's statistic function stores the clocks of one call, as its loop function does; the
-// tool's own loop stores the sum of its calls.
-double psTool::perStatCall(long long clocks, int calls) const {
-    const bool isSum = harnessCalls || !funcStat;
+// A test's own function stores the clocks of one call; the tool's loops store the sum of their
+// calls.
+double psTool::perCall(long long clocks, int calls, bool byTest) const {
+    const bool isSum = harnessCalls || !byTest;
     return static_cast<double>(clocks) / (isSum && calls ? calls : 1);
 }
 
@@ -63,7 +63,7 @@ void psTool::runTimFuncStat(long long maxClocks, int calls) {
     }
     numClocks = clocks;
     numLoops = calls;
-    funcClocks = perStatCall(clocks, calls);
+    funcClocks = perCall(clocks, calls, funcStat != nullptr);
 }
 
 // One measured run, repeated once when it gave no clocks. *clocks is the clock budget of a

@@ -209,13 +209,12 @@ void psTool::statTimingOrLoop() {
     timing(funcLoop, nullptr, nullptr, initFunc);
 }
 
-// The clocks stay undivided: a test's loop function returns those of its best call.
 void psTool::customLoopTiming() {
     g_ostrm << PS_DETAIL << "    Manual method: \n" << PS_END;
     detail("numLoops   = ", psText(loopNumLoops));
     double clocks = 0;
     runTimFunc(loopNumLoops, &clocks, true);
-    funcClocks = clocks;
+    funcClocks = perCall(numClocks, numLoops, funcLoop != nullptr);
     accuracy = 0;
     methodInfo += "nLps=" + psText(numLoops);
     detail("funcClocks = ", psText(funcClocks));

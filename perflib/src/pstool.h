@@ -132,7 +132,7 @@ private:
     psResult timCall_Loop(int loops, long long* clocks, bool reset);
     psResult timCall_Stat(int* calls, long long* clocks, bool reset);
     psResult statusResult(int status) const;
-    double perStatCall(long long clocks, int calls) const;
+    double perCall(long long clocks, int calls, bool byTest) const;
     psResult internalFail(int line) const;
 
     void bestTiming(int minLoops, int maxLoops, long long minClocks);

@@ -136,17 +136,26 @@ TEST_F(ToolTest, StatisticFunctionsGiveTheClocksOfOneCall) {
     EXPECT_STREQ(tool.methodInfo.c_str(), "nCalls=20");
 }
 
-// The tool's own loop sums its calls up: here each takes 50 clocks.
-TEST_F(ToolTest, OwnStatisticLoopIsDividedByItsCalls) {
-    static unsigned long long now = 0;
+// The tool's own loops sum their calls up: here each takes 50 clocks, with the tests' functions
+// passed over or without them.
+TEST_F(ToolTest, OwnLoopsAreDividedByTheirCalls) {
+    static unsigned long long now;
     const psClockReader start = ntk_StartCpuClocks;
     const psClockReader stop = ntk_StopCpuClocks;
-    ntk_StartCpuClocks = ntk_StopCpuClocks = [] { return now += 50; };
+    ntk_StartCpuClocks = ntk_StopCpuClocks = [] { return now; };
+    const psCallFunc call = [] { return now += 50, 0; };
     for (const bool harnessCalls : {false, true}) {
         tool.harnessCalls = harnessCalls;
-        tool.setMethodStat(12, 0);
-        EXPECT_EQ(tool.timing(nullptr, harnessCalls ? statFunc : nullptr, callFunc, nullptr), PS_OK);
-        EXPECT_DOUBLE_EQ(tool.funcClocks, 50) << harnessCalls;
+        for (const bool statistic : {false, true}) {
+            tool.setMethodLoop(12);
+            if (statistic) {
+                tool.setMethodStat(12, 0);
+            }
+            EXPECT_EQ(tool.timing(harnessCalls ? loopFunc : nullptr,
+                                  harnessCalls ? statFunc : nullptr, call, nullptr),
+                      PS_OK);
+            EXPECT_DOUBLE_EQ(tool.funcClocks, 50) << harnessCalls << statistic;
+        }
     }
     ntk_StartCpuClocks = start;
     ntk_StopCpuClocks = stop;
