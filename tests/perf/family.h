@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include "files.h"
 #include "kxdc.h"
 
 // A registered test by the function that it measures; null when there is none.
@@ -30,7 +31,7 @@ protected:
     void TearDown() override { g_tool.setMethodAuto(); }
 
     static std::string makeFile(const char* name, const std::string& contents) {
-        const std::string path = testing::TempDir() + "ntkperf-" + std::to_string(getpid()) + name;
+        const std::string path = testPath(name);
         std::ofstream(path, std::ios::binary) << contents;
         return path;
     }
