@@ -38,20 +38,22 @@ void kxTest::regCacheParm(psIterator<NtkiSize>& size, psObject& image,
     regCacheSize(size, &image, setter);
 }
 
-void kxTest::regCacheParm(psIterator<NtkiSize>& size,
-                          psCacheIterator::Setter setter) {
+void kxTest::regCacheParm(psIterator<NtkiSize>& size, psCacheIterator::Setter setter) {
     regCacheSize(size, nullptr, setter);
 }
 
 void kxTest::regCacheSize(psIterator<NtkiSize>& size, psObject* image,
                           psCacheIterator::Setter setter) {
-    if (wantsCacheIterator())
+    if (wantsCacheIterator()) {
         regCacheIterator(new psCacheIteratorSize(size, image, setter));
-    else
+    } else {
         regParm(size);
+    }
 }
 
-void kxTest::funcToCstrm() { g_cstrm << functionName() << m_func.typeName(); }
+void kxTest::funcToCstrm() {
+    g_cstrm << functionName() << m_func.typeName();
+}
 
 // The registering macro is of interest only where it is one of the harness's own.
 psString kxTest::regInfo() {
@@ -81,8 +83,7 @@ void kxTest::printAllMemoryBlocks(const psString& label) {
 }
 
 void kxTest::printBlock(int index, void* block, int size, void* tag) {
-    psObject* const object =
-        tag == MEM_OBJECT_IS_BUFFER ? nullptr : static_cast<psObject*>(tag);
+    psObject* const object = tag == MEM_OBJECT_IS_BUFFER ? nullptr : static_cast<psObject*>(tag);
     printFirstBlockLine(index, object, size);
     if (object) {
         printVectorBlock(static_cast<kxVector*>(object));
@@ -102,12 +103,13 @@ void kxTest::printLastDebugLine(const psString& label) {
 }
 
 void kxTest::printFirstBlockLine(int index, psObject* object, int size) {
-    const psString heading =
-        object ? object->objectInfo() : "MemoryBlock size=" + psText(size);
+    const psString heading = object ? object->objectInfo() : "MemoryBlock size=" + psText(size);
     g_ostrm << "======== Object " << index << ": " << heading << "\n";
 }
 
-void kxTest::printLastBlockLine(int, psObject*) { g_ostrm << "\n"; }
+void kxTest::printLastBlockLine(int, psObject*) {
+    g_ostrm << "\n";
+}
 
 // Pieces of lines that an editor and a terminal can cope with.
 template <class PrintLine> static void printLines(int count, PrintLine printLine) {

@@ -23,10 +23,14 @@ bool psSession::m_nameExit = false;
 
 psString psSession::getExitInfo() {
     switch (m_exitLevel) {
-    case 1: return "ignored because of -e option";
-    case 2: return "ignored because of -h option";
-    case 3: return "ignored because of -v option";
-    default: return "ignored";
+    case 1:
+        return "ignored because of -e option";
+    case 2:
+        return "ignored because of -h option";
+    case 3:
+        return "ignored because of -v option";
+    default:
+        return "ignored";
     }
 }
 
@@ -74,8 +78,9 @@ int psSession::run(int argc, char** argv) {
     int result = 0;
     if (prepare(argc, argv)) {
         prepareLibrary();
-        if (!sortTests())
+        if (!sortTests()) {
             return 0;
+        }
         result = runTests();
     }
     finish();
@@ -112,14 +117,16 @@ int psSession::runTests() {
         pTestList->setEndTime(time(nullptr));
         return 0;
     }
-    if (s_parmFunc)
+    if (s_parmFunc) {
         s_parmFunc();
+    }
     selectTestParameters();
     beginCommonData();
     readCommonData();
     endCommonData();
-    if (!g_pHotList)
+    if (!g_pHotList) {
         g_pHotList = new psStringList;
+    }
     putTableTitle();
     const int result = pTestList->runTests(m_conditions);
     pTestList->setEndTime(time(nullptr));
@@ -131,15 +138,17 @@ int psSession::runTests() {
 // A name that nothing asked for is most likely a typing error: the run measured something else
 // than the user meant.
 void psSession::warnUnusedPresets() {
-    for (const psString& name : g_istrm.unusedPresets())
+    for (const psString& name : g_istrm.unusedPresets()) {
         g_ostrm << PS_WARN << "-- Parameter " << name
                 << " was set by -d key but no test asked for it\n"
                 << PS_END;
+    }
 }
 
 void psSession::finish() {
-    if (pTestList->endTime() == 0)
+    if (pTestList->endTime() == 0) {
         pTestList->setEndTime(time(nullptr));
+    }
     g_istrm.closeIniFile();
     g_ostrm.flush(); // who waits for the signal file finds the log whole
     outputSignal();
@@ -151,17 +160,21 @@ void psSession::finish() {
     g_nstrm.close();
 }
 
-void psSession::beginCommonData() { g_ostrm.setOutLevel(PS_OUT_PERF); }
+void psSession::beginCommonData() {
+    g_ostrm.setOutLevel(PS_OUT_PERF);
+}
 
 void psSession::endCommonData() {
     g_ostrm.setOutLevel(m_levelMode ? m_levelMode : int{PS_OUT_PERF});
-    if (!(m_askMode & PS_ASK_TESTS))
+    if (!(m_askMode & PS_ASK_TESTS)) {
         g_istrm.setIStream(nullptr);
+    }
 }
 
 void psSession::selectTestParameters() {
-    if (!g_pParmList)
+    if (!g_pParmList) {
         return;
+    }
     const int askMode = m_askMode;
     const bool batMode = m_batMode;
     m_askMode = 0;
@@ -175,15 +188,22 @@ void psSession::readCommonData() {
     int reported = psReadTimingMethod(*this);
     reported += psReadTestParameters(*this);
     reported += psReadDataOffset(*this);
-    if (reported > 0)
+    if (reported > 0) {
         g_ostrm << PS_ERR << getEnterTitle("End of common specifications") << PS_END;
+    }
 }
 
-void psSession::funcTitleToCStream() { psFuncTitleToCStream(g_cstrm); }
+void psSession::funcTitleToCStream() {
+    psFuncTitleToCStream(g_cstrm);
+}
 
-void psSession::parmsTitleToCStream() { psParmsTitleToCStream(g_cstrm); }
+void psSession::parmsTitleToCStream() {
+    psParmsTitleToCStream(g_cstrm);
+}
 
-void psSession::resultTitleToCStream() { psResultTitleToCStream(g_cstrm); }
+void psSession::resultTitleToCStream() {
+    psResultTitleToCStream(g_cstrm);
+}
 
 void psSession::putTableTitle() {
     psSetTableColumns();
@@ -220,22 +240,28 @@ void psSession::outputFooter() {
 }
 
 void psSession::outputSignal() {
-    if (m_sglName.empty())
+    if (m_sglName.empty()) {
         return;
+    }
     o_stream file(m_sglName, PS_OPEN_WRITE | PS_OPEN_FILE);
     const time_t end = pTestList->endTime();
     const double seconds = difftime(end, pTestList->startTime());
     file.write(psReportFormat::getTimeStr(seconds) + "\n" + ctime(&end) + "\n");
-    if (!file.flush() || file.failure())
+    if (!file.flush() || file.failure()) {
         g_ostrm.reportFailure(file);
+    }
 }
 
 bool psSession::hintOutput() {
-    if (!m_helpKey && !m_versionAsked)
+    if (!m_helpKey && !m_versionAsked) {
         return false;
-    g_ostrm << PS_ERR << "\nBrask NTK. Performance System " << "2.0" << ", " << __DATE__ << "\n"
+    }
+    g_ostrm << PS_ERR << "\nBrask NTK. Performance System "
+            << "2.0"
+            << ", " << __DATE__ << "\n"
             << PS_END;
-    if (m_helpKey)
+    if (m_helpKey) {
         hint(m_helpKey, m_helpHidden);
+    }
     return true;
 }

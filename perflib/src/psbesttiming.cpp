@@ -21,22 +21,25 @@ psTool::Step psTool::exitFailed(psResult r) {
     result = r;
     collect("    Auto method: exit\n");
     emitDetail();
-    if (r == PS_ACCUR_FAIL)
+    if (r == PS_ACCUR_FAIL) {
         dumpDetail();
+    }
     return Step::exit;
 }
 
 void psTool::emitDetail() {
-    if (!g_ostrm.accepts(PS_DETAIL))
+    if (!g_ostrm.accepts(PS_DETAIL)) {
         return;
+    }
     g_ostrm << PS_DETAIL << m_detail << PS_END;
     m_detail = "";
 }
 
 // A failed measurement shows its history also to those who did not ask for details.
 void psTool::dumpDetail() {
-    if (g_ostrm.outLevel() < PS_DETAIL)
+    if (g_ostrm.outLevel() < PS_DETAIL) {
         g_ostrm << PS_ERR << m_detail << PS_END;
+    }
     m_detail = "";
 }
 
@@ -49,18 +52,21 @@ bool psTool::badStatusActive() const {
 void psTool::bestTiming(int minLoops, int maxLoops, long long minClocks) {
     checkCtrlActive = checkCtrlStatus;
     m_detail = "";
-    if (countCalls && !funcStat && !funcCall)
+    if (countCalls && !funcStat && !funcCall) {
         countCalls = false;
+    }
     collect("    Auto method: start\n");
     collectLine("minClocks  = ", clockStr(minClocks));
     emitDetail();
     Iteration it{minLoops, maxLoops, minClocks};
-    if (!priorMeasurement(it))
+    if (!priorMeasurement(it)) {
         return;
+    }
     if (numLoops < it.maxLoops) {
         iterationMeasurement(it);
-        if (psIsFail(result))
+        if (psIsFail(result)) {
             return;
+        }
     }
     finishBest();
 }
@@ -84,8 +90,9 @@ bool psTool::priorMeasurement(Iteration& it) {
             it.loops = psTimesLoops(it.loops, 10);
             it.maxLoops = psTimesLoops(it.maxLoops, 10);
         } else {
-            if (!psIsFail(r))
+            if (!psIsFail(r)) {
                 return true;
+            }
             exitFailed(r);
             return false;
         }
@@ -97,8 +104,9 @@ psResult psTool::startIterations(int loops, long long minClocks) {
     double clocks = 0;
     runTimFunc(loops, &clocks, true);
     funcClocks = clocks / numLoops;
-    if (psIsFail(result))
+    if (psIsFail(result)) {
         return result;
+    }
     return psJudgePriorRun(funcClocks, numLoops, minClocks);
 }
 
@@ -106,9 +114,14 @@ void psTool::iterationMeasurement(Iteration& it) {
     int startLoops = psTimesLoops(numLoops, 4);
     for (;;) {
         switch (oneIteration(startLoops, it.maxLoops)) {
-        case Step::again: startLoops = psTimesLoops(numLoops, 4); break;
-        case Step::avoid: avoidBadStatus(); return;
-        default: return;
+        case Step::again:
+            startLoops = psTimesLoops(numLoops, 4);
+            break;
+        case Step::avoid:
+            avoidBadStatus();
+            return;
+        default:
+            return;
         }
     }
 }
@@ -125,23 +138,28 @@ psTool::Step psTool::oneIteration(int startLoops, int maxLoops) {
     collectLine("funcClocks = ", psText(funcClocks));
     collectLine("result     = ", psResultWord(r));
     emitDetail();
-    if (r == PS_STATUS_WARN)
+    if (r == PS_STATUS_WARN) {
         return Step::avoid;
-    if (psIsFail(r))
+    }
+    if (psIsFail(r)) {
         return exitFailed(r);
+    }
     return judgeIteration(maxLoops);
 }
 
 psTool::Step psTool::judgeIteration(int maxLoops) {
-    if (accuracy <= goodAccuracy)
+    if (accuracy <= goodAccuracy) {
         return Step::stop;
+    }
     collect("    Simple Measurements: \n");
     emitDetail();
     const psResult r = repeatTiming(numLoops, confirmingRuns);
-    if (psIsFail(r))
+    if (psIsFail(r)) {
         return exitFailed(r);
-    if (r != PS_ACCUR_WARN || numLoops >= maxLoops)
+    }
+    if (r != PS_ACCUR_WARN || numLoops >= maxLoops) {
         return Step::stop;
+    }
     return Step::again;
 }
 
@@ -156,22 +174,26 @@ psResult psTool::doubleLoops(int startLoops, int maxLoops) {
     for (;;) {
         double clocks = 0;
         runTimFunc(numLoops, &clocks, false);
-        if (psIsFail(result))
+        if (psIsFail(result)) {
             return result;
+        }
         funcClocks = clocks / numLoops;
-        if (funcClocks <= 0)
+        if (funcClocks <= 0) {
             return PS_ACCUR_FAIL;
+        }
         accuracy = psRelativeSpread(funcClocks, previous);
         if (badStatusActive()) {
             funcClocks = previous;
             numLoops /= 2;
             return PS_STATUS_WARN;
         }
-        if (accuracy <= accuracyLimit)
+        if (accuracy <= accuracyLimit) {
             return PS_OK;
+        }
         previous = funcClocks;
-        if (numLoops > maxLoops / 2)
+        if (numLoops > maxLoops / 2) {
             return PS_ACCUR_WARN;
+        }
         numLoops *= 2;
     }
 }
@@ -181,11 +203,13 @@ psResult psTool::statRun() {
     double clocks = psStatBudgetClocks(psCpuTicker::getFreq(), m_numMilliseconds);
     numIntLoops = psInnerLoops(tResolution, funcClocks);
     runTimFunc(m_minNumLoops, &clocks, false);
-    if (psIsFail(result))
+    if (psIsFail(result)) {
         return result;
+    }
     funcClocks = perCall(numClocks, numLoops, true);
-    if (funcClocks <= 0)
+    if (funcClocks <= 0) {
         return PS_ACCUR_FAIL;
+    }
     accuracy = psRelativeSpread(funcClocks, funcClocks);
     return badStatusActive() ? PS_STATUS_WARN : PS_OK;
 }
@@ -196,8 +220,9 @@ psResult psTool::statRun() {
 psResult psTool::repeatTiming(int loops, int n) {
     double elements[avoidingRuns] = {};
     const bool reuse = numLoops == loops;
-    if (reuse)
+    if (reuse) {
         elements[0] = funcClocks;
+    }
     numLoops = loops;
     for (int i = reuse ? 1 : 0; i < n; i++) {
         runTimFunc(numLoops, &elements[i], false);
@@ -205,14 +230,16 @@ psResult psTool::repeatTiming(int loops, int n) {
         collectLine("numClocks  = ", psText(numClocks));
         collectLine("funcClocks = ", psText(elements[i]));
         emitDetail();
-        if (psIsFail(result))
+        if (psIsFail(result)) {
             return result;
+        }
     }
     accuracy = psMeanSpread(elements, n);
     funcClocks = psSmallest(elements, n);
     psResult r = accuracy > accuracyLimit ? PS_ACCUR_WARN : PS_OK;
-    if (badStatusActive())
+    if (badStatusActive()) {
         r = PS_STATUS_WARN;
+    }
     collectLine("accuracy   = ", psAccuracyText(accuracy));
     collectLine("bestClocks = ", psText(funcClocks));
     collectLine("result     = ", psResultWord(r));
@@ -223,8 +250,9 @@ psResult psTool::repeatTiming(int loops, int n) {
 void psTool::avoidBadStatus() {
     bool bad87 = false;
     bool badSSX = false;
-    if (checkCtrlActive && psTest::badCtrlStatus(bad87, badSSX))
+    if (checkCtrlActive && psTest::badCtrlStatus(bad87, badSSX)) {
         psTest::printCtrlStatus(bad87, badSSX);
+    }
     g_ostrm << PS_WARN << "-- Attempting to avoid bad control status\n" << PS_END;
     collect("    Reduce loops to avoid bad ctrl status.\n");
     collect("    Simple Measurements: \n");

@@ -27,8 +27,9 @@ void __psBraskCpuTest::printInformation() {
     const unsigned long long enabled = ntk_GetEnabledCpuFeatures();
     g_ostrm << PS_NORMAL << " Features :";
     for (const psCpuFeature* row = psCpuFeatures::begin(); row != psCpuFeatures::end(); ++row) {
-        if ((present & row->mask) == row->mask)
+        if ((present & row->mask) == row->mask) {
             g_ostrm << " " << row->label << ((enabled & row->mask) == row->mask ? "" : "(off)");
+        }
     }
     g_ostrm << "\n" << PS_END;
 }

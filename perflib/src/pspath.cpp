@@ -13,27 +13,34 @@ bool psSession::isAbsolutePath(const psString& name) {
 }
 
 psString psSession::genDirName(const psString& dir) {
-    if (dir.empty())
+    if (dir.empty()) {
         return m_exePath.getFileDir();
+    }
     const char last = dir[dir.length() - 1];
     const psString ended = last == '/' || last == '\\' ? dir : dir + "/";
     return isAbsolutePath(dir) ? ended : m_exePath.getFileDir() + ended;
 }
 
-void psSession::setInDir(const psString& dir) { m_inDir = genDirName(dir); }
+void psSession::setInDir(const psString& dir) {
+    m_inDir = genDirName(dir);
+}
 
-void psSession::setOutDir(const psString& dir) { m_outDir = genDirName(dir); }
+void psSession::setOutDir(const psString& dir) {
+    m_outDir = genDirName(dir);
+}
 
 void psSession::setDefName(const psString& name) {
     m_defName = name.empty() ? m_exePath.getFileTitle() : name;
 }
 
 psString psSession::genPathName(const psString& dir, const psString& name, const psString& ext) {
-    if (isAbsolutePath(name))
+    if (isAbsolutePath(name)) {
         return name;
+    }
     psString file = name.empty() ? m_defName + ext : name;
-    if (!file.contains("."))
+    if (!file.contains(".")) {
         file += ext;
+    }
     return dir + file;
 }
 
@@ -46,13 +53,19 @@ psString psSession::genOutPath(const psString& name, const psString& ext) {
 }
 
 psString psSession::getDirPath(const psString& name, const psString& dir) {
-    if (isAbsolutePath(name))
+    if (isAbsolutePath(name)) {
         return name;
-    if (dir.empty())
+    }
+    if (dir.empty()) {
         return m_exePath.getFileDir() + name;
+    }
     return name.startsWith(dir) ? name : dir + name;
 }
 
-psString psSession::getInPath(const psString& name) { return getDirPath(name, m_inDir); }
+psString psSession::getInPath(const psString& name) {
+    return getDirPath(name, m_inDir);
+}
 
-psString psSession::getOutPath(const psString& name) { return getDirPath(name, m_outDir); }
+psString psSession::getOutPath(const psString& name) {
+    return getDirPath(name, m_outDir);
+}

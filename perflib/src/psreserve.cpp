@@ -18,7 +18,9 @@ struct BufferCopy {
 psList<BufferCopy> g_copies;
 psList<const psObject*> g_reserved; // the objects that may hold a copy
 
-bool isBuffer(const void* tag) { return tag == MEM_OBJECT_IS_BUFFER; }
+bool isBuffer(const void* tag) {
+    return tag == MEM_OBJECT_IS_BUFFER;
+}
 bool isObject(const void* tag) {
     return tag && tag != MEM_OBJECT_IS_BUFFER && tag != MEM_OBJECT_IS_SUBOBJECT;
 }
@@ -26,8 +28,9 @@ bool isObject(const void* tag) {
 template <class Visit> void forEachObject(Visit visit) {
     void* tag = nullptr;
     for (void* p = psMallocFirst(nullptr, &tag); p; p = psMallocNext(nullptr, &tag)) {
-        if (isObject(tag))
+        if (isObject(tag)) {
             visit(*static_cast<psObject*>(tag));
+        }
     }
 }
 
@@ -37,36 +40,44 @@ bool mayHoldCopy(const psObject* object) {
 
 void copyBuffer(void* buffer, int size) {
     void* copy = psMalloc(size, 0, 0, MEM_OBJECT_IS_SUBOBJECT);
-    if (!copy)
+    if (!copy) {
         throw psException("Can't reserve the test buffers");
+    }
     memcpy(copy, buffer, static_cast<size_t>(size));
     g_copies.append({buffer, copy, size});
 }
 } // namespace
 
-void* psTest::allocate(int size, int n, void* tag) { return psAllocateVector(size, n, tag); }
+void* psTest::allocate(int size, int n, void* tag) {
+    return psAllocateVector(size, n, tag);
+}
 
-void psTest::deallocate(void* block) { psFree(block); }
+void psTest::deallocate(void* block) {
+    psFree(block);
+}
 
 void psTest::reserveAllVectors() {
     deleteReservedVectors();
     forEachObject([](psObject& object) {
         g_reserved.append(&object);
-        if (!object.reserveCopy())
+        if (!object.reserveCopy()) {
             throw psException("Can't reserve the test vectors");
+        }
     });
     int size = 0;
     void* tag = nullptr;
     for (void* p = psMallocFirst(&size, &tag); p; p = psMallocNext(&size, &tag)) {
-        if (isBuffer(tag))
+        if (isBuffer(tag)) {
             copyBuffer(p, size);
+        }
     }
 }
 
 void psTest::resetAllVectors() {
     forEachObject([](psObject& object) { object.setReservedCopy(); });
-    for (const BufferCopy& c : g_copies)
+    for (const BufferCopy& c : g_copies) {
         memcpy(c.buffer, c.copy, static_cast<size_t>(c.size));
+    }
 }
 
 // After a fault a block may name an object in a frame that is gone: only objects that were there
@@ -74,11 +85,13 @@ void psTest::resetAllVectors() {
 void psTest::deleteReservedVectors() {
     void* tag = nullptr;
     for (void* p = psMallocFirst(nullptr, &tag); p; p = psMallocNext(nullptr, &tag)) {
-        if (isObject(tag) && mayHoldCopy(static_cast<psObject*>(tag)))
+        if (isObject(tag) && mayHoldCopy(static_cast<psObject*>(tag))) {
             static_cast<psObject*>(tag)->deleteReservedCopy();
+        }
     }
     g_reserved.clear();
-    for (const BufferCopy& c : g_copies)
+    for (const BufferCopy& c : g_copies) {
         psFree(c.copy);
+    }
     g_copies.clear();
 }

@@ -78,8 +78,9 @@ void psTool::runTimFunc(int loops, double* clocks, bool loopMode) {
         }
         updateResult(harnessCalls ? harnessRun(loops, budget, loopMode)
                                   : watchedRun(loops, budget, loopMode));
-        if (numClocks >= 1 || psIsFail(result))
+        if (numClocks >= 1 || psIsFail(result)) {
             break;
+        }
     }
     *clocks = static_cast<double>(numClocks);
     numLoops = loops;
@@ -88,8 +89,9 @@ void psTool::runTimFunc(int loops, double* clocks, bool loopMode) {
 
 psResult psTool::harnessRun(int& loops, double budget, bool loopMode) {
     const psTraceScope trace("ntkFunctionCalls");
-    if (loopMode)
+    if (loopMode) {
         return timCall_Loop(loops, &numClocks, true);
+    }
     numClocks = static_cast<long long>(budget);
     return timCall_Stat(&loops, &numClocks, true);
 }
@@ -110,10 +112,12 @@ psResult psTool::callOnce(int& loops, double budget, bool loopMode) {
         numClocks = static_cast<long long>(budget);
         return funcStat(&loops, &numClocks, numIntLoops);
     }
-    if (funcLoop)
+    if (funcLoop) {
         return funcLoop(loops, &numClocks);
-    if (funcCall)
+    }
+    if (funcCall) {
         return timCall_Loop(loops, &numClocks, false);
+    }
     return internalFail(288);
 }
 
@@ -124,24 +128,31 @@ psResult psTool::statusResult(int status) const {
 // The tool's own loop over a call function. Restoring the input is part of the timed interval:
 // this measures "set and use".
 psResult psTool::timCall_Loop(int loops, long long* clocks, bool reset) {
-    if (!funcCall)
+    if (!funcCall) {
         return internalFail(288);
-    if (initFunc)
+    }
+    if (initFunc) {
         initFunc();
+    }
     int kept = funcCall();
-    if (m_pCheckStatus && kept < 0)
+    if (m_pCheckStatus && kept < 0) {
         return m_pCheckStatus(kept);
+    }
     const auto start = ntk_StartCpuClocks();
     for (int i = 0; i < loops; i++) {
-        if (initFunc)
+        if (initFunc) {
             initFunc();
-        if (reset)
+        }
+        if (reset) {
             psTest::resetAllVectors();
+        }
         const int status = funcCall();
-        if (status != 0)
+        if (status != 0) {
             kept = status;
-        if (status < 0)
+        }
+        if (status < 0) {
             break;
+        }
     }
     *clocks = spanClocks(start, ntk_StopCpuClocks());
     return statusResult(kept);
@@ -150,22 +161,27 @@ psResult psTool::timCall_Loop(int loops, long long* clocks, bool reset) {
 // The tool's own statistic loop. Every timed call is followed by an untimed second one, which
 // judges the status on data that the first call has already used: meant so.
 psResult psTool::timCall_Stat(int* calls, long long* clocks, bool reset) {
-    if (!funcCall)
+    if (!funcCall) {
         return internalFail(288);
-    if (initFunc)
+    }
+    if (initFunc) {
         initFunc();
+    }
     int kept = funcCall();
-    if (m_pCheckStatus && kept < 0)
+    if (m_pCheckStatus && kept < 0) {
         return m_pCheckStatus(kept);
+    }
     int count = 0;
     long long total = 0;
     int second = 0;
     while (second >= 0 && (count < *calls || total < *clocks)) {
-        if (initFunc)
+        if (initFunc) {
             initFunc();
+        }
         const auto start = ntk_StartCpuClocks();
-        if (reset)
+        if (reset) {
             psTest::resetAllVectors();
+        }
         const int first = funcCall();
         total += spanClocks(start, ntk_StopCpuClocks());
         second = funcCall();

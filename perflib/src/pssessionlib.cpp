@@ -10,10 +10,12 @@ namespace {
 constexpr int noRandomisation = 0x40000;
 
 const char* aslrText(int personalityFlags) {
-    if (personalityFlags == -1)
+    if (personalityFlags == -1) {
         return "\nERROR: personality() failed\n";
-    if (personalityFlags & noRandomisation)
+    }
+    if (personalityFlags & noRandomisation) {
         return "\nAddress space layout randomization (ASLR) is disabled.\n";
+    }
     return "\nWARNING: Address space layout randomization (ASLR) is enabled. "
            "Results can be unstable.\n";
 }
@@ -22,10 +24,11 @@ const char* aslrText(int personalityFlags) {
 void psSession::prepareLibrary() {
     if (ntkEnvironment) {
         g_ostrm << PS_NORMAL << aslrText(personality(0)) << PS_END;
-        if (m_cpuFeatures)
+        if (m_cpuFeatures) {
             applyFeatures();
-        else
+        } else {
             ntk_Init();
+        }
         setNtkEnvironment();
     }
     collectLibInfo();
@@ -33,35 +36,39 @@ void psSession::prepareLibrary() {
 
 // The number and the library's text of a status that is not 0.
 void psSession::reportLibraryStatus(NtkStatus status) {
-    g_ostrm << "--NTK FAIL. " << "status = " << status << ": " << ntk_GetStatusString(status)
-            << "\n";
+    g_ostrm << "--NTK FAIL. "
+            << "status = " << status << ": " << ntk_GetStatusString(status) << "\n";
 }
 
 void psSession::applyFeatures() {
-    g_ostrm << PS_ERR << "\n--calling ntkSetCpuFeatures( ntkCpuFeatures " << "= "
-            << psFormat("%#8llx", m_cpuFeatures).substr(0, 63) << " )\n";
+    g_ostrm << PS_ERR << "\n--calling ntkSetCpuFeatures( ntkCpuFeatures "
+            << "= " << psFormat("%#8llx", m_cpuFeatures).substr(0, 63) << " )\n";
     const NtkStatus status = ntk_SetCpuFeatures(m_cpuFeatures);
-    if (status == 0)
+    if (status == 0) {
         g_ostrm << "--status = ntkStsNoErr\n";
-    else
+    } else {
         reportLibraryStatus(status);
+    }
     if (status < 0) {
         g_ostrm << "--calling ntkInit()\n";
         const NtkStatus initStatus = ntk_Init();
-        if (initStatus < 0)
+        if (initStatus < 0) {
             reportLibraryStatus(initStatus);
+        }
     }
     g_ostrm << PS_END;
 }
 
 void psSession::collectLibInfo() {
-    if (!ntkVersionList)
+    if (!ntkVersionList) {
         return;
+    }
     for (const psVersionHook hook : *ntkVersionList) {
         const NtkLibraryVersion* const version = hook();
-        if (version)
+        if (version) {
             psRegLibInfo(psString(version->name) + ", " + version->version + ", " +
                          version->buildDate);
+        }
     }
     g_ostrm << PS_NORMAL << "Brask NTK libraries information has been set into PS\n" << PS_END;
 }

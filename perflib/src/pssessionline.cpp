@@ -25,23 +25,27 @@ bool psSession::parseCommandLine(int argc, char** argv) {
     setExitLevel();
     setDirectories();
     g_ostrm.setOutLevel(PS_OUT_PERF);
-    if (!m_commands.expandFiles())
+    if (!m_commands.expandFiles()) {
         m_unopenedFile = true;
+    }
     for (const psCommandKey& command : m_commands) {
-        if (command.key() != ' ')
+        if (command.key() != ' ') {
             applyOption(command.key(), command.arg());
+        }
     }
     g_ostrm << PS_NORMAL;
-    for (const psString& piece : m_report)
+    for (const psString& piece : m_report) {
         g_ostrm << piece;
+    }
     g_ostrm << PS_END_FLUSH;
     m_report.clear();
     if (m_unopenedFile) {
         g_ostrm << PS_ERR << "FATAL FAIL: can't open output file for writing\n" << PS_END_FLUSH;
         return false;
     }
-    if (!openSettings())
+    if (!openSettings()) {
         return false;
+    }
     updateOptions();
     g_istrm.setIStream(m_batMode ? nullptr : stdin);
     return true;
@@ -79,8 +83,9 @@ void psSession::setExitLevel() {
 void psSession::setDirectories() {
     const auto argument = [this](char key) {
         psString text;
-        for (const psCommandKey& command : m_commands)
+        for (const psCommandKey& command : m_commands) {
             command.getArg(key, text);
+        }
         return text;
     };
     setInDir(argument('p'));
@@ -102,8 +107,9 @@ void psSession::applyOption(char key, const psString& argument) {
 // False: the settings cannot be written, which ends the session. Settings that cannot be read are
 // done without.
 bool psSession::openSettings() {
-    if (m_iniName.empty() || g_istrm.setIniFile(m_iniName, m_iniWrite) || !m_iniWrite)
+    if (m_iniName.empty() || g_istrm.setIniFile(m_iniName, m_iniWrite) || !m_iniWrite) {
         return true;
+    }
     g_ostrm << PS_ERR << "FATAL FAIL: can't open ini-file for writing\n" << PS_END_FLUSH;
     return false;
 }

@@ -21,21 +21,31 @@ void psSetTableColumns() {
     psTest::m_numResultColm = resultColumns + (psTest::m_hot ? 1 : 0);
 }
 
-void psFuncTitleToCStream(psCStream& table) { table << "Function" << "Types"; }
+void psFuncTitleToCStream(psCStream& table) {
+    table << "Function"
+          << "Types";
+}
 
 void psParmsTitleToCStream(psCStream& table) {
     if (g_pParmColumns) {
-        for (const psString& name : *g_pParmColumns)
+        for (const psString& name : *g_pParmColumns) {
             table << name;
+        }
     } else {
-        for (int i = 1; i <= unnamedParmColumns; i++)
+        for (int i = 1; i <= unnamedParmColumns; i++) {
             table << "Parm" + psText(i);
+        }
     }
     table.skipToColm(psTest::m_numParmsColm);
 }
 
 void psResultTitleToCStream(psCStream& table) {
-    table << "Clocks" << "Unit" << "Rate" << "Result" << "Comment";
-    if (psTest::m_hot)
+    table << "Clocks"
+          << "Unit"
+          << "Rate"
+          << "Result"
+          << "Comment";
+    if (psTest::m_hot) {
         table << "Interest";
+    }
 }

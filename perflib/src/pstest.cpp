@@ -54,8 +54,8 @@ psTest::psTest(psCallFunc call, psCallFunc init, psLoopFunc loop, psStatFunc sta
     psTest::initSettings();
 }
 
-psTest::psTest(psLoopFunc loop, psStatFunc stat, const psString& function,
-               const psString& source, const psString& info)
+psTest::psTest(psLoopFunc loop, psStatFunc stat, const psString& function, const psString& source,
+               const psString& info)
     : psTest(nullptr, nullptr, loop, stat, function, source, info) {}
 
 psTest::psTest(psOldFunc custom, const psString& function, const psString& source,
@@ -64,7 +64,9 @@ psTest::psTest(psOldFunc custom, const psString& function, const psString& sourc
     m_custom = custom;
 }
 
-psTest::~psTest() { delete m_cacheIterator; }
+psTest::~psTest() {
+    delete m_cacheIterator;
+}
 
 void psTest::initSettings() {
     m_currentResult = PS_UNDEFINED;
@@ -89,34 +91,39 @@ int psTest::compareFunc(const psTest* other) const {
 }
 
 bool psTest::isHotLine() {
-    if (!g_pHotList)
+    if (!g_pHotList) {
         return false;
+    }
     for (const psString& name : *g_pHotList) {
-        if (name == m_function)
+        if (name == m_function) {
             return true;
+        }
     }
     return false;
 }
 
 bool psTest::setIniSection(const psString& function) {
-    if (m_pressing && !g_istrm.sectionExist(function))
+    if (m_pressing && !g_istrm.sectionExist(function)) {
         return false;
+    }
     g_istrm.setSection(function);
     return true;
 }
 
 void psTest::parmsFromIstrm() {
     g_istrm.setAsking(true);
-    for (psParameter* parm : m_parms)
+    for (psParameter* parm : m_parms) {
         parm->fromIStream(g_istrm);
+    }
 }
 
 void psTest::regCacheParm(psIterator<int>& parm, psObject* object,
                           bool (*setter)(psParameter*, int, int, bool)) {
-    if (wantsCacheIterator())
+    if (wantsCacheIterator()) {
         regCacheIterator(new psCacheIteratorInt(parm, object, setter));
-    else
+    } else {
         regParm(parm);
+    }
 }
 
 void psTest::regCacheIterator(psCacheIterator* iterator) {
@@ -130,8 +137,9 @@ void psTest::beginRun() {
     m_ctrlWords = {};
     m_tool.copySettings(g_tool);
     // Tests of this kind are initialised before each run, so that flags can be avoided.
-    if (m_info.macro.contains("Ibs"))
+    if (m_info.macro.contains("Ibs")) {
         m_tool.checkCtrlStatus = true;
+    }
     forgetParms();
 }
 
@@ -144,8 +152,9 @@ psResult psTest::run() {
     } catch (...) {
         afterException(exceptionText(), mark);
     }
-    if (!selected)
+    if (!selected) {
         return PS_UNDEFINED;
+    }
     try {
         tsSignal::guarded([&] { endRun(); });
     } catch (...) {
@@ -159,8 +168,9 @@ psResult psTest::run() {
 bool psTest::runSteps() {
     bool selected = false;
     psStep("setIniSection", [&] { selected = setIniSection(m_function); });
-    if (!selected)
+    if (!selected) {
         return false;
+    }
     psStep("beginTest", [&] { beginTest(); });
     m_startTime = time(nullptr);
     psStep("testTitle", [&] {
@@ -182,7 +192,8 @@ void psTest::measure() {
         return;
     }
     if (m_cache && !m_cacheIterator) {
-        g_ostrm << PS_ERR << "-- Can't run " << "In-Outof-Cache"
+        g_ostrm << PS_ERR << "-- Can't run "
+                << "In-Outof-Cache"
                 << " timing: no program support for function " << m_function << "\n"
                 << PS_END;
         return;

@@ -5,8 +5,9 @@
 namespace {
 int decimalsOf(double clocks) {
     int decimals = 0;
-    for (double limit = 100; decimals < 6 && clocks < limit; limit /= 10)
+    for (double limit = 100; decimals < 6 && clocks < limit; limit /= 10) {
         decimals++;
+    }
     return decimals;
 }
 } // namespace
@@ -15,18 +16,22 @@ psString psFormatClocks(double clocks) {
     if (!(clocks > 0) || std::isinf(clocks)) { // a call on no elements has no clocks per element
         return "";
     }
-    if (clocks < 0.0001 || clocks > 10000000)
+    if (clocks < 0.0001 || clocks > 10000000) {
         return psFormat("%.3e", clocks);
+    }
     return psFormat("%.*f", decimalsOf(clocks), clocks);
 }
 
 psString sFormat(const psString& text, int width) {
     const int missing = (width < 0 ? -width : width) - text.length();
-    if (missing <= 0)
+    if (missing <= 0) {
         return text;
+    }
     psString blanks;
     blanks.resize(missing);
     return width < 0 ? text + blanks : blanks + text;
 }
 
-psString sFormat(double number, int width) { return sFormat(psText(number), width); }
+psString sFormat(double number, int width) {
+    return sFormat(psText(number), width);
+}

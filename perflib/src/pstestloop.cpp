@@ -7,18 +7,21 @@
 #include "pstestrun.h"
 
 bool psTest::canContinue() {
-    if (m_cacheInvalid)
+    if (m_cacheInvalid) {
         return retryCacheSize();
-    if (m_parms.empty())
+    }
+    if (m_parms.empty()) {
         return m_noCombination;
+    }
     return m_noCombination ? nextCombination() : stepParms();
 }
 
 // The first combination: every parameter on its first value.
 bool psTest::nextCombination() {
     for (psParameter* parm : m_parms) {
-        if (!parm->firstValue())
+        if (!parm->firstValue()) {
             return false;
+        }
     }
     return true;
 }
@@ -28,18 +31,21 @@ bool psTest::nextCombination() {
 bool psTest::stepParms() {
     for (auto i = m_parms.end(); i != m_parms.begin();) {
         --i;
-        if ((*i)->nextValue())
+        if ((*i)->nextValue()) {
             return true;
-        if (i != m_parms.begin() && !(*i)->firstValue())
+        }
+        if (i != m_parms.begin() && !(*i)->firstValue()) {
             return false;
+        }
     }
     return false;
 }
 
 bool psTest::retryCacheSize() {
     m_cacheInvalid = false;
-    if (m_cacheIterator->repeatValue())
+    if (m_cacheIterator->repeatValue()) {
         return true;
+    }
     m_cacheIterator->outputInfo();
     putTextParms(PS_ERR);
     g_ostrm << PS_ERR << "-- Fail to allocate " << m_cacheIterator->getComment() << " data\n"
@@ -56,12 +62,14 @@ void psTest::loopData() {
         m_vectorNum = 0;
         bool more = false;
         psStep("canContinue", [&] { more = canContinue(); });
-        if (!more)
+        if (!more) {
             break;
+        }
         m_noCombination = false;
         runCombination(isFirst);
-        if (psIsFail(m_currentResult))
+        if (psIsFail(m_currentResult)) {
             break;
+        }
     }
     if (m_noCombination) {
         g_ostrm << PS_ERR << "-- One of argument list for timing is empty\n" << PS_END;
@@ -72,8 +80,9 @@ void psTest::loopData() {
 
 void psTest::runCombination(bool& isFirst) {
     m_dataHeld = true;
-    if (prepared(isFirst))
+    if (prepared(isFirst)) {
         measureCombination();
+    }
     psStep("flushData", [&] { flushData(); });
     m_dataHeld = false;
 }
@@ -82,17 +91,21 @@ void psTest::runCombination(bool& isFirst) {
 bool psTest::prepared(bool& isFirst) {
     bool ready = false;
     psStep("initData", [&] { ready = initData(); });
-    if (!ready)
+    if (!ready) {
         return false;
+    }
     setDeprecatedFlag(true);
-    if (isFirst)
+    if (isFirst) {
         outputConst();
+    }
     isFirst = false;
-    if (!validCacheSize())
+    if (!validCacheSize()) {
         return false;
+    }
     putTextParms(PS_NORMAL);
-    if (m_tool.harnessCalls)
+    if (m_tool.harnessCalls) {
         psStep("reserveAllVectors", [&] { reserveAllVectors(); });
+    }
     if (m_hot == 2 && !isHotLine()) {
         g_ostrm << PS_NORMAL << "  measuring is omitted: not hot line\n" << PS_END;
         return false;
@@ -101,8 +114,9 @@ bool psTest::prepared(bool& isFirst) {
 }
 
 bool psTest::validCacheSize() {
-    if (!m_cacheIterator)
+    if (!m_cacheIterator) {
         return true;
+    }
     m_cacheInvalid = !m_cacheIterator->validateSize();
     return !m_cacheInvalid;
 }
@@ -128,8 +142,9 @@ void psTest::measureCombination() {
 // everything that is for a person to see.
 psResult psTest::timedResult() {
     const int level = g_ostrm.outLevel();
-    if (level == PS_OUT_WARN)
+    if (level == PS_OUT_WARN) {
         g_ostrm.setOutLevel(PS_OUT_PERF);
+    }
     psResult r = PS_UNDEFINED;
     psStep("runTiming", [&] { r = runTiming(); });
     g_ostrm.setOutLevel(level);
@@ -137,10 +152,12 @@ psResult psTest::timedResult() {
 }
 
 psResult psTest::runTiming() {
-    if (m_custom)
+    if (m_custom) {
         return m_tool.timing(m_custom);
-    if (!m_loop && !m_stat && !m_call)
+    }
+    if (!m_loop && !m_stat && !m_call) {
         return PS_UNDEFINED;
+    }
     return m_tool.timing(m_loop, m_stat, m_call, m_init);
 }
 
@@ -151,8 +168,9 @@ void psTest::endLoop() {
     }
     g_cstrm.linePostponeOut(m_numResultColm + m_numParmsColm);
     deleteReservedVectors();
-    if (!g_cstrm.identicalLinesStop())
+    if (!g_cstrm.identicalLinesStop()) {
         return;
+    }
     g_ostrm << PS_WARN << "-- Notice: duplicate lines in performance table (csv-file)\n" << PS_END;
     raiseResult(psResultAtLevel(PS_DATA_NOTE, g_ostrm.outLevel()));
 }

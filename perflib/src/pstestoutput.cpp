@@ -10,29 +10,35 @@
 #include "pstestformat.h"
 #include "pstestrun.h"
 
-psString psTest::formatClocks(double clocks) { return psFormatClocks(clocks); }
+psString psTest::formatClocks(double clocks) {
+    return psFormatClocks(clocks);
+}
 
 psString psTest::perfString(bool rate) {
-    if (!rate)
+    if (!rate) {
         return formatClocks(m_tool.funcClocks / getDivisor());
-    if (!isFloatFunction() || m_tool.funcClocks <= 0)
+    }
+    if (!isFloatFunction() || m_tool.funcClocks <= 0) {
         return "";
+    }
     return formatClocks(psCpuTicker::getFreq() * getFlops() / m_tool.funcClocks);
 }
 
 // The unit follows the accuracy in a column of its own, a blank in between.
 psString psTest::testResultString() {
     psString text;
-    if (m_tool.method == PS_AUTO || m_tool.method == PS_BEST)
+    if (m_tool.method == PS_AUTO || m_tool.method == PS_BEST) {
         text += "acc=" + sFormat(psTool::getAccuracyStr(m_tool.accuracy), 5);
+    }
     text += sFormat(" " + getUnit(), -10);
     text += "perf=" + sFormat(m_tool.funcClocks / getDivisor(), 8) + " clocks";
     return text;
 }
 
 psString psTest::getCacheComment(const psString& separator) {
-    if (!m_cacheIterator)
+    if (!m_cacheIterator) {
         return "";
+    }
     return m_cacheIterator->getComment() + separator;
 }
 
@@ -57,44 +63,51 @@ void psTest::setTimingResult(double clocks, const psString& comment) {
 static psString methodList(std::initializer_list<std::pair<bool, const char*>> methods) {
     psString text;
     for (const auto& [offered, name] : methods) {
-        if (offered)
+        if (offered) {
             text += (text.empty() ? psString() : psString(", ")) + name;
+        }
     }
     return text;
 }
 
 psString psTest::regInfo() {
     psString text = "   Test has been registered";
-    if (!m_info.macro.empty())
+    if (!m_info.macro.empty()) {
         text += " by " + m_info.macro + " macro";
+    }
     const psString methods = methodList({{m_loop, "loopMethod"},
                                          {m_stat, "statMethod"},
                                          {m_custom, "oldMethod"},
                                          {m_call, "funcCall"},
                                          {m_init, "funcInit"}});
-    if (!m_loop && !m_stat && !m_custom && !m_call)
+    if (!m_loop && !m_stat && !m_custom && !m_call) {
         return text + " without any function to call.\n No standard timing method is available";
+    }
     text += " with " + methods + ".\n   ";
-    if (m_call && m_tool.harnessCalls)
+    if (m_call && m_tool.harnessCalls) {
         text += "funcCall with Set&Use";
-    else if (m_call && !m_loop && !m_stat)
+    } else if (m_call && !m_loop && !m_stat) {
         text += "funcCall";
-    else if (m_loop || m_stat)
+    } else if (m_loop || m_stat) {
         text += m_loop && (m_tool.method == PS_LOOP || !m_stat) ? "loopMethod" : "statMethod";
-    else
+    } else {
         text += "oldMethod";
+    }
     return text + " is called for measuring.";
 }
 
-void psTest::outputRegInfo() { g_ostrm << PS_DETAIL << regInfo() << "\n" << PS_END; }
+void psTest::outputRegInfo() {
+    g_ostrm << PS_DETAIL << regInfo() << "\n" << PS_END;
+}
 
 void psTest::outputConst() {
     psStep("constToOstrm", [&] { constToOstrm(); });
 }
 
 void psTest::parmsToOstrm() {
-    for (const psParameter* parm : m_parms)
+    for (const psParameter* parm : m_parms) {
         parm->toOStream(g_ostrm);
+    }
 }
 
 void psTest::putTextParms() {
@@ -112,26 +125,29 @@ void psTest::putTextParms(MessageLevel level) {
 }
 
 void psTest::putTextError(psResult r) {
-    if (r < PS_ACCUR_WARN)
+    if (r < PS_ACCUR_WARN) {
         return;
+    }
     g_ostrm << psResultLevel(r) << "-- " << psResultWord(r) << " on test parameters:\n";
     putTextParms();
     g_ostrm << PS_END;
 }
 
 void psTest::putTextResult(psResult r) {
-    if (psIsFail(r))
+    if (psIsFail(r)) {
         return;
+    }
     g_ostrm << PS_NORMAL << "-- performance:\n" << testResultString() << "\n" << PS_END_FLUSH;
 }
 
 void psTest::outputResult(psResult r) {
     putTextError(r);
     putTextResult(r);
-    if (m_deprecated)
+    if (m_deprecated) {
         putTableResult_Deprecated(r);
-    else
+    } else {
         putTableResult(r);
+    }
 }
 
 void psTest::funcToCstrm() {
@@ -139,13 +155,15 @@ void psTest::funcToCstrm() {
 }
 
 void psTest::parmsToCstrm() {
-    for (const psParameter* parm : m_parms)
+    for (const psParameter* parm : m_parms) {
         parm->toCStream(g_cstrm);
+    }
 }
 
 void psTest::parmsNameToCstrm() {
-    for (const psParameter* parm : m_parms)
+    for (const psParameter* parm : m_parms) {
         parm->nameToCStream(g_cstrm);
+    }
 }
 
 // Function and parameter cells fill exactly their columns, so that results never shift.
@@ -160,8 +178,9 @@ void psTest::resultToCstrm(psResult r) {
     const bool measured = !psIsFail(r);
     g_cstrm << (measured ? perfString(false) : psString()) << getUnit()
             << (measured ? perfString(true) : psString()) << psResultShortName(r) << getComment();
-    if (m_hot)
+    if (m_hot) {
         g_cstrm << psString(isHotLine() ? "+" : "");
+    }
 }
 
 void psTest::putTableResult(psResult r) {
@@ -178,20 +197,23 @@ void psTest::putTableResult_Deprecated(psResult r) {
 
 // The line of the test's own parameter names, for those who asked for it.
 void psTest::putTableName() {
-    if (psSession::m_nameMode == 0)
+    if (psSession::m_nameMode == 0) {
         return;
+    }
     psStep("funcToCstrm", [&] { funcToCstrm(); });
     psStep("parmsNameToCstrm", [&] { parmsNameToCstrm(); });
     if (psSession::m_nameMode & 2) {
         psString cell;
-        for (int i = 0; i < g_cstrm.nextColm() && g_cstrm.getColm(i, cell); i++)
+        for (int i = 0; i < g_cstrm.nextColm() && g_cstrm.getColm(i, cell); i++) {
             g_nstrm.setNextColm(cell);
+        }
         g_nstrm.lineOut(0);
     }
-    if (psSession::m_nameMode & 1)
+    if (psSession::m_nameMode & 1) {
         g_cstrm.lineOut(0);
-    else
+    } else {
         g_cstrm.tableFlush();
+    }
 }
 
 void psTest::initCtrlStatus() {
@@ -206,8 +228,9 @@ psResult psTest::checkCtrlStatus() {
     m_ctrlWords.ssx |= psSSX::instance().word();
     bool bad87 = false;
     bool badSSX = false;
-    if (!badCtrlStatus(bad87, badSSX))
+    if (!badCtrlStatus(bad87, badSSX)) {
         return PS_OK;
+    }
     printCtrlStatus(bad87, badSSX);
     return PS_STATUS_WARN;
 }
@@ -219,12 +242,13 @@ bool psTest::badCtrlStatus(bool& bad87, bool& badSSX) {
 }
 
 void psTest::printCtrlStatus(bool p87, bool pSSX) {
-    if (p87)
+    if (p87) {
         g_ostrm << PS_WARN << "-- Status    87: " << ps87::instance().strSW() << "\n" << PS_END;
-    if (pSSX)
-        g_ostrm << PS_WARN << "-- Status    SSX: " << psSSX::instance().strExceptionState()
-                << "\n"
+    }
+    if (pSSX) {
+        g_ostrm << PS_WARN << "-- Status    SSX: " << psSSX::instance().strExceptionState() << "\n"
                 << PS_END;
+    }
 }
 
 void psTest::clearCtrlStatus() {

@@ -7,8 +7,9 @@
 psRunMark::psRunMark()
     : m_outLevel(g_ostrm.outLevel()), m_levelDepth(g_ostrm.levelDepth()),
       m_traceDepth(g_trace.depth()), m_openFiles(psOpenFileMark()) {
-    for (void* block = psMallocFirst(); block; block = psMallocNext())
+    for (void* block = psMallocFirst(); block; block = psMallocNext()) {
         m_blocks.append(block);
+    }
 }
 
 void psRunMark::restoreStreams() const {
@@ -21,10 +22,12 @@ void psRunMark::restoreStreams() const {
 void psRunMark::releaseBlocks() const {
     psList<void*> lost;
     for (void* block = psMallocFirst(); block; block = psMallocNext()) {
-        if (std::find(m_blocks.begin(), m_blocks.end(), block) == m_blocks.end())
+        if (std::find(m_blocks.begin(), m_blocks.end(), block) == m_blocks.end()) {
             lost.append(block);
+        }
     }
-    for (void* block : lost)
+    for (void* block : lost) {
         psFree(block);
+    }
     psCloseFilesSince(m_openFiles);
 }

@@ -86,23 +86,26 @@ void psTool::setMethodBest(int minLoops, int maxLoops, long long minClocks) {
 }
 
 bool psTool::getMethodLoop(int& loops) const {
-    if (method != PS_LOOP)
+    if (method != PS_LOOP) {
         return false;
+    }
     loops = loopNumLoops;
     return true;
 }
 
 bool psTool::getMethodStat(int& minCalls, long long& maxClocks) const {
-    if (method != PS_STAT)
+    if (method != PS_STAT) {
         return false;
+    }
     minCalls = statMinCalls;
     maxClocks = statMaxClocks;
     return true;
 }
 
 bool psTool::getMethodBest(int& minLoops, int& maxLoops, long long& minClocks) const {
-    if (method != PS_BEST)
+    if (method != PS_BEST) {
         return false;
+    }
     minLoops = bestMinLoops;
     maxLoops = bestMaxLoops;
     minClocks = bestMinClocks;
@@ -132,13 +135,16 @@ void psTool::ctrlStop() {
 }
 
 void psTool::updateResult(psResult r) {
-    if (r <= result)
+    if (r <= result) {
         return;
+    }
     result = r;
     note = psResultWord(r);
 }
 
-psString psTool::getAccuracyStr(double a) { return psAccuracyText(a); }
+psString psTool::getAccuracyStr(double a) {
+    return psAccuracyText(a);
+}
 
 psResult psTool::timing(psLoopFunc loop, psStatFunc stat, psCallFunc call, psCallFunc init) {
     reset();
@@ -170,14 +176,19 @@ void psTool::runMethod() {
         autoLoopTiming();
         break;
     }
-    case PS_LOOP: loopTimingOrStat(); break;
-    case PS_STAT: statTimingOrLoop(); break;
+    case PS_LOOP:
+        loopTimingOrStat();
+        break;
+    case PS_STAT:
+        statTimingOrLoop();
+        break;
     case PS_BEST: {
         const psTraceScope trace("iterativeTiming");
         bestTiming(bestMinLoops, bestMaxLoops, bestMinClocks);
         break;
     }
-    default: updateResult(internalFail(864));
+    default:
+        updateResult(internalFail(864));
     }
 }
 
