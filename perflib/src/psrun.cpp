@@ -125,16 +125,21 @@ psResult psTool::statusResult(int status) const {
     return m_pCheckStatus ? m_pCheckStatus(status) : PS_OK;
 }
 
+// The first call, untimed; returns its status.
+int psTool::warmUp() const {
+    if (initFunc) {
+        initFunc();
+    }
+    return funcCall();
+}
+
 // The tool's own loop over a call function. Restoring the input is part of the timed interval:
 // this measures "set and use".
 psResult psTool::timCall_Loop(int loops, long long* clocks, bool reset) {
     if (!funcCall) {
         return internalFail(288);
     }
-    if (initFunc) {
-        initFunc();
-    }
-    int kept = funcCall();
+    int kept = warmUp();
     if (m_pCheckStatus && kept < 0) {
         return m_pCheckStatus(kept);
     }
@@ -164,10 +169,7 @@ psResult psTool::timCall_Stat(int* calls, long long* clocks, bool reset) {
     if (!funcCall) {
         return internalFail(288);
     }
-    if (initFunc) {
-        initFunc();
-    }
-    int kept = funcCall();
+    int kept = warmUp();
     if (m_pCheckStatus && kept < 0) {
         return m_pCheckStatus(kept);
     }

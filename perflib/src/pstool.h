@@ -129,6 +129,7 @@ private:
     psResult callOnce(int& loops, double budget, bool loopMode);
     psResult watchedRun(int& loops, double budget, bool loopMode);
     psResult harnessRun(int& loops, double budget, bool loopMode);
+    int warmUp() const;
     psResult timCall_Loop(int loops, long long* clocks, bool reset);
     psResult timCall_Stat(int* calls, long long* clocks, bool reset);
     psResult statusResult(int status) const;

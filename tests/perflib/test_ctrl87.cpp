@@ -1,8 +1,6 @@
 #include "psctrl87.h"
 
-#include <ntkcore.h>
-
-#include <gtest/gtest.h>
+#include "fpu_words.h"
 
 namespace {
 
@@ -18,23 +16,6 @@ double divideSSX(double a, double b) {
     asm volatile("divsd %1, %0" : "+x"(a) : "x"(b));
     return a;
 }
-
-class FpuWords : public testing::Test {
-protected:
-    void SetUp() override {
-        m_control = ntkFpuSsx4TS(ntkFpuGetControl, 0, 0);
-        m_word = ntkFpuSsx4TS(ntkSsxGet, 0, 0);
-    }
-    void TearDown() override {
-        ntkFpuSsx4TS(ntkFpuClear, 0, 0);
-        ntkFpuSsx4TS(ntkFpuSetControl, m_control, 0xFFFF);
-        ntkFpuSsx4TS(ntkSsxSet, m_word, 0xFFFF);
-    }
-
-private:
-    unsigned m_control = 0;
-    unsigned m_word = 0;
-};
 
 } // namespace
 

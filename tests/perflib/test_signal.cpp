@@ -7,7 +7,7 @@
 
 #include <ntkcore.h>
 
-#include <gtest/gtest.h>
+#include "fpu_words.h"
 
 #include "psctrl87.h"
 
@@ -87,22 +87,7 @@ unsigned wordSSX() {
     return ntkFpuSsx4TS(ntkSsxGet, 0, 0);
 }
 
-class SignalGuard : public testing::Test {
-protected:
-    void SetUp() override {
-        m_control = control87();
-        m_word = wordSSX();
-    }
-    void TearDown() override {
-        ntkFpuSsx4TS(ntkFpuClear, 0, 0);
-        ntkFpuSsx4TS(ntkFpuSetControl, m_control, 0xFFFF);
-        ntkFpuSsx4TS(ntkSsxSet, m_word, 0xFFFF);
-    }
-
-private:
-    unsigned m_control = 0;
-    unsigned m_word = 0;
-};
+using SignalGuard = FpuWords;
 
 } // namespace
 
