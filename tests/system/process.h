@@ -1,0 +1,35 @@
+// A program run as a user runs it, and what came of it.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+// Where standard output goes.
+enum class Console {
+    read,       // into Outcome::output
+    brokenPipe, // into a pipe whose reader has gone
+    closed,     // the program starts without the file
+    fullDisk,   // to a device that takes no byte
+};
+
+struct Command {
+    std::string program = {};
+    std::vector<std::string> arguments = {};
+    std::string directory = ".";               // where it runs
+    std::optional<std::string> input = {};     // none: a console at which nobody ever types
+    std::vector<std::string> environment = {}; // NAME=value, beside what this process has
+    Console console = Console::read;
+};
+
+struct Outcome {
+    int status = -1; // of the exit; -1 when a signal ended the program
+    int signal = 0;  // that signal
+    std::string output, errors;
+    double wallSeconds = 0;
+    double firstOutputSeconds = -1; // from the start; negative: it wrote nothing
+    long peakKiB = 0; // never below this process's own peak, which the kernel hands on
+};
+
+// Runs the command to its end. A program that hangs is killed after two minutes.
+Outcome runCommand(const Command& command);

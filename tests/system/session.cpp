@@ -1,0 +1,158 @@
+#include "session.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// Removed with all its files at the end.
+struct TemporaryDirectory {
+    std::string path = testing::TempDir() + "system-XXXXXX";
+    TemporaryDirectory() {
+        if (!mkdtemp(path.data())) {
+            throw std::runtime_error("cannot make a directory like " + path);
+        }
+    }
+    ~TemporaryDirectory() { fs::remove_all(path); }
+};
+
+Texts cellsOf(const std::string& line) {
+    Texts cells(1);
+    for (const char c : line) {
+        if (c == ',') {
+            cells.emplace_back();
+        } else {
+            cells.back() += c;
+        }
+    }
+    return cells;
+}
+
+} // namespace
+
+const std::string& corpusDirectory() {
+    static const TemporaryDirectory directory;
+    static const Outcome made =
+        runCommand({.program = NTK_CORPUS_FILE, .arguments = {directory.path}, .input = ""});
+    if (made.status != 0) {
+        throw std::runtime_error("no corpus: " + made.output + made.errors);
+    }
+    return directory.path;
+}
+
+std::string readText(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    std::ostringstream text;
+    text << file.rdbuf();
+    return text.str();
+}
+
+Texts linesOf(const std::string& text) {
+    std::istringstream in(text);
+    Texts lines;
+    for (std::string line; std::getline(in, line);) {
+        lines.push_back(line);
+    }
+    return lines;
+}
+
+int timesIn(const std::string& text, const std::string& part) {
+    int times = 0;
+    for (size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) {
+        ++times;
+    }
+    return times;
+}
+
+Texts operator+(Texts words, const Texts& more) {
+    words.insert(words.end(), more.begin(), more.end());
+    return words;
+}
+
+SystemTest::SystemTest() : m_directory(testing::TempDir() + "system-XXXXXX") {
+    if (!mkdtemp(m_directory.data())) {
+        throw std::runtime_error("cannot make a directory like " + m_directory);
+    }
+}
+
+SystemTest::~SystemTest() {
+    fs::remove_all(m_directory);
+}
+
+void SystemTest::write(const std::string& name, const std::string& text) const {
+    std::ofstream(path(name), std::ios::binary) << text;
+}
+
+Outcome SystemTest::run(const Texts& keys, Command how) const {
+    how.arguments = keys;
+    if (how.program.empty()) {
+        how.program = NTK_PERF_FILE;
+        how.arguments.push_back("-l" + directory());
+    }
+    if (how.directory == ".") {
+        how.directory = directory();
+    }
+    return runCommand(how);
+}
+
+Outcome SystemTest::runWell(const Texts& keys, const Command& how) const {
+    const Outcome outcome = run(keys, how);
+    EXPECT_EQ(outcome.status, 0) << "signal " << outcome.signal;
+    EXPECT_EQ(outcome.errors, "");
+    return outcome;
+}
+
+Table::Table(const std::string& text) {
+    for (const std::string& line : linesOf(text)) {
+        const Texts cells = cellsOf(line);
+        if (!names.empty()) {
+            rows.push_back(cells);
+        } else if (cells.front() == "Function") {
+            names = cells;
+        } else {
+            titles.push_back(cells);
+        }
+    }
+}
+
+std::string Table::cell(const Texts& row, const std::string& column) const {
+    const auto at = std::find(names.begin(), names.end(), column) - names.begin();
+    return static_cast<size_t>(at) < row.size() ? row[static_cast<size_t>(at)] : "no such cell";
+}
+
+std::set<std::string> Table::column(const std::string& name) const {
+    std::set<std::string> values;
+    for (const Texts& row : rows) {
+        values.insert(cell(row, name));
+    }
+    return values;
+}
+
+std::map<std::string, std::map<std::string, std::string>> summaryRecords(const std::string& text) {
+    std::map<std::string, std::map<std::string, std::string>> records;
+    Texts names;
+    for (const std::string& line : linesOf(text)) {
+        const Texts cells = cellsOf(line);
+        if (cells.front() == "Function") {
+            names = cells;
+        } else if (cells.size() == names.size()) {
+            for (size_t i = 0; i < cells.size(); ++i) {
+                records[cells.front()][names[i]] = cells[i];
+            }
+        }
+    }
+    return records;
+}
+
+int closingCount(const std::string& console, const std::string& label) {
+    const size_t at = console.find(" " + label, console.find("PS Summary"));
+    const size_t colon = console.find(": ", at);
+    return colon == std::string::npos ? -1 : std::stoi(console.substr(colon + 2));
+}

@@ -1,0 +1,64 @@
+// The program under test, in a directory of the test's own.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "process.h"
+
+using Texts = std::vector<std::string>;
+
+// Batch mode with one call per combination: what is wanted here is what a run writes, not how fast
+// anything is. The processor's frequency is not needed then, which takes seconds to read.
+inline const Texts quick = {"-B", "-dMethod=Manual", "-dNumLoops=1"};
+inline const std::string crc = "-f=ntksCRC32_8u"; // a test without files: five lengths
+
+// Stand-ins of the real sizes, made when first asked for. The program runs there for tests of
+// files.
+const std::string& corpusDirectory();
+
+std::string readText(const std::string& path);
+Texts linesOf(const std::string& text);
+int timesIn(const std::string& text, const std::string& part);
+Texts operator+(Texts words, const Texts& more);
+
+class SystemTest : public testing::Test {
+protected:
+    SystemTest();
+    ~SystemTest() override;
+
+    const std::string& directory() const { return m_directory; }
+    std::string path(const std::string& name) const { return m_directory + "/" + name; }
+    std::string text(const std::string& name) const { return readText(path(name)); }
+    void write(const std::string& name, const std::string& text) const;
+
+    // Runs the program with the keys, output files going to directory() by "-l" unless how says
+    // which program to run; in directory() unless it says where.
+    Outcome run(const Texts& keys, Command how = {}) const;
+    // The same; and it must end well, saying nothing on the error output.
+    Outcome runWell(const Texts& keys, const Command& how = {}) const;
+
+private:
+    std::string m_directory;
+};
+
+// A performance table read back as a user does: the title lines are skipped, the name line names
+// the columns.
+struct Table {
+    explicit Table(const std::string& text);
+    std::string cell(const Texts& row, const std::string& column) const;
+    std::set<std::string> column(const std::string& name) const; // its values
+
+    std::vector<Texts> titles, rows;
+    Texts names;
+};
+
+// The records of a summary table by function name, each a map from column to cell.
+std::map<std::string, std::map<std::string, std::string>> summaryRecords(const std::string& text);
+
+// The value of a line " <label> : <value>" of the closing summary, -1 when it is not there.
+int closingCount(const std::string& console, const std::string& label);

@@ -1,0 +1,81 @@
+// The questions of a session at a console: asked without "-B", on whatever standard input is.
+#include "session.h"
+
+namespace {
+
+class Questions : public SystemTest {};
+
+constexpr const char* ended = "\n-- The console input has ended, defaults are taken from here on\n";
+
+TEST_F(Questions, ConsoleAtItsEndMeansDefaults) {
+    for (const Texts& keys : {Texts{}, Texts{"-A"}, Texts{"-ATM"}}) {
+        const Outcome outcome =
+            runWell(keys + Texts{crc, "-dMethod=Manual", "-rtable.csv"}, {.input = ""});
+        EXPECT_EQ(timesIn(outcome.output, "NumLoops [10]: "), 1) << outcome.output;
+        EXPECT_EQ(timesIn(outcome.output, ended), 1) << outcome.output;
+        const Table table(text("table.csv"));
+        EXPECT_EQ(table.rows.size(), 5u);
+        EXPECT_EQ(table.column("Comment"), std::set<std::string>{"nLps=10"});
+    }
+}
+
+TEST_F(Questions, ABadAnswerIsNamedAndAskedAgain) {
+    const Outcome outcome =
+        runWell({crc, "-rtable.csv"}, {.input = "Quickly\nman\nabc\n0\n3\n\n16384;x;*2\n32768\n"});
+    const struct {
+        std::string text;
+        int times;
+    } cases[] = {
+        {"Specify timing method, please", 1},
+        {"Method {Auto|Manual|Statistic|Iterative} [Auto]: ", 2},
+        {"(Method = Quickly is refused, Auto stays)\n", 1},
+        {"Method = Manual\n", 1},
+        {"NumLoops [10]: ", 3},
+        {"(NumLoops = abc is refused, 10 stays)\n", 1},
+        {"(NumLoops = 0 is refused, 10 stays)\n", 1},
+        {"NumLoops = 3\n", 1},
+        {"Accuracy, % [5]: ", 1},
+        {"Specify common test parameters, please", 1},
+        {"for CodeLength [16384; 262144; *2]: ", 2},
+        {"(CodeLength = 16384;x;*2 is refused, 16384; 262144; *2 stays)\n", 1},
+        {ended, 0},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(timesIn(outcome.output, c.text), c.times) << c.text << outcome.output;
+    }
+    const Table table(text("table.csv"));
+    EXPECT_EQ(table.column("Length"), std::set<std::string>{"32768"});
+    EXPECT_EQ(table.column("Comment"), std::set<std::string>{"nLps=3"});
+}
+
+// Alignment is asked once, a test's own parameters before each test.
+TEST_F(Questions, EverythingAskedForIsAsked) {
+    const std::string answers = "\n\n16384\nelement\n4\nno\n128\n32768\n65536\n";
+    const Outcome outcome = runWell(
+        {"-A", crc, "-f=ntksAdler32_8u", "-dMethod=Manual", "-rtable.csv"}, {.input = answers});
+    for (const char* const taken :
+         {"AlignVectorsBy = element\n", "VectorAlign = 4\n", "MisalignFirstVectorOnly = no\n",
+          "MutualVectorShift = 128\n"}) {
+        EXPECT_EQ(timesIn(outcome.output, taken), 1) << taken << outcome.output;
+    }
+    const Table table(text("table.csv"));
+    ASSERT_EQ(table.rows.size(), 2u);
+    EXPECT_EQ(table.cell(table.rows[0], "Function"), "ntksAdler32_8u");
+    EXPECT_EQ(table.cell(table.rows[0], "Length"), "32768");
+    EXPECT_EQ(table.cell(table.rows[1], "Length"), "65536");
+}
+
+TEST_F(Questions, BatchModeAsksNothing) {
+    const std::optional<std::string> inputs[] = {"Manual\n7\n1\n16384\n", std::nullopt};
+    for (const auto& input : inputs) {
+        for (const Texts& asking : {Texts{}, Texts{"-A"}}) {
+            const Outcome outcome =
+                runWell(quick + asking + Texts{crc, "-rtable.csv"}, {.input = input});
+            EXPECT_EQ(timesIn(outcome.output, "please"), 0) << outcome.output;
+            EXPECT_EQ(timesIn(outcome.output, "]: "), 0) << outcome.output;
+            EXPECT_EQ(Table(text("table.csv")).rows.size(), 5u);
+        }
+    }
+}
+
+} // namespace

@@ -1,0 +1,55 @@
+// Keys whose effect lies outside the tables: processor features, signal file.
+#include <ctime>
+#include <filesystem>
+
+#include "session.h"
+
+namespace {
+
+class Keys : public SystemTest {};
+
+TEST_F(Keys, FeaturesAreHandedToTheLibrary) {
+    const struct {
+        const char* key;
+        const char* said;
+        bool set;
+    } cases[] = {
+        {"-TSSE2",
+         "\n--calling ntkSetCpuFeatures( ntkCpuFeatures =      0x7 )\n"
+         "--status = ntkStsNoErr\n",
+         true},
+        {"-TNoSuch", "-TNoSuch: ignored: ", false},
+        {"-T", "-T: ignored: ", false},
+    };
+    for (const auto& c : cases) {
+        const Outcome outcome = runWell(quick + Texts{c.key, crc, "-rtable.csv"});
+        EXPECT_EQ(timesIn(outcome.output, c.said), 1) << outcome.output;
+        EXPECT_EQ(timesIn(outcome.output, "--calling ntkSetCpuFeatures("), c.set) << c.key;
+        const Table table(text("table.csv"));
+        EXPECT_EQ(table.rows.size(), 5u) << c.key;
+        EXPECT_EQ(table.column("Result"), std::set<std::string>{"OK"}) << c.key;
+    }
+}
+
+// Somebody may wait for the file, so every end of a session writes it: the time that it took, then
+// when it ended.
+TEST_F(Keys, EveryEndWritesTheSignalFile) {
+    const Texts ends[] = {quick + Texts{crc},
+                          {"-h"},
+                          {"-v"},
+                          {"-e"},
+                          {"-B", "-@no such file"},
+                          {"-B", "-r/no such directory/x.csv"}};
+    for (const Texts& keys : ends) {
+        runWell(keys + Texts{"-gdone"});
+        const std::string written = text("done.end");
+        std::tm time = {};
+        const char* const end =
+            strptime(written.c_str(), "00:00:%S\n%a %b %d %H:%M:%S %Y\n\n", &time);
+        EXPECT_TRUE(end && *end == '\0' && linesOf(written).size() == 3) << keys.back() << "\n"
+                                                                         << written;
+        std::filesystem::remove(path("done.end"));
+    }
+}
+
+} // namespace

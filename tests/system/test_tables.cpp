@@ -1,0 +1,99 @@
+// The tables of a run, read back.
+#include "session.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+namespace {
+
+constexpr const char* nameLine =
+    "Function,Types,Length,CodeFile,Variant,Ratio,Clocks,Unit,Rate,Result,Comment";
+constexpr const char* summaryNames = "Function,Class,Control87,Status87,ControlSSX,StatusSSX,Test,"
+                                     "Time (sec.),SrcName,Result,ExeName";
+
+class Tables : public SystemTest {};
+
+bool isPositiveNumber(const std::string& cell) {
+    char* end = nullptr;
+    const double value = std::strtod(cell.c_str(), &end);
+    return !cell.empty() && *end == '\0' && value > 0;
+}
+
+TEST_F(Tables, EveryCellStandsInTheColumnThatTheNameLineNames) {
+    const Command inCorpus = {.directory = corpusDirectory()};
+    runWell(quick + Texts{"-rtable.csv", "-dCodeLength=65536"}, inCorpus);
+    const std::string written = text("table.csv");
+    EXPECT_EQ(timesIn(written, nameLine + std::string("\n")), 1);
+    const Table table(written);
+    ASSERT_FALSE(table.rows.empty());
+    for (const Texts& title : table.titles) {
+        EXPECT_EQ(title.size(), 2u) << title.front();
+    }
+    EXPECT_EQ(table.column("Function").size(), 10u);
+    EXPECT_EQ(table.column("Types"), std::set<std::string>{"8u"});
+    EXPECT_EQ(table.column("Unit"), std::set<std::string>{"e"});
+    EXPECT_EQ(table.column("Rate"), std::set<std::string>{"-"});
+    EXPECT_EQ(table.column("Result"), std::set<std::string>{"OK"});
+    EXPECT_EQ(table.column("Comment"), std::set<std::string>{"nLps=1"});
+    for (const Texts& row : table.rows) {
+        SCOPED_TRACE(testing::PrintToString(row));
+        ASSERT_EQ(row.size(), table.names.size());
+        EXPECT_EQ(std::count(row.begin(), row.end(), ""), 0);
+        EXPECT_TRUE(isPositiveNumber(table.cell(row, "Length")));
+        EXPECT_TRUE(isPositiveNumber(table.cell(row, "Clocks")));
+        const bool ofFile = table.cell(row, "Function").find("LZ4") != std::string::npos;
+        EXPECT_EQ(isPositiveNumber(table.cell(row, "Ratio")), ofFile);
+        EXPECT_EQ(table.cell(row, "CodeFile") == "-", !ofFile);
+    }
+}
+
+TEST_F(Tables, TheInterestColumnIsNamedAndFilled) {
+    runWell(quick + Texts{crc, "-rtable.csv", "-H"});
+    const Table table(text("table.csv"));
+    EXPECT_EQ(table.names.back(), "Interest");
+    ASSERT_EQ(table.rows.size(), 5u);
+    for (const Texts& row : table.rows) {
+        ASSERT_EQ(row.size(), table.names.size());
+        EXPECT_EQ(row.back(), "-");
+    }
+}
+
+TEST_F(Tables, TheSummaryHasOneRecordPerTest) {
+    runWell(quick + Texts{"-fntksCRC", "-fAdler", "-usum.csv"});
+    const Texts lines = linesOf(text("sum.csv"));
+    ASSERT_GT(lines.size(), 2u);
+    EXPECT_EQ(lines[0].rfind("Processor: ", 0), 0u);
+    EXPECT_EQ(std::count(lines[0].begin(), lines[0].end(), ','), 4) << lines[0];
+    EXPECT_EQ(lines[1], summaryNames);
+    EXPECT_EQ(lines.back(), "END_DATA");
+    auto records = summaryRecords(text("sum.csv"));
+    ASSERT_EQ(records.size(), 4u);
+    for (auto& [function, record] : records) {
+        SCOPED_TRACE(function);
+        EXPECT_EQ(record["Class"], "TimdcChecksum");
+        EXPECT_EQ(record["SrcName"], "p_dcchecksum_ia");
+        EXPECT_EQ(record["Result"], "OK");
+        EXPECT_EQ(record["Status87"], "Ok");
+        EXPECT_EQ(record["ExeName"], NTK_PERF_FILE);
+    }
+    EXPECT_EQ(timesIn(text("sum.csv"), "\n.Successes      ,4\n"), 1);
+}
+
+// The small letter makes a file anew, the capital one goes on behind what is there.
+TEST_F(Tables, CapitalKeysAppend) {
+    const struct {
+        const char* keys[3];
+        int runs;
+    } steps[] = {{{"-olog.txt", "-rtable.csv", "-usum.csv"}, 1},
+                 {{"-Olog.txt", "-Rtable.csv", "-Usum.csv"}, 2},
+                 {{"-olog.txt", "-rtable.csv", "-usum.csv"}, 1}};
+    for (const auto& step : steps) {
+        runWell(quick + Texts{crc, step.keys[0], step.keys[1], step.keys[2]});
+        EXPECT_EQ(timesIn(text("log.txt"), "PS Summary"), step.runs);
+        EXPECT_EQ(timesIn(text("table.csv"), nameLine), step.runs);
+        EXPECT_EQ(timesIn(text("table.csv"), "\nntksCRC32_8u,8u,"), 5 * step.runs);
+        EXPECT_EQ(timesIn(text("sum.csv"), "END_DATA\n"), step.runs);
+    }
+}
+
+} // namespace
