@@ -1,9 +1,14 @@
 // The harness's figures against plain loops around the same library calls.
 //
-// Every round times the calls by hand and then lets ntkperf, which lies beside this program,
-// measure the same: the encoder on the first 65536 bytes of book1, the checksum on as many random
-// bytes. A change of the processor's frequency or a busy neighbour so meets both. Each side keeps
-// its smallest value, because noise only ever adds.
+// In every round ntkperf, which lies beside this program, measures the encoder on the first 65536
+// bytes of book1 and the checksum on as many random bytes; then both are timed by hand. Each side
+// keeps the smallest clocks of a call, as noise only ever adds. The hand loop makes as many calls
+// as the harness made: on the same data, call after call, the processor learns its branches by
+// heart, and the smallest value of an encoder goes on falling for thousands of calls.
+//
+// The last lines give the medians of the rounds, the ratio's too: the processor's frequency changes
+// from one round to the next, while the clocks counted here go on at the same pace, but both sides
+// of a round mostly meet the same frequency.
 //
 // Usage: bench_handloop CORPUSDIR
 
@@ -14,11 +19,12 @@
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
-#include <functional>
 #include <limits>
 #include <memory>
 #include <random>
+#include <sstream>
 #include <string>
+#include <vector>
 
 #include "ntkcore.h"
 #include "ntkdc.h"
@@ -26,8 +32,8 @@
 namespace {
 
 constexpr int bytesPerCall = 65536;
-constexpr int rounds = 5;
-constexpr int callsPerRound = 3000;
+constexpr int rounds = 15; // within a minute
+constexpr int warmUpCalls = 3;
 
 using ClockReader = Ntk64u (*)();
 ClockReader startClocks = ntkStartTsc;
@@ -57,10 +63,14 @@ Bytes bytes(int count) {
     return block;
 }
 
-// The smallest clocks per byte of many calls; prepare runs untimed before each.
-template <class Prepare, class Call> double handLoop(Prepare prepare, Call call) {
+// The smallest clocks per byte of so many calls; prepare runs untimed before each.
+template <class Prepare, class Call> double handLoop(int calls, Prepare prepare, Call call) {
+    for (int i = 0; i < warmUpCalls; ++i) {
+        prepare();
+        call();
+    }
     Ntk64u best = std::numeric_limits<Ntk64u>::max();
-    for (int i = 0; i < callsPerRound; ++i) {
+    for (int i = 0; i < calls; ++i) {
         prepare();
         const Ntk64u start = startClocks();
         call();
@@ -69,7 +79,7 @@ template <class Prepare, class Call> double handLoop(Prepare prepare, Call call)
     return static_cast<double>(best) / bytesPerCall;
 }
 
-double encodeByHand() {
+double encodeByHand(int calls) {
     constexpr int capacity = 2 * bytesPerCall;
     const Bytes source = bytes(bytesPerCall);
     const Bytes block = bytes(capacity);
@@ -80,40 +90,55 @@ double encodeByHand() {
     const Bytes table = bytes(tableBytes);
     ntksEncodeLZ4HashTableInit_8u(table.get(), bytesPerCall);
     int blockBytes = 0;
-    return handLoop([&] { blockBytes = capacity; },
-                    [&] {
-                        ntksEncodeLZ4_8u(source.get(), bytesPerCall, block.get(), &blockBytes,
-                                         table.get());
-                    });
+    return handLoop(
+        calls, [&] { blockBytes = capacity; },
+        [&] {
+            ntksEncodeLZ4_8u(source.get(), bytesPerCall, block.get(), &blockBytes, table.get());
+        });
 }
 
-double checksumByHand() {
+double checksumByHand(int calls) {
     const Bytes source = bytes(bytesPerCall);
     std::mt19937 generator(7);
     std::generate_n(source.get(), bytesPerCall, [&] { return static_cast<Ntk8u>(generator()); });
     Ntk32u checksum = 0;
-    return handLoop([] {}, [&] { ntksCRC32_8u(source.get(), bytesPerCall, &checksum); });
+    return handLoop(
+        calls, [] {}, [&] { ntksCRC32_8u(source.get(), bytesPerCall, &checksum); });
+}
+
+// The cells of a line of the performance table.
+std::vector<std::string> cellsOf(const std::string& line) {
+    std::istringstream in(line);
+    std::vector<std::string> cells;
+    for (std::string cell; std::getline(in, cell, ',');) {
+        cells.push_back(cell);
+    }
+    return cells;
 }
 
 struct Subject {
     const char* function;
-    double (*byHand)();
-    double hand = 0, harness = 0; // of this round
-    double bestHand = std::numeric_limits<double>::infinity();
-    double bestHarness = std::numeric_limits<double>::infinity();
+    double (*byHand)(int calls);
+    std::vector<double> hand = {}, harness = {}, ratio = {}; // clocks per byte; one per round
 };
 
-// The figure of the function in a line of the performance table; 0 when it is another line.
-double clocksInRow(const std::string& line, const char* function) {
-    constexpr int clocksColumn = 6;
-    if (line.rfind(function + std::string(","), 0) != 0) {
-        return 0;
+struct HarnessResult {
+    double clocksPerByte;
+    int calls;
+};
+
+// What the table's line of the function tells; no calls when there is none.
+HarnessResult resultOf(const std::vector<std::string>& lines, const char* function) {
+    constexpr size_t clocksColumn = 6, commentColumn = 10;
+    for (const std::string& line : lines) {
+        const std::vector<std::string> cells = cellsOf(line);
+        if (cells.size() > commentColumn && cells[0] == function) {
+            const std::string& comment = cells[commentColumn]; // "nLps=<calls>"
+            return {std::atof(cells[clocksColumn].c_str()),
+                    std::atoi(comment.substr(comment.find('=') + 1).c_str())};
+        }
     }
-    size_t cell = 0;
-    for (int column = 0; column < clocksColumn; ++column) {
-        cell = line.find(',', cell) + 1;
-    }
-    return std::strtod(line.c_str() + cell, nullptr);
+    return {0, 0};
 }
 
 // The harness lies beside this program; its path goes by the environment, where no character of it
@@ -126,45 +151,50 @@ void nameHarness() {
     }
 }
 
-void measureByHarness(Subject (&subjects)[2]) {
+std::vector<std::string> runHarness(const Subject (&subjects)[2]) {
     const std::string command = "exec \"$NTKPERF\" -B -LERR -r/dev/stdout -dCodeFile=book1 "
                                 "-dCodeLength=" +
                                 std::to_string(bytesPerCall) + " -f=" + subjects[0].function +
                                 " -f=" + subjects[1].function;
+    std::vector<std::string> lines;
     FILE* const output = popen(command.c_str(), "r");
     char line[1024];
     while (output && fgets(line, sizeof line, output)) {
-        for (Subject& subject : subjects) {
-            const double clocks = clocksInRow(line, subject.function);
-            subject.harness = clocks > 0 ? clocks : subject.harness;
-        }
+        lines.emplace_back(line);
     }
     if (output) {
         pclose(output);
     }
+    return lines;
 }
 
-void print(const char* function, const char* round, double hand, double harness) {
-    std::printf("%-18s %5s %9.4f %9.4f %7.3f\n", function, round, hand, harness, harness / hand);
+void print(const char* function, const char* round, double hand, double harness, double ratio) {
+    std::printf("%-18s %6s %9.4f %9.4f %7.3f\n", function, round, hand, harness, ratio);
 }
 
 bool runRound(Subject (&subjects)[2], int round) {
+    const std::vector<std::string> lines = runHarness(subjects);
     for (Subject& subject : subjects) {
-        subject.hand = subject.byHand();
-        subject.harness = 0;
-    }
-    measureByHarness(subjects);
-    for (Subject& subject : subjects) {
-        if (subject.harness <= 0) {
+        const HarnessResult result = resultOf(lines, subject.function);
+        if (result.calls < 1) {
             std::fprintf(stderr, "ntkperf beside this program gave no figure for %s\n",
                          subject.function);
             return false;
         }
-        print(subject.function, std::to_string(round).c_str(), subject.hand, subject.harness);
-        subject.bestHand = std::min(subject.bestHand, subject.hand);
-        subject.bestHarness = std::min(subject.bestHarness, subject.harness);
+        const double hand = subject.byHand(result.calls);
+        const double ratio = result.clocksPerByte / hand;
+        subject.hand.push_back(hand);
+        subject.harness.push_back(result.clocksPerByte);
+        subject.ratio.push_back(ratio);
+        print(subject.function, std::to_string(round).c_str(), hand, result.clocksPerByte, ratio);
     }
     return true;
+}
+
+double median(std::vector<double> values) {
+    const auto middle = values.begin() + rounds / 2;
+    std::nth_element(values.begin(), middle, values.end());
+    return *middle;
 }
 
 } // namespace
@@ -177,8 +207,9 @@ int main(int argc, char** argv) {
     }
     chooseClocks();
     nameHarness();
-    Subject subjects[2] = {{"ntksEncodeLZ4_8u", encodeByHand}, {"ntksCRC32_8u", checksumByHand}};
-    std::printf("%-18s %5s %9s %9s %7s\n", "clocks per byte", "round", "by hand", "ntkperf",
+    // In the order in which the harness runs them.
+    Subject subjects[2] = {{"ntksCRC32_8u", checksumByHand}, {"ntksEncodeLZ4_8u", encodeByHand}};
+    std::printf("%-18s %6s %9s %9s %7s\n", "clocks per byte", "round", "by hand", "ntkperf",
                 "ratio");
     for (int round = 1; round <= rounds; ++round) {
         if (!runRound(subjects, round)) {
@@ -186,7 +217,8 @@ int main(int argc, char** argv) {
         }
     }
     for (const Subject& subject : subjects) {
-        print(subject.function, "best", subject.bestHand, subject.bestHarness);
+        print(subject.function, "median", median(subject.hand), median(subject.harness),
+              median(subject.ratio));
     }
     return 0;
 }

@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <spawn.h>
+#include <sys/mman.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -59,9 +60,7 @@ struct Pipe {
 
 // The text as a file to be read from its start.
 File fileOf(const std::string& text) {
-    char name[] = "/tmp/system-input-XXXXXX";
-    File file(mkostemp(name, O_CLOEXEC));
-    unlink(name);
+    File file(memfd_create("input", MFD_CLOEXEC));
     if (write(file.number(), text.data(), text.size()) != static_cast<ssize_t>(text.size())) {
         throw std::runtime_error("no room for the input of a program");
     }
