@@ -9,8 +9,11 @@ psInformationTest::psInformationTest(const psString& function, const psString& t
     : psTest(psOldFunc{nullptr}, function, source, title) {}
 
 psResult psInformationTest::run() {
+    beginRun();
     printInformation();
-    return PS_OK;
+    raiseResult(PS_OK);
+    endRun();
+    return result();
 }
 
 void __psOSTest::printInformation() {

@@ -157,15 +157,16 @@ public:
 
 protected:
     void putTextError(psResult r);
+    // The ends of run(): the state of a test that has not run; its result, with text and record.
+    void beginRun();
+    void endRun();
     // Whether the next cache parameter is to be scaled, and the iterator (taken) that does it.
     bool wantsCacheIterator() const { return m_cache && !m_cacheIterator; }
     void regCacheIterator(psCacheIterator* iterator);
 
 private:
-    void beginRun();
     bool runSteps();
     void measure();
-    void endRun();
     void afterException(const psString& message, const psRunMark& mark);
 
     bool nextCombination();

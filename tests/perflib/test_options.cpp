@@ -182,7 +182,8 @@ TEST(Options, KeysThatDependOnOthers) {
         const Captured output;
         OptionSession session;
         EXPECT_TRUE(session.parse(c.words)) << c.report;
-        EXPECT_EQ(timesIn(output.text(), "\n" + placed(c.report)), 1) << output.text();
+        EXPECT_EQ(timesIn(output.text(), std::string("\n").append(placed(c.report))), 1)
+            << output.text();
     }
 }
 

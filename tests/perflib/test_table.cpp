@@ -51,7 +51,8 @@ TEST_F(Table, ColumnsBeyondTheLimitAreDropped) {
         m_table.setNextColm(psText(i));
     }
     for (int i = 1; i < 32; ++i) {
-        line += "," + std::to_string(i);
+        line += ',';
+        line += std::to_string(i);
     }
     psString cell = "untouched";
     for (const int i : {32, 1000, -1}) {
