@@ -51,8 +51,11 @@ if (($# > 0)); then
 fi
 
 out=$top/out
-mkdir -p "$out"
-rm -f "$out"/ntkperf.txt "$out"/ntkperf.csv "$out"/ntkperf_sum.csv
+# A run that fails must not cost the results of the one before.
+mkdir -p "$out/previous"
+for file in ntkperf.txt ntkperf.csv ntkperf_sum.csv; do
+    [[ ! -e $out/$file ]] || mv -f "$out/$file" "$out/previous/$file"
+done
 run_ntkperf -B "-o$out/ntkperf.txt" "-r$out/ntkperf.csv" "-u$out/ntkperf_sum.csv"
 for file in ntkperf.txt ntkperf.csv ntkperf_sum.csv; do
     [[ -s $out/$file ]] || fail "ntkperf ended without writing $out/$file"
