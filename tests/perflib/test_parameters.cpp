@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "files.h"
+#include "captured.h"
 #include "pscstream.h"
 #include "psenum.h"
 #include "psfileiterator.h"
@@ -376,4 +377,16 @@ TEST(FileIterator, ReadsWhatTheLengthRuleAdmits) {
     char byte = '?';
     EXPECT_EQ(file.readData(&byte, 1, 0), 0);
     EXPECT_EQ(printed.text(), "-- Can't open file no such file to read\n");
+}
+
+// A shared parameter is read for the session and again for each test.
+TEST(FromInput, ARefusedPresetIsReportedOnce) {
+    const Captured log;
+    psIStream in;
+    in.preset("Len", "x");
+    psIterator<int> len(1, "Len");
+    EXPECT_FALSE(len.fromIStream(in));
+    EXPECT_FALSE(len.fromIStream(in));
+    EXPECT_EQ(log.text(), "--NTK. Exception: Invalid value of Len = x "
+                          "(Len = x is refused, 1 stays)\n");
 }
