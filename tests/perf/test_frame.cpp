@@ -3,6 +3,10 @@
 #include "family.h"
 
 #include <cpuid.h>
+#include <stdio.h>
+
+#include <memory>
+#include <set>
 
 #include "dchooks.h"
 
@@ -15,6 +19,21 @@ std::string valuesOf(psParameter& parm) {
     }
     return values;
 }
+
+// The functions to be measured, as the loader sees them in the shared object.
+std::set<std::string> exportedFunctions() {
+    std::set<std::string> names;
+    const std::unique_ptr<FILE, int (*)(FILE*)> lines(
+        popen("nm -D --defined-only " NTK_DC_FILE, "r"), pclose);
+    char name[512];
+    while (lines && fscanf(lines.get(), "%*s %*c %511s", name) == 1) {
+        if (std::string(name).rfind("ntks", 0) == 0) {
+            names.insert(name);
+        }
+    }
+    return names;
+}
+
 using Frame = FamilyTest;
 } // namespace
 
@@ -50,4 +69,13 @@ TEST_F(Frame, HooksLeadIntoTheLibrary) {
     const bool rdtscp = __get_cpuid(0x80000001, &a, &b, &c, &d) && (d & 1U << 27);
     EXPECT_EQ(ntk_StartCpuClocks, rdtscp ? ntkStartTscp : ntkStartTsc);
     EXPECT_EQ(ntk_StopCpuClocks, rdtscp ? ntkStopTscp : ntkStopTsc);
+}
+
+TEST_F(Frame, ListedFunctionsAreThoseOfTheLibrary) {
+    std::set<std::string> listed;
+    for (const psString& name : *g_pLibFunctions) {
+        listed.insert(name.c_str());
+    }
+    EXPECT_EQ(listed, exportedFunctions());
+    EXPECT_EQ(listed.count("ntksDecodeLZ4_8u"), 1u);
 }
