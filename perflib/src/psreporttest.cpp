@@ -49,7 +49,7 @@ static psString className(const psTest& test) {
 
 // Control and status of both units. A "?" in a status marks a flag that should not be there.
 static void appendCtrlWords(psStringList& cells, const psCtrlWords& words) {
-    if (!words.recorded) {
+    if (!words.recorded()) {
         for (int i = 0; i < 4; ++i) {
             cells.append("");
         }
@@ -63,7 +63,7 @@ static void appendCtrlWords(psStringList& cells, const psCtrlWords& words) {
 }
 
 psReportTestResult::psReportTestResult(psTest& test)
-    : m_result(test.result()), m_measuredNothing(!test.ctrlWords().recorded) {
+    : m_result(test.result()), m_measuredNothing(!test.hasMeasured()) {
     const double seconds = difftime(test.endTime(), test.startTime());
     m_cells.append(test.functionName());
     m_cells.append(className(test));

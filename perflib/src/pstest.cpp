@@ -134,6 +134,7 @@ void psTest::regCacheIterator(psCacheIterator* iterator) {
 void psTest::beginRun() {
     m_result = PS_OK;
     m_currentResult = PS_UNDEFINED;
+    m_measured = false;
     m_ctrlWords = {};
     m_tool.copySettings(g_tool);
     // Tests of this kind are initialised before each run, so that flags can be avoided.

@@ -21,8 +21,8 @@ struct psTestInfo {
 
 // The floating-point words that the measured calls of a test left behind, united.
 struct psCtrlWords {
-    bool recorded = false;
     unsigned cw87 = 0, sw87 = 0, ssx = 0;
+    bool recorded() const { return cw87 != 0; } // no control word is 0
 };
 
 // One registered test: a function of a library, the functions that call it, its parameters, and
@@ -105,6 +105,7 @@ public:
     psResult result() const { return m_result; }
     time_t startTime() const { return m_startTime; }
     time_t endTime() const { return m_endTime; }
+    bool hasMeasured() const { return m_measured; } // any combination of the last run
     const psCtrlWords& ctrlWords() const { return m_ctrlWords; }
     psTool& tool() { return m_tool; }
 
@@ -197,5 +198,6 @@ private:
     psCacheIterator* m_cacheIterator = nullptr; // owned
     bool m_cacheInvalid = false;
     bool m_dataHeld = false; // between initData() and flushData()
+    bool m_measured = false;
     psCtrlWords m_ctrlWords;
 };

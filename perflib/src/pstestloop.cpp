@@ -131,6 +131,7 @@ void psTest::measureCombination() {
                 << PS_END;
         raiseResult(PS_FAIL);
     } else {
+        m_measured = true;
         printAllMemoryBlocks("after function calls");
     }
     const psResult combined = psResultAtLevel(psWorse(checkCtrlStatus(), r), g_ostrm.outLevel());

@@ -222,7 +222,6 @@ void psTest::initCtrlStatus() {
 }
 
 psResult psTest::checkCtrlStatus() {
-    m_ctrlWords.recorded = true;
     m_ctrlWords.cw87 |= ps87::instance().cw();
     m_ctrlWords.sw87 |= ps87::instance().sw();
     m_ctrlWords.ssx |= psSSX::instance().word();

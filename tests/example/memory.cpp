@@ -1,10 +1,11 @@
-// Tests of the memory functions. A test is a call of the function, without arguments, and a class
-// that prepares what the call works on.
+// Tests of the memory functions. A test is a call of the function, without arguments, the timing
+// functions that are made from it, and a class that prepares what the call works on.
 
 #include <cstring>
 
 #include <climits>
 
+#include "dctiming.h"
 #include "example.h"
 
 namespace {
@@ -33,10 +34,11 @@ public:
     psString getUnit() override { return "byte"; }
 };
 
-int callMemcpy() {
+int tcall_memcpy() {
     memcpy(g_dst.data(), g_src.data(), static_cast<size_t>(g_length.value()));
     return 0;
 }
+DC_TIMING(memcpy)
 
 // Moving the rows of an image down by one: source and destination overlap. Cache mode scales width
 // and height, and the size of the image alone counts.
@@ -58,12 +60,13 @@ public:
     psString getUnit() override { return "byte"; }
 };
 
-int callMemmove() {
+int tcall_memmove() {
     Ntk8u* const image = static_cast<Ntk8u*>(g_dst.data());
     const auto rowBytes = static_cast<size_t>(g_size.value().width);
     memmove(image + rowBytes, image, rowBytes * static_cast<size_t>(g_size.value().height));
     return 0;
 }
+DC_TIMING(memmove)
 
 // Filling a vector: a test that does not support cache mode.
 class FillTest : public kxTest {
@@ -79,21 +82,17 @@ public:
     psString getUnit() override { return "byte"; }
 };
 
-int callMemset() {
+int tcall_memset() {
     memset(g_dst.data(), 1, static_cast<size_t>(g_length.value()));
     return 0;
 }
-
-// Without an initialisation before each call, and without timing loops of the test's own: the
-// harness makes the calls and reads the clock around them.
-template <class Test> void add(psCallFunc call, const char* function, const char* info) {
-    psRegTest(new Test(call, nullptr, nullptr, nullptr, function, "tests/example/memory", info));
-}
+DC_TIMING(memset)
 
 [[maybe_unused]] const bool g_registered = [] {
-    add<CopyTest>(callMemcpy, "memcpy", "CopyTest");
-    add<MoveTest>(callMemmove, "memmove", "MoveTest/rows of an image");
-    add<FillTest>(callMemset, "memset", "FillTest");
+    constexpr const char* source = "tests/example/memory";
+    DC_REGISTER(CopyTest, memcpy, source);
+    DC_REGISTER(MoveTest, memmove, source);
+    DC_REGISTER(FillTest, memset, source);
     return true;
 }();
 

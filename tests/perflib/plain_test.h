@@ -17,6 +17,9 @@ public:
     }
     psResult runTiming() override {
         ++runs;
+        if (outcome == PS_UNDEFINED) {
+            return outcome;
+        }
         psTool::ctrlStart();
         psTool::ctrlStop();
         if (outcome == PS_EXCEPTION) {
