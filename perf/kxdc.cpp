@@ -1,6 +1,7 @@
 #include "kxdc.h"
 
 #include "dchooks.h"
+#include "pscpuidtest.h"
 
 psStepIterator<int> g_huffLen;
 psStepIterator<int> g_codeLen;
@@ -10,9 +11,9 @@ psFileIterator g_codeFile;
 // of a test apart (dictionary, sorting hint, level, method) and the compression ratio.
 static const char* const parmColumns[] = {"Length", "CodeFile", "Variant", "Ratio"};
 
-static const char* const corpusFiles[] = {"bib",    "book1",  "book2", "geo",   "news",
-                                          "obj1",   "obj2",   "paper1", "paper2", "pic",
-                                          "progc",  "progl",  "progp", "trans"};
+static const char* const corpusFiles[] = {"bib",   "book1", "book2",  "geo",    "news",
+                                          "obj1",  "obj2",  "paper1", "paper2", "pic",
+                                          "progc", "progl", "progp",  "trans"};
 
 void regTestParameters() {
     psRegParm(g_huffLen);
@@ -37,5 +38,7 @@ int readCodeFile(void* buffer) {
     for (const char* name : parmColumns) {
         psRegParmColumn(name);
     }
+    psRegTest(new __psOSTest("__psOS", "OS information", "perf/kxdc"));
+    psRegTest(new __psHostTest("__psHost", "Computer information", "perf/kxdc"));
     return psRegParmFunc(regTestParameters);
 }();

@@ -1,5 +1,6 @@
 // Processors describe their caches in one of three places. Leaf 4 lists them, one per subleaf, on
-// most. Where that leaf is empty, extended leaf 0x8000001D holds the same list in the same layout.
+// most. Where that leaf is empty, extended leaf 0x8000001D holds the same list in the same layout,
+// if the processor has the topology extensions.
 // Older processors have neither and give whole sizes of levels 2 and 3 in leaf 0x80000006.
 
 #include "cachesize.h"
@@ -42,6 +43,11 @@ Ntk64u largestListedBytes(const Processor& processor, Ntk32u leaf) {
     return largest;
 }
 
+bool hasTopologyExtensions(const Processor& processor) {
+    constexpr int topologyExtensions = 22;
+    return bit(leafOrZero(processor, 0x80000001U, 0).ecx, topologyExtensions);
+}
+
 // Level 2 in KiB, level 3 in units of 512 KiB.
 Ntk64u largestWholeSizeBytes(const Processor& processor) {
     const Registers r = leafOrZero(processor, wholeSizesLeaf, 0);
@@ -54,7 +60,7 @@ Ntk64u largestWholeSizeBytes(const Processor& processor) {
 
 int maxCacheSizeBytes(const Processor& processor) {
     Ntk64u bytes = largestListedBytes(processor, standardCacheLeaf);
-    if (bytes == 0) {
+    if (bytes == 0 && hasTopologyExtensions(processor)) {
         bytes = largestListedBytes(processor, extendedCacheLeaf);
     }
     if (bytes == 0) {

@@ -105,3 +105,12 @@ bool psConditions::tobeRun(const psTest* test) const {
     }
     return !orMode;
 }
+
+bool psConditions::names(const psTest* test) const {
+    for (const RunCondition* condition : *this) {
+        if (condition->names(test)) {
+            return true;
+        }
+    }
+    return false;
+}

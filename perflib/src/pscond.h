@@ -17,6 +17,10 @@ public:
         : m_pattern(pattern), m_kind(kind), m_group(group) {}
     virtual ~RunCondition() = default;
     virtual bool tobeRun(const psTest* test) const = 0;
+    // Whether it admits the test because of what it says, not for what it leaves out.
+    bool names(const psTest* test) const {
+        return tobeRun(test) && field(test).contains(m_pattern);
+    }
 
     const psString& pattern() const { return m_pattern; }
     int kind() const { return m_kind; }
@@ -82,6 +86,8 @@ public:
 
     // The overall verdict: without conditions every test is admitted.
     bool tobeRun(const psTest* test) const;
+    // Whether any condition names the test.
+    bool names(const psTest* test) const;
     // The verdict of one group.
     bool tobeRun(const psTest* test, int group) const;
     bool tobeRun_or(const psTest* test, int group, int kind) const;

@@ -6,6 +6,9 @@
 namespace {
 
 // Descriptions that begin with "Technology" name what is no instruction set to write kernels in.
+// Those of longer labels, which the list prints without a blank in between, stand in parentheses.
+// There are no rows for builds of the library for certain processors: it has one build, in which
+// each function picks its kernel by the features that the kernel needs.
 constexpr psCpuFeature cpuFeatureArray[] = {
     {"MMX", 0x1, "64-bit integer vectors"},
     {"SSE", 0x3, "Streaming SIMD Extensions"},
@@ -25,27 +28,27 @@ constexpr psCpuFeature cpuFeatureArray[] = {
     {"RDSEED", 0x20000, "Technology: random seeds from the processor"},
     {"PREFETCHW", 0x40000, "Technology: prefetch for writing"},
     {"SHA", 0x80000, "SHA rounds"},
-    {"AVX512F", 0x100000, "512-bit vectors: foundation"},
-    {"AVX512CD", 0x200000, "512-bit vectors: conflict detection"},
-    {"AVX512ER", 0x400000, "512-bit vectors: exponential and reciprocal"},
-    {"AVX512PF", 0x800000, "512-bit vectors: prefetch"},
-    {"AVX512BW", 0x1000000, "512-bit vectors: bytes and words"},
-    {"AVX512DQ", 0x2000000, "512-bit vectors: double and quad words"},
-    {"AVX512VL", 0x4000000, "512-bit vector instructions on shorter vectors"},
-    {"AVX512VBMI", 0x8000000, "512-bit vectors: byte permutation"},
+    {"AVX512F", 0x100000, "Foundation of 512-bit vectors"},
+    {"AVX512CD", 0x200000, "Conflict detection in 512-bit vectors"},
+    {"AVX512ER", 0x400000, "Exponential and reciprocal of 512-bit vectors"},
+    {"AVX512PF", 0x800000, "Prefetch for 512-bit vectors"},
+    {"AVX512BW", 0x1000000, "Bytes and words in 512-bit vectors"},
+    {"AVX512DQ", 0x2000000, "Double and quad words in 512-bit vectors"},
+    {"AVX512VL", 0x4000000, "Instructions of 512-bit vectors for shorter ones"},
+    {"AVX512VBMI", 0x8000000, "(byte permutation in 512-bit vectors)"},
     {"MPX", 0x10000000, "Technology: memory protection by bounds registers"},
-    {"AVX512_4FMADDPS", 0x20000000, "512-bit vectors: four single-precision multiply-adds"},
-    {"AVX512_4VNNIW", 0x40000000, "512-bit vectors: four word dot products"},
-    {"AVX512IFMA", 0x100000000, "512-bit vectors: 52-bit integer multiply-add"},
+    {"AVX512_4FMADDPS", 0x20000000, "(four multiply-adds of 512-bit vectors)"},
+    {"AVX512_4VNNIW", 0x40000000, "(four word dot products of 512-bit vectors)"},
+    {"AVX512IFMA", 0x100000000, "(multiply-add of 52-bit integers in 512-bit vectors)"},
     {"KNC", 0x80000000, "Technology: many-core coprocessor"},
-    {"AVX512VPOPCNTDQ", 0x400000000, "512-bit vectors: population count"},
-    {"AVX512_BITALG", 0x800000000, "512-bit vectors: bit algorithms"},
-    {"AVX512_FP16", 0x1000000000, "512-bit vectors: half precision"},
+    {"AVX512VPOPCNTDQ", 0x400000000, "(population count in 512-bit vectors)"},
+    {"AVX512_BITALG", 0x800000000, "(bit algorithms in 512-bit vectors)"},
+    {"AVX512_FP16", 0x1000000000, "(half precision in 512-bit vectors)"},
     {"AVX_VNNI", 0x2000000000, "Dot products of bytes and words"},
-    {"AVX_VNNI_INT8", 0x4000000000, "Dot products of bytes with any signs"},
-    {"AVX_VNNI_INT16", 0x8000000000, "Dot products of words with any signs"},
-    {"AVX10_256", 0x10000000000, "Converged vector instructions, 256 bits"},
-    {"AVX10_512", 0x20000000000, "Converged vector instructions, 512 bits"},
+    {"AVX_VNNI_INT8", 0x4000000000, "(dot products of bytes with any signs)"},
+    {"AVX_VNNI_INT16", 0x8000000000, "(dot products of words with any signs)"},
+    {"AVX10_256", 0x10000000000, "(converged vector instructions, 256 bits)"},
+    {"AVX10_512", 0x20000000000, "(converged vector instructions, 512 bits)"},
 };
 
 constexpr int labelWidth = 9;

@@ -2,6 +2,9 @@
 
 #include <string.h>
 
+#include <algorithm>
+#include <iterator>
+
 #include <ntkcore.h>
 
 namespace {
@@ -46,10 +49,31 @@ unsigned CPUID::getBits(Register reg, int high, int low) const {
     return (m_registers[reg] & ~above) >> low;
 }
 
+psString CPUID::text(std::initializer_list<Register> registers) const {
+    psString characters;
+    for (const Register reg : registers) {
+        for (int index = 0; index < 4; ++index) {
+            const auto c = static_cast<char>(getByte(reg, index));
+            if (c >= ' ' && c <= '~') {
+                characters += c;
+            }
+        }
+    }
+    return characters;
+}
+
+bool CPUID::operator==(const CPUID& other) const {
+    return std::equal(std::begin(m_registers), std::end(m_registers), other.m_registers);
+}
+
 unsigned CPUID::largestLeaf(psCpuidReader read) {
     return lastOfRange(read, 0);
 }
 
 unsigned CPUID::largestExtendedLeaf(psCpuidReader read) {
     return lastOfRange(read, extendedLeaves);
+}
+
+bool CPUID::hasTopologyExtensions(psCpuidReader read) {
+    return CPUID(0x80000001, 0, read).getBit(ECX, 22) != 0;
 }

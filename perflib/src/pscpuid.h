@@ -1,5 +1,9 @@
 #pragma once
 
+#include <initializer_list>
+
+#include "psstring.h"
+
 // Executes the processor's identification instruction: on entry registers[0] is the leaf and
 // registers[2] the subleaf, on return they hold EAX, EBX, ECX, EDX. False: no answer.
 using psCpuidReader = bool (*)(unsigned registers[4]);
@@ -24,8 +28,15 @@ public:
         return getBits(reg, 8 * index + 7, 8 * index);
     }
 
+    // Their bytes as characters, those that cannot be printed left out.
+    psString text(std::initializer_list<Register> registers) const;
+    // The same registers.
+    bool operator==(const CPUID& other) const;
+
     static unsigned largestLeaf(psCpuidReader read = psReadCpuid);
     static unsigned largestExtendedLeaf(psCpuidReader read = psReadCpuid);
+    // Whether leaves 0x8000001D (caches) and 0x8000001E (threads of a core) are defined.
+    static bool hasTopologyExtensions(psCpuidReader read = psReadCpuid);
 
 private:
     unsigned m_registers[4] = {};

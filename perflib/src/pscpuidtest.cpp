@@ -1,7 +1,8 @@
 #include "pscpuidtest.h"
 
 #include "psbase.h"
-#include "pscpufeatures.h"
+#include "pscond.h"
+#include "pscpureport.h"
 #include "psinfo.h"
 
 psInformationTest::psInformationTest(const psString& function, const psString& title,
@@ -10,6 +11,9 @@ psInformationTest::psInformationTest(const psString& function, const psString& t
 
 psResult psInformationTest::run() {
     beginRun();
+    if (!setIniSection(functionName())) {
+        return PS_UNDEFINED;
+    }
     printInformation();
     raiseResult(PS_OK);
     endRun();
@@ -24,15 +28,18 @@ void __psHostTest::printInformation() {
     g_ostrm << PS_NORMAL << " Computer : " << psHost() << "\n" << PS_END;
 }
 
+bool __psBraskCpuTest::tobeRun(const psConditions& conditions) {
+    m_named = conditions.names(this);
+    return psInformationTest::tobeRun(conditions);
+}
+
 void __psBraskCpuTest::printInformation() {
     unsigned long long present = 0;
     ntk_GetCpuFeatures(&present, nullptr);
     const unsigned long long enabled = ntk_GetEnabledCpuFeatures();
-    g_ostrm << PS_NORMAL << " Features :";
-    for (const psCpuFeature* row = psCpuFeatures::begin(); row != psCpuFeatures::end(); ++row) {
-        if ((present & row->mask) == row->mask) {
-            g_ostrm << " " << row->label << ((enabled & row->mask) == row->mask ? "" : "(off)");
-        }
-    }
-    g_ostrm << "\n" << PS_END;
+    const bool isFull = m_named || g_ostrm.accepts(PS_DETAIL);
+    g_ostrm << PS_NORMAL
+            << (isFull ? psCpuReport(psReadCpuid, present, enabled)
+                       : psFeatureLine(present, enabled))
+            << PS_END;
 }

@@ -29,10 +29,16 @@ protected:
     void printInformation() override;
 };
 
+// Its features in short, or the whole processor report for who asks for it: by a condition that
+// names this test, or by the level of detailed output.
 class __psBraskCpuTest : public psInformationTest {
 public:
     using psInformationTest::psInformationTest;
+    bool tobeRun(const psConditions& conditions) override;
 
 protected:
     void printInformation() override;
+
+private:
+    bool m_named = false; // by the conditions last asked about
 };

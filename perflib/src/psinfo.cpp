@@ -7,36 +7,20 @@
 
 #include <ntkcore.h>
 
+#include "pscpucache.h"
+
 namespace {
 
 constexpr unsigned cacheLeaf = 4;
 constexpr unsigned brandLeaves = 0x80000002; // three of them, 16 characters each
 constexpr int numBrandLeaves = 3;
 
-// Ways, partitions, line size and sets of one leaf 4 answer; negative when the product is no int.
-int cacheBytes(const CPUID& cache) {
-    const unsigned factors[] = {cache.getBits(CPUID::EBX, 31, 22),
-                                cache.getBits(CPUID::EBX, 21, 12), cache.getBits(CPUID::EBX, 11, 0),
-                                cache.get(CPUID::ECX)};
-    int bytes = 1;
-    for (const unsigned factor : factors) {
-        if (__builtin_mul_overflow(bytes, 1LL + factor, &bytes)) {
-            return -1;
-        }
-    }
-    return bytes;
-}
-
 int largestDescribedCache(psCpuidReader read) {
     int largest = 0;
-    for (unsigned subleaf = 0;; ++subleaf) {
-        const CPUID cache(cacheLeaf, subleaf, read); // zeros: no such leaf, or the list ends
-        const bool isCache = cache.getBits(CPUID::EAX, 4, 0) != 0;
-        const int bytes = isCache ? cacheBytes(cache) : -1;
-        if (bytes < 0) {
-            break;
+    if (CPUID::largestLeaf(read) >= cacheLeaf) {
+        for (const psCpuCache& cache : psCpuCaches(read)) {
+            largest = std::max(largest, cache.bytes);
         }
-        largest = std::max(largest, bytes);
     }
     return largest;
 }
@@ -76,14 +60,7 @@ psString psCpuBrand(psCpuidReader read) {
     psString text;
     for (unsigned i = 0; i < numBrandLeaves; ++i) {
         const CPUID part(brandLeaves + i, 0, read);
-        for (const CPUID::Register reg : {CPUID::EAX, CPUID::EBX, CPUID::ECX, CPUID::EDX}) {
-            for (int byte = 0; byte < 4; ++byte) {
-                const char c = static_cast<char>(part.getByte(reg, byte));
-                if (c != '\0') {
-                    text += c;
-                }
-            }
-        }
+        text += part.text({CPUID::EAX, CPUID::EBX, CPUID::ECX, CPUID::EDX});
     }
     return withSingleBlanks(text);
 }

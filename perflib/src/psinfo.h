@@ -17,7 +17,8 @@ psString psCpuBrand(psCpuidReader read = psReadCpuid);
 // Asks for the size in bytes; a status below or above 0, or a size below 1, is no answer.
 using psCacheSizeQuery = int (*)(int* sizeBytes);
 
-// Bytes of the largest cache: the library's answer, or else what the processor describes in
-// leaf 4; 0 when neither tells.
+// Bytes of the largest cache: the library's answer, or else of those that the processor lists
+// (psCpuCaches); 0 when neither tells, and without asking for the list on a processor older than
+// leaf 4.
 int psGetMaxCacheSizeB();
 int psMaxCacheSizeB(psCacheSizeQuery query, psCpuidReader read);

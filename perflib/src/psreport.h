@@ -27,8 +27,8 @@ public:
     static psString getDateStr(time_t t);
 };
 
-// "NAME, 2 x 2.40 GHz, Max cache size 266240 K": brand or "Unknown CPU", count, frequency and cache
-// where known (0: not). Without the frequency the count stands in front: "2 x NAME, ...".
+// "NAME, x2, 2.40 GHz, Max cache size 266240 K": brand or "Unknown CPU", then count, frequency and
+// cache where known (0: not).
 psString psProcessorText(const psString& brand, int processors, int freqMHz, int cacheBytes);
 
 // Processor, OS, computer, library and start time, written before the first test. Always five

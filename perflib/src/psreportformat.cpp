@@ -51,13 +51,14 @@ static psString frequencyText(int freqMHz) {
 }
 
 psString psProcessorText(const psString& brand, int processors, int freqMHz, int cacheBytes) {
-    const psString count = processors > 0 ? psText(processors) + " x " : psString();
-    psString text = freqMHz > 0 ? psString() : count;
-    text << (brand.empty() ? "Unknown CPU" : brand);
-    if (freqMHz > 0) {
-        text << ", " << count << frequencyText(freqMHz);
+    psString text = brand.empty() ? "Unknown CPU" : brand;
+    if (processors > 0) {
+        text << ", x" << processors;
     }
-    if (cacheBytes > 0) {
+    if (freqMHz > 0) {
+        text << ", " << frequencyText(freqMHz);
+    }
+    if (cacheBytes >= 1024) {
         text << ", Max cache size " << cacheBytes / 1024 << " K";
     }
     return text;

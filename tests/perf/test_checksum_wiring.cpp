@@ -66,7 +66,9 @@ TEST_F(ChecksumWiring, TestsAreRegisteredInTheirOrder) {
     for (const psTest* test : *pTestList) {
         names += test->functionName() + " " + test->info().name + "/" + test->info().macro + "\n";
     }
-    EXPECT_STREQ(names.c_str(), "ntksAdler32_8u TimdcChecksum/KX_REG\n"
+    EXPECT_STREQ(names.c_str(), "__psOS OS information/\n"
+                                "__psHost Computer information/\n"
+                                "ntksAdler32_8u TimdcChecksum/KX_REG\n"
                                 "ntksCRC32_8u TimdcChecksum/KX_REG\n"
                                 "ntksCRC32C_8u TimdcChecksum/KX_REG\n"
                                 "ntksCRC32_BZ2_8u TimdcChecksum/KX_REG\n"

@@ -65,10 +65,10 @@ TEST(Reports, ProcessorIsDescribedByWhatIsKnown) {
         int processors, freqMHz, cacheBytes;
         const char* text;
     } cases[] = {
-        {"NAME", 2, 2400, 272629760, "NAME, 2 x 2.40 GHz, Max cache size 266240 K"},
-        {"NAME", 1, 999, 2048, "NAME, 1 x 999 MHz, Max cache size 2 K"},
+        {"NAME", 2, 2400, 272629760, "NAME, x2, 2.40 GHz, Max cache size 266240 K"},
+        {"NAME", 1, 999, 2048, "NAME, x1, 999 MHz, Max cache size 2 K"},
         {"NAME", 0, 1000, 0, "NAME, 1.00 GHz"},
-        {"NAME", 2, 0, 2048, "2 x NAME, Max cache size 2 K"},
+        {"NAME", 2, 0, 1023, "NAME, x2"},
         {"", 0, 0, 0, "Unknown CPU"},
     };
     for (const auto& c : cases) {
