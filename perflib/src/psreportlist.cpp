@@ -15,6 +15,8 @@ constexpr const char* serviceWords[] = {"Init",   "Close",        "Alloc",      
 // Getters and setters are services too; "Get_" and "Set_" are parts of the names of others.
 constexpr const char* accessWords[] = {"Get", "Set"};
 
+constexpr const char* nothingSelected = "-- No test meets the conditions";
+
 bool isService(const psString& function) {
     for (const char* const word : serviceWords) {
         if (function.contains(word)) {
@@ -119,7 +121,7 @@ void psReportList::addTests(const psTestList& tests, const psConditions& conditi
     }
     addTable(rows);
     if (rows.count() == 1) {
-        m_lines.append("-- No test meets the conditions");
+        m_lines.append(nothingSelected);
     }
 }
 
@@ -149,6 +151,9 @@ void psReportList::addNames(const psTestList& tests, const psConditions& conditi
             m_lines.append(test->functionName());
             m_rows.append(row({test->functionName()}));
         }
+    }
+    if (m_lines.empty()) {
+        m_lines.append(nothingSelected);
     }
 }
 

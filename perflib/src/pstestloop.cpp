@@ -85,6 +85,7 @@ void psTest::runCombination(bool& isFirst) {
     }
     psStep("flushData", [&] { flushData(); });
     m_dataHeld = false;
+    deleteReservedVectors(); // the next cache validation counts all blocks
 }
 
 // False: this combination is not measured.
@@ -168,7 +169,6 @@ void psTest::endLoop() {
         raiseResult(PS_DATA_FAIL);
     }
     g_cstrm.linePostponeOut(m_numResultColm + m_numParmsColm);
-    deleteReservedVectors();
     if (!g_cstrm.identicalLinesStop()) {
         return;
     }

@@ -51,7 +51,11 @@ public:
     }
     bool initData() override {
         const double bytes = getDivisor() + g_size.value().width; // a row more than is moved
-        return bytes <= INT_MAX && g_dst.createVector(static_cast<int>(bytes));
+        if (bytes > INT_MAX) {
+            g_ostrm << PS_ERR << "-- Image " << g_size.valueString() << " is too large\n" << PS_END;
+            return false;
+        }
+        return g_dst.createVector(static_cast<int>(bytes));
     }
     void flushData() override { g_dst.deleteVector(); }
     double getDivisor() override {

@@ -275,6 +275,7 @@ TEST(Reports, ListOfTestsAndFunctions) {
          "2,ntksEncode_8u,Other,p_b.cpp\n"},
         {none, 0, "   #  Function  Test  Source\n-- No test meets the conditions\n",
          "   #,Function,Test,Source\n"},
+        {none, -1, "-- No test meets the conditions\n", ""},
         {{}, -1, "ntksEncode_8u\nntksCRC\n", "ntksEncode_8u\nntksCRC\n"},
         {encode, 1, // what covers a function need not be selected
          header + std::string("   1  ntksEncode_8u  Encode  p_a.cpp\n"
