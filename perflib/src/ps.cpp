@@ -124,6 +124,8 @@ int psSession::runTests() {
     beginCommonData();
     readCommonData();
     endCommonData();
+    g_istrm.setSection(psIStream::commonSection);
+    g_istrm.sectionDone();
     if (!g_pHotList) {
         g_pHotList = new psStringList;
     }
@@ -131,18 +133,9 @@ int psSession::runTests() {
     const int result = pTestList->runTests(m_conditions);
     pTestList->setEndTime(time(nullptr));
     warnUnusedPresets();
+    warnUnusedSettings();
     outputFooter();
     return result;
-}
-
-// A name that nothing asked for is most likely a typing error: the run measured something else
-// than the user meant.
-void psSession::warnUnusedPresets() {
-    for (const psString& name : g_istrm.unusedPresets()) {
-        g_ostrm << PS_WARN << "-- Parameter " << name
-                << " was set by -d key but no test asked for it\n"
-                << PS_END;
-    }
 }
 
 void psSession::finish() {
@@ -175,6 +168,7 @@ void psSession::selectTestParameters() {
     if (!g_pParmList) {
         return;
     }
+    knowCommonParms();
     const int askMode = m_askMode;
     const bool batMode = m_batMode;
     m_askMode = 0;

@@ -128,7 +128,9 @@ private:
     void collectLibInfo();
     bool sortTests();
     int runTests();
+    void knowCommonParms();
     void warnUnusedPresets();
+    void warnUnusedSettings();
     void finish();
     void registerCpuTest();
 

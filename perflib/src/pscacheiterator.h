@@ -44,6 +44,7 @@ public:
     void nameToCStream(psCStream& table) const override { m_wrapped->nameToCStream(table); }
     bool fromIStream(psIStream& in) override { return m_wrapped->fromIStream(in); }
     void translate(const psString& text) override { m_wrapped->translate(text); }
+    std::function<void()> keepDefinition() override { return m_wrapped->keepDefinition(); }
 
     // After a validation that failed: changes the wrapped parameter, so that the same combination
     // may be tried again. False: given up.

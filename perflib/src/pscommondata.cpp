@@ -23,7 +23,7 @@ public:
     // Reads the definition of parm. What was found is reported, so that a log tells with which
     // settings its numbers were measured.
     void read(psParameter& parm) {
-        const bool asks = g_istrm.isAsking() && !g_istrm.isWriting() && parm.isInUse();
+        const bool asks = parm.isInUse() && g_istrm.willAsk(parm.name());
         if (asks && !m_bannerShown) {
             g_ostrm << PS_ERR << psSession::getEnterTitle(m_title) << PS_END;
             m_bannerShown = true;
@@ -129,6 +129,10 @@ void readMethodParameters(Block& block, int method) {
 
 int psReadTimingMethod(psSession& session) {
     Block block(session, PS_ASK_TIMING, "Specify timing method, please");
+    for (const char* const name : {"NumLoops", "NumCalls", "TotalCpuClocks", "StartNumLoops",
+                                   "StopNumLoops", "MinCpuClocks"}) {
+        g_istrm.know(name); // also those of the methods not chosen
+    }
     if (initTimingMethod) { // what it sets up is the default of the questions
         initTimingMethod(g_tool);
     }

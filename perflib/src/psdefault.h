@@ -58,6 +58,9 @@ public:
     }
 
     void translate(const psString& text) override { setDefault(validItem(text.trimmed())); }
+    std::function<void()> keepDefinition() override {
+        return [this, value = m_default] { setDefault(value); };
+    }
 
     virtual T value() const { return m_value; }
     virtual psString valueToString(T value) const {

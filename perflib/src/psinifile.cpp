@@ -5,77 +5,19 @@
 #include "psostream.h"
 #include "psreplace.h"
 
-psValues::~psValues() {
-    for (const psValueItem* item : *this) {
-        delete item;
+psValueItem& psValues::set(const psString& key, const psString& value, const psString& comment) {
+    psValueItem* const item = find(key);
+    if (!item) {
+        return append(new psValueItem(key, value, comment));
     }
-}
-
-psValueItem* psValues::find(const psString& key) const {
-    for (psValueItem* item : *this) {
-        if (item->m_key == key) {
-            return item;
-        }
-    }
-    return nullptr;
-}
-
-void psValues::set(const psString& key, const psString& value, const psString& comment) {
-    if (psValueItem* const item = find(key)) {
-        *item = psValueItem(key, value, comment);
-    } else {
-        append(new psValueItem(key, value, comment));
-    }
-}
-
-bool psValues::remove(const psString& key) {
-    for (auto item = begin(); item != end(); ++item) {
-        if ((*item)->m_key == key) {
-            delete *item;
-            erase(item);
-            return true;
-        }
-    }
-    return false;
-}
-
-psSections::~psSections() {
-    removeAll();
-}
-
-psSectionItem* psSections::find(const psString& name) const {
-    for (psSectionItem* section : *this) {
-        if (section->m_name == name) {
-            return section;
-        }
-    }
-    return nullptr;
+    item->m_value = value;
+    item->m_comment = comment;
+    return *item;
 }
 
 psSectionItem& psSections::findOrAdd(const psString& name) {
-    if (psSectionItem* const section = find(name)) {
-        return *section;
-    }
-    append(new psSectionItem(name));
-    return *back();
-}
-
-bool psSections::remove(const psString& name) {
-    for (auto section = begin(); section != end(); ++section) {
-        if ((*section)->m_name == name) {
-            delete *section;
-            erase(section);
-            return true;
-        }
-    }
-    return false;
-}
-
-void psSections::removeAll() {
-    for (const psSectionItem* section : *this) {
-        delete section;
-    }
-    clear();
+    psSectionItem* const section = find(name);
+    return section ? *section : append(new psSectionItem(name));
 }
 
 psIniFile::~psIniFile() {
@@ -90,7 +32,8 @@ bool psIniFile::open(const psString& name, bool write) {
         return false;
     }
     const bool isNew = write && access(name.c_str(), F_OK) != 0;
-    return isNew || readFile(write);
+    m_open = isNew || readFile(write);
+    return m_open;
 }
 
 bool psIniFile::readFile(bool report) {
@@ -102,27 +45,52 @@ bool psIniFile::readFile(bool report) {
     }
     // Half of a file must not pass for the whole, as writing it back would lose the rest.
     if (in.failed()) {
-        m_sections.removeAll();
+        forget();
     }
     return !in.failed();
 }
 
-// A line without its comment and, where the file comes from a system that ends its lines so,
-// without the carriage return.
-static psString contentOf(const psString& line) {
-    int end = line.find("//");
-    if (end == psString::npos) {
-        end = line.length();
+void psIniFile::forget() {
+    m_strayValues.removeAll();
+    m_sections.removeAll();
+}
+
+// What cannot stand inside a line becomes a blank: a line end in a name, a value or a comment
+// would make another line of its rest, a zero byte would hide it.
+static psString onOneLine(psString text) {
+    for (int i = 0; i < text.length(); ++i) {
+        if (text[i] == '\n' || text[i] == '\r' || text[i] == '\0') {
+            text.at(i) = ' ';
+        }
     }
-    while (end > 0 && line[end - 1] == '\r') {
-        end--;
+    return text;
+}
+
+// Takes the comment, and the sign in front of it, off the line.
+static psString cutComment(psString& line) {
+    const int sign = line.find("//");
+    if (sign == psString::npos) {
+        return {};
     }
-    return line.substr(0, end).trimmed();
+    const psString comment = line.substr(sign + 2).trimmed();
+    line = line.substr(0, sign);
+    return comment;
+}
+
+static void readValue(psValues& values, const psString& content, const psString& comment) {
+    const int sign = content.find("=");
+    if (sign == psString::npos) {
+        values.set(content, psValueItem::noValue, "");
+    } else {
+        values.set(content.substr(0, sign).trimmed(), content.substr(sign + 1).trimmed(), comment);
+    }
 }
 
 // Returns the section of the line after this one.
 psSectionItem* psIniFile::readLine(const psString& line, psSectionItem* section) {
-    const psString content = contentOf(line);
+    psString content = onOneLine(line);
+    const psString comment = cutComment(content);
+    content.trim();
     if (content.empty()) {
         return section;
     }
@@ -131,42 +99,29 @@ psSectionItem* psIniFile::readLine(const psString& line, psSectionItem* section)
     if (end != psString::npos) {
         return &m_sections.findOrAdd(content.substr(begin + 1, end - begin - 1).trimmed());
     }
-    const int sign = content.find("=");
-    if (section && sign == psString::npos) {
-        section->m_values.set(content, psValueItem::noValue, "");
-    } else if (section) { // values before the first section belong to none
-        section->m_values.set(content.substr(0, sign).trimmed(), content.substr(sign + 1).trimmed(),
-                              "");
-    }
+    readValue(section ? section->m_values : m_strayValues, content, comment);
     return section;
 }
 
 bool psIniFile::close() {
     const bool written = updateFile();
-    m_sections.removeAll();
+    forget();
+    m_open = false;
     m_modified = false;
     return written;
 }
 
-// A line end inside a name, a value or a comment would make another line of its rest.
-static psString onOneLine(psString text) {
-    for (int i = 0; i < text.length(); ++i) {
-        if (text[i] == '\n' || text[i] == '\r') {
-            text.at(i) = ' ';
+static void writeValues(psReplacement& file, const psValues& values) {
+    for (const psValueItem* item : values) {
+        psString line = onOneLine(item->m_key);
+        if (!(item->m_value == psValueItem::noValue)) {
+            line << "=" << onOneLine(item->m_value);
+            if (!item->m_comment.empty()) {
+                line << "\t// " << onOneLine(item->m_comment);
+            }
         }
+        file.write(line << "\n");
     }
-    return text;
-}
-
-static psString lineOf(const psValueItem& item) {
-    psString line = onOneLine(item.m_key);
-    if (!(item.m_value == psValueItem::noValue)) {
-        line << "=" << onOneLine(item.m_value);
-        if (!item.m_comment.empty()) {
-            line << "\t// " << onOneLine(item.m_comment);
-        }
-    }
-    return line << "\n";
 }
 
 bool psIniFile::updateFile() {
@@ -177,11 +132,10 @@ bool psIniFile::updateFile() {
         return false;
     }
     psReplacement file(m_name);
+    writeValues(file, m_strayValues);
     for (const psSectionItem* section : m_sections) {
         file.write("\n[" + onOneLine(section->m_name) + "]\n");
-        for (const psValueItem* item : section->m_values) {
-            file.write(lineOf(*item));
-        }
+        writeValues(file, section->m_values);
     }
     m_modified = !file.commit();
     if (m_modified) {
@@ -190,14 +144,14 @@ bool psIniFile::updateFile() {
     return !m_modified;
 }
 
-const psValueItem* psIniFile::findValue(const psString& section, const psString& key) const {
+psValueItem* psIniFile::find(const psString& section, const psString& key) const {
     const psSectionItem* const found = m_sections.find(section);
     return found ? found->m_values.find(key.trimmed()) : nullptr;
 }
 
 psString psIniFile::read(const psString& section, const psString& key,
                          const psString& defaultValue) const {
-    const psValueItem* const item = findValue(section, key);
+    const psValueItem* const item = find(section, key);
     return item ? item->m_value : defaultValue;
 }
 
@@ -206,7 +160,7 @@ bool psIniFile::sectionExist(const psString& section) const {
 }
 
 bool psIniFile::valueExist(const psString& section, const psString& key) const {
-    return findValue(section, key) != nullptr;
+    return find(section, key) != nullptr;
 }
 
 void psIniFile::write(const psString& section) {
@@ -218,10 +172,10 @@ void psIniFile::write(const psString& section, const psString& key) {
     write(section, key, psValueItem::noValue);
 }
 
-void psIniFile::write(const psString& section, const psString& key, const psString& value,
-                      const psString& comment) {
-    m_sections.findOrAdd(section).m_values.set(key.trimmed(), value, comment);
+psValueItem& psIniFile::write(const psString& section, const psString& key, const psString& value,
+                              const psString& comment) {
     m_modified = true;
+    return m_sections.findOrAdd(section).m_values.set(key.trimmed(), value, comment);
 }
 
 void psIniFile::eraseSection(const psString& section) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "psstring.h"
+#include "psnamedlist.h"
 
 // A key of a section. The value "~~~" marks a key that stands alone on its line, without "=".
 struct psValueItem {
@@ -10,21 +10,14 @@ struct psValueItem {
         : m_key(key), m_value(value), m_comment(comment) {}
 
     psString m_key, m_value, m_comment;
+    bool m_asked = false; // somebody has looked for it
 };
 
-// The keys of a section in the order of the file; owns its items. Names are compared exactly.
-class psValues : public psList<psValueItem*> {
+// The keys of a section in the order of the file.
+class psValues : public psNamedList<psValueItem, &psValueItem::m_key> {
 public:
-    psValues() = default;
-    psValues(const psValues&) = delete;
-    psValues& operator=(const psValues&) = delete;
-    ~psValues() override;
-
-    bool exist(const psString& key) const { return find(key) != nullptr; }
-    psValueItem* find(const psString& key) const; // null when absent
     // Replaces value and comment of the key, or adds it at the end.
-    void set(const psString& key, const psString& value, const psString& comment);
-    bool remove(const psString& key); // false when absent
+    psValueItem& set(const psString& key, const psString& value, const psString& comment);
 };
 
 struct psSectionItem {
@@ -32,25 +25,18 @@ struct psSectionItem {
 
     psString m_name;
     psValues m_values;
+    bool m_consulted = false; // everything that it may hold has been asked for
 };
 
-// The sections in the order of the file; owns its items. Names are compared exactly.
-class psSections : public psList<psSectionItem*> {
+// The sections in the order of the file.
+class psSections : public psNamedList<psSectionItem, &psSectionItem::m_name> {
 public:
-    psSections() = default;
-    psSections(const psSections&) = delete;
-    psSections& operator=(const psSections&) = delete;
-    ~psSections() override;
-
-    bool exist(const psString& name) const { return find(name) != nullptr; }
-    psSectionItem* find(const psString& name) const; // null when absent
     psSectionItem& findOrAdd(const psString& name);
-    bool remove(const psString& name); // false when absent
-    void removeAll();
 };
 
 // The settings file: sections of key=value lines with "//" comments, kept as a store that is
-// written back whole when it was modified. Keys are trimmed before they are looked for.
+// written back whole when it was modified. Keys are trimmed before they are looked for. Comments
+// stay only where they stand behind a value.
 class psIniFile {
 public:
     psIniFile() = default;
@@ -67,6 +53,7 @@ public:
     // Writes a modified store back. False (reported): not written, the old file stands.
     bool updateFile();
     const psString& name() const { return m_name; }
+    bool isOpen() const { return m_open; }
     bool isModified() const { return m_modified; }
 
     // defaultValue when there is no such section or key; "~~~" for a key that stands alone.
@@ -74,21 +61,27 @@ public:
                   const psString& defaultValue = "") const;
     bool sectionExist(const psString& section) const;
     bool valueExist(const psString& section, const psString& key) const;
+    psValueItem* find(const psString& section, const psString& key) const; // null when absent
+    const psSections& sections() const { return m_sections; }
+    // The keys before the first section, which belong to none.
+    const psValues& strayValues() const { return m_strayValues; }
 
     // Add a section, a key that stands alone, a value. The value of an existing key is replaced.
     void write(const psString& section);
     void write(const psString& section, const psString& key);
-    void write(const psString& section, const psString& key, const psString& value,
-               const psString& comment = "");
+    psValueItem& write(const psString& section, const psString& key, const psString& value,
+                       const psString& comment = "");
     void eraseSection(const psString& section);
     void deleteKey(const psString& section, const psString& key);
 
 private:
     bool readFile(bool report);
     psSectionItem* readLine(const psString& line, psSectionItem* section);
-    const psValueItem* findValue(const psString& section, const psString& key) const;
+    void forget();
 
     psString m_name;
+    psValues m_strayValues;
     psSections m_sections;
+    bool m_open = false;
     bool m_modified = false;
 };

@@ -23,35 +23,53 @@ bool psIStream::closeIniFile() {
     return m_ini.close();
 }
 
-void psIStream::preset(const psString& name, const psString& value) {
-    for (Preset& preset : m_presets) {
-        if (preset.name == name) {
-            preset.value = value;
-            return;
-        }
+void psIStream::know(const psString& name) {
+    if (psValueItem* const item = m_ini.find(m_section, name)) {
+        item->m_asked = true;
     }
-    m_presets.append({name, value, false});
+}
+
+void psIStream::sectionDone() {
+    if (psSectionItem* const section = m_ini.sections().find(m_section)) {
+        section->m_consulted = true;
+    }
+}
+
+void psIStream::preset(const psString& name, const psString& value) {
+    if (Preset* const earlier = m_presets.find(name)) {
+        earlier->value = value;
+    } else {
+        m_presets.append(new Preset{name, value});
+    }
 }
 
 psStringList psIStream::unusedPresets() const {
     psStringList names;
-    for (const Preset& preset : m_presets) {
-        if (!preset.used) {
-            names.append(preset.name);
+    for (const Preset* preset : m_presets) {
+        if (!preset->used) {
+            names.append(preset->name);
         }
     }
     return names;
 }
 
 bool psIStream::findPreset(const psString& name, psString& value) {
-    for (Preset& preset : m_presets) {
-        if (preset.name == name) {
-            preset.used = true;
-            value = preset.value;
-            return true;
-        }
+    Preset* const preset = m_presets.find(name);
+    if (preset) {
+        preset->used = true;
+        value = preset->value;
     }
-    return false;
+    return preset != nullptr;
+}
+
+static bool hasValue(const psValueItem* item) {
+    return item && !(item->m_value == psValueItem::noValue);
+}
+
+bool psIStream::willAsk(const psString& name) const {
+    // A session that writes the settings measures nothing: an answer would go nowhere.
+    return isAsking() && !m_writing && !name.empty() && !m_presets.exist(name) &&
+           !hasValue(m_ini.find(m_section, name));
 }
 
 psIStream::Source psIStream::read(const psString& name, const psString& prompt,
@@ -59,22 +77,20 @@ psIStream::Source psIStream::read(const psString& name, const psString& prompt,
     if (name.empty()) { // nobody can address it
         return PS_FROM_NOTHING;
     }
-    const bool inFile = m_ini.valueExist(m_section, name);
-    if (m_writing && !inFile) {
+    const psValueItem* const item = m_ini.find(m_section, name);
+    if (m_writing && !item) {
         m_ini.write(m_section, name, defaultText, prompt == name ? psString() : prompt);
     }
-    if (findPreset(name, value)) {
+    know(name);
+    // A preset is for one run: it must not pass for a default in the sections written after this.
+    if (!m_writing && findPreset(name, value)) {
         return PS_FROM_PRESET;
     }
-    if (inFile) {
-        const psString text = m_ini.read(m_section, name);
-        if (!(text == psValueItem::noValue)) {
-            value = text;
-            return PS_FROM_SETTINGS;
-        }
+    if (hasValue(item)) {
+        value = item->m_value;
+        return PS_FROM_SETTINGS;
     }
-    // A session that writes the settings measures nothing: an answer would go nowhere.
-    return isAsking() && !m_writing ? ask(prompt, defaultText, value) : PS_FROM_NOTHING;
+    return willAsk(name) ? ask(prompt, defaultText, value) : PS_FROM_NOTHING;
 }
 
 // False at the end of the input.

@@ -23,9 +23,16 @@ public:
     // False when the file cannot be opened (read) or created (write).
     bool setIniFile(const psString& name, bool write);
     bool isWriting() const { return m_writing; }
+    // What was read, empty when it could not be; with the name all the same.
+    const psIniFile& settings() const { return m_ini; }
     bool sectionExist(const psString& section) const;
     void setSection(const psString& section) { m_section = section; }
     const psString& section() const { return m_section; }
+    // A key that the current section may hold although nothing of this session asks for it.
+    void know(const psString& name);
+    // All that the current section may hold has been asked for: what is left in it unasked is a
+    // mistake.
+    void sectionDone();
     // Writes the settings file back when it was opened for writing. False: not written, reported.
     bool closeIniFile();
 
@@ -36,14 +43,16 @@ public:
     // Looks for a value of the parameter name in the current section. A question shows the
     // prompt and the default in square brackets; an empty answer, or the end of the input, gives
     // PS_FROM_NOTHING (the default stands). When a settings file is being written, an absent
-    // parameter is added to it with the default.
+    // parameter is added to it with the default, and presets and console count for nothing.
     Source read(const psString& name, const psString& prompt, const psString& defaultText,
                 psString& value);
+    // Whether read would put a question for the parameter.
+    bool willAsk(const psString& name) const;
 
 private:
     struct Preset {
         psString name, value;
-        bool used;
+        bool used = false;
     };
     bool findPreset(const psString& name, psString& value);
     Source ask(const psString& prompt, const psString& defaultText, psString& value);
@@ -53,7 +62,7 @@ private:
     psIniFile m_ini; // empty while none is open
     bool m_writing = false;
     psString m_section = commonSection;
-    psList<Preset> m_presets;
+    psNamedList<Preset, &Preset::name> m_presets;
 };
 
 extern psIStream g_istrm;

@@ -57,11 +57,20 @@ public:
         }
         psList<T> values;
         for (const psString& item : items) {
-            values.append(this->validItem(item.trimmed()));
+            values.append(itemOf(item.trimmed()));
         }
         list() = std::move(values);
         m_defaultListed = false;
         this->reset();
+    }
+
+    std::function<void()> keepDefinition() override {
+        return [this, keptDefault = psDefault_NSC<T>::keepDefinition(), values = list(),
+                listed = m_defaultListed] {
+            list() = values;
+            m_defaultListed = listed;
+            keptDefault(); // also begins the iteration anew
+        };
     }
 
     ~psIterator_NSC() override = default;
@@ -77,6 +86,13 @@ public:
 private:
     using psDefault_NSC<T>::setDefault; // would leave the list behind: see init()
     psList<T>& list() { return *this; }
+    // A place left blank between two separators is a slip, not the default.
+    T itemOf(const psString& text) {
+        if (text.empty()) {
+            this->refuse(text);
+        }
+        return this->validItem(text);
+    }
     void listDefault(const T& value) {
         this->clear();
         this->append(value);

@@ -83,7 +83,8 @@ bool psParameter::fromIStream(psIStream& in) {
     for (;;) {
         psString text;
         const psIStream::Source source = in.read(m_name, prompt(), defaultString(), text);
-        if (source == psIStream::PS_FROM_NOTHING) {
+        // An empty definition that was written to a settings file comes back as an empty text.
+        if (source == psIStream::PS_FROM_NOTHING || (text.empty() && defaultString().empty())) {
             return false;
         }
         try {
@@ -91,9 +92,10 @@ bool psParameter::fromIStream(psIStream& in) {
             return true;
         } catch (const psException& refused) {
             // Shared parameters are read for the session and again for each test: once is enough.
-            if (source == psIStream::PS_FROM_CONSOLE || !(text == m_refusedText)) {
+            if (source == psIStream::PS_FROM_CONSOLE || !m_refused || !(text == m_refusedText)) {
                 reportRefused(refused.msg(), text);
             }
+            m_refused = true;
             m_refusedText = text;
         }
         if (source != psIStream::PS_FROM_CONSOLE) {

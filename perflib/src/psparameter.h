@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 #include "psstring.h"
 
 class psOStream;
@@ -54,6 +56,9 @@ public:
     // Replaces the definition. Throws psException when the text is no definition; the parameter
     // then keeps its earlier one.
     virtual void translate(const psString& text) = 0;
+    // A function that puts the definition back to what it is now. (Not by way of its text, which
+    // is shorter than some numbers and has no form for an empty list.)
+    virtual std::function<void()> keepDefinition() = 0;
 
     const psString& name() const { return m_name; }
     const psString& promptName() const { return m_promptName; }
@@ -90,5 +95,6 @@ private:
     int m_outputFlags = 0;
     bool m_deprecated = false;
     psString m_deprecatedText;
-    psString m_refusedText; // the last definition that was refused
+    bool m_refused = false;
+    psString m_refusedText; // the last definition that was refused, when one was
 };

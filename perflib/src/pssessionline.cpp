@@ -103,13 +103,3 @@ void psSession::applyOption(char key, const psString& argument) {
     m_report.append(option->info(argument) + "\n");
     option->apply(argument, this);
 }
-
-// False: the settings cannot be written, which ends the session. Settings that cannot be read are
-// done without.
-bool psSession::openSettings() {
-    if (m_iniName.empty() || g_istrm.setIniFile(m_iniName, m_iniWrite) || !m_iniWrite) {
-        return true;
-    }
-    g_ostrm << PS_ERR << "FATAL FAIL: can't open ini-file for writing\n" << PS_END_FLUSH;
-    return false;
-}

@@ -151,3 +151,10 @@ void psStepIterator<int>::translate(const psString& text) {
     progression.validate();
     define(progression);
 }
+
+std::function<void()> psStepIterator<int>::keepDefinition() {
+    return [this, keptList = psIterator<int>::keepDefinition(), progression = m_progression] {
+        m_progression = progression;
+        keptList();
+    };
+}

@@ -44,6 +44,7 @@ public:
     psString prompt() const override;
     bool nextValue() override;
     void translate(const psString& text) override;
+    std::function<void()> keepDefinition() override;
 
     int first() const { return m_progression.first; }
     int last() const { return m_progression.last; }

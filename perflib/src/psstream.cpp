@@ -80,6 +80,10 @@ static FILE* openFile(const psString& name, int mode) {
     return file;
 }
 
+bool psIsMissing(const psString& name) {
+    return access(name.c_str(), F_OK) != 0 && errno == ENOENT;
+}
+
 void psReportOpenFailure(const psString& name, int mode) {
     g_ostrm << PS_ERR;
     if (name.empty()) {

@@ -16,6 +16,9 @@ enum psOpenMode : int {
 // The C mode text ("r", "w", "a", with "b" for binary).
 psString psOpenModeText(int mode);
 
+// Whether there is no file of that name; false also for one that only cannot be reached.
+bool psIsMissing(const psString& name);
+
 // Says as an error that the file cannot be opened to write (when mode says so) or to read.
 void psReportOpenFailure(const psString& name, int mode);
 

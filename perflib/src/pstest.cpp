@@ -180,6 +180,7 @@ bool psTest::runSteps() {
         psStep("g_ustrm<<testTitle", [&] { g_ustrm << title; });
     });
     measure();
+    restoreParms();
     psStep("flushStart", [&] { flushStart(); });
     return true;
 }
@@ -199,7 +200,7 @@ void psTest::measure() {
                 << PS_END;
         return;
     }
-    psStep("parmsFromIstrm", [&] { parmsFromIstrm(); });
+    readParms();
     putTableName();
     if (g_istrm.isWriting() || psSession::m_nameExit) {
         m_currentResult = PS_OK;
@@ -208,6 +209,23 @@ void psTest::measure() {
     outputRegInfo();
     const psTraceScope trace("loopData");
     loopData();
+}
+
+void psTest::readParms() {
+    for (psParameter* parm : m_parms) {
+        m_keptDefinitions.append(parm->keepDefinition());
+    }
+    psStep("parmsFromIstrm", [&] { parmsFromIstrm(); });
+    g_istrm.sectionDone();
+}
+
+// What the test's own section or an answer before it said does not hold for the tests after it,
+// which share parameters with it.
+void psTest::restoreParms() {
+    for (const auto& restore : m_keptDefinitions) {
+        restore();
+    }
+    m_keptDefinitions.clear();
 }
 
 void psTest::endRun() {
@@ -243,6 +261,7 @@ void psTest::afterException(const psString& message, const psRunMark& mark) {
     g_cstrm.linePostponeOut(m_numParmsColm + m_numResultColm);
     deleteReservedVectors();
     mark.releaseBlocks();
+    restoreParms();
 }
 
 void psTest::startAndStop() {

@@ -169,6 +169,8 @@ private:
     bool runSteps();
     void measure();
     void afterException(const psString& message, const psRunMark& mark);
+    void readParms();
+    void restoreParms();
 
     bool nextCombination();
     bool stepParms();
@@ -195,6 +197,7 @@ private:
     psOldFunc m_custom = nullptr;
     bool m_noCombination = true;
     psList<psParameter*> m_parms;
+    psList<std::function<void()>> m_keptDefinitions; // from before this test read its own
     psCacheIterator* m_cacheIterator = nullptr; // owned
     bool m_cacheInvalid = false;
     bool m_dataHeld = false; // between initData() and flushData()

@@ -3,6 +3,7 @@
 #include "pscacheiterator.h"
 #include "pscond.h"
 #include "psinit.h"
+#include "psistream.h"
 #include "psostream.h"
 #include "pstest.h"
 
@@ -75,9 +76,23 @@ void psTestList::selectCommonParms(const psConditions& conditions, psList<psPara
     }
 }
 
+// Why no selected test has a section.
+static psString noSectionText() {
+    const psIniFile& ini = g_istrm.settings();
+    if (ini.name().empty()) {
+        return "-P key needs an ini-file, -i key names it";
+    }
+    if (!ini.isOpen()) {
+        return "-P key can't read ini-file " + ini.name();
+    }
+    return "-P key finds no section of a selected test in ini-file " + ini.name();
+}
+
 bool psTestList::runTests(const psConditions& conditions) {
     clearCounts();
     bool anyAdmitted = false;
+    bool anyRefused = false;
+    bool anyRun = false;
     for (psTest* test : *this) {
         if (!test || !test->tobeRun(conditions)) {
             continue;
@@ -94,9 +109,13 @@ bool psTestList::runTests(const psConditions& conditions) {
         if (!refused) { // by its section of the settings file
             plus(result);
         }
+        anyRefused |= refused;
+        anyRun |= !refused && !isInformationTest(test);
     }
     if (!anyAdmitted) {
         g_ostrm << PS_ERR << "-- No test meets the conditions, -e key lists all tests\n" << PS_END;
+    } else if (anyRefused && !anyRun) {
+        g_ostrm << PS_ERR << "-- No test is run: " << noSectionText() << "\n" << PS_END;
     }
     return m_fails > 0;
 }

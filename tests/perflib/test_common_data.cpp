@@ -155,6 +155,7 @@ TEST(CommonData, ConsoleAndSettingsFile) {
                      "VectorAlign by Element, 0..63 [0]: \nMisalignFirstVectorOnly = yes\n"
                      "MutualVectorShift in Bytes, divisible by 64 [512]: \n",
          4},
+        {PS_ASK_PARAMS, "9\n", "[Perf System]\nLen=4\n", "Len = 4\n", 1}, // no question, no banner
         {PS_ASK_TESTS, "1\n2\n3\n", "", "", 0},
     };
     psDefault<int> used(1, "Len", "How long"), unused(1, "Width");

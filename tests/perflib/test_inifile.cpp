@@ -1,6 +1,7 @@
 #include "psinifile.h"
 
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <cstring>
 #include <sys/stat.h>
@@ -28,15 +29,19 @@ protected:
 };
 
 TEST_F(IniFile, LinesAreReadAndWrittenBack) {
+    using namespace std::string_literals;
     const std::string million(1 << 20, 'x');
     const struct {
         std::string text, written;
     } cases[] = {
-        {"[Perf System]\nLen = 100 // bytes\n", "\n[Perf System]\nLen=100\n"},
+        {"[Perf System]\nLen = 100 // bytes\n", "\n[Perf System]\nLen=100\t// bytes\n"},
+        {"[a] // lost\n//lost\nx=// a // b \r\nbare // lost\nx=2//\n", "\n[a]\nx=2\nbare\n"},
+        {"[a]\nx=1\t//  a // b \r\n", "\n[a]\nx=1\t// a // b\n"},
+        {"[a]\nx=1\0y\n\0b"s, "\n[a]\nx=1 y\nb\n"},
         {"[a]\nx=1\n[b]\ny=2\n[a]\nz=3\n", "\n[a]\nx=1\nz=3\n\n[b]\ny=2\n"},
         {"[a]\nLen=1\nlen=2\nLen=3\n", "\n[a]\nLen=3\nlen=2\n"},
         {"[a]\nntksName\n \nk=\n", "\n[a]\nntksName\nk=\n"},
-        {"early=1\n[a]\nx=a=b\n// x=2\n", "\n[a]\nx=a=b\n"},
+        {"early=1\n[a]\nx=a=b\n// x=2\n", "early=1\n\n[a]\nx=a=b\n"},
         {" \t text [ name ] more // [other]\n\tx\t=\t1\t", "\n[name]\nx=1\n"},
         {"[a]\nx]=[1\n[b\nc]\n", "\n[a]\nx]=[1\n[b\nc]\n"},
         {"[a]\r\n\r\nx = 1\r\ny\r\r\n", "\n[a]\nx=1\ny\n"},
@@ -46,6 +51,23 @@ TEST_F(IniFile, LinesAreReadAndWrittenBack) {
     for (const auto& c : cases) {
         EXPECT_EQ(rewritten(c.text), c.written) << c.text.substr(0, 60);
     }
+}
+
+// The cost of a line grew with the number of lines: these took minutes.
+TEST_F(IniFile, ManyLinesAreReadInNoTime) {
+    constexpr int count = 100000;
+    std::string text;
+    for (int i = 0; i < count; ++i) {
+        const std::string name = std::to_string(i);
+        text += "[s" + name + "]\nx = 1\n[a]\nkey" + name + " = " + name + "\n";
+    }
+    writeFile(m_path, text);
+    const auto start = std::chrono::steady_clock::now();
+    psIniFile ini;
+    ASSERT_TRUE(ini.open(m_path.c_str(), false));
+    EXPECT_EQ(ini.sections().count(), count + 1);
+    EXPECT_STREQ(ini.read("a", "key99999").c_str(), "99999");
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
 }
 
 TEST_F(IniFile, ValuesAreFoundByExactNames) {

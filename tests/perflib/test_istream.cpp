@@ -190,7 +190,7 @@ TEST(IStream, WritingAddsWhatIsAbsent) {
     in.preset("Level", "7");
     EXPECT_EQ(readFrom(in, "Len"), "s1");
     EXPECT_EQ(readFrom(in, "Bare"), "-untouched");
-    EXPECT_EQ(readFrom(in, "Level"), "p7"); // the file gets the default all the same
+    EXPECT_EQ(readFrom(in, "Level"), "-untouched"); // a preset is for one run
     in.setSection("ntksName");
     EXPECT_EQ(readFrom(in, "Len", "Len"), "-untouched");
     EXPECT_EQ(output.text(), ""); // and nothing is asked

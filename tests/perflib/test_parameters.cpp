@@ -7,6 +7,7 @@
 
 #include "files.h"
 #include "captured.h"
+#include "pscacheiterator.h"
 #include "pscstream.h"
 #include "psenum.h"
 #include "psfileiterator.h"
@@ -381,12 +382,65 @@ TEST(FileIterator, ReadsWhatTheLengthRuleAdmits) {
 
 // A shared parameter is read for the session and again for each test.
 TEST(FromInput, ARefusedPresetIsReportedOnce) {
+    const struct {
+        const char *preset, *reason;
+    } cases[] = {{"x", "Exception: Invalid value of Len = x"},
+                 {"", "Signal: Empty iterator definition"},
+                 {" ; ", "Exception: Invalid value of Len = "},
+                 {"4096; ;16384", "Exception: Invalid value of Len = "}};
+    for (const auto& c : cases) {
+        const Captured log;
+        psIStream in;
+        in.preset("Len", c.preset);
+        psIterator<int> len(1, "Len");
+        EXPECT_FALSE(len.fromIStream(in));
+        EXPECT_FALSE(len.fromIStream(in));
+        EXPECT_EQ(log.text(), std::string("--NTK. ") + c.reason + " (Len = " +
+                                  c.preset + " is refused, 1 stays)\n");
+    }
+}
+
+// What a settings file got for an empty list says nothing when it is read.
+TEST(FromInput, AnEmptyDefinitionComesBackEmpty) {
     const Captured log;
     psIStream in;
-    in.preset("Len", "x");
-    psIterator<int> len(1, "Len");
-    EXPECT_FALSE(len.fromIStream(in));
-    EXPECT_FALSE(len.fromIStream(in));
-    EXPECT_EQ(log.text(), "--NTK. Exception: Invalid value of Len = x "
-                          "(Len = x is refused, 1 stays)\n");
+    in.preset("File", "");
+    psFileIterator file;
+    file.init("", "File");
+    EXPECT_FALSE(file.fromIStream(in));
+    EXPECT_EQ(log.text(), "");
+}
+
+TEST(Definitions, AreKeptWhole) {
+    psDefault<double> number(0.123456, "Number");
+    psIterator<int> alone(5, "Alone"), several(5, "Several");
+    several.add(6);
+    several.add(7);
+    psStepIterator<int> empty, steps;
+    steps.init(16, 64, 2, PS_STEP_MUL, "Steps");
+    psMapIterator<Hint> hint;
+    addHints(hint);
+    hint.add(hintUnnamed); // has no text
+    psFileIterator files("a;b", "Files");
+    psCacheIteratorInt cache(several);
+    const struct {
+        psParameter& parm;
+        const char *text, *values;
+    } cases[] = {{number, "2", "0.123"}, {alone, "8;9", "5"},       {several, "8;9", "6 7"},
+                 {empty, "1", ""},       {steps, "1;2;3", "16 32 64"}, {steps, "1;9;+4", "16 32 64"},
+                 {hint, "Large", ""},    {files, "c", "a;b"}};
+    for (const auto& c : cases) {
+        const auto restore = c.parm.keepDefinition();
+        c.parm.translate(c.text);
+        EXPECT_NE(valuesOf(c.parm), c.values) << c.text;
+        restore();
+        EXPECT_EQ(valuesOf(c.parm), c.values) << c.text;
+    }
+    EXPECT_EQ(number.value(), 0.123456);
+    const auto restore = cache.keepDefinition();
+    several.translate("8");
+    restore();
+    EXPECT_EQ(valuesOf(several), "6 7");
+    alone.add(1); // takes the place of a default, also after its return
+    EXPECT_EQ(valuesOf(alone), "1");
 }

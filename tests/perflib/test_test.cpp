@@ -260,6 +260,29 @@ TEST_F(LifeTest, TestsThatTheSettingsDoNotNameAreSilentlyRefused) {
     EXPECT_EQ(probe.result(), PS_OK);
 }
 
+// Also when the test ends in a fault.
+TEST_F(LifeTest, ADefinitionOfItsOwnSectionHoldsForTheTestAlone) {
+    const std::string file = writeFile(testPath("own.ini"), "[ntksProbe_8u]\nLen=7\n");
+    psStepIterator<int> length;
+    length.init(1, 3, 1, PS_STEP_ADD, "Len");
+    probe.toRegister = {&length};
+    std::string seen;
+    probe.init = [&] {
+        seen += length.valueString().c_str();
+        return true;
+    };
+    probe.flush = [&] { seen += length.valueString().c_str(); };
+    ASSERT_TRUE(g_istrm.setIniFile(file.c_str(), false));
+    for (const bool faulty : {false, true}) {
+        g_measure = [=] { return faulty ? (segfault(), PS_OK) : PS_OK; };
+        logOf(probe);
+        EXPECT_EQ(result, faulty ? PS_EXCEPTION : PS_OK);
+        EXPECT_STREQ(length.defaultString().c_str(), "1; 3; +1");
+    }
+    g_istrm.closeIniFile();
+    EXPECT_EQ(seen, "7777");
+}
+
 TEST_F(LifeTest, EqualParameterCellsAreToldOfTheFirstPair) {
     psIterator<int> hidden(1, "h");
     hidden.add(1);

@@ -1,0 +1,79 @@
+// The settings file of a session, and the names given by mistake.
+
+#include "ps.h"
+#include "psistream.h"
+#include "pstest.h"
+
+// False: the settings cannot be written, which ends the session. Settings that cannot be read are
+// done without. A missing file is as good as an empty one, and the report of the command line names
+// it, but one that is there was meant to be read.
+bool psSession::openSettings() {
+    if (m_iniName.empty() || g_istrm.setIniFile(m_iniName, m_iniWrite)) {
+        return true;
+    }
+    if (m_iniWrite) {
+        g_ostrm << PS_ERR << "FATAL FAIL: can't open ini-file for writing\n" << PS_END_FLUSH;
+        return false;
+    }
+    if (!psIsMissing(m_iniName)) {
+        psReportOpenFailure(m_iniName, PS_OPEN_READ);
+    }
+    return true;
+}
+
+// Before those that no selected test uses are left out: a settings file serves any selection.
+void psSession::knowCommonParms() {
+    g_istrm.setSection(psIStream::commonSection);
+    for (const psParameter* const parm : *g_pParmList) {
+        g_istrm.know(parm->name());
+    }
+}
+
+// A name that nothing asked for is most likely a typing error: the run measured something else
+// than the user meant.
+void psSession::warnUnusedPresets() {
+    if (g_istrm.isWriting()) { // and presets are not used at all
+        return;
+    }
+    for (const psString& name : g_istrm.unusedPresets()) {
+        g_ostrm << PS_WARN << "-- Parameter " << name
+                << " was set by -d key but no test asked for it\n"
+                << PS_END;
+    }
+}
+
+static void warnUnusedValues(const psValues& values, const psString& place, const char* fault) {
+    for (const psValueItem* const item : values) {
+        if (!item->m_asked) {
+            g_ostrm << PS_WARN << "-- Parameter " << item->m_key << " was set " << place
+                    << " of ini-file " << g_istrm.settings().name() << " " << fault << "\n"
+                    << PS_END;
+        }
+    }
+}
+
+static bool isTestFunction(const psString& name) {
+    for (const psTest* const test : *pTestList) {
+        if (test->functionName() == name) {
+            return true;
+        }
+    }
+    return false;
+}
+
+// Sections of tests that were not run are none of this run's business, but a section that no test
+// can have is.
+void psSession::warnUnusedSettings() {
+    const psIniFile& ini = g_istrm.settings();
+    warnUnusedValues(ini.strayValues(), "before the first section", "and is not used");
+    for (const psSectionItem* const section : ini.sections()) {
+        if (section->m_consulted) {
+            warnUnusedValues(section->m_values, "in section " + section->m_name,
+                             "but no test asked for it");
+        } else if (!isTestFunction(section->m_name)) {
+            g_ostrm << PS_WARN << "-- Section " << section->m_name << " was found in ini-file "
+                    << ini.name() << " but no test has this name\n"
+                    << PS_END;
+        }
+    }
+}
