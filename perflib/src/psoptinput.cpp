@@ -1,8 +1,6 @@
 // Keys for where parameter values come from: console, command line, settings file.
-
 #include "psistream.h"
 #include "psoptionutil.h"
-#include "psstream.h"
 #include "pstest.h"
 
 namespace {
@@ -13,11 +11,6 @@ psString batchInfo(const psString&) {
 
 void setBatch(const psString&, psSession* session) {
     session->setBatMode(true);
-}
-
-// Of several -i and -I keys the last one counts.
-bool isOnlyWriting() {
-    return psIsKeyGiven('I') && !psIsKeyGiven('i');
 }
 
 int askModeOf(const psString& argument) {
@@ -31,9 +24,6 @@ int askModeOf(const psString& argument) {
 psString askInfo(const psString& argument) {
     if (psIsKeyGiven('B')) {
         return "ignored because of -B option";
-    }
-    if (isOnlyWriting()) {
-        return "ignored because of -I option";
     }
     const int mode = askModeOf(argument);
     psString text = "ask";
@@ -61,12 +51,9 @@ bool splitPreset(const psString& argument, psString& name, psString& value) {
 
 psString presetInfo(const psString& argument) {
     psString name, value;
-    if (!splitPreset(argument, name, value)) {
-        return "ignored: incorrect parameter setting, <name>=<value> is expected";
-    }
-    return isOnlyWriting()
-               ? psString("ignored because of -I option")
-               : "set parameter " + name + " to " + (value.empty() ? "empty value" : value);
+    return splitPreset(argument, name, value)
+               ? "set parameter " + name + " to " + (value.empty() ? "empty value" : value)
+               : "ignored: incorrect parameter setting, <name>=<value> is expected";
 }
 
 void setPreset(const psString& argument, psSession*) {
@@ -81,9 +68,7 @@ psString iniPath(const psString& argument) {
 }
 
 psString readIniInfo(const psString& argument) {
-    const psString path = iniPath(argument);
-    return "read PS parameters from file " + path +
-           (psIsMissing(path) ? ": there is no such file" : "");
+    return "read PS parameters from file " + iniPath(argument);
 }
 
 psString writeIniInfo(const psString& argument) {

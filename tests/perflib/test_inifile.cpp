@@ -148,7 +148,7 @@ TEST_F(IniFile, WhatCannotBeOpened) {
     }
 }
 
-TEST_F(IniFile, AFullDiskLeavesTheOldFileWhole) {
+TEST_F(IniFile, AFullDiskAndAKilledProcessLeaveTheOldFileWhole) {
     std::signal(SIGXFSZ, SIG_IGN);
     const std::string directory = testPath("full"), path = directory + "/x.ini";
     const std::string text = "[a]\nx=1\n", log = testPath("log.txt");
@@ -167,6 +167,13 @@ TEST_F(IniFile, AFullDiskLeavesTheOldFileWhole) {
     EXPECT_EQ(readFile(path), text);
     EXPECT_EQ(readFile(log), "-- Can't write to file " + path + ": " + strerror(EFBIG) + "\n");
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(directory), {}), 1);
+    const auto writeTooMuch = [&] { // the system ends a process that does
+        std::signal(SIGXFSZ, SIG_DFL);
+        const FileSizeLimit limit(4096);
+        ini.updateFile();
+    };
+    EXPECT_EXIT(writeTooMuch(), testing::KilledBySignal(SIGXFSZ), "");
+    EXPECT_EQ(readFile(path), text);
     EXPECT_TRUE(ini.close()); // there is room again
     EXPECT_EQ(readFile(path), "\n[a]\nx=1\ny=" + std::string(5000, 'y') + "\n");
 }

@@ -35,7 +35,7 @@ TEST(Options, KeyArgumentEffectAndReport) {
         {'d', "Len=", "preset=Len", "set parameter Len to empty value"},
         {'d', "Len", "", "ignored: incorrect parameter setting, <name>=<value> is expected"},
         {'d', " =5", "", "ignored: incorrect parameter setting, <name>=<value> is expected"},
-        {'i', "", "", "read PS parameters from file DIRprog.ini: there is no such file"},
+        {'i', "", "", "read PS parameters from file DIRprog.ini"},
         {'I', "a.b", "", "write PS parameters to file DIRa.b and exit"},
         {'P', "", "pressing",
          "read tested function names from ini-file: no test will be run without -i or -I key"},

@@ -1,5 +1,7 @@
-// Arguments that come from files, and where files go that nobody named.
+// Arguments and parameters that come from files, and where files go that nobody named.
+#include <atomic>
 #include <filesystem>
+#include <thread>
 
 #include "session.h"
 
@@ -89,6 +91,213 @@ TEST_F(SettingsFiles, NamesNobodyGaveAreMadeOfTheProgramsOwn) {
         }
     }
     EXPECT_TRUE(fs::is_empty(path("here")));
+}
+
+// The lines that tell a user what is wrong.
+std::string mistakesIn(const std::string& output) {
+    std::string mistakes;
+    for (const std::string& line : linesOf(output)) {
+        if (line.starts_with("-- ") && line != "-- performance:") {
+            mistakes += line + "\n";
+        }
+    }
+    return mistakes;
+}
+
+// Keys and sections that only this run does not need are no mistakes.
+TEST_F(SettingsFiles, NamesThatNothingAsksForAreNamed) {
+    const std::string known = "[Perf System]\nNumCalls=1\nHuffLength=7\nCodeFile=x\nCodeLength=64\n"
+                              "[ntksEncodeLZ4_8u]\nnonsense=1\n[__psBraskCpu]\n[ntksCRC32_8u]\n";
+    const std::string wrong = "early=1\n[Perf System]\nCodeLenght=1\ndict=E\nno line\n"
+                              "[ntksCRC32_8u]\nMethod=Manual\nCodeFile=x\nCodeLength=64\n"
+                              "[ntksCRC23_8u]\nCodeLength=1\n";
+    const std::string file = " of ini-file " + path("set.ini");
+    const std::string mistakes =
+        "-- Parameter early was set before the first section" + file + " and is not used\n"
+        "-- Parameter CodeLenght was set in section Perf System" + file + " but no test asked for it\n"
+        "-- Parameter dict was set in section Perf System" + file + " but no test asked for it\n"
+        "-- Parameter no line was set in section Perf System" + file + " but no test asked for it\n"
+        "-- Parameter Method was set in section ntksCRC32_8u" + file + " but no test asked for it\n"
+        "-- Parameter CodeFile was set in section ntksCRC32_8u" + file + " but no test asked for it\n"
+        "-- Section ntksCRC23_8u was found in ini-file " + path("set.ini") +
+        " but no test has this name\n";
+    const struct {
+        std::string settings;
+        Texts keys;
+        std::string mistakes;
+    } cases[] = {{known, {}, ""},
+                 {known, {"-P"}, ""},
+                 {wrong, {}, mistakes},
+                 {wrong, {"-LERR"}, ""},
+                 {wrong, {"-I" + path("set.ini"), "-dCodeLenght=1"}, mistakes}};
+    for (const auto& c : cases) {
+        write("set.ini", c.settings);
+        const Outcome outcome = runWell(quick + Texts{crc, "-i" + path("set.ini")} + c.keys);
+        EXPECT_EQ(mistakesIn(outcome.output), c.mistakes);
+        EXPECT_EQ(closingCount(outcome.output, ".Successes"), 1);
+    }
+}
+
+// The two functions share the parameter CodeLength.
+TEST_F(SettingsFiles, ASectionHoldsForItsTestAlone) {
+    write("set.ini", "[Perf System]\nCodeLength=32\n[ntksAdler32_8u]\nCodeLength=64;128\n");
+    const Texts keys = {"-f=ntksAdler32_8u", crc, "-i" + path("set.ini"), "-rtable.csv"};
+    runWell(quick + keys);
+    const Table table(text("table.csv"));
+    std::string lengths;
+    for (const auto& row : table.rows) {
+        lengths += table.cell(row, "Function") + " " + table.cell(row, "Length") + "\n";
+    }
+    EXPECT_EQ(lengths, "ntksAdler32_8u 64\nntksAdler32_8u 128\nntksCRC32_8u 32\n");
+    // The same with answers: five questions for the session, then CodeLength for each test.
+    const Outcome asked = run({"-A", "-dMethod=Manual", "-dNumLoops=1", "-f=ntksAdler32_8u", crc},
+                              {.input = "\n32\n\n\n\n\n64;128\n\n"});
+    EXPECT_EQ(timesIn(asked.output, "for CodeLength [32]: "), 2) << asked.output;
+    EXPECT_EQ(timesIn(asked.output, "\nntksCRC32_8u: CodeLength="), 1) << asked.output;
+}
+
+TEST_F(SettingsFiles, WithPTheSectionsNameTheTests) {
+    fs::create_directory(path("folder"));
+    write("one.ini", "[ntksCRC32_8u]\n");
+    write("other.ini", "[ntksAdler32_8u]\n[Perf System]\n");
+    const std::string none = "-- No test is run: -P key ";
+    const struct {
+        Texts keys;
+        std::string said;
+        int successes = 1; // of the test that tells the processor's features
+    } cases[] = {
+        {{"-i" + path("one.ini")}, "", 2},
+        {{crc, "-i" + path("one.ini")}, ""},
+        {{}, none + "needs an ini-file, -i key names it\n"},
+        {{"-i" + path("absent.ini")}, none + "can't read ini-file " + path("absent.ini") + "\n"},
+        {{"-i" + path("folder")}, "-- Can't open file " + path("folder") + " to read\n" + none +
+                                      "can't read ini-file " + path("folder") + "\n"},
+        {{crc, "-i" + path("other.ini")}, none + "finds no section of a selected test in ini-file " +
+                                              path("other.ini") + "\n", 0},
+        {{"-fnone"}, "-- No test meets the conditions, -e key lists all tests\n", 0},
+    };
+    for (const auto& c : cases) {
+        const Outcome outcome = runWell(quick + Texts{"-P", "-LERR"} + c.keys);
+        EXPECT_EQ(mistakesIn(outcome.output), c.said);
+        EXPECT_EQ(closingCount(outcome.output, ".Successes"), c.successes);
+    }
+}
+
+TEST_F(SettingsFiles, AnythingMayBeNamedAsSettings) {
+    using namespace std::string_literals;
+    std::string thousand;
+    for (int i = 0; i < 1000; ++i) {
+        thousand += "[section" + std::to_string(i) + "]\nCodeLength=1\n";
+    }
+    const std::string good = "[ntksCRC32_8u]\nCodeLength=64";
+    const struct {
+        std::string content, said;
+        int times, rows;
+    } cases[] = {
+        {"", "", 0, 5},
+        {good, "", 0, 1}, // without a last line end
+        {"\xEF\xBB\xBF[Perf System]\r\nCodeLength=64;128\r\n", "", 0, 2},
+        {thousand + good, " but no test has this name\n", 1000, 1},
+        {std::string(1 << 20, 'x') + "\n" + good + "\n" + std::string(1 << 20, '='), "Parameter", 2, 1},
+        {good + "\n\0\0=\0[\n\x01\xFF\x1B"s, "but no test asked for it\n", 2, 1},
+        {"[Perf System]\nCodeLength=\nCodeLength = 1;x\n", "Invalid value of CodeLength = x", 0, 5},
+    };
+    for (const auto& c : cases) {
+        write("set.ini", c.content);
+        const Outcome outcome = runWell(quick + Texts{crc, "-i" + path("set.ini"), "-rtable.csv"});
+        EXPECT_EQ(timesIn(mistakesIn(outcome.output), "\n"), c.times);
+        EXPECT_NE(outcome.output.find(c.said), std::string::npos) << outcome.output;
+        EXPECT_EQ(Table(text("table.csv")).rows.size(), static_cast<size_t>(c.rows));
+    }
+    const struct {
+        std::string file, said;
+    } unread[] = {
+        {directory(), "-- Can't open file " + directory() + " to read\n"},
+        {"/proc/self/mem", "-- Can't open file /proc/self/mem to read\n"}, // opens, no more
+    };
+    for (const auto& c : unread) {
+        const Outcome outcome = runWell(quick + Texts{crc, "-i" + c.file});
+        EXPECT_EQ(timesIn(outcome.output, c.said), 1) << outcome.output;
+        EXPECT_EQ(closingCount(outcome.output, ".Successes"), 1);
+    }
+}
+
+constexpr const char* commonDefaults =
+    "\n[Perf System]\n"
+    "Method=Auto\t// Method {Auto|Manual|Statistic|Iterative}\n"
+    "Accuracy=5\t// Accuracy, %\n"
+    "CodeLength=16384; 262144; *2\t// for CodeLength\n"
+    "AlignVectorsBy=byte\t// AlignVectorsBy {byte|element}\n"
+    "VectorAlign=0\t// VectorAlign by Byte, 0..63\n"
+    "MisalignFirstVectorOnly=yes\t// MisalignFirstVectorOnly {yes|no}\n"
+    "MutualVectorShift=512\t// MutualVectorShift in Bytes, divisible by 64\n";
+constexpr const char* crcDefaults =
+    "\n[ntksCRC32_8u]\nCodeLength=16384; 262144; *2\t// for CodeLength\n";
+constexpr const char* adlerDefaults =
+    "\n[ntksAdler32_8u]\nCodeLength=16384; 262144; *2\t// for CodeLength\n";
+
+// Nothing is measured, and "-d" has no say.
+TEST_F(SettingsFiles, DefaultsAreWritten) {
+    const Texts keys = {crc, "-I" + path("set.ini"), "-dCodeLength=1"};
+    const Outcome first = runWell(quick + keys);
+    EXPECT_EQ(timesIn(first.output, "performance"), 0);
+    EXPECT_EQ(text("set.ini"), std::string(commonDefaults) + crcDefaults);
+
+    const std::string own = "stray=1\n\n[other]\nkept\nempty=\n\n[ntksAdler32_8u]\n"
+                            "CodeLength=64\t// mine\n";
+    write("set.ini", own);
+    runWell(quick + keys + Texts{"-f=ntksAdler32_8u"});
+    const std::string all = own + commonDefaults + crcDefaults;
+    EXPECT_EQ(text("set.ini"), all);
+    write("set.ini", "// a comment of its own\n" + all);
+    runWell(quick + keys);
+    EXPECT_EQ(text("set.ini"), "// a comment of its own\n" + all) << "there was nothing to add";
+    EXPECT_EQ(closingCount(runWell(quick + Texts{"-i" + path("set.ini")} + keys).output,
+                           ".Successes"), 1);
+}
+
+TEST_F(SettingsFiles, AFullDiskLeavesTheOldSettings) {
+    const std::string old = "[old]\nx = 1 // of mine\n";
+    fs::create_directory(path("set"));
+    const std::string file = path("set/set.ini");
+    write("set/set.ini", old);
+    const Texts keys = quick + Texts{crc, "-I" + file};
+    const Outcome full = runWell(
+        Texts{"-c", "ulimit -f 0; exec \"$@\"", "sh", NTK_PERF_FILE} + keys,
+        {.program = "/bin/sh"});
+    EXPECT_EQ(timesIn(full.output, "-- Can't write to file " + file + ": File too large\n"), 1);
+    EXPECT_EQ(readText(file), old);
+    EXPECT_EQ(std::distance(fs::directory_iterator(path("set")), {}), 1);
+    runWell(keys);
+    EXPECT_EQ(readText(file),
+              std::string("\n[old]\nx=1\t// of mine\n") + commonDefaults + crcDefaults);
+}
+
+TEST_F(SettingsFiles, TwoRunsAtOnceLeaveOneWholeFile) {
+    const std::string file = path("set.ini");
+    std::atomic<int> writing = 2;
+    const auto writeOften = [&](const std::string& function) {
+        for (int i = 0; i < 20; ++i) {
+            runWell(quick + Texts{function, "-I" + file});
+            fs::remove(file);
+        }
+        --writing;
+    };
+    std::thread one(writeOften, crc), other(writeOften, "-f=ntksAdler32_8u");
+    const std::string common = commonDefaults;
+    const std::set<std::string> whole = {"", common + crcDefaults, common + adlerDefaults,
+                                         common + crcDefaults + adlerDefaults,
+                                         common + adlerDefaults + crcDefaults};
+    std::set<std::string> seen;
+    while (writing) {
+        seen.insert(readText(file));
+    }
+    one.join();
+    other.join();
+    for (const std::string& text : seen) {
+        EXPECT_EQ(whole.count(text), 1u) << text;
+    }
+    EXPECT_GT(seen.size(), 1u);
 }
 
 } // namespace
