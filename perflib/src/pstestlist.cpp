@@ -110,7 +110,7 @@ bool psTestList::runTests(const psConditions& conditions) {
             plus(result);
         }
         anyRefused |= refused;
-        anyRun |= !refused && !isInformationTest(test);
+        anyRun |= !refused;
     }
     if (!anyAdmitted) {
         g_ostrm << PS_ERR << "-- No test meets the conditions, -e key lists all tests\n" << PS_END;
