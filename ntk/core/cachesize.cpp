@@ -21,8 +21,12 @@ constexpr Ntk32u maxListedCaches = 32;
 
 // Ways, partitions, line size and sets are each stored less one, in 10, 10, 12 and 32 bits. Their
 // product can reach 2^64; cut at INT_MAX before the last factor it stays below, and is still at
-// least INT_MAX where it was.
+// least INT_MAX where it was. All of them zero: a hypervisor has left the cache's kind and hidden
+// the rest.
 Ntk64u listedCacheBytes(const Registers& r) {
+    if (r.ebx == 0 && r.ecx == 0) {
+        return 0;
+    }
     const Ntk64u ways = (r.ebx >> 22) + 1;
     const Ntk64u partitions = ((r.ebx >> 12) & 0x3ffU) + 1;
     const Ntk64u lineBytes = (r.ebx & 0xfffU) + 1;
@@ -56,7 +60,7 @@ Ntk64u largestWholeSizeBytes(const Processor& processor) {
     return std::max(level2, level3);
 }
 
-}  // namespace
+} // namespace
 
 int maxCacheSizeBytes(const Processor& processor) {
     Ntk64u bytes = largestListedBytes(processor, standardCacheLeaf);
@@ -69,4 +73,4 @@ int maxCacheSizeBytes(const Processor& processor) {
     return static_cast<int>(std::min<Ntk64u>(bytes, INT_MAX));
 }
 
-}  // namespace ntk
+} // namespace ntk

@@ -73,7 +73,14 @@ Ntk64u savedStatesOf(const Processor& processor) {
     return bit(leafOrZero(processor, 1, 0).ecx, osxsave) ? processor.savedStates() : 0;
 }
 
-}  // namespace
+// Subleaf 0 of leaf 7 tells the last one in EAX. A hypervisor may answer those above it with the
+// data of subleaf 0, whose bits mean something else.
+Registers featureLeaf(const Processor& processor, Ntk32u leaf, Ntk32u subleaf) {
+    const bool isTold = subleaf == 0 || subleaf <= leafOrZero(processor, leaf, 0).eax;
+    return isTold ? leafOrZero(processor, leaf, subleaf) : Registers{};
+}
+
+} // namespace
 
 Ntk64u featuresOf(const Processor& processor) {
     const Ntk64u saved = savedStatesOf(processor);
@@ -83,7 +90,7 @@ Ntk64u featuresOf(const Processor& processor) {
     for (const FeatureBit& f : featureBits) {
         // Identification can cost microseconds under a hypervisor: once per leaf, not per bit.
         if (previous == nullptr || f.leaf != previous->leaf || f.subleaf != previous->subleaf) {
-            r = leafOrZero(processor, f.leaf, f.subleaf);
+            r = featureLeaf(processor, f.leaf, f.subleaf);
         }
         if (bit(r.*f.word, f.index) && (saved & f.states) == f.states) {
             features |= f.feature;
@@ -93,4 +100,4 @@ Ntk64u featuresOf(const Processor& processor) {
     return features;
 }
 
-}  // namespace ntk
+} // namespace ntk

@@ -91,7 +91,7 @@ psString caches(psCpuidReader read) {
     return text.empty() ? text : "    Deterministic Cache Parameters\n" + text;
 }
 
-// Empty for a code that names no number of ways: the list of caches has it then.
+// Empty for the other codes, reserved or rare: the list of caches tells the ways then.
 const char* associativityText(unsigned code) {
     switch (code) {
     case 0:

@@ -70,14 +70,15 @@ void countBySetAside(psCpuThreads& threads, const CPUID& leaf1, psCpuidReader re
 
 } // namespace
 
-// The extended fields exist where the base fields are full; of family 6 the model's too.
+// The family is extended where its base field is full. The extended model counts from family 6 on:
+// one maker defines it for 6 and 15, another for 15, a third uses it with family 7; elsewhere it is
+// 0.
 psCpuSignature psSignatureOf(const CPUID& leaf1) {
     constexpr int fullFamily = 0xf;
     const int family = field(leaf1, CPUID::EAX, 11, 8);
     const int model = field(leaf1, CPUID::EAX, 7, 4);
     const int extendedFamily = family == fullFamily ? field(leaf1, CPUID::EAX, 27, 20) : 0;
-    const bool hasExtendedModel = family == fullFamily || family == 6;
-    const int extendedModel = hasExtendedModel ? field(leaf1, CPUID::EAX, 19, 16) : 0;
+    const int extendedModel = family >= 6 ? field(leaf1, CPUID::EAX, 19, 16) : 0;
     return {family + extendedFamily, (extendedModel << 4) + model, field(leaf1, CPUID::EAX, 3, 0),
             field(leaf1, CPUID::EAX, 13, 12), field(leaf1, CPUID::EBX, 7, 0)};
 }

@@ -59,6 +59,12 @@ const Machine machines[] = {
       {{0x80000000, 0}, {0x8000001b, 0, 0, 0}},
       {{0x80000006, 0}, {0, 0, 0x02006140, 0x0030b140}}},
      6 << 20},
+    {"a list without sizes",
+     {{{0, 0}, {4, 0, 0, 0}},
+      {{4, 0}, {0x121, 0, 0, 0}},
+      {{0x80000000, 0}, {0x80000018, 0, 0, 0}},
+      {{0x80000006, 0}, {0, 0, 0x02008140, 0}}},
+     512 << 10},
     {"no list, level 2 only",
      {{{0, 0}, {1, 0, 0, 0}},
       {{0x80000000, 0}, {0x80000018, 0, 0, 0}},
@@ -94,4 +100,4 @@ TEST(CacheSize, EndsOnAnEndlessDescription) {
     EXPECT_EQ(ntk::maxCacheSizeBytes({endless, noStates}), 32 << 10);
 }
 
-}  // namespace
+} // namespace

@@ -1,6 +1,8 @@
 // The feature mask from recorded registers, and that of this machine against the compiler's.
 #include "core/features.h"
 
+#include <cpuid.h>
+
 #include <gtest/gtest.h>
 
 #include <cstring>
@@ -9,12 +11,12 @@ namespace {
 
 constexpr Ntk64u sse42Row = 0xdf;
 constexpr Ntk64u avx2Row = 0x81df;
-constexpr Ntk64u avxBits = NTK_CPU_AVX | NTK_CPU_AVX_OS | NTK_CPU_AVX2 | NTK_CPU_F16C |
-                           NTK_CPU_AVX_VNNI;
+constexpr Ntk64u avxBits =
+    NTK_CPU_AVX | NTK_CPU_AVX_OS | NTK_CPU_AVX2 | NTK_CPU_F16C | NTK_CPU_AVX_VNNI;
 constexpr Ntk64u avx512Bits = NTK_CPU_AVX512F | NTK_CPU_AVX512CD | NTK_CPU_AVX512BW |
                               NTK_CPU_AVX512DQ | NTK_CPU_AVX512VL | NTK_CPU_AVX512VBMI |
-                              NTK_CPU_AVX512IFMA | NTK_CPU_AVX512VPOPCNTDQ |
-                              NTK_CPU_AVX512_BITALG | NTK_CPU_AVX512_FP16;
+                              NTK_CPU_AVX512IFMA | NTK_CPU_AVX512VPOPCNTDQ | NTK_CPU_AVX512_BITALG |
+                              NTK_CPU_AVX512_FP16;
 constexpr Ntk64u otherBits = sse42Row | NTK_CPU_MOVBE | NTK_CPU_AES | NTK_CPU_CLMUL |
                              NTK_CPU_RDRAND | NTK_CPU_ADCOX | NTK_CPU_RDSEED | NTK_CPU_PREFETCHW |
                              NTK_CPU_SHA;
@@ -25,6 +27,7 @@ struct Machine {
     Ntk32u leaf1Ecx;
     Ntk64u savedStates;
     Ntk64u features;
+    Ntk32u lastSubleaf = 2;
 };
 
 constexpr Ntk32u recordedEcx = 0xfffa3203;
@@ -40,25 +43,28 @@ const Machine machines[] = {
     {"no leaf 7", 1, recordedEcx, 0xe7,
      (otherBits & ~(NTK_CPU_ADCOX | NTK_CPU_RDSEED | NTK_CPU_SHA)) | NTK_CPU_AVX | NTK_CPU_AVX_OS |
          NTK_CPU_F16C},
+    {"subleaves not told apart", 0x1c, recordedEcx, 0xe7,
+     (otherBits | avxBits | avx512Bits) & ~NTK_CPU_AVX_VNNI, 0},
 };
 
 const Machine* s_machine = nullptr;
 
 ntk::Registers recorded(Ntk32u leaf, Ntk32u subleaf) {
     switch (leaf) {
-        case 0:
-            return {s_machine->maxLeaf, 0, 0, 0};
-        case 1:
-            return {0x000c06f2, 0x00020800, s_machine->leaf1Ecx, 0x1f8bfbff};
-        case 7:
-            return subleaf == 0 ? ntk::Registers{2, 0xf1bf2ffb, 0x1a415f46, 0x20814010}
-                                : ntk::Registers{0x00001c30, 0, 0, 0};
-        case 0x80000000:
-            return {0x80000021, 0, 0, 0};
-        case 0x80000001:
-            return {0, 0, 0x00000121, 0x2c100800};
-        default:
-            return {};
+    case 0:
+        return {s_machine->maxLeaf, 0, 0, 0};
+    case 1:
+        return {0x000c06f2, 0x00020800, s_machine->leaf1Ecx, 0x1f8bfbff};
+    case 7:
+        return subleaf == 0 || s_machine->lastSubleaf == 0
+                   ? ntk::Registers{s_machine->lastSubleaf, 0xf1bf2ffb, 0x1a415f46, 0x20814010}
+                   : ntk::Registers{0x00001c30, 0, 0, 0};
+    case 0x80000000:
+        return {0x80000021, 0, 0, 0};
+    case 0x80000001:
+        return {0, 0, 0x00000121, 0x2c100800};
+    default:
+        return {};
     }
 }
 
@@ -73,6 +79,43 @@ TEST(Features, NeedTheProcessorAndTheOperatingSystem) {
     }
 }
 
+// Bits that the recorded processor lacks, each alone.
+struct RareBit {
+    Ntk32u leaf;
+    Ntk32u subleaf;
+    ntk::Registers registers;
+    Ntk64u feature;
+};
+
+const RareBit rareBits[] = {
+    {7, 0, {0, 1U << 14, 0, 0}, NTK_CPU_MPX},
+    {7, 0, {0, bit_AVX512PF, 0, 0}, NTK_CPU_AVX512PF},
+    {7, 0, {0, bit_AVX512ER, 0, 0}, NTK_CPU_AVX512ER},
+    {7, 0, {0, 0, 0, bit_AVX5124VNNIW}, NTK_CPU_AVX512_4VNNIW},
+    {7, 0, {0, 0, 0, bit_AVX5124FMAPS}, NTK_CPU_AVX512_4FMADDPS},
+    {7, 1, {0, 0, 0, 1U << 4}, NTK_CPU_AVX_VNNI_INT8},
+    {7, 1, {0, 0, 0, 1U << 10}, NTK_CPU_AVX_VNNI_INT16},
+    {0x24, 0, {0, 1U << 17, 0, 0}, NTK_CPU_AVX10_256},
+    {0x24, 0, {0, 1U << 18, 0, 0}, NTK_CPU_AVX10_512},
+};
+
+const RareBit* s_rare = nullptr;
+
+ntk::Registers rare(Ntk32u leaf, Ntk32u subleaf) {
+    if (leaf == s_rare->leaf && subleaf == s_rare->subleaf) {
+        return s_rare->registers;
+    }
+    // The largest leaf, the last subleaf of leaf 7.
+    return {leaf == 0 ? 0x24U : 1U, 0, leaf == 1 ? osxsaveBit : 0, 0};
+}
+
+TEST(Features, RareOnesAreReadFromTheirBits) {
+    for (const RareBit& bit : rareBits) {
+        s_rare = &bit;
+        EXPECT_EQ(ntk::featuresOf({rare, [] { return Ntk64u{0xff}; }}), bit.feature);
+    }
+}
+
 TEST(Features, OfThisMachineAgreeWithTheCompilersView) {
     Ntk64u features = 0;
     ASSERT_EQ(ntkGetCpuFeatures(&features, nullptr), ntkStsNoErr);
@@ -81,8 +124,7 @@ TEST(Features, OfThisMachineAgreeWithTheCompilersView) {
     EXPECT_EQ((features & avx2Row) == avx2Row, __builtin_cpu_supports("avx2") != 0);
     EXPECT_EQ((features & NTK_CPU_CLMUL) != 0, __builtin_cpu_supports("pclmul") != 0);
     EXPECT_EQ((features & NTK_CPU_AVX512BW) != 0, __builtin_cpu_supports("avx512bw") != 0);
-    EXPECT_EQ((features & NTK_CPU_AVX512_BITALG) != 0,
-              __builtin_cpu_supports("avx512bitalg") != 0);
+    EXPECT_EQ((features & NTK_CPU_AVX512_BITALG) != 0, __builtin_cpu_supports("avx512bitalg") != 0);
 }
 
 TEST(Features, RegistersComeWithTheMaskUnlessTheMarkerIsThere) {
@@ -131,4 +173,4 @@ TEST(Features, EnabledAreThoseAskedForThatTheMachineHas) {
     EXPECT_EQ(ntkGetEnabledCpuFeatures(), all);
 }
 
-}  // namespace
+} // namespace

@@ -67,7 +67,8 @@ TEST(CpuSignature, ExtendedFieldsAreAddedWhereTheyCount) {
         const char* numbers; // family, model, stepping, type, brand
     } cases[] = {{0x000c06f2, "6 207 2 0 7"}, {0x00870f10, "23 113 0 0 7"},
                  {0x00100f42, "16 4 2 0 7"},  {0x00000f4a, "15 4 10 0 7"},
-                 {0x0ff10543, "5 4 3 0 7"},   {0x0ff01632, "6 3 2 1 7"}};
+                 {0x000307b5, "7 59 5 0 7"},  {0x0ff10543, "5 4 3 0 7"},
+                 {0x0ff01632, "6 3 2 1 7"}};
     for (const auto& c : cases) {
         EXPECT_STREQ(signatureText(c.eax).c_str(), c.numbers) << std::hex << c.eax;
     }
@@ -189,6 +190,22 @@ TEST(CpuReport, TellsWhatTheProcessorTells) {
         for (const std::string& piece : c.absent) {
             EXPECT_EQ(report.find(piece), std::string::npos) << c.what << ": " << piece;
         }
+    }
+}
+
+TEST(CpuReport, WaysOfLevel2) {
+    std::map<unsigned, std::string> ways = {
+        {0, "Disabled"}, {1, "Direct mapped"},     {2, "2-Way"}, {4, "4-Way"}, {6, "8-Way"},
+        {8, "16-Way"},   {15, "Fully associative"}};
+    for (unsigned code = 0; code < 16; ++code) {
+        g_answers = {{{0x80000000, 0}, {0x80000006, 0, 0, 0}},
+                     {{0x80000006, 0}, {0, 0, 0x02000140 | code << 12, 0}}};
+        const std::string report = psCpuReport(replay, 0, 0).c_str();
+        const std::string line = report.substr(report.find(" 64 bytes\n") + 10);
+        EXPECT_EQ(line, ways[code].empty()
+                            ? ""
+                            : "    Associativity                       : " + ways[code] + "\n")
+            << code;
     }
 }
 
