@@ -42,7 +42,7 @@ const Answers extended = {
     {{1, 0}, {0x00870f10, 0x00100800, 0, multithreading}},
     {{0x80000000, 0}, {0x80000020, 0, 0, 0}},
     {{0x80000001, 0}, {0, 0, topologyExtensions, 0}},
-    {{0x80000006, 0}, {0, 0, 0x02006140, 0}},
+    {{0x80000006, 0}, {0, 0, 0x82006140, 0}},
     {{0x80000008, 0}, {0, 0, 0x0000400f, 0}},
     {{0x8000001d, 0}, {0x00004121, 0x01c0003f, 0x0000003f, 1}},
     {{0x8000001d, 1}, {0x0000c263, 0x03c0003f, 0x00003fff, 2}},
@@ -79,7 +79,7 @@ TEST(CpuThreads, AreCountedWhereTheProcessorTellsThem) {
     const Registers sixteen = {0, 16, 0x201, 0};
     const struct {
         const char* what;
-        Answers answers; // besides leaf 1, which sets 12 numbers aside
+        Answers answers; // besides leaf 1, which sets 140 numbers aside
         const char* counts;
     } cases[] = {
         {"levels", {{{0xb, 0}, two}, {{0xb, 1}, sixteen}}, "16 8"},
@@ -93,12 +93,12 @@ TEST(CpuThreads, AreCountedWhereTheProcessorTellsThem) {
         {"cores of two kinds",
          {{{7, 0}, {0, 0, 0, 1U << 15}}, {{0xb, 0}, two}, {{0xb, 1}, sixteen}},
          "16 0"},
-        {"the number of the last thread", {{{0x80000008, 0}, {0, 0, 0x400f, 0}}}, "16 16"},
+        {"the number of the last thread", {{{0x80000008, 0}, {0, 0, 0xff8f, 0}}}, "144 144"},
         {"and threads of a core",
          {{{1, 0}, {0x00870f10, 0, 0, multithreading}},
           {{0x80000001, 0}, {0, 0, topologyExtensions, 0}},
           {{0x80000008, 0}, {0, 0, 0x400f, 0}},
-          {{0x8000001e, 0}, {0, 0x100, 0, 0}}},
+          {{0x8000001e, 0}, {0, 0xffff01ff, 0, 0}}},
          "16 8"},
         {"where an older family counts cores of a unit",
          {{{1, 0}, {0x00600f12, 0, 0, multithreading}},
@@ -106,9 +106,9 @@ TEST(CpuThreads, AreCountedWhereTheProcessorTellsThem) {
           {{0x80000008, 0}, {0, 0, 0x3007, 0}},
           {{0x8000001e, 0}, {0, 0x100, 0, 0}}},
          "8 8"},
-        {"numbers set aside", {{{4, 0}, {0x1c000121, 0x01c0003f, 0x3f, 0}}}, "<=12 <=8"},
-        {"leaf 4 hidden", {}, "<=12 0"},
-        {"levels not told apart", {{{0xb, 0}, two}, {{0xb, 1}, two}, {{0xb, 2}, two}}, "<=12 0"},
+        {"numbers set aside", {{{4, 0}, {0x83ffc121, 0x01c0003f, 0x3f, 0}}}, "<=140 <=33"},
+        {"leaf 4 hidden", {}, "<=140 0"},
+        {"levels not told apart", {{{0xb, 0}, two}, {{0xb, 1}, two}, {{0xb, 2}, two}}, "<=140 0"},
         {"one thread alone",
          {{{1, 0}, {0, 0x000c0000, 0, 0}}, {{0xb, 0}, two}, {{0xb, 1}, sixteen}},
          "1 1"},
@@ -116,7 +116,7 @@ TEST(CpuThreads, AreCountedWhereTheProcessorTellsThem) {
     for (const auto& c : cases) {
         g_answers = c.answers;
         g_answers.insert({{0, 0}, {0x1f, 0, 0, 0}});
-        g_answers.insert({{1, 0}, {0x000306f2, 0x000c0000, 0, multithreading}});
+        g_answers.insert({{1, 0}, {0x000306f2, 0xff8cffff, 0, multithreading}});
         g_answers.insert({{0x80000000, 0}, {0x8000001e, 0, 0, 0}});
         const psCpuThreads threads = psThreadsOf(replay);
         EXPECT_EQ(countText(threads.logical) + " " + countText(threads.cores), c.counts) << c.what;
@@ -169,7 +169,7 @@ TEST(CpuReport, TellsWhatTheProcessorTells) {
           "WBINVD/INVD behavior on lower level caches\n", "Unified Cache\n", ": 3\n",
           ": 16384 KB\n", ": 4\n", "Fully Associative cache\n",
           "Cache is inclusive to lower cache levels\n", "    Extended L2 Cache Features\n\n",
-          ": 512 KB\n", ": 64 bytes\n", ": 8-Way\n"},
+          ": 33280 KB\n", ": 64 bytes\n", ": 8-Way\n"},
          {"Vendor", "at most 8"}},
         {"leaves hidden, caches without sizes",
          {{{0, 0}, {4, 0, 0, 0}}, {{4, 0}, {0x121, 0, 0, 0}}, {{4, 1}, {0x124, 0x02c0003f, 63, 0}}},
@@ -220,7 +220,9 @@ TEST(CpuReport, FlagsTellPresentAndEnabled) {
         EXPECT_NE(flags.find(piece), std::string::npos) << piece << flags;
     }
     EXPECT_TRUE(psFeatureFlags(7, 7).contains("256-bit vector state : no\n"));
-    EXPECT_TRUE(psFeatureFlags(avx | NTK_CPU_AVX512F, 7).contains("512-bit vector state : yes\n"));
+    for (const unsigned long long bit : {NTK_CPU_AVX512F, NTK_CPU_AVX10_512}) {
+        EXPECT_TRUE(psFeatureFlags(avx | bit, 7).contains("512-bit vector state : yes\n"));
+    }
     EXPECT_TRUE(psFeatureFlags(0, 0).empty());
 }
 
