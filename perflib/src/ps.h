@@ -3,6 +3,8 @@
 #include "psbase.h"
 #include "pscmdline.h"
 #include "pscond.h"
+#include "psfileclaims.h"
+#include "psgivenkeys.h"
 #include "psoption.h"
 #include "psostream.h"
 
@@ -52,6 +54,8 @@ public:
     psOptionList& options() { return m_options; }
     psOption* getOption(char key) { return m_options.getOption(key); }
     psCommandList& commands() { return m_commands; }
+    const psGivenKeys& keys() const { return m_keys; }
+    psFileClaims& fileClaims() { return m_claims; }
     void applyOption(char key, const psString& argument);
 
     // For the apply functions.
@@ -65,6 +69,7 @@ public:
     void unopenedFile() { m_unopenedFile = true; }
     void setIniMode(const psString& name, bool write);
     void setSglName(const psString& argument);
+    void dropSignal() { m_sglName = ""; }
     void setHelp(char key, bool hidden); // 1: the quick help
     void setVersion() { m_versionAsked = true; }
     void setCpuFeatures(unsigned long long mask) { m_cpuFeatures = mask; }
@@ -121,6 +126,9 @@ private:
     bool readCfgFile(psString& text, psString& file);
     void setDirectories();
     void setExitLevel();
+    void readArgumentFiles();
+    void applyCommands();
+    void applyCommand(const psCommandKey& command);
     bool openSettings();
     void prepareLibrary();
     void reportLibraryStatus(NtkStatus status);
@@ -137,6 +145,8 @@ private:
     psConditions m_conditions;
     psOptionList m_options;
     psCommandList m_commands;
+    psGivenKeys m_keys;
+    psFileClaims m_claims;
     int m_askMode = 0;
     bool m_batMode = false;
     int m_levelMode = 0;

@@ -81,6 +81,7 @@ public:
     void clear(); // nothing collected, flags down
     void start(); // before a measured run
     void stop();  // after it: adds the words to those collected
+    void mask() { m_base.disableExceptions(); } // until the next init()
     bool badStatus() const;
     psString strSW() const { return ts87Base::strSW(m_sw); }
     psString strCW() const { return ts87Base::strCW(m_cw); }
@@ -105,6 +106,7 @@ public:
     void clear();
     void start();
     void stop();
+    void mask() { m_base.disableExceptions(); }
     bool badStatus() const;
     psString strExceptionState() const { return m_base.strExceptionState(m_word); }
     psString strCW() const { return m_base.strCW(m_word); }

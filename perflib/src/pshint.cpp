@@ -1,6 +1,7 @@
 // The help of the command line, and what is settled when all its keys are known.
 #include "ps.h"
 #include "pscpufeatures.h"
+#include "pswrap.h"
 
 namespace {
 
@@ -21,8 +22,12 @@ psString keyText(const psString& key, const psOption* option) {
                                           : option->detail);
 }
 
+// A terminal would break the long lines in the middle of words.
 void putHint(const psString& text) {
-    g_ostrm << PS_ERR << text << PS_END;
+    g_ostrm << PS_ERR;
+    g_ostrm.writeToConsole(psWrapLines(text, psConsoleColumns()));
+    g_ostrm.writeToLogs(text);
+    g_ostrm << PS_END;
 }
 
 psString hintTitle(const char* title, bool hidden) {

@@ -13,26 +13,33 @@ bool isInputUsed() {
     return !psSession::isExit(PS_USED_IN_RUN);
 }
 
-psString inForceText(bool used, const char* what, const psString& asked, const psString& inForce) {
+// Argument files are read when the directories are settled already.
+psString inForceText(bool used, char key, const char* what, const psString& asked,
+                     const psString& inForce) {
     if (!used) {
         return psSession::getExitInfo();
     }
-    return (asked == inForce ? "" : "ignored: ") + psString(what) + " is " + inForce;
+    const bool onLine = !psIsKeyGiven(key) || pSession->keys().isOnLine(key);
+    const psString text = psString(what) + " is " + inForce;
+    if (asked == inForce) {
+        return text;
+    }
+    return "ignored: " + (onLine ? text : "-" + psString(key) + " key in argument file, " + text);
 }
 
 psString titleInfo(const psString& argument) {
     const psString asked = argument.empty() ? psSession::m_exePath.getFileTitle() : argument;
-    return inForceText(isInputUsed() || isOutputUsed(), "default title name", asked,
+    return inForceText(isInputUsed() || isOutputUsed(), 'n', "default title name", asked,
                        psSession::m_defName);
 }
 
 psString inputInfo(const psString& argument) {
-    return inForceText(isInputUsed(), "default directory for input files",
+    return inForceText(isInputUsed(), 'p', "default directory for input files",
                        psSession::genDirName(argument), psSession::m_inDir);
 }
 
 psString outputInfo(const psString& argument) {
-    return inForceText(isOutputUsed(), "default directory for output files",
+    return inForceText(isOutputUsed(), 'l', "default directory for output files",
                        psSession::genDirName(argument), psSession::m_outDir);
 }
 

@@ -77,16 +77,18 @@ constexpr const char* fileDetail =
     "    where <new line> symbol is converted to <space symbol>.\n"
     "Several -@ keys may present in command line.\n";
 
+constexpr const char* iterationDetail = "This key affects only Auto and Iterative timing methods\n";
+
 constexpr const char* listDetail =
     "Only tests that meet -f, -t, -m and -HO keys are enumerated\n";
 
 void initHiddenOptions(psOptionList& options) {
     psAddOption<PS_USED_IN_RUN, psCountInfo<milliseconds>, psSetCount<milliseconds>>(
         options, 'c', "-c[<num-ms>]     = set min number of ms for 1 measurement\n",
-        psCountText('c', "num-ms"), true);
+        iterationDetail + psCountText('c', "num-ms"), true);
     psAddOption<PS_USED_IN_RUN, psCountInfo<minLoops>, psSetCount<minLoops>>(
         options, 'j', "-j[<min-loops>]  = minimal number of measurement loops\n",
-        psCountText('j', "min-loops"), true);
+        iterationDetail + psCountText('j', "min-loops"), true);
     options.initOption('?',
                        "-?               = type short help with hidden keys and exit\n"
                        "-??              = type extended help with hidden keys and exit\n"

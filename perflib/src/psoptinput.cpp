@@ -25,6 +25,9 @@ psString askInfo(const psString& argument) {
     if (psIsKeyGiven('B')) {
         return "ignored because of -B option";
     }
+    if (pSession && pSession->keys().isIniWritten()) {
+        return "ignored because of -I option";
+    }
     const int mode = askModeOf(argument);
     psString text = "ask";
     text += mode & PS_ASK_TIMING ? ", timing method" : "";
@@ -71,12 +74,30 @@ psString readIniInfo(const psString& argument) {
     return "read PS parameters from file " + iniPath(argument);
 }
 
-psString writeIniInfo(const psString& argument) {
-    return "write PS parameters to file " + iniPath(argument) + " and exit";
+// A file that the shell or "-@" uses, and that would be replaced.
+const psFileClaims::Claim* claimAgainstWriting(const psString& path) {
+    const psFileClaims::Claim* const claim = psClaimOn(path);
+    return claim && (claim->key == '@' || claim->key == 0) ? claim : nullptr;
 }
 
-template <bool Write> void setIni(const psString& argument, psSession* session) {
-    session->setIniMode(iniPath(argument), Write);
+psString writeIniInfo(const psString& argument) {
+    const psString path = iniPath(argument);
+    const psFileClaims::Claim* const claim = claimAgainstWriting(path);
+    return claim ? psClaimedText(path, *claim)
+                 : "write PS parameters to file " + path + " and exit";
+}
+
+void readIni(const psString& argument, psSession* session) {
+    session->setIniMode(iniPath(argument), false);
+}
+
+void writeIni(const psString& argument, psSession* session) {
+    const psString path = iniPath(argument);
+    if (claimAgainstWriting(path)) {
+        session->unopenedFile();
+    } else {
+        session->setIniMode(path, true);
+    }
 }
 
 psString pressingInfo(const psString&) {
@@ -124,10 +145,10 @@ void psInitInputOptions(psOptionList& options) {
         "-A<Timing|Params|Misalign|All> = set detail level of the console input\n", askDetail);
     psAddOption<PS_USED_IN_RUN, presetInfo, setPreset>(
         options, 'd', "-d<name>=<value> = set PS parameter value\n", presetDetail);
-    psAddOption<PS_USED_IN_RUN, readIniInfo, setIni<false>>(
+    psAddOption<PS_USED_IN_RUN, readIniInfo, readIni>(
         options, 'i', "-i[<file-name>]  = read PS parameters from ini-file\n",
         psDefaultPathText('p', ".ini") + psLastKeyText("-i"));
-    psAddOption<PS_USED_IN_RUN, writeIniInfo, setIni<true>>(
+    psAddOption<PS_USED_IN_RUN, writeIniInfo, writeIni>(
         options, 'I', "-I[<file-name>]  = write PS parameters to ini-file and exit\n",
         psDefaultPathText('p', ".ini") + psLastKeyText("-I"));
     psAddOption<PS_USED_IN_RUN, pressingInfo, setPressing>(

@@ -17,6 +17,10 @@ constexpr int levelCount = static_cast<int>(std::size(levels));
 
 } // namespace
 
+psString psOption::report(const psString& argument) const {
+    return info ? info(argument) : "ignored: deprecated option key";
+}
+
 void psOptionList::initOption(char key, const psString& help, psOption::Info info,
                               psOption::Apply apply, const psString& detail, bool hidden) {
     append({key, hidden, help, info, apply, detail});
@@ -52,7 +56,11 @@ bool psReadCount(const psString& argument, int& count) {
 }
 
 bool psIsKeyGiven(char key) {
-    return pSession && pSession->commands().isKey(key);
+    return pSession && pSession->keys().isGiven(key);
+}
+
+const psFileClaims::Claim* psClaimOn(const psString& path) {
+    return pSession ? pSession->fileClaims().find(path) : nullptr;
 }
 
 psString psCountText(char key, const psString& argumentName) {

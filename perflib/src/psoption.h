@@ -11,11 +11,13 @@ struct psOption {
     using Info = psString (*)(const psString& argument);
     using Apply = void (*)(const psString& argument, psSession* session);
 
+    psString report(const psString& argument) const; // the info text
+
     char key;
     bool hidden;   // listed only by the help variants "with hidden keys"
     psString help; // one line per variant of the key, each with its line end; empty: deprecated
-    Info info;
-    Apply apply;
+    Info info;     // null: the key is known, but has no effect any more
+    Apply apply;   // likewise
     psString detail; // for the extended help; may be empty
 };
 

@@ -55,6 +55,9 @@ constexpr const char* psLoopsRefusal = "ignored: incorrect number of loops";
 // Whether the command line of the running session has the key.
 bool psIsKeyGiven(char key);
 
+// Who uses the file already; null when nobody does.
+const psFileClaims::Claim* psClaimOn(const psString& path);
+
 // The detail text of the keys that set a count.
 psString psCountText(char key, const psString& argumentName);
 // Detail texts. keys: as they stand in the sentence, such as "-F".

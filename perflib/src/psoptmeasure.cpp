@@ -20,7 +20,7 @@ int priorityClass(const psString& argument) {
 
 psString priorityInfo(const psString& argument) {
     static constexpr const char* const texts[] = {
-        "ignored: incorrect priority, HIGH or NORMAL is expected",
+        "ignored: incorrect priority, HIGH, NORMAL or LOW is expected",
         "set high process priority (superuser only)",
         "set normal process priority (superuser only)",
         "set low process priority (superuser only)",
@@ -53,6 +53,7 @@ psString unmaskInfo(const psString&) {
 
 // Inexact alone stays masked: nearly every floating-point function raises it.
 void unmaskExceptions(const psString&, psSession*) {
+    psTest::m_unmasked = true;
     ps87::setExceptionValue(0x20);
     psSSX::setExceptionValue(0x1000);
 }
@@ -85,7 +86,9 @@ psString featuresInfo(const psString& argument) {
 }
 
 void setFeatures(const psString& argument, psSession* session) {
-    session->setCpuFeatures(psCpuFeatures::cpuFeatures(argument));
+    if (const unsigned long long mask = psCpuFeatures::cpuFeatures(argument)) {
+        session->setCpuFeatures(mask);
+    }
 }
 
 bool isSetAndUse(const psString& argument) {
@@ -120,7 +123,9 @@ psString sortInfo(const psString& argument) {
 }
 
 void setSort(const psString& argument, psSession* session) {
-    session->setQuickMode(isUnsorted(argument));
+    if (isUnsorted(argument)) {
+        session->setQuickMode(true);
+    }
 }
 
 constexpr const char* unmaskDetail =

@@ -7,6 +7,7 @@ namespace {
 
 // A kind of output file. What stands in it completes "create file X and write ...".
 struct OutputFile {
+    char createKey, appendKey;
     const char* content;
     const char* extension;        // of a name without a dot
     const char* defaultExtension; // of the default name
@@ -21,11 +22,13 @@ bool addLog(const psString& path, bool append) {
     return g_ostrm.addStream(path, append);
 }
 
-constexpr OutputFile logFile = {"console output", ".txt", ".txt", addLog};
-constexpr OutputFile resultFile = {"PS results", ".csv", ".csv", addTable<g_cstrm>};
-constexpr OutputFile nameFile = {"function parameter name lines", "_name.csv", "_name.csv",
-                                 addTable<g_nstrm>};
-constexpr OutputFile summaryFile = {"summary table", ".csv", "_sum.csv", addTable<g_ustrm>};
+constexpr OutputFile logFile = {'o', 'O', "console output", ".txt", ".txt", addLog};
+constexpr OutputFile resultFile = {'r', 'R', "PS results", ".csv", ".csv", addTable<g_cstrm>};
+constexpr OutputFile nameFile = {'q',         0,           "function parameter name lines",
+                                 "_name.csv", "_name.csv", addTable<g_nstrm>};
+constexpr OutputFile summaryFile = {'u',    'U',        "summary table",
+                                    ".csv", "_sum.csv", addTable<g_ustrm>};
+constexpr const char* signalUse = "the end signal";
 
 psString outputPath(const OutputFile& file, const psString& argument) {
     return psSession::genOutPath(argument,
@@ -34,13 +37,33 @@ psString outputPath(const OutputFile& file, const psString& argument) {
 
 template <const OutputFile& File, bool Append> psString fileInfo(const psString& argument) {
     const psString path = outputPath(File, argument);
+    if (const psFileClaims::Claim* const claim = psClaimOn(path)) {
+        return psClaimedText(path, *claim);
+    }
     return Append ? psString("add ") + File.content + " to file " + path
                   : "create file " + path + " and write " + File.content;
 }
 
+// A second key for what the file receives anyway is passed over. A file that is used for something
+// else ends the session, before anything in it is lost.
+void respect(const psFileClaims::Claim& claim, const OutputFile& file, psSession* session) {
+    if (claim.use == file.content) {
+        return;
+    }
+    session->unopenedFile();
+    if (claim.use == signalUse) {
+        session->dropSignal();
+    }
+}
+
 template <const OutputFile& File, bool Append>
 void openFile(const psString& argument, psSession* session) {
-    if (!File.open(outputPath(File, argument), Append)) {
+    const psString path = outputPath(File, argument);
+    if (const psFileClaims::Claim* const claim = session->fileClaims().find(path)) {
+        respect(*claim, File, session);
+    } else if (File.open(path, Append)) {
+        session->fileClaims().add(path, File.content, Append ? File.appendKey : File.createKey);
+    } else {
         session->unopenedFile();
     }
 }
@@ -115,17 +138,25 @@ psString nameExitInfo(const psString&) {
 }
 
 void setNameExit(const psString&, psSession* session) {
-    if (session->commands().isKey('q')) {
+    if (session->keys().isGiven('q')) {
         psSession::m_nameExit = true;
     }
 }
 
 psString signalInfo(const psString& argument) {
-    return "create file " + psSession::genOutPath(argument, ".end") + " at the end of PS work";
+    const psString path = psSession::genOutPath(argument, ".end");
+    const psFileClaims::Claim* const claim = psClaimOn(path);
+    return claim ? psClaimedText(path, *claim) : "create file " + path + " at the end of PS work";
 }
 
 void setSignal(const psString& argument, psSession* session) {
+    const psString path = psSession::genOutPath(argument, ".end");
+    if (session->fileClaims().find(path)) {
+        session->unopenedFile();
+        return;
+    }
     session->setSglName(argument);
+    session->fileClaims().add(path, signalUse, 'g');
 }
 
 constexpr psCountKey extLoops = {&psTool::m_numExtLoops,
@@ -154,7 +185,7 @@ void initLogOptions(psOptionList& options) {
         levelDetail);
     psAddOption<PS_USED_IN_RUN, psCountInfo<extLoops>, psSetCount<extLoops>>(
         options, 'J', "-J[<min-loops>]  = number of external measurement loops\n",
-        psCountText('J', "min-loops"));
+        "No timing method needs this number at present\n" + psCountText('J', "min-loops"));
 }
 
 void initTableOptions(psOptionList& options) {

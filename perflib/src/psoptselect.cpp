@@ -74,7 +74,7 @@ void setLogic(const psString& argument, psSession* session) {
 
 psString startInfo(const psString& argument) {
     return argument.empty() ? "start testing from the first function"
-                            : "start testing from function " + argument;
+                            : "start testing from function with " + argument + " in name";
 }
 
 void setStart(const psString& argument, psSession*) {

@@ -115,21 +115,26 @@ bool psOStream::beginMessage(MessageLevel level) {
 }
 
 void psOStream::write(const psString& text) {
-    writeTo(text, true);
+    writeTo(text, toBoth);
 }
 
 void psOStream::writeToLogs(const psString& text) {
-    writeTo(text, false);
+    writeTo(text, toLogs);
 }
 
-void psOStream::writeTo(const psString& text, bool toConsole) {
+void psOStream::writeToConsole(const psString& text) {
+    writeTo(text, toConsole);
+}
+
+void psOStream::writeTo(const psString& text, Side side) {
     if ((m_msgLevel & m_outLevel) == 0 || text.empty()) {
         return;
     }
     m_midLine = text[text.length() - 1] != '\n';
     psList<const o_stream*> failed;
     for (o_stream* stream : m_streams) {
-        if ((toConsole || stream->isNamedFile()) && !stream->write(text)) {
+        const bool wanted = side == toBoth || stream->isNamedFile() == (side == toLogs);
+        if (wanted && !stream->write(text)) {
             failed.append(stream);
         }
     }

@@ -61,14 +61,17 @@ public:
     void endMessage() { restoreMsgLevel(); }
 
     void write(const psString& text); // when the current kind is wanted
-    void writeToLogs(const psString& text); // likewise, but not to the console
+    // Likewise, but to one side only: text for the log files, or as it fits the console.
+    void writeToLogs(const psString& text);
+    void writeToConsole(const psString& text);
     int streamCount() const { return m_streams.count(); }
 
     // Says, as an error, that failed (of this or another owner) takes no more text.
     void reportFailure(const o_stream& failed);
 
 private:
-    void writeTo(const psString& text, bool toConsole);
+    enum Side { toBoth, toConsole, toLogs };
+    void writeTo(const psString& text, Side side);
     void reportFailures(psList<const o_stream*>& failed);
 
     psList<o_stream*> m_streams;

@@ -22,17 +22,12 @@ bool psSession::parseCommandLine(int argc, char** argv) {
     m_exePath = argc > 0 ? argv[0] : "";
     resetModes();
     readArguments(argc, argv);
+    m_keys.noteLine(m_commands);
     setExitLevel();
     setDirectories();
     g_ostrm.setOutLevel(PS_OUT_PERF);
-    if (!m_commands.expandFiles()) {
-        m_unopenedFile = true;
-    }
-    for (const psCommandKey& command : m_commands) {
-        if (command.key() != ' ') {
-            applyOption(command.key(), command.arg());
-        }
-    }
+    readArgumentFiles();
+    applyCommands();
     g_ostrm << PS_NORMAL;
     for (const psString& piece : m_report) {
         g_ostrm << piece;
@@ -73,10 +68,10 @@ bool psSession::readCfgFile(psString& text, psString& file) {
 }
 
 void psSession::setExitLevel() {
-    m_exitLevel = m_commands.isKey('?') || m_commands.isKey('h') ? 2
-                  : m_commands.isKey('e')                        ? 1
-                  : m_commands.isKey('v')                        ? 3
-                                                                 : 0;
+    m_exitLevel = m_keys.isGiven('?') || m_keys.isGiven('h') ? 2
+                  : m_keys.isGiven('e')                      ? 1
+                  : m_keys.isGiven('v')                      ? 3
+                                                             : 0;
 }
 
 // Before any other key, so that the order of keys on the line never changes where files go.
@@ -93,6 +88,44 @@ void psSession::setDirectories() {
     setDefName(argument('n'));
 }
 
+// Whatever the session reads or writes already is out of bounds for the output files to come.
+void psSession::readArgumentFiles() {
+    m_claims.clear();
+    m_claims.addConsole("console output");
+    for (const psCommandKey& command : m_commands) {
+        if (command.key() == '@') {
+            m_claims.add(command.arg(), "command line options", '@');
+        }
+    }
+    if (!m_commands.expandFiles()) {
+        m_unopenedFile = true;
+    }
+    for (const psCommandKey& command : m_commands) {
+        if (command.key() == 'i' || command.key() == 'I') {
+            m_claims.add(genInPath(command.arg(), ".ini"), "PS parameters", command.key());
+        }
+    }
+}
+
+void psSession::applyCommands() {
+    m_keys.noteAll(m_commands, m_options);
+    for (const psCommandKey& command : m_commands) {
+        if (command.key() != ' ') {
+            applyCommand(command);
+        }
+    }
+}
+
+// A key that is good by itself but replaced by a later one has no effect.
+void psSession::applyCommand(const psCommandKey& command) {
+    if (const psCommandKey* const later = m_keys.replacing(command, m_options)) {
+        m_report.append("-" + psText(command.key()) + command.arg() +
+                        ": ignored because of later -" + psText(later->key()) + " key\n");
+    } else {
+        applyOption(command.key(), command.arg());
+    }
+}
+
 void psSession::applyOption(char key, const psString& argument) {
     m_report.append("-" + psText(key) + argument + ": ");
     psOption* const option = getOption(key);
@@ -100,6 +133,8 @@ void psSession::applyOption(char key, const psString& argument) {
         m_report.append("ignored: incorrect option key\n");
         return;
     }
-    m_report.append(option->info(argument) + "\n");
-    option->apply(argument, this);
+    m_report.append(option->report(argument) + "\n");
+    if (option->apply) {
+        option->apply(argument, this);
+    }
 }

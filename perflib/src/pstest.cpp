@@ -3,6 +3,7 @@
 #include "ps.h"
 #include "pscacheiterator.h"
 #include "pscstream.h"
+#include "psctrl87.h"
 #include "psinit.h"
 #include "psistream.h"
 #include "psreport.h"
@@ -11,6 +12,7 @@
 
 psResult psTest::m_currentResult = PS_UNDEFINED;
 bool psTest::m_cache = false;
+bool psTest::m_unmasked = false;
 bool psTest::m_pressing = false;
 int psTest::m_hot = 0;
 int& psTest::m_vectorNum = g_vectorNum;
@@ -161,6 +163,10 @@ psResult psTest::run() {
     } catch (...) {
         afterException(exceptionText(), mark);
         m_result = psWorse(m_result, m_currentResult);
+    }
+    if (m_unmasked) { // a trap outside a test would end the program
+        ps87::instance().mask();
+        psSSX::instance().mask();
     }
     return m_result;
 }

@@ -148,6 +148,7 @@ public:
 
     static psResult m_currentResult; // of the test being run
     static bool m_cache;             // "-C"
+    static bool m_unmasked;          // "-W": floating-point exceptions of the measured code trap
     static bool m_pressing;          // "-P"
     static int m_hot;                // "-H": 0 no, 1 with the column, 2 only hot lines
     static int& m_vectorNum;         // vectors of the current combination

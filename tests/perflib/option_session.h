@@ -27,7 +27,7 @@ public:
         pSession = nullptr;
         m_exitLevel = m_nameMode = 0;
         m_nameExit = false;
-        psTest::m_pressing = psTest::m_cache = false;
+        psTest::m_pressing = psTest::m_cache = psTest::m_unmasked = false;
         psTest::m_hot = 0;
         psTool::m_numExtLoops = m_loops.ext;
         psTool::m_minNumLoops = m_loops.min;
@@ -78,6 +78,7 @@ public:
         number("loops=", psTool::m_minNumLoops, 8);
         number("priority=", psTool::m_priority, 0);
         put("use", g_tool.harnessCalls);
+        put("unmasked", psTest::m_unmasked);
         number("x87=", ts87Base::Exception, m_exceptions.x87);
         number("ssx=", tsSSXBase::Exception, m_exceptions.ssx);
         put(std::string("start=") + psTestList::m_startFunc.c_str(),

@@ -73,15 +73,15 @@ TEST(Options, KeyArgumentEffectAndReport) {
         {'m', "=", "", "ignored: empty file pattern"},
         {'k', "oh", "or", "run tests that meet -f or -t or -m conditions"},
         {'k', "OR", "", "run tests that meet -f and -t and -m conditions"},
-        {'F', "f1", "start=f1", "start testing from function f1"},
+        {'F', "f1", "start=f1", "start testing from function with f1 in name"},
         {'F', "", "", "start testing from the first function"},
         {'Y', "HIGH", "priority=1", "set high process priority (superuser only)"},
         {'Y', "N", "priority=2", "set normal process priority (superuser only)"},
         {'Y', "LOW", "priority=3", "set low process priority (superuser only)"},
-        {'Y', "high", "", "ignored: incorrect priority, HIGH or NORMAL is expected"},
+        {'Y', "high", "", "ignored: incorrect priority, HIGH, NORMAL or LOW is expected"},
         {'H', "xyz", "hot=1", "add 'Interest' column to table file"},
         {'H', "ONLY", "hot=2", "add 'Interest' column to table file and run only hot tests"},
-        {'W', "=", "x87=32 ssx=4096", "unmask floating-point exceptions"},
+        {'W', "=", "unmasked x87=32 ssx=4096", "unmask floating-point exceptions"},
         {'T', "SSE2,FOO,BAR", "",
          "call ntkSetCpuFeatures( 0x7 ), unknown cpu features FOO,BAR are ignored"},
         {'T', "FOO", "", "ignored: unknown cpu features FOO"},
@@ -116,10 +116,17 @@ TEST(Options, LaterKeysAddOrReplace) {
         const char* keys; // key and argument, separated by blanks
         const char* effect;
     } cases[] = {
-        {"AT AM", "ask=5"},        {"LWARN LTRACE", "level=39"}, {"s- s", ""},
-        {"HONLY H", "hot=1"},      {"kor kand", ""},             {"YHIGH Yx", "priority=1"},
-        {"J5 J0", "ext=5"},        {"Ff Fg", "start=g"},         {"e+ e", "list=0"},
-        {"ga gb", "end=DIRb.end"}, {"fa ta f=b f", "cond=01a cond=11a cond=02b"},
+        {"AT AM", "ask=5"},
+        {"LWARN LTRACE", "level=39"},
+        {"s- s", "quick"},
+        {"HONLY H", "hot=1"},
+        {"kor kand", ""},
+        {"YHIGH Yx", "priority=1"},
+        {"J5 J0", "ext=5"},
+        {"Ff Fg", "start=g"},
+        {"e+ e", "list=0"},
+        {"ga gb", "end=DIRb.end"},
+        {"fa ta f=b f", "cond=01a cond=11a cond=02b"},
     };
     for (const auto& c : cases) {
         OptionSession session;

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include "pslist.h"
+#include "psstring.h"
+
+// What the files of a session are used for, so that no key takes one that another key uses: two
+// writers would mix their texts, and a file that is created anew loses what it held. Files are
+// compared, not names: a link or "./" leads to the same one. Devices and pipes have no claims, they
+// serve any number of writers.
+class psFileClaims {
+public:
+    struct Claim {
+        psString use; // completes "used for"
+        char key;     // that asked for it; 0 for none
+        dev_t device;
+        ino_t node;    // of the file; of its directory while the file is not there
+        psString name; // while the file is not there
+    };
+
+    void clear() { m_claims.clear(); }
+    void add(const psString& path, const psString& use, char key);
+    // Standard output, where the shell sent it into a file.
+    void addConsole(const psString& use);
+    // The first claim on the file; null when there is none.
+    const Claim* find(const psString& path) const;
+
+private:
+    psList<Claim> m_claims;
+};
+
+// "ignored: file <path> is already used for <use> (-<key> key)".
+psString psClaimedText(const psString& path, const psFileClaims::Claim& claim);
