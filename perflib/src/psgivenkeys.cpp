@@ -62,6 +62,6 @@ bool psGivenKeys::isIniWritten() const {
 const psCommandKey* psGivenKeys::replacing(const psCommandKey& command,
                                            psOptionList& options) const {
     const auto last = m_last.find(groupOf(command));
-    const bool stands = last == m_last.end() || last->second == &command;
+    const bool stands = last == m_last.end() || last->second == &command || keepsValue(command);
     return stands || isRefused(command, options) ? nullptr : last->second;
 }

@@ -184,6 +184,15 @@ TEST(Options, KeysThatDependOnOthers) {
         {{"-ld", "-h", "-g"}, "-ld: default directory for output files is DIRd/\n"},
         {{"-e", "-v"}, "-v: ignored because of -e option\n"},
         {{"-Z5"}, "-Z5: ignored: incorrect option key\n"},
+        {{"-kor", "-kand"}, "-kor: ignored because of later -k key\n"},
+        {{"-YHIGH", "-Yx"}, "-YHIGH: set high process priority (superuser only)\n"},
+        {{"-TFOO", "-TSSE"}, "-TFOO: ignored: unknown cpu features FOO\n"},
+        {{"-J5", "-J"}, "-J: set number of external measurement loops to 5\n"},
+        {{"-h", "-?"}, "-h: ignored because of later -? key\n"},
+        {{"-AT", "-ia", "-Ib"}, "-AT: ignored because of -I option\n"},
+        {{"-Ia", "-ib"}, "-Ia: ignored because of later -i key\n"},
+        {{"-d a=1", "-da=2", "-db=1"}, "-d a=1: ignored because of later -d key\n"},
+        {{"-da=1", "-db=1", "-da"}, "-da=1: set parameter a to 1\n"},
     };
     for (const auto& c : cases) {
         const Captured output;
@@ -192,6 +201,19 @@ TEST(Options, KeysThatDependOnOthers) {
         EXPECT_EQ(timesIn(output.text(), std::string("\n").append(placed(c.report))), 1)
             << output.text();
     }
+}
+
+TEST(Options, KeysThatCountNoMore) {
+    const std::string word = "-@" + writeFile(testPath("args"), "-ld -Z6");
+    const Captured output;
+    OptionSession session;
+    session.options().initOption('Z', "", nullptr, nullptr, "");
+    EXPECT_TRUE(session.parse({word.c_str()}));
+    EXPECT_EQ(timesIn(output.text(),
+                      placed("\n-ld: ignored: -l key in argument file, default directory for "
+                             "output files is DIR\n-Z6: ignored: deprecated option key\n")),
+              1)
+        << output.text();
 }
 
 TEST(Options, OutputFiles) {
@@ -414,9 +436,9 @@ TEST(Options, FeaturesReachTheLibraryAndTestsAreListed) {
     {
         const StdoutTo out(file);
         OptionSession session;
-        char words[][16] = {"prog", "-e-", "-TSSE2,AVX2"};
-        char* argv[] = {words[0], words[1], words[2], nullptr};
-        EXPECT_EQ(session.run(3, argv), 0);
+        char words[][16] = {"prog", "-e-", "-TSSE2,AVX2", "-TFOO"};
+        char* argv[] = {words[0], words[1], words[2], words[3], nullptr};
+        EXPECT_EQ(session.run(4, argv), 0);
         g_ostrm.close();
     }
     psRegNtkEnvironment(nullptr);

@@ -9,6 +9,7 @@
 #include "ps.h"
 #include "psalloc.h"
 #include "pscputick_gcc.h"
+#include "psctrl87.h"
 #include "psinit.h"
 #include "psistream.h"
 #include "pstable.h"
@@ -226,14 +227,29 @@ TEST_F(LifeTest, WarningsCountAsPassedWhenOnlyErrorsAreWanted) {
     EXPECT_EQ(result, PS_STATUS_WARN);
 }
 
+static psResult divideByZero() {
+    volatile double zero = 0;
+    volatile double infinite = 1 / zero;
+    (void)infinite;
+    return PS_OK;
+}
+
+// "-W". A trap behind the end of the test would end the process.
+TEST_F(LifeTest, UnmaskedExceptionsTrapInTheMeasuredCodeAlone) {
+    psTest::m_unmasked = true;
+    psSSX::setExceptionValue(0x1000);
+    logOf(probe);
+    divideByZero();
+    EXPECT_EQ(result, PS_OK);
+    g_measure = divideByZero;
+    EXPECT_TRUE(has(logOf(probe), "--NTK. Signal: FP fail, such as overflow"));
+    psTest::m_unmasked = false;
+    psSSX::setExceptionValue(0x1F80);
+}
+
 // The flags of a division by zero in the SIMD unit, without its trap.
 TEST_F(LifeTest, FloatingPointFlagsOfTheCallsAreAWarning) {
-    g_measure = [] {
-        volatile double zero = 0;
-        volatile double infinite = 1 / zero;
-        (void)infinite;
-        return PS_OK;
-    };
+    g_measure = divideByZero;
     const std::string log = logOf(probe);
     EXPECT_EQ(result, PS_STATUS_WARN);
     EXPECT_TRUE(has(log, "-- Status    SSX: ?Zerodivide \n")) << log;

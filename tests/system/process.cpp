@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <poll.h>
+#include <pty.h>
 #include <spawn.h>
 #include <sys/mman.h>
 #include <sys/resource.h>
@@ -57,6 +58,24 @@ struct Pipe {
     }
     File reader, writer;
 };
+
+// Its far end passes line ends on as they are.
+Pipe terminal(unsigned short columns) {
+    Pipe pipe;
+    const winsize size = {24, columns, 0, 0};
+    termios modes = {};
+    cfmakeraw(&modes);
+    int ends[2];
+    if (openpty(&ends[0], &ends[1], nullptr, &modes, &size) != 0) {
+        throw std::runtime_error("no terminal");
+    }
+    for (const int end : ends) {
+        fcntl(end, F_SETFD, FD_CLOEXEC);
+    }
+    pipe.reader = File(ends[0]);
+    pipe.writer = File(ends[1]);
+    return pipe;
+}
 
 // The text as a file to be read from its start.
 File fileOf(const std::string& text) {
@@ -120,6 +139,9 @@ struct Files {
             return;
         case Console::brokenPipe:
             output.reader.close();
+            break;
+        case Console::terminal:
+            output = terminal(60);
             break;
         case Console::read:
             break;

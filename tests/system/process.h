@@ -11,6 +11,7 @@ enum class Console {
     brokenPipe, // into a pipe whose reader has gone
     closed,     // the program starts without the file
     fullDisk,   // to a device that takes no byte
+    terminal,   // to a terminal of 60 columns, into Outcome::output
 };
 
 struct Command {

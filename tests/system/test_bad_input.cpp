@@ -36,6 +36,59 @@ TEST_F(BadInput, IsNamedAndTheRunGoesOn) {
     }
 }
 
+std::set<std::string> namesIn(const std::filesystem::path& directory) {
+    std::set<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(directory)) {
+        names.insert(entry.path().filename());
+    }
+    return names;
+}
+
+// No argument, an empty one, one that no file name can be, one that no terminal likes: every key
+// answers in the report, and nothing is written where nobody looks for it.
+TEST_F(BadInput, EveryKeyAnswersToEveryArgument) {
+    const Texts arguments[] = {
+        {}, {""}, {std::string(100000, 'x')}, {"\x01\x1b[31m\r\t\n\x7f\xff"}};
+    const Texts batches = {"BAdPLJnpl", "ftmkFYHWTSCs", "cjQZ\x7f", "oOrR", "uU", "q", "g"};
+    const Texts alone = {"i", "I", "e", "v", "h", "?", "@"};
+    const std::filesystem::path programs = std::filesystem::path(NTK_PERF_FILE).parent_path();
+    const std::set<std::string> before = namesIn(programs);
+    for (const Texts& argument : arguments) {
+        const std::string attached = argument.empty() ? "" : argument[0];
+        for (const std::string& batch : batches + alone) {
+            Texts keys;
+            for (const char key : batch) {
+                const std::string word = std::string("-") + key;
+                keys = keys + (attached.empty() ? Texts{word} + argument : Texts{word + attached});
+            }
+            const std::string output =
+                runWell(keys + Texts{"-f=nothing", "-p" + directory()}, {.input = ""}).output;
+            for (const char key : batch) {
+                const std::string said = std::string("\n-") + key + attached + ": ";
+                EXPECT_EQ(timesIn(output, key == '@' ? "-- Can't open file" : said), 1)
+                    << key << " " << attached.length();
+            }
+            const bool isFile = batch.find_first_of("oqu@") != std::string::npos;
+            const bool opens = isFile && (attached.length() > 1000 || batch == "@");
+            EXPECT_EQ(timesIn(output, fatal), opens) << batch << attached.length();
+        }
+    }
+    EXPECT_EQ(namesIn(programs), before);
+}
+
+TEST_F(BadInput, AHundredThousandKeysAreReadAtOnce) {
+    for (const std::string key : {"-A", "-Q", "-kor", "-P"}) {
+        std::string text;
+        for (int i = 0; i < 100000; ++i) {
+            text += key + "\n";
+        }
+        write("keys.txt", text);
+        const Outcome outcome = runWell({"-B", "-f=nothing", "-@" + path("keys.txt")});
+        EXPECT_EQ(timesIn(outcome.output, "\n" + key + ": "), 100000);
+        EXPECT_LT(outcome.wallSeconds, 10) << key;
+    }
+}
+
 TEST_F(BadInput, StrayWordsAreDropped) {
     const Outcome outcome =
         runWell(Texts{"first", "-"} + quick + Texts{"stray", "words", crc, "more", "-rtable.csv"});

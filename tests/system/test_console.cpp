@@ -1,4 +1,4 @@
-// The questions of a session at a console: asked without "-B", on whatever standard input is.
+// A console: its questions, asked without "-B" on whatever standard input is, and its width.
 #include "session.h"
 
 namespace {
@@ -75,6 +75,22 @@ TEST_F(Questions, BatchModeAsksNothing) {
             EXPECT_EQ(timesIn(outcome.output, "]: "), 0) << outcome.output;
             EXPECT_EQ(Table(text("table.csv")).rows.size(), 5u);
         }
+    }
+}
+
+class Help : public SystemTest {};
+
+TEST_F(Help, FitsATerminalAndStaysAsItIsElsewhere) {
+    for (const char* const key : {"-h", "-??"}) {
+        const std::string plain = runWell({key}).output;
+        const std::string wrapped = runWell({key}, {.console = Console::terminal}).output;
+        for (const std::string& line : linesOf(wrapped.substr(wrapped.find(" HELP")))) {
+            EXPECT_LE(line.length(), 60u) << line;
+        }
+        EXPECT_EQ(timesIn(plain, " and write function parameter name lines\n"), 1) << plain;
+        EXPECT_EQ(
+            timesIn(wrapped, "\n                   and write function parameter name lines\n"), 1)
+            << wrapped;
     }
 }
 

@@ -1,5 +1,7 @@
 // Outputs that take nothing any more: no more is lost than what they could not take, and what is
 // left says so.
+#include <filesystem>
+
 #include "session.h"
 
 namespace {
@@ -59,6 +61,51 @@ TEST_F(LostOutput, AConsoleThatIsGoneIsSaidInTheLog) {
         expectSummary();
         runWell(quick + Texts{crc}, {.console = c.console});
     }
+}
+
+// A key that would take the file of another one is refused, before it spoils what is in there.
+TEST_F(LostOutput, TwoKeysForOneFile) {
+    write("args.txt", "-s-");
+    write("old.csv", "old\n");
+    std::filesystem::create_symlink("old.csv", path("link.csv"));
+    const std::string old = path("old.csv"), args = path("args.txt");
+    const struct {
+        Texts keys;
+        std::string refused, user;
+        bool goesOn;
+    } cases[] = {
+        {{"-rt", "-Rt"}, "-Rt", "t.csv is already used for PS results (-r key)", true},
+        {{"-Ut", "-u./t.csv"},
+         "-u./t.csv",
+         "./t.csv is already used for summary table (-U key)",
+         true},
+        {{"-rt", "-ut"}, "-ut", "t.csv is already used for PS results (-r key)", false},
+        {{"-R" + old, "-ulink"},
+         "-ulink",
+         "link.csv is already used for PS results (-R key)",
+         false},
+        {{"-gold.csv", "-R" + old}, "-R" + old, "the end signal (-g key)", false},
+        {{"-R" + old, "-gold.csv"},
+         "-gold.csv",
+         "old.csv is already used for PS results (-R",
+         false},
+        {{"-onew.ini", "-i" + path("new.ini")}, "-onew.ini", "PS parameters (-i key)", false},
+        {{"-@" + args, "-oargs"}, "-oargs", "command line options (-@ key)", false},
+        {{"-@" + args, "-I" + args}, "-I" + args, "command line options (-@ key)", false},
+    };
+    for (const auto& c : cases) {
+        const Outcome outcome = runWell(quick + Texts{crc} + c.keys);
+        EXPECT_EQ(timesIn(outcome.output, "\n" + c.refused + ": ignored: file "), 1)
+            << outcome.output;
+        EXPECT_EQ(timesIn(outcome.output, c.user), 1) << c.user << outcome.output;
+        EXPECT_EQ(outcome.output.ends_with("FATAL FAIL: can't open output file for writing\n"),
+                  !c.goesOn)
+            << outcome.output;
+    }
+    EXPECT_EQ(text("old.csv"), "old\n");
+    EXPECT_EQ(text("args.txt"), "-s-");
+    runWell(quick + Texts{crc, "-rtable", "-Rtable", "-o/dev/null", "-g/dev/null"});
+    expectTable();
 }
 
 } // namespace
