@@ -1,6 +1,7 @@
 // Keys for where parameter values come from: console, command line, settings file.
 #include "psistream.h"
 #include "psoptionutil.h"
+#include "psstream.h"
 #include "pstest.h"
 
 namespace {
@@ -11,6 +12,10 @@ psString batchInfo(const psString&) {
 
 void setBatch(const psString&, psSession* session) {
     session->setBatMode(true);
+}
+
+bool isOnlyWriting() {
+    return pSession && pSession->keys().isIniWritten();
 }
 
 int askModeOf(const psString& argument) {
@@ -25,7 +30,7 @@ psString askInfo(const psString& argument) {
     if (psIsKeyGiven('B')) {
         return "ignored because of -B option";
     }
-    if (pSession && pSession->keys().isIniWritten()) {
+    if (isOnlyWriting()) {
         return "ignored because of -I option";
     }
     const int mode = askModeOf(argument);
@@ -54,9 +59,12 @@ bool splitPreset(const psString& argument, psString& name, psString& value) {
 
 psString presetInfo(const psString& argument) {
     psString name, value;
-    return splitPreset(argument, name, value)
-               ? "set parameter " + name + " to " + (value.empty() ? "empty value" : value)
-               : "ignored: incorrect parameter setting, <name>=<value> is expected";
+    if (!splitPreset(argument, name, value)) {
+        return "ignored: incorrect parameter setting, <name>=<value> is expected";
+    }
+    return isOnlyWriting()
+               ? psString("ignored because of -I option")
+               : "set parameter " + name + " to " + (value.empty() ? "empty value" : value);
 }
 
 void setPreset(const psString& argument, psSession*) {
@@ -71,7 +79,9 @@ psString iniPath(const psString& argument) {
 }
 
 psString readIniInfo(const psString& argument) {
-    return "read PS parameters from file " + iniPath(argument);
+    const psString path = iniPath(argument);
+    return "read PS parameters from file " + path +
+           (psIsMissing(path) ? ": there is no such file" : "");
 }
 
 // A file that the shell or "-@" uses, and that would be replaced.
