@@ -9,6 +9,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <csignal>
@@ -21,6 +22,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 constexpr double patienceSeconds = 120;
+constexpr int lookEveryMs = 5;
 
 double secondsSince(Clock::time_point start) {
     return std::chrono::duration<double>(Clock::now() - start).count();
@@ -178,13 +180,13 @@ bool readSome(int file, std::string& text) {
 }
 
 // Until both files are at their end, or patience is.
-void collect(Files& files, Clock::time_point begin, Outcome& outcome) {
+void collect(Files& files, Clock::time_point begin, pid_t child, Outcome& outcome) {
     for (;;) {
+        outcome.leastNice = std::min(outcome.leastNice, getpriority(PRIO_PROCESS, child));
         pollfd both[] = {{files.output.reader.number(), POLLIN, 0},
                          {files.errors.reader.number(), POLLIN, 0}};
-        const double left = patienceSeconds - secondsSince(begin);
-        if ((both[0].fd < 0 && both[1].fd < 0) || left <= 0 ||
-            poll(both, 2, static_cast<int>(left * 1000) + 1) < 0) {
+        if ((both[0].fd < 0 && both[1].fd < 0) || secondsSince(begin) > patienceSeconds ||
+            poll(both, 2, lookEveryMs) < 0) {
             return;
         }
         if (both[0].revents && outcome.firstOutputSeconds < 0) {
@@ -208,7 +210,7 @@ Outcome runCommand(const Command& command) {
     const pid_t child = start(command, files);
     files.output.writer.close();
     files.errors.writer.close();
-    collect(files, begin, outcome);
+    collect(files, begin, child, outcome);
     if (secondsSince(begin) >= patienceSeconds) {
         kill(child, SIGKILL);
     }

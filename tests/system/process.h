@@ -29,6 +29,7 @@ struct Outcome {
     std::string output, errors;
     double wallSeconds = 0;
     double firstOutputSeconds = -1; // from the start; negative: it wrote nothing
+    int leastNice = 20;             // of the nice values seen while it ran
     long peakKiB = 0; // never below this process's own peak, which the kernel hands on
 };
 

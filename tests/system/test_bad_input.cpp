@@ -23,6 +23,8 @@ TEST_F(BadInput, IsNamedAndTheRunGoesOn) {
         {"-dMethod=Slow", "Invalid value of Method = Slow"},
         {"-dCodeLenth=16384", "-- Parameter CodeLenth was set by -d key but no test asked"},
         {"-dCodeLength", "-dCodeLength: ignored: incorrect parameter setting"},
+        {"-TNoSuch", "-TNoSuch: ignored: "},
+        {"-T", "-T: ignored: "},
         {"-LLOUD", "-LLOUD: ignored: "},
         {"-j-3", "-j-3: ignored: "},
         {"-f=nothingCalledSo", " .Number of tests: 1\n"},

@@ -1,4 +1,4 @@
-// Keys whose effect lies outside the tables: processor features, signal file.
+// Effects outside the tables: facts about the machine, the signal file.
 #include <ctime>
 #include <filesystem>
 
@@ -7,29 +7,6 @@
 namespace {
 
 class Keys : public SystemTest {};
-
-TEST_F(Keys, FeaturesAreHandedToTheLibrary) {
-    const struct {
-        const char* key;
-        const char* said;
-        bool set;
-    } cases[] = {
-        {"-TSSE2",
-         "\n--calling ntkSetCpuFeatures( ntkCpuFeatures =      0x7 )\n"
-         "--status = ntkStsNoErr\n",
-         true},
-        {"-TNoSuch", "-TNoSuch: ignored: ", false},
-        {"-T", "-T: ignored: ", false},
-    };
-    for (const auto& c : cases) {
-        const Outcome outcome = runWell(quick + Texts{c.key, crc, "-rtable.csv"});
-        EXPECT_EQ(timesIn(outcome.output, c.said), 1) << outcome.output;
-        EXPECT_EQ(timesIn(outcome.output, "--calling ntkSetCpuFeatures("), c.set) << c.key;
-        const Table table(text("table.csv"));
-        EXPECT_EQ(table.rows.size(), 5u) << c.key;
-        EXPECT_EQ(table.column("Result"), std::set<std::string>{"OK"}) << c.key;
-    }
-}
 
 // In front of what is measured. Short, unless they are asked for.
 TEST_F(Keys, MachineFactsAreTests) {

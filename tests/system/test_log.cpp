@@ -60,26 +60,4 @@ TEST_F(Log, HoldsWhatTheConsoleShowed) {
     }
 }
 
-// A directory without input files fails the tests that read them, whose neighbours go on.
-TEST_F(Log, ClosingCountsAgreeWithTheTests) {
-    const Outcome outcome = runWell(quick + Texts{"-fCRC32", "-fLZ4_8u", "-rtable.csv"});
-    const int tests = timesIn(outcome.output, " Function : ");
-    const int successes = timesIn(outcome.output, " Result   : successfully");
-    EXPECT_EQ(tests, 5);
-    EXPECT_EQ(successes, 3);
-    EXPECT_EQ(timesIn(outcome.output, "--No measurements have been done\n"), tests - successes);
-    const struct {
-        const char* label;
-        int count;
-    } counts[] = {{".Number of tests: ", tests}, {".Successes      : ", successes},
-                  {".Failures       : ", 2},     {"...Fails        : ", 2},
-                  {".....-FAIL      : ", 2},     {".....-EXCPTFAIL : ", 0},
-                  {"...Notes        : ", 0},     {".....-BADSTSWRN : ", 0},
-                  {"...Undefined    : ", 0}};
-    for (const auto& expected : counts) {
-        EXPECT_EQ(closingCount(outcome.output, expected.label), expected.count) << expected.label;
-    }
-    EXPECT_EQ(Table(text("table.csv")).rows.size(), 15u);
-}
-
 } // namespace

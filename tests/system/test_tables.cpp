@@ -47,17 +47,6 @@ TEST_F(Tables, EveryCellStandsInTheColumnThatTheNameLineNames) {
     }
 }
 
-TEST_F(Tables, TheInterestColumnIsNamedAndFilled) {
-    runWell(quick + Texts{crc, "-rtable.csv", "-H"});
-    const Table table(text("table.csv"));
-    EXPECT_EQ(table.names.back(), "Interest");
-    ASSERT_EQ(table.rows.size(), 5u);
-    for (const Texts& row : table.rows) {
-        ASSERT_EQ(row.size(), table.names.size());
-        EXPECT_EQ(row.back(), "-");
-    }
-}
-
 TEST_F(Tables, TheSummaryHasOneRecordPerTest) {
     runWell(quick + Texts{"-fntksCRC", "-fAdler", "-usum.csv"});
     const Texts lines = linesOf(text("sum.csv"));
@@ -77,23 +66,6 @@ TEST_F(Tables, TheSummaryHasOneRecordPerTest) {
         EXPECT_EQ(record["ExeName"], NTK_PERF_FILE);
     }
     EXPECT_EQ(timesIn(text("sum.csv"), "\n.Successes      ,4\n"), 1);
-}
-
-// The small letter makes a file anew, the capital one goes on behind what is there.
-TEST_F(Tables, CapitalKeysAppend) {
-    const struct {
-        const char* keys[3];
-        int runs;
-    } steps[] = {{{"-olog.txt", "-rtable.csv", "-usum.csv"}, 1},
-                 {{"-Olog.txt", "-Rtable.csv", "-Usum.csv"}, 2},
-                 {{"-olog.txt", "-rtable.csv", "-usum.csv"}, 1}};
-    for (const auto& step : steps) {
-        runWell(quick + Texts{crc, step.keys[0], step.keys[1], step.keys[2]});
-        EXPECT_EQ(timesIn(text("log.txt"), "PS Summary"), step.runs);
-        EXPECT_EQ(timesIn(text("table.csv"), nameLine), step.runs);
-        EXPECT_EQ(timesIn(text("table.csv"), "\nntksCRC32_8u,8u,"), 5 * step.runs);
-        EXPECT_EQ(timesIn(text("sum.csv"), "END_DATA\n"), step.runs);
-    }
 }
 
 } // namespace
