@@ -52,7 +52,11 @@ public:
 
     psConditions& conditions() { return m_conditions; }
     psOptionList& options() { return m_options; }
-    psOption* getOption(char key) { return m_options.getOption(key); }
+    void initOption(char key, const psString& help, psOption::Info info, psOption::Apply apply,
+                    const psString& detail, bool hidden = false) {
+        m_options.initOption(key, help, info, apply, detail, hidden);
+    }
+    psOption* getOption(char key) { return m_options.getOption(key); } // null: no such key
     psCommandList& commands() { return m_commands; }
     const psGivenKeys& keys() const { return m_keys; }
     psFileClaims& fileClaims() { return m_claims; }

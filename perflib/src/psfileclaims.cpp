@@ -1,7 +1,6 @@
 #include "psfileclaims.h"
 
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace {
 
@@ -32,10 +31,10 @@ void psFileClaims::add(const psString& path, const psString& use, char key) {
     }
 }
 
-void psFileClaims::addConsole(const psString& use) {
-    struct stat file;
-    if (fstat(STDOUT_FILENO, &file) == 0 && S_ISREG(file.st_mode)) {
-        m_claims.append({use, 0, file.st_dev, file.st_ino, ""});
+void psFileClaims::addOpen(int file, const psString& use) {
+    struct stat status;
+    if (fstat(file, &status) == 0 && S_ISREG(status.st_mode)) {
+        m_claims.append({use, 0, status.st_dev, status.st_ino, ""});
     }
 }
 

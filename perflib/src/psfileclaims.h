@@ -21,8 +21,8 @@ public:
 
     void clear() { m_claims.clear(); }
     void add(const psString& path, const psString& use, char key);
-    // Standard output, where the shell sent it into a file.
-    void addConsole(const psString& use);
+    // A file that is open already: standard input or output, where the shell made it a file.
+    void addOpen(int file, const psString& use);
     // The first claim on the file; null when there is none.
     const Claim* find(const psString& path) const;
 

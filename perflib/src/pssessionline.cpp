@@ -1,5 +1,7 @@
 // The command line of a session: where it comes from, in which order it takes effect.
 
+#include <unistd.h>
+
 #include "ps.h"
 #include "psistream.h"
 #include "pstest.h"
@@ -91,7 +93,8 @@ void psSession::setDirectories() {
 // Whatever the session reads or writes already is out of bounds for the output files to come.
 void psSession::readArgumentFiles() {
     m_claims.clear();
-    m_claims.addConsole("console output");
+    m_claims.addOpen(STDIN_FILENO, "console input");
+    m_claims.addOpen(STDOUT_FILENO, "console output");
     for (const psCommandKey& command : m_commands) {
         if (command.key() == '@') {
             m_claims.add(command.arg(), "command line options", '@');

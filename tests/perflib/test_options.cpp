@@ -208,7 +208,7 @@ TEST(Options, KeysThatCountNoMore) {
     const std::string word = "-@" + writeFile(testPath("args"), "-ld -Z6");
     const Captured output;
     OptionSession session;
-    session.options().initOption('Z', "", nullptr, nullptr, "");
+    session.initOption('Z', "", nullptr, nullptr, "");
     EXPECT_TRUE(session.parse({word.c_str()}));
     EXPECT_EQ(timesIn(output.text(),
                       placed("\n-ld: ignored: -l key in argument file, default directory for "
@@ -295,8 +295,8 @@ TEST(Options, Help) {
     const auto textOf = [](char key, bool hidden) {
         const Captured output(PS_OUT_ERR);
         OptionSession session;
-        session.options().initOption('Z', "", nullptr, nullptr, "kept\n");
-        session.options().initOption('z', "-z = last\n", nullptr, nullptr, "");
+        session.initOption('Z', "", nullptr, nullptr, "kept\n");
+        session.initOption('z', "-z = last\n", nullptr, nullptr, "");
         session.hint(key, hidden);
         return output.text();
     };

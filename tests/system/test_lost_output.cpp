@@ -102,6 +102,8 @@ TEST_F(LostOutput, TwoKeysForOneFile) {
                   !c.goesOn)
             << outcome.output;
     }
+    const Outcome answers = runWell(quick + Texts{crc, "-o/dev/stdin"}, {.input = "answers\n"});
+    EXPECT_EQ(timesIn(answers.output, "/dev/stdin is already used for console input\n"), 1);
     EXPECT_EQ(text("old.csv"), "old\n");
     EXPECT_EQ(text("args.txt"), "-s-");
     runWell(quick + Texts{crc, "-rtable", "-Rtable", "-o/dev/null", "-g/dev/null"});
