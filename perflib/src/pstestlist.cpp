@@ -58,15 +58,18 @@ static int markUsed(const psTest& test, const psList<psParameter*>& parms) {
     return marked;
 }
 
+// The test that comes when all are marked already is the last one to be started.
 void psTestList::selectCommonParms(const psConditions& conditions, psList<psParameter*>& parms) {
     int unmarked = 0;
     for (psParameter* parm : parms) {
         parm->setInUse(false);
         ++unmarked;
     }
-    for (auto i = begin(); i != end() && unmarked > 0; ++i) {
+    bool done = false;
+    for (auto i = begin(); i != end() && !done; ++i) {
         if (*i && (*i)->tobeRun(conditions)) {
             (*i)->startAndStop();
+            done = unmarked == 0;
             unmarked -= markUsed(**i, parms);
             (*i)->forgetParms();
         }

@@ -280,6 +280,7 @@ TEST(Output, CellShowsValueQuotesOrDeprecation) {
     psDefault_NSC<psString> name("book1", "File");
     name.addDeprecated("pic", "old input");
     name.addDeprecated("book2", "older input");
+    name.addDeprecated("book2", "the first text stands");
     const struct {
         const char* value;
         bool quoted, deprecated;
@@ -302,19 +303,24 @@ TEST(Output, CellShowsValueQuotesOrDeprecation) {
 }
 
 TEST(Output, CellGoesToTheColumnOfTheParameter) {
-    struct Third : psDefault<int> {
+    struct Placed : psDefault<int> {
         using psDefault<int>::psDefault;
-        int colmIndex() const override { return 3; }
-    } const third(8, "third");
-    psCStream table;
-    third.toCStream(table);
-    psString cell;
-    table.getColm(3, cell);
-    EXPECT_STREQ(cell.c_str(), "8");
-    table.tableFlush();
-    third.nameToCStream(table);
-    table.getColm(3, cell);
-    EXPECT_STREQ(cell.c_str(), "third");
+        int colmIndex() const override { return column; }
+        int column = 0;
+    } placed(8, "placed");
+    for (const int column : {0, 3}) {
+        placed.column = column;
+        psCStream table;
+        table << "x";
+        psString cell;
+        placed.toCStream(table);
+        table.getColm(column, cell);
+        EXPECT_STREQ(cell.c_str(), "8");
+        placed.nameToCStream(table);
+        table.getColm(column, cell);
+        EXPECT_STREQ(cell.c_str(), "placed");
+        EXPECT_EQ(table.nextColm(), 1);
+    }
 }
 
 TEST(Input, TakesGoodDefinitionsAndNamesBadOnes) {
@@ -395,8 +401,8 @@ TEST(FromInput, ARefusedPresetIsReportedOnce) {
         psIterator<int> len(1, "Len");
         EXPECT_FALSE(len.fromIStream(in));
         EXPECT_FALSE(len.fromIStream(in));
-        EXPECT_EQ(log.text(), std::string("--NTK. ") + c.reason + " (Len = " +
-                                  c.preset + " is refused, 1 stays)\n");
+        EXPECT_EQ(log.text(), std::string("--NTK. ") + c.reason + " (Len = " + c.preset +
+                                  " is refused, 1 stays)\n");
     }
 }
 
@@ -426,9 +432,10 @@ TEST(Definitions, AreKeptWhole) {
     const struct {
         psParameter& parm;
         const char *text, *values;
-    } cases[] = {{number, "2", "0.123"}, {alone, "8;9", "5"},       {several, "8;9", "6 7"},
-                 {empty, "1", ""},       {steps, "1;2;3", "16 32 64"}, {steps, "1;9;+4", "16 32 64"},
-                 {hint, "Large", ""},    {files, "c", "a;b"}};
+    } cases[] = {{number, "2", "0.123"},       {alone, "8;9", "5"},
+                 {several, "8;9", "6 7"},      {empty, "1", ""},
+                 {steps, "1;2;3", "16 32 64"}, {steps, "1;9;+4", "16 32 64"},
+                 {hint, "Large", ""},          {files, "c", "a;b"}};
     for (const auto& c : cases) {
         const auto restore = c.parm.keepDefinition();
         c.parm.translate(c.text);

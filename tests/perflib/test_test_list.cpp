@@ -103,27 +103,33 @@ TEST(TestList, RunsTheSelectedTests) {
     EXPECT_EQ(console.text(), before + nothingRun);
 }
 
-TEST(TestList, BeginsWithTheStartFunction) {
+TEST(TestList, TheStartFunctionAndTheHotListChoose) {
     const Captured console;
+    const Aside asideHotList(g_pHotList);
     const struct {
-        const char *start, *ran, *left;
+        const char* start;
+        int hot;
+        const char *ran, *left;
     } cases[] = {
-        {"", "abc", ""},
-        {"y", "bc", ""},
-        {"second", "bc", ""},
-        {"none", "", "none"},
+        {"", 0, "abc", ""},      {"y", 0, "bc", ""}, {"second", 0, "bc", ""},
+        {"none", 0, "", "none"}, {"", 1, "abc", ""}, // marks only
+        {"", 2, "ac", ""},       {"y", 2, "", "y"},  // not hot, and so never reached
     };
+    psRegHotFunction("x");
+    psRegHotFunction("yse"); // a part of a name is no name
     for (const auto& c : cases) {
         LetteredList tests("x ysecond x");
+        psTest::m_hot = c.hot;
         psTestList::m_startFunc = c.start;
         tests.list.runTests({});
         std::string ran;
         for (const psTest* test : tests.list) {
             ran += static_cast<const PlainTest*>(test)->runs ? test->info().name.c_str() : "";
         }
-        EXPECT_EQ(ran, c.ran) << c.start;
+        EXPECT_EQ(ran, c.ran) << c.start << c.hot;
         EXPECT_STREQ(psTestList::m_startFunc.c_str(), c.left);
     }
+    psTest::m_hot = 0;
     psTestList::m_startFunc = "";
 }
 
@@ -150,18 +156,18 @@ TEST(TestList, CommonParametersAreNarrowed) {
         const char* pattern;
         bool cache;
         std::string kept;
-        int starts[3]; // of the tests
+        int starts[4]; // of the tests
     } cases[] = {
-        {"none", false, "", {0, 0, 0}},
-        {"y", false, "Level ", {0, 1, 0}},
-        {"x", true, "Len ", {1, 0, 1}},
-        {"", true, "Len Level ", {1, 1, 0}}, // none is left to look for when it comes to the last
+        {"none", false, "", {0, 0, 0, 0}},
+        {"y", false, "Level ", {0, 1, 0, 0}},
+        {"x", true, "Len ", {1, 0, 1, 1}},
+        {"", true, "Len Level ", {1, 1, 1, 0}}, // the first one too many ends the search
     };
     for (const auto& c : cases) {
         psTest::m_cache = c.cache;
         psTestList list;
         ParmTest* const tests[] = {new ParmTest("x", length), new ParmTest("y", level),
-                                   new ParmTest("x", length)};
+                                   new ParmTest("x", length), new ParmTest("x", length)};
         for (psTest* test : tests) {
             list.append(test);
         }
@@ -177,7 +183,7 @@ TEST(TestList, CommonParametersAreNarrowed) {
         }
         EXPECT_EQ(kept, c.kept) << c.pattern;
         EXPECT_EQ(length.isInUse(), c.kept.find("Len") != std::string::npos);
-        for (int i = 0; i < 3; ++i) {
+        for (int i = 0; i < 4; ++i) {
             EXPECT_EQ(tests[i]->starts, c.starts[i]) << c.pattern << i;
             EXPECT_TRUE(tests[i]->parms().empty());
         }
