@@ -44,7 +44,7 @@ psReportEnd::psReportEnd(const psTestList& tests) {
 
 psOStream& operator<<(psOStream& out, const psReportEnd& report) {
     return out << psReportFormat::firstLine() << " " << heading << "\n"
-               << psReportFormat::sepLine() << psReportFormat::getItems(report.items())
+               << psReportFormat::sepLine() << psReportFormat().getItems(report.items())
                << psReportFormat::lastLine();
 }
 

@@ -18,14 +18,14 @@ psString psReportFormat::sepLine() {
     return lineOf('-');
 }
 
-psString psReportFormat::getPieceItem(const psString& label, const psString& value) {
-    return psFormat(" %-9s: %s", label.c_str(), value.c_str());
+psString psReportFormat::getPieceItem(const psString& label, const psString& value) const {
+    return psFormat(" %-9s: %s%s", label.c_str(), value.c_str(), m_endLine ? "\n" : "");
 }
 
-psString psReportFormat::getItems(const psDataList& items) {
+psString psReportFormat::getItems(const psDataList& items) const {
     psString lines;
     for (const psDataItem& item : items) {
-        lines += getPieceItem(item.name, item.value) + "\n";
+        lines += getPieceItem(item.name, item.value);
     }
     return lines;
 }

@@ -20,7 +20,7 @@ psReportTestTitle::psReportTestTitle(const psTest& test) {
 }
 
 psOStream& operator<<(psOStream& out, const psReportTestTitle& report) {
-    return out << psReportFormat::sepLine() << psReportFormat::getItems(report.items());
+    return out << psReportFormat::sepLine() << psReportFormat().getItems(report.items());
 }
 
 psCStream& operator<<(psCStream& table, const psReportTestTitle&) {
@@ -75,9 +75,8 @@ psReportTestResult::psReportTestResult(psTest& test)
     m_cells.append(psSession::m_exePath);
 
     const psString outcome = psResultWord(test.result());
-    m_text = psReportFormat::getPieceItem("Result",
-                                          outcome + ", " + psReportFormat::getTimeStr(seconds)) +
-             "\n";
+    m_text = psReportFormat().getPieceItem("Result",
+                                           outcome + ", " + psReportFormat::getTimeStr(seconds));
     if (m_measuredNothing) {
         m_text += "--No measurements have been done\n";
     }

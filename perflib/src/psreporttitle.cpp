@@ -15,7 +15,7 @@ psReportTitle::psReportTitle(const psTestList& tests) {
 }
 
 psOStream& operator<<(psOStream& out, const psReportTitle& report) {
-    return out << psReportFormat::firstLine() << psReportFormat::getItems(report.items())
+    return out << psReportFormat::firstLine() << psReportFormat().getItems(report.items())
                << psReportFormat::lastLine();
 }
 
@@ -29,8 +29,10 @@ psCStream& operator<<(psCStream& table, const psReportTitle& report) {
 }
 
 void psTitleToSummary(psCStream& summary, const psReportTitle& report) {
+    psReportFormat format;
+    format.setEndLine(false);
     for (const psDataItem& item : report.items()) {
-        summary.setNextColm(item.name + ": " + item.value);
+        summary.setNextColm(format.getPieceItem(item.name, item.value));
     }
     summary.lineOut(0);
 }

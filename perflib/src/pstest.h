@@ -135,7 +135,8 @@ public:
     // Clocks per unit, or with rate the floating-point operations per second in millions.
     psString perfString(bool rate);
     psString testResultString();
-    psString getCacheComment(const psString& fallback);
+    // The cache mode and the separator behind it; empty outside of cache mode.
+    psString getCacheComment(const psString& separator);
     // A vector of this combination: see psAllocateVector.
     static void* allocate(int size, int n, void* tag = nullptr);
     static void deallocate(void* block);

@@ -92,9 +92,10 @@ TEST(Reports, TitleHasFiveItems) {
     std::string log = thick, table, summary;
     for (const psDataItem& item : title.items()) {
         const std::string name = item.name.c_str(), value = item.value.c_str();
-        log += " " + name + std::string(9 - name.length(), ' ') + ": " + value + "\n";
+        const std::string piece = " " + name + std::string(9 - name.length(), ' ') + ": " + value;
+        log += piece + "\n";
         table += name + "|" + value + "\n";
-        summary += (summary.empty() ? "" : "|") + name + ": " + value;
+        summary += (summary.empty() ? "" : "|") + piece;
     }
     EXPECT_EQ(logText(title), log + thick);
     // Commas of the values become blanks, those between the cells stay.

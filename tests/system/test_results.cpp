@@ -88,4 +88,14 @@ TEST_F(Results, NotesArePassedOverWhereOnlyErrorsAreTold) {
     expectCounts({"-fresult", "-LERR"}, milder);
 }
 
+TEST_F(Results, TheTotalTimeIsThatOfTheRun) {
+    const Outcome outcome = runWell({"-B", "-f=memset"}, {.program = NTK_EXAMPLE_FILE});
+    const std::string label = " .Total time     : 00:00:";
+    const size_t at = outcome.output.find(label);
+    ASSERT_NE(at, std::string::npos) << outcome.output;
+    const int seconds = std::stoi(outcome.output.substr(at + label.length()));
+    EXPECT_GT(outcome.wallSeconds, 2); // the frequency is read
+    EXPECT_NEAR(seconds, outcome.wallSeconds, 1.1);
+}
+
 } // namespace
