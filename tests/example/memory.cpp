@@ -1,9 +1,8 @@
 // Tests of the memory functions. A test is a call of the function, without arguments, the timing
 // functions that are made from it, and a class that prepares what the call works on.
 
-#include <cstring>
-
 #include <climits>
+#include <cstring>
 
 #include "dctiming.h"
 #include "example.h"

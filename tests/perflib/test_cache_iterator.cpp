@@ -170,7 +170,7 @@ public:
     }
     bool initData() override {
         m_data = m_length.value() > mostElements ? nullptr : allocate(2 * m_length.value(), 0);
-        return true;
+        return m_data || !refuses;
     }
     void flushData() override { deallocate(m_data); }
     psResult runTiming() override {
@@ -180,6 +180,7 @@ public:
     }
     std::string measured;
     int mostElements = INT_MAX;
+    bool refuses = false; // more elements than that, where otherwise there is just no memory
 
 private:
     psIterator<int>& m_length;
@@ -310,6 +311,19 @@ TEST_F(CacheIterator, RepeatsUntilItGivesUp) {
     EXPECT_FALSE(bare.setNewValueToParm(1, 2, false)); // knows no parameter's type
 }
 
+TEST_F(CacheIterator, OnlyWhatStaysTooSmallLowersTheLimit) {
+    const Captured output;
+    psCacheIteratorInt& cache = begin(0, 0, recordAsked);
+    for (const int total : {9500, 9500, 500, 9500, 500}) {
+        hold(total);
+        EXPECT_FALSE(cache.validateSize());
+        EXPECT_TRUE(cache.repeatValue());
+        EXPECT_EQ(cache.lowSize(), 1000);
+    }
+    EXPECT_TRUE(cache.validateSize());
+    EXPECT_EQ(cache.lowSize(), 100);
+}
+
 // A new mode, and a size that fits, begin with a coarse step and without old tries.
 TEST_F(CacheIterator, BeginsAnew) {
     const Captured output;
@@ -344,6 +358,7 @@ TEST_F(CacheIterator, ATestMeasuresInBothModes) {
         int mostElements;
         const char* measured;
         psResult result;
+        bool refuses = false;
     } cases[] = {
         {"600;10", true, false, INT_MAX,
          "600 inCache/1; 600 inCache/2; 9600 outofCache/1; 9600 outofCache/2; ", PS_OK},
@@ -353,6 +368,7 @@ TEST_F(CacheIterator, ATestMeasuresInBothModes) {
          "3125 inCache/1; 3125 inCache/2; 100000 outofCache/1; 100000 outofCache/2; ", PS_OK},
         {"600;10", false, false, INT_MAX, "600 1; 600 2; 10 1; 10 2; ", PS_OK},
         {"600", true, false, 5000, "600 inCache/1; 600 inCache/2; ", PS_DATA_FAIL},
+        {"600", true, false, 5000, "600 inCache/1; 600 inCache/2; ", PS_OK, true}, // passed over
     };
     for (const auto& c : cases) {
         psTest::m_cache = c.cacheMode;
@@ -361,6 +377,7 @@ TEST_F(CacheIterator, ATestMeasuresInBothModes) {
         length.translate(c.lengths);
         CopyTest test(length);
         test.mostElements = c.mostElements;
+        test.refuses = c.refuses;
         EXPECT_EQ(test.run(), c.result) << c.lengths;
         EXPECT_EQ(test.measured, c.measured) << c.lengths;
     }

@@ -36,7 +36,7 @@ struct Case {
 
 TEST_F(CacheMode, ScalesTheDataIntoTheCacheAndOutOfIt) {
     const Case cases[] = {
-        {{"-f=memcpy", "-dLength=64"},
+        {{"-f=memcpy", "-i" + path("set.ini")}, // its own section holds, too
          "64 totalSize=128",
          [](const std::string& length) { return 2 * std::stoll(length); }},
         {{"-f=memmove", "-dSize=8x8"},
@@ -46,6 +46,7 @@ TEST_F(CacheMode, ScalesTheDataIntoTheCacheAndOutOfIt) {
              return width * (std::stoll(size.substr(size.find('x') + 1)) + 1);
          }},
     };
+    write("set.ini", "[memcpy]\nLength=64\n");
     for (const Case& c : cases) {
         const std::string console = output(c.keys);
         const long long cache = largestCacheBytes(console);

@@ -145,7 +145,7 @@ const Check checks[] = {
     {"ntkperf -@quick.arg -fAdler -unight",
      {never(old, "night.csv"), in("night.csv", summary), in("night.csv", "\nEND_DATA\n")}},
     {"ntkperf -@quick.arg -fAdler -Unight",
-     {in("night.csv", old + "Processor: "), in("night.csv", summary),
+     {in("night.csv", old + " Processor: "), in("night.csv", summary),
       in("night.csv", "\nEND_DATA\n")}},
     {"ntkperf -@quick.arg -fAdler -gdone", {in("done.end", "00:00:0"), in("done.end", "\n", 3)}},
     {"ntkperf -@quick.arg -fAdler -nnight -o -r -u -q -g",
