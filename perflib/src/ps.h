@@ -126,6 +126,7 @@ private:
     static constexpr int notListed = 100;
 
     void resetModes();
+    void claimConsole();
     void readArguments(int argc, char** argv);
     bool readCfgFile(psString& text, psString& file);
     void setDirectories();

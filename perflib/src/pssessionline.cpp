@@ -23,6 +23,7 @@ void psSession::resetModes() {
 bool psSession::parseCommandLine(int argc, char** argv) {
     m_exePath = argc > 0 ? argv[0] : "";
     resetModes();
+    claimConsole();
     readArguments(argc, argv);
     m_keys.noteLine(m_commands);
     setExitLevel();
@@ -55,6 +56,7 @@ void psSession::readArguments(int argc, char** argv) {
         m_commands.setArgs(argc - 1, argv + 1);
         m_report.append("\n");
     } else if (readCfgFile(text, file)) {
+        m_claims.add(file, "command line options", 0);
         m_commands.setArgs(text.c_str());
         m_report.append("read from " + file + " file\n");
     } else if (pCmdLine) {
@@ -91,10 +93,13 @@ void psSession::setDirectories() {
 }
 
 // Whatever the session reads or writes already is out of bounds for the output files to come.
-void psSession::readArgumentFiles() {
+void psSession::claimConsole() {
     m_claims.clear();
     m_claims.addOpen(STDIN_FILENO, "console input");
     m_claims.addOpen(STDOUT_FILENO, "console output");
+}
+
+void psSession::readArgumentFiles() {
     for (const psCommandKey& command : m_commands) {
         if (command.key() == '@') {
             m_claims.add(command.arg(), "command line options", '@');
@@ -113,7 +118,8 @@ void psSession::readArgumentFiles() {
 void psSession::applyCommands() {
     m_keys.noteAll(m_commands, m_options);
     for (const psCommandKey& command : m_commands) {
-        if (command.key() != ' ') {
+        const bool isLeadingEntry = command.key() == ' ' && command.arg().empty();
+        if (!isLeadingEntry) {
             applyCommand(command);
         }
     }

@@ -16,6 +16,7 @@ TEST_F(BadInput, IsNamedAndTheRunGoesOn) {
         std::string said;
     } cases[] = {
         {"-Zfoo", "-Zfoo: ignored: incorrect option key\n"},
+        {"- foo", "- foo: ignored: incorrect option key\n"},
         {"-Z" + longWord, ": ignored: incorrect option key\n"},
         {"-dCodeLength=abc", "Invalid value of CodeLength = abc"},
         {"-dCodeLength=16384;65536;*x", "Invalid step = x"},

@@ -72,6 +72,11 @@ TEST_F(SettingsFiles, TheCfgFileIsTheCommandLineOfAProgramWithoutArguments) {
     write("here/mine.cfg", "-v");
     const Outcome current = runWell({}, installed());
     EXPECT_EQ(timesIn(current.output, "read from mine.cfg file\n-v: "), 1) << current.output;
+
+    const std::string log = "-B -f=nothing -o" + path("here/mine.cfg");
+    write("here/mine.cfg", log);
+    EXPECT_EQ(timesIn(runWell({}, installed()).output, "mine.cfg is already used for command"), 1);
+    EXPECT_EQ(text("here/mine.cfg"), log);
 }
 
 TEST_F(SettingsFiles, NamesNobodyGaveAreMadeOfTheProgramsOwn) {
