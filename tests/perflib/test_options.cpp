@@ -1,4 +1,5 @@
 #include <cstring>
+#include <regex>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -425,25 +426,45 @@ TEST(Options, SettingsFile) {
 
 TEST(Options, FeaturesReachTheLibraryAndTestsAreListed) {
     static Ntk64u features;
-    features = 0;
+    static NtkStatus status, initStatus;
     const auto setFeatures = ntk_SetCpuFeatures;
+    const auto init = ntk_Init;
     psRegNtkEnvironment([] {
-        ntk_SetCpuFeatures = [](Ntk64u mask) -> NtkStatus {
+        ntk_SetCpuFeatures = [](Ntk64u mask) {
             features = mask;
-            return 0;
+            return status;
         };
+        ntk_Init = [] { return initStatus; };
     });
+    const struct {
+        NtkStatus status, initStatus;
+        std::string told; // "N": the library's text of a status
+    } cases[] = {
+        {0, -5, "--status = ntkStsNoErr\n"},
+        {3, -5, "--NTK FAIL. status = 3: N\n"},
+        {-2, 4, "--NTK FAIL. status = -2: N\n--calling ntkInit()\n"},
+        {-2, -5, "--NTK FAIL. status = -2: N\n--calling ntkInit()\n--NTK FAIL. status = -5: N\n"},
+    };
     const std::string file = testPath("listing.txt");
-    {
-        const StdoutTo out(file);
-        OptionSession session;
-        char words[][16] = {"prog", "-e-", "-TSSE2,AVX2", "-TFOO"};
-        char* argv[] = {words[0], words[1], words[2], words[3], nullptr};
-        EXPECT_EQ(session.run(4, argv), 0);
-        g_ostrm.close();
+    for (const auto& c : cases) {
+        features = 0;
+        status = c.status;
+        initStatus = c.initStatus;
+        {
+            const StdoutTo out(file);
+            OptionSession session;
+            char words[][16] = {"prog", "-e-", "-TSSE2,AVX2", "-TFOO"};
+            char* argv[] = {words[0], words[1], words[2], words[3], nullptr};
+            EXPECT_EQ(session.run(4, argv), 0);
+            g_ostrm.close();
+        }
+        EXPECT_EQ(features, 0x81dfu);
+        const std::string output =
+            std::regex_replace(readFile(file), std::regex("(FAIL. status = -?\\d: ).*"), "$1N");
+        EXPECT_EQ(timesIn(output, "__psBraskCpu"), 1) << output;
+        EXPECT_EQ(timesIn(output, "ntkCpuFeatures =   0x81df )\n" + c.told + "\n"), 1) << output;
     }
     psRegNtkEnvironment(nullptr);
     ntk_SetCpuFeatures = setFeatures;
-    EXPECT_EQ(features, 0x81dfu);
-    EXPECT_EQ(timesIn(readFile(file), "__psBraskCpu"), 1) << readFile(file);
+    ntk_Init = init;
 }
