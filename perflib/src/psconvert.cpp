@@ -138,9 +138,27 @@ void operator<<(void*& value, const psString& s) {
     value = reinterpret_cast<void*>(static_cast<std::intptr_t>(address));
 }
 
-bool psIsInt(const psString& s) {
+// What a conversion left of s, and whether it overflowed.
+static bool tookAll(const psString& s, const char* end) {
+    return !s.empty() && end == s.c_str() + s.length() && errno == 0;
+}
+
+bool psIsNumber(const psString& s, long long) {
     char* end = nullptr;
     errno = 0;
-    const long value = std::strtol(s.c_str(), &end, isHexadecimal(s) ? 16 : 10);
-    return !s.empty() && *end == '\0' && errno == 0 && value >= INT_MIN && value <= INT_MAX;
+    std::strtoll(s.c_str(), &end, isHexadecimal(s) ? 16 : 10);
+    return tookAll(s, end);
+}
+
+bool psIsNumber(const psString& s, int) {
+    long long value = 0;
+    value << s;
+    return psIsNumber(s, value) && value >= INT_MIN && value <= INT_MAX;
+}
+
+bool psIsNumber(const psString& s, double) {
+    char* end = nullptr;
+    errno = 0;
+    std::strtod(s.c_str(), &end);
+    return tookAll(s, end);
 }

@@ -88,8 +88,8 @@ public:
     // The value of text; throws psException when it has none.
     virtual T validItem(const psString& text) {
         const T value = stringToValue(text);
-        if constexpr (std::is_same_v<T, int>) {
-            if (validString().empty() && !text.empty() && !psIsInt(text)) {
+        if constexpr (std::is_arithmetic_v<T> && !std::is_same_v<T, bool>) {
+            if (validString().empty() && !text.empty() && !psIsNumber(text, value)) {
                 text.setBad(true);
             }
         }

@@ -36,12 +36,25 @@ bool psIniFile::open(const psString& name, bool write) {
     return m_open;
 }
 
+// A carriage return ends a line, too: files come from many systems, and what stands behind a
+// section header on its line is lost. A zero byte would hide the rest.
+static psStringList linesIn(psString text) {
+    for (int i = 0; i < text.length(); ++i) {
+        text.at(i) = text[i] ? text[i] : ' ';
+    }
+    psStringList lines;
+    text.parse(lines, "\r");
+    return lines;
+}
+
 bool psIniFile::readFile(bool report) {
     i_stream in(m_name, PS_OPEN_READ, report);
     psSectionItem* section = nullptr;
-    psString line;
-    while (in.getline(line)) {
-        section = readLine(line, section);
+    psString text;
+    while (in.getline(text)) {
+        for (const psString& line : linesIn(text)) {
+            section = readLine(line, section);
+        }
     }
     // Half of a file must not pass for the whole, as writing it back would lose the rest.
     if (in.failed()) {
@@ -87,8 +100,7 @@ static void readValue(psValues& values, const psString& content, const psString&
 }
 
 // Returns the section of the line after this one.
-psSectionItem* psIniFile::readLine(const psString& line, psSectionItem* section) {
-    psString content = onOneLine(line);
+psSectionItem* psIniFile::readLine(psString content, psSectionItem* section) {
     const psString comment = cutComment(content);
     content.trim();
     if (content.empty()) {

@@ -76,7 +76,7 @@ public:
 
 private:
     bool readFile(bool report);
-    psSectionItem* readLine(const psString& line, psSectionItem* section);
+    psSectionItem* readLine(psString content, psSectionItem* section);
     void forget();
 
     psString m_name;

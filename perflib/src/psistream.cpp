@@ -69,7 +69,13 @@ static bool hasValue(const psValueItem* item) {
 bool psIStream::willAsk(const psString& name) const {
     // A session that writes the settings measures nothing: an answer would go nowhere.
     return isAsking() && !m_writing && !name.empty() && !m_presets.exist(name) &&
-           !hasValue(m_ini.find(m_section, name));
+           !hasValue(m_ini.find(m_section, name)) && !isCommonlySet(name);
+}
+
+// What the common section holds was taken for all tests, if it can be.
+bool psIStream::isCommonlySet(const psString& name) const {
+    const psValueItem* const item = m_ini.find(commonSection, name);
+    return hasValue(item) && item->m_asked;
 }
 
 psIStream::Source psIStream::read(const psString& name, const psString& prompt,

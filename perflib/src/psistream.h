@@ -55,6 +55,7 @@ private:
         bool used = false;
     };
     bool findPreset(const psString& name, psString& value);
+    bool isCommonlySet(const psString& name) const;
     Source ask(const psString& prompt, const psString& defaultText, psString& value);
 
     FILE* m_console = nullptr;

@@ -1,22 +1,32 @@
 #include "psreplace.h"
 
 #include <cerrno>
+#include <climits>
 #include <cstdlib>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-// The path with every link followed; the name as it is when there is no such file yet.
-static psString resolve(const psString& name) {
-    char* const path = realpath(name.c_str(), nullptr);
-    const psString resolved = path ? psString(path) : name;
-    free(path);
-    return resolved;
-}
-
 static psString directoryOf(const psString& path) {
     const psString directory = path.substr(0, path.rfind("/") + 1);
     return directory.empty() ? psString("./") : directory;
+}
+
+// The path with every link followed, also where the last one leads to a file that is yet to be
+// made.
+static psString resolve(const psString& name, int moreLinks = 40) {
+    if (char* const path = realpath(name.c_str(), nullptr)) {
+        const psString resolved = path;
+        free(path);
+        return resolved;
+    }
+    char link[PATH_MAX];
+    const ssize_t length = readlink(name.c_str(), link, sizeof link);
+    if (length <= 0 || moreLinks == 0) {
+        return name;
+    }
+    const psString target(link, static_cast<int>(length));
+    return resolve(target[0] == '/' ? target : directoryOf(name) + target, moreLinks - 1);
 }
 
 // The permissions that a new file gets from the process.

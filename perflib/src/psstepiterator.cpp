@@ -15,7 +15,7 @@ bool isOperation(char c) {
 int fieldValue(const psString& field, const char* what) {
     int value = 0;
     value << field;
-    if (!psIsInt(field)) {
+    if (!psIsNumber(field, value)) {
         throw psException(psString("Invalid ") + what + " = " + field);
     }
     return value;

@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <cstdlib>
+#include <cstring>
 #include <stdio_ext.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -121,7 +122,9 @@ bool i_stream::getline(psString& line) {
     const ssize_t length = m_file ? ::getline(&text, &room, m_file) : -1;
     if (length >= 0) {
         const bool ended = length > 0 && text[length - 1] == '\n';
-        line = psString(text, static_cast<int>(ended ? length - 1 : length));
+        const int mark = m_isBegun || strncmp(text, "\xEF\xBB\xBF", 3) != 0 ? 0 : 3;
+        line = psString(text + mark, static_cast<int>(ended ? length - 1 : length) - mark);
+        m_isBegun = true;
     }
     free(text);
     return length >= 0;

@@ -56,12 +56,16 @@ class i_stream : public io_stream {
 public:
     explicit i_stream(const psString& name, int mode = PS_OPEN_READ, bool report = true);
     // The next line without its line end, of any length, any bytes in it kept (a carriage
-    // return too); false at the end of the file, with line untouched.
+    // return too), but for a byte order mark in front of the first; false at the end of the file,
+    // with line untouched.
     bool getline(psString& line);
     // Bytes read into buffer, at most length; 0 when nothing could be read.
     int read(void* buffer, int length);
     // Whether there is no file or a read of it failed, so that the end came too early.
     bool failed() const;
+
+private:
+    bool m_isBegun = false; // a line has been read
 };
 
 // Writes to its file, or to standard output when it stands for the console; writes to a named

@@ -117,9 +117,12 @@ void operator<<(float& value, const psString& s);
 void operator<<(bool& value, const psString& s);
 void operator<<(void*& value, const psString& s);
 
-// Whether the readers above take all of the text as an int (decimal, or hexadecimal after "0x"):
-// they also take "16k" as 16 and let what does not fit wrap, which is no use to a person.
-bool psIsInt(const psString& s);
+// Whether the readers above take all of the text as a number of the second argument's type (whole
+// ones decimal, or hexadecimal after "0x"): they also take "16k" as 16, "1e6" as 1 and "5,5" as 5
+// and let what does not fit wrap, which is no use to a person.
+bool psIsNumber(const psString& s, int);
+bool psIsNumber(const psString& s, long long);
+bool psIsNumber(const psString& s, double);
 
 // value as text, by the writers above.
 template <class T> psString psText(const T& value) {

@@ -102,6 +102,7 @@ TEST(CommandList, ArgumentFilesReplaceTheirKey) {
         {"-@" + file, "@:" + file + "|"}, // not looked through again
         {"-f" + million + "\n-B", "f:" + million + "|B:|"},
         {"-fa\0-fb"s, "f:a|f:b|"},
+        {"\xEF\xBB\xBF-B\r-C", "B:|C:|"},
         {"\"-oa\nb\"", "o:a b|"},
     };
     for (const auto& c : cases) {

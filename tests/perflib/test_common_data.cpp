@@ -74,6 +74,9 @@ TEST(CommonData, TimingMethod) {
         {"Method=Manual NumLoops=0", "manual 10 5%", 1, 1},
         {"Method=Manual NumLoops=many", "manual 10 5%", 1, 1},
         {"Accuracy=0", "auto 5%", 0, 1},
+        {"Accuracy=4,5", "auto 5%", 0, 1},
+        {"Method=Statistic TotalCpuClocks=1e6", "statistic 12 10000 5%", 1, 1},
+        {"Method=Statistic TotalCpuClocks=10000000000000000000", "statistic 12 10000 5%", 1, 1},
     };
     for (const auto& c : cases) {
         const Captured output;

@@ -45,6 +45,7 @@ TEST_F(IniFile, LinesAreReadAndWrittenBack) {
         {" \t text [ name ] more // [other]\n\tx\t=\t1\t", "\n[name]\nx=1\n"},
         {"[a]\nx]=[1\n[b\nc]\n", "\n[a]\nx]=[1\n[b\nc]\n"},
         {"[a]\r\n\r\nx = 1\r\ny\r\r\n", "\n[a]\nx=1\ny\n"},
+        {"\xEF\xBB\xBFx=1\r[a]\ry=2", "x=1\n\n[a]\ny=2\n"},
         {"[a]\nx=" + million, "\n[a]\nx=" + million + "\n"},
         {"", ""},
     };
@@ -194,6 +195,12 @@ TEST_F(IniFile, ReplacingKeepsPermissionsAndLinks) {
     ASSERT_EQ(stat(link.c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 07777, 0640u);
     EXPECT_EQ(readFile(m_path), "\n[a]\n");
+    remove(m_path.c_str()); // a link to a file that is yet to be made
+    psIniFile ini;
+    ASSERT_TRUE(ini.open(link.c_str(), true));
+    ini.write("b");
+    EXPECT_TRUE(ini.close());
+    EXPECT_EQ(readFile(m_path), "\n[b]\n");
 }
 
 TEST(DataList, SetReplacesAndKeepsTheOrder) {

@@ -159,6 +159,10 @@ TEST_F(SettingsFiles, ASectionHoldsForItsTestAlone) {
                               {.input = "\n32\n\n\n\n\n64;128\n\n"});
     EXPECT_EQ(timesIn(asked.output, "for CodeLength [32]: "), 2) << asked.output;
     EXPECT_EQ(timesIn(asked.output, "\nntksCRC32_8u: CodeLength="), 1) << asked.output;
+    // What the file sets for all is not asked for each.
+    const Outcome set = run(Texts{"-A", "-dMethod=Manual", "-dNumLoops=1"} + keys,
+                            {.input = "\n\n\n\n\n\n\n\n"});
+    EXPECT_EQ(timesIn(set.output, "for CodeLength ["), 0) << set.output;
 }
 
 TEST_F(SettingsFiles, WithPTheSectionsNameTheTests) {
