@@ -71,6 +71,11 @@ public:
     void setQuickMode(bool on) { m_quickMode = on; }
     void setEnumMode(int mode) { m_enumMode = mode; }
     void unopenedFile() { m_unopenedFile = true; }
+    // Opens the file when all keys are known, unless two of them want it for different things.
+    using psFileOpener = bool (*)(const psString& path, bool append);
+    void openOutput(const psString& path, bool append, psFileOpener open) {
+        m_outputs.append({path, append, open});
+    }
     void setIniMode(const psString& name, bool write);
     void setSglName(const psString& argument);
     void dropSignal() { m_sglName = ""; }
@@ -120,6 +125,7 @@ public:
 protected:
     bool prepare(int argc, char** argv);
     bool hintOutput();
+    void openOutputs();
 
 private:
     // Of m_enumMode: the modes of "-e" are -1, 0 and 1.
@@ -158,6 +164,12 @@ private:
     bool m_quickMode = false;
     int m_enumMode = notListed;
     bool m_unopenedFile = false;
+    struct Output {
+        psString path;
+        bool append;
+        psFileOpener open;
+    };
+    psList<Output> m_outputs; // to be opened
     psString m_iniName;
     bool m_iniWrite = false;
     // Of the command line, until it is printed. In pieces, because a text that grows by one of a

@@ -25,7 +25,7 @@ bool locate(const psString& path, psFileClaims::Claim& claim) {
 } // namespace
 
 void psFileClaims::add(const psString& path, const psString& use, char key) {
-    Claim claim = {use, key, 0, 0, ""};
+    Claim claim = {use, key, 0, 0, "", false};
     if (locate(path, claim)) {
         m_claims.append(claim);
     }
@@ -34,16 +34,20 @@ void psFileClaims::add(const psString& path, const psString& use, char key) {
 void psFileClaims::addOpen(int file, const psString& use) {
     struct stat status;
     if (fstat(file, &status) == 0 && S_ISREG(status.st_mode)) {
-        m_claims.append({use, 0, status.st_dev, status.st_ino, ""});
+        m_claims.append({use, 0, status.st_dev, status.st_ino, "", false});
     }
 }
 
 const psFileClaims::Claim* psFileClaims::find(const psString& path) const {
-    Claim wanted = {};
+    return const_cast<psFileClaims*>(this)->find(path);
+}
+
+psFileClaims::Claim* psFileClaims::find(const psString& path) {
+    Claim wanted = {"", 0, 0, 0, "", false};
     if (!locate(path, wanted)) {
         return nullptr;
     }
-    for (const Claim& claim : m_claims) {
+    for (Claim& claim : m_claims) {
         if (claim.device == wanted.device && claim.node == wanted.node &&
             claim.name == wanted.name) {
             return &claim;

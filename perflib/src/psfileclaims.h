@@ -15,8 +15,9 @@ public:
         psString use; // completes "used for"
         char key;     // that asked for it; 0 for none
         dev_t device;
-        ino_t node;    // of the file; of its directory while the file is not there
-        psString name; // while the file is not there
+        ino_t node;            // of the file; of its directory while the file is not there
+        psString name;         // while the file is not there
+        bool disputed = false; // another key wants the file for something else
     };
 
     void clear() { m_claims.clear(); }
@@ -25,6 +26,7 @@ public:
     void addOpen(int file, const psString& use);
     // The first claim on the file; null when there is none.
     const Claim* find(const psString& path) const;
+    Claim* find(const psString& path);
 
 private:
     psList<Claim> m_claims;

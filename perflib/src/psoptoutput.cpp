@@ -46,10 +46,11 @@ template <const OutputFile& File, bool Append> psString fileInfo(const psString&
 
 // A second key for what the file receives anyway is passed over. A file that is used for something
 // else ends the session, before anything in it is lost.
-void respect(const psFileClaims::Claim& claim, const OutputFile& file, psSession* session) {
+void respect(psFileClaims::Claim& claim, const OutputFile& file, psSession* session) {
     if (claim.use == file.content) {
         return;
     }
+    claim.disputed = true;
     session->unopenedFile();
     if (claim.use == signalUse) {
         session->dropSignal();
@@ -59,12 +60,11 @@ void respect(const psFileClaims::Claim& claim, const OutputFile& file, psSession
 template <const OutputFile& File, bool Append>
 void openFile(const psString& argument, psSession* session) {
     const psString path = outputPath(File, argument);
-    if (const psFileClaims::Claim* const claim = session->fileClaims().find(path)) {
+    if (psFileClaims::Claim* const claim = session->fileClaims().find(path)) {
         respect(*claim, File, session);
-    } else if (File.open(path, Append)) {
-        session->fileClaims().add(path, File.content, Append ? File.appendKey : File.createKey);
     } else {
-        session->unopenedFile();
+        session->fileClaims().add(path, File.content, Append ? File.appendKey : File.createKey);
+        session->openOutput(path, Append, File.open);
     }
 }
 
@@ -151,7 +151,8 @@ psString signalInfo(const psString& argument) {
 
 void setSignal(const psString& argument, psSession* session) {
     const psString path = psSession::genOutPath(argument, ".end");
-    if (session->fileClaims().find(path)) {
+    if (psFileClaims::Claim* const claim = session->fileClaims().find(path)) {
+        claim->disputed = true;
         session->unopenedFile();
         return;
     }
@@ -219,7 +220,7 @@ void psInitOutputOptions(psOptionList& options) {
     initLogOptions(options);
     initTableOptions(options);
     // Not tied to a run: the file is written at the end of every session.
-    options.initOption(
-        'g', "-g[<file-name>]  = create signal file at the end of the whole testing\n", signalInfo,
-        setSignal, psDefaultPathText('l', ".end") + psLastKeyText("-g"));
+    options.initOption('g',
+                       "-g[<file-name>]  = create signal file at the end of the whole testing\n",
+                       signalInfo, setSignal, psDefaultPathText('l', ".end") + psLastKeyText("-g"));
 }

@@ -16,6 +16,7 @@ void psSession::resetModes() {
     m_nameExit = false;
     m_unopenedFile = false;
     m_iniName = "";
+    m_outputs.clear();
     m_report.clear();
     m_report.append("Command line options: ");
 }
@@ -31,6 +32,7 @@ bool psSession::parseCommandLine(int argc, char** argv) {
     g_ostrm.setOutLevel(PS_OUT_PERF);
     readArgumentFiles();
     applyCommands();
+    openOutputs();
     g_ostrm << PS_NORMAL;
     for (const psString& piece : m_report) {
         g_ostrm << piece;
@@ -123,6 +125,18 @@ void psSession::applyCommands() {
             applyCommand(command);
         }
     }
+}
+
+// Behind the last key, because the first of two that dispute a file must not have emptied it.
+void psSession::openOutputs() {
+    for (const Output& output : m_outputs) {
+        const psFileClaims::Claim* const claim = m_claims.find(output.path);
+        const bool disputed = claim && claim->disputed;
+        if (!disputed && !output.open(output.path, output.append)) {
+            m_unopenedFile = true;
+        }
+    }
+    m_outputs.clear();
 }
 
 // A key that is good by itself but replaced by a later one has no effect.

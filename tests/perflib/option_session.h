@@ -47,6 +47,7 @@ public:
     }
     std::string effect(char key, const char* argument) {
         getOption(key)->apply(argument, this);
+        openOutputs();
         return state();
     }
     std::string state() {

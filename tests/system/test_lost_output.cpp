@@ -84,6 +84,7 @@ TEST_F(LostOutput, TwoKeysForOneFile) {
          "-ulink",
          "link.csv is already used for PS results (-R key)",
          false},
+        {{"-u" + old, "-R" + old}, "-R" + old, "summary table (-u key)", false},
         {{"-gold.csv", "-R" + old}, "-R" + old, "the end signal (-g key)", false},
         {{"-R" + old, "-gold.csv"},
          "-gold.csv",
