@@ -119,7 +119,8 @@ TEST(CommandList, AnUnreadableArgumentFileIsNamed) {
     const std::string log = testPath("log.txt");
     g_ostrm.addStream(log.c_str(), false);
     psCommandList list;
-    list.setArgs(("-@/no/file -@/proc/self/mem -@" + testing::TempDir() + " -@ -B \"-@" + good + "\"").c_str());
+    const std::string keys = "-@/no/file -@/proc/self/mem -@" + testing::TempDir() + " -@ -B \"-@";
+    list.setArgs((keys + good + "\"").c_str());
     EXPECT_FALSE(list.expandFiles());
     g_ostrm.close();
     EXPECT_EQ(textOf(list), "B:|f:good|");
