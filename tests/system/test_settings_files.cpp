@@ -27,11 +27,12 @@ protected:
 
 TEST_F(SettingsFiles, ArgumentFilesStandInPlaceOfTheirKey) {
     write("a.arg", "-B;-dMethod=Manual\n\t-dNumLoops=1 -f=ntksAdler32_8u\r\n"
-                   "\"-olog with blanks.txt\" -r \"table with blanks.csv\" -@b.arg stray\n");
+                   "\"-olog with blanks.txt\" -r \"table with blanks.csv\" -@b.arg -@a.arg stray\n");
     write("b.arg", "-Zneverseen");
     write("empty.arg", "");
     const Outcome outcome = runWell({"-f=ntksCRC32_8u", "-@a.arg", "-@", "empty.arg", "-s-"});
     EXPECT_EQ(timesIn(outcome.output, "Zneverseen"), 0) << "a file in a file is not expanded";
+    EXPECT_EQ(timesIn(outcome.output, "-@a.arg: ignored: -@ key in argument file\n"), 1);
     const size_t place = outcome.output.find("-B: batch mode\n");
     EXPECT_LT(outcome.output.find("-f=ntksCRC32_8u: "), place);
     EXPECT_GT(outcome.output.find("-s-: don't sort functions\n"), place);
