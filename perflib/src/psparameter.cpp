@@ -80,7 +80,9 @@ bool psParameter::fromIStream(psIStream& in) {
     if (!m_inUse) {
         return false;
     }
-    for (;;) {
+    // What answers wrongly so often is no person, and would do so for ever.
+    constexpr int mostAnswers = 10;
+    for (int answers = 1; answers <= mostAnswers; ++answers) {
         psString text;
         const psIStream::Source source = in.read(m_name, prompt(), defaultString(), text);
         // An empty definition that was written to a settings file comes back as an empty text.
@@ -102,6 +104,10 @@ bool psParameter::fromIStream(psIStream& in) {
             return false;
         }
     }
+    g_ostrm << PS_ERR << "-- " << mostAnswers << " answers were refused, " << m_name << " stays "
+            << defaultString() << "\n"
+            << PS_END;
+    return false;
 }
 
 void psParameter::reportRefused(const char* message, const psString& text) const {

@@ -134,6 +134,9 @@ TEST(IStream, BadAnswersAreAskedAgain) {
               "for Len [4]: x\n"
               "--NTK. Exception: Invalid value of Len = x (Len = x is refused, 4 stays)\n"
               "for Len [4]: 8\n");
+    Asking junk("x\nx\nx\nx\nx\nx\nx\nx\nx\nx\n16\n"); // what never ends must not hold the run
+    EXPECT_FALSE(length.fromIStream(junk));
+    EXPECT_TRUE(output.text().ends_with("-- 10 answers were refused, Len stays 8\n"));
 }
 
 // A pipe, a directory, a file opened for writing: whatever standard input is.
