@@ -8,7 +8,8 @@
 packages=(
     g++ cmake ninja-build                  # to build
     liblz4-dev libdeflate-dev libisal-dev  # inside the measured library
-    zlib1g-dev                             # comparisons and tests
+    libdivsufsort-dev liblzo2-dev libzfp-dev
+    zlib1g-dev bzip2 libbz2-dev            # comparisons and tests
     libgtest-dev                           # tests
 )
 

@@ -1,6 +1,16 @@
-/* libntkdc.so.12: data-compression primitives. */
+/* libntkdc.so.12: data-compression primitives. Checksums and LZ4 stand here, the other methods in
+ * the headers that this one includes.
+ */
 #pragma once
 
+#include "ntkdcbwt.h"
+#include "ntkdcbz2.h"
+#include "ntkdcbz2huff.h"
+#include "ntkdcdeflate.h"
+#include "ntkdcinflate.h"
+#include "ntkdclzo.h"
+#include "ntkdclzss.h"
+#include "ntkdczfp.h"
 #include "ntkdefs.h"
 
 #ifdef __cplusplus
