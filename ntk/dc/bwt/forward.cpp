@@ -1,0 +1,110 @@
+// Forward Burrows-Wheeler transform, over cyclic rotations as in bzip2.
+//
+// Method (Burrows and Wheeler, 1994, A Block-sorting Lossless Data Compression Algorithm): sort all
+// rotations of the text; the last byte of each, in that order, is the transform, and the row of the
+// unrotated text makes it invertible.
+//
+// Equal rotations would trouble every sort. They occur only where the text is a power of a shorter
+// word; then the word is transformed instead and every byte of the result repeated, since each of
+// its rotations begins at as many places of the text. So the sorts see only words whose rotations
+// all differ, see sorts.h: the two-stage sort (twostage.cpp, starsort.h) and the suffix sort
+// (suffixsort.cpp).
+//
+// State: all in the caller's buffer, see workspace.h; the text stands in it twice in a row, so that
+// a rotation is a plain stretch of bytes, and so that the result may be written over the source.
+//
+// Limits: maxTextLen; 20 bytes of buffer for each of the text and some 260 KiB.
+
+#include "ntkdcbwt.h"
+
+#include <cstring>
+
+#include "sorts.h"
+#include "words.h"
+
+namespace ntk::bwt {
+
+namespace {
+
+bool isLength(int srcLen) {
+    return srcLen >= 0 && srcLen <= maxTextLen;
+}
+
+// The sort chosen, and where it gives up, the other kind.
+int sortRotations(const Workspace& work, int n, NtkBWTSortAlgorithmHint hint, Ntk8u* dst) {
+    int idx = -1;
+    if (hint == ntkBWTItohTanakaLimSort || hint == ntkBWTAutoSort) {
+        idx = twoStageSort(work, n, Effort::limited, dst);
+    }
+    if (idx < 0 && hint != ntkBWTItohTanakaUnlimSort) {
+        idx = suffixSort(work, n, dst);
+    }
+    return idx < 0 ? twoStageSort(work, n, Effort::unlimited, dst) : idx;
+}
+
+// From the transform of a word to that of its power. Works in place from the end.
+void repeatBytes(Ntk8u* dst, int wordLen, int times) {
+    const auto count = static_cast<std::size_t>(times);
+    for (int row = wordLen - 1; row >= 0; --row) {
+        std::memset(dst + static_cast<std::size_t>(row) * count, dst[row], count);
+    }
+}
+
+int transform(const Ntk8u* src, Ntk8u* dst, int srcLen, const Workspace& work,
+              NtkBWTSortAlgorithmHint hint) {
+    const int wordLen = rootLen(src, srcLen);
+    if (wordLen == 1) {
+        std::memmove(dst, src, static_cast<std::size_t>(srcLen));
+        return 0;
+    }
+    const auto length = static_cast<std::size_t>(wordLen);
+    std::memcpy(work.text, src, length);
+    std::memcpy(work.text + length, src, length);
+    std::memset(work.text + 2 * length, 0, textPadding);
+    const int idx = sortRotations(work, wordLen, hint, dst);
+    const int times = srcLen / wordLen;
+    if (times > 1) {
+        repeatBytes(dst, wordLen, times);
+    }
+    return idx * times;
+}
+
+} // namespace
+
+} // namespace ntk::bwt
+
+using namespace ntk::bwt;
+
+NtkStatus ntksBWTFwdGetSize_8u(int srcLen, int* pSize) {
+    if (pSize == nullptr) {
+        return ntkStsNullPtr;
+    }
+    if (!isLength(srcLen)) {
+        return ntkStsBadSize;
+    }
+    Carver carver(nullptr);
+    const Workspace work(carver, static_cast<std::size_t>(srcLen));
+    *pSize = static_cast<int>(carver.endFromNull());
+    return ntkStsNoErr;
+}
+
+NtkStatus ntksBWTFwd_SelectSort_8u(const Ntk8u* pSrc, Ntk8u* pDst, int srcLen, int* pIdx,
+                                   Ntk8u* pBuff, NtkBWTSortAlgorithmHint hint) {
+    if (pSrc == nullptr || pDst == nullptr || pIdx == nullptr || pBuff == nullptr) {
+        return ntkStsNullPtr;
+    }
+    if (!isLength(srcLen)) {
+        return ntkStsBadSize;
+    }
+    if (hint < ntkBWTItohTanakaLimSort || hint > ntkBWTAutoSort) {
+        return ntkStsBadValue;
+    }
+    Carver carver(pBuff);
+    const Workspace work(carver, static_cast<std::size_t>(srcLen));
+    *pIdx = srcLen == 0 ? 0 : transform(pSrc, pDst, srcLen, work, hint);
+    return ntkStsNoErr;
+}
+
+NtkStatus ntksBWTFwd_8u(const Ntk8u* pSrc, Ntk8u* pDst, int srcLen, int* pIdx, Ntk8u* pBuff) {
+    return ntksBWTFwd_SelectSort_8u(pSrc, pDst, srcLen, pIdx, pBuff, ntkBWTAutoSort);
+}

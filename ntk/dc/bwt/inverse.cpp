@@ -1,0 +1,140 @@
+// Inverse Burrows-Wheeler transform.
+//
+// Method: the transform holds the last byte of each sorted rotation; sorting those bytes, which a
+// count of each value does, gives the first ones. The k-th x among the last bytes and the k-th x
+// among the first ones are the same byte of the text, so that rotation i, moved by one byte to the
+// right, stands in the row of its last byte among the first ones (Burrows and Wheeler, 1994, A
+// Block-sorting Lossless Data Compression Algorithm). One pass over the source makes two tables of
+// links: from each row to the row of the rotation that begins one byte later, and to the one that
+// begins one byte earlier. Following them is one dependent load per byte, all over the table, and
+// bound by the latency of the cache. Hence two walks run side by side, one from the beginning of
+// the text and one from its end, and meet in the middle.
+//
+// State: two tables of srcLen 32-bit links, the row in the high 24 bits and the byte that the step
+// gives in the low 8.
+//
+// Invariants: both tables are permutations of the rows whatever the source holds, so every walk
+// stays inside. They are each other's inverse: a wrong row still gives a rotation.
+//
+// Limit: 24 bits of row, hence maxTextLen.
+
+#include "ntkdcbwt.h"
+
+#include <array>
+#include <cstddef>
+
+#include "workspace.h"
+
+namespace ntk::bwt {
+
+namespace {
+
+using Counts = std::array<Ntk32u, 256>;
+
+struct Links {
+    Links(Carver& c, std::size_t n) : later(c.take<Ntk32u>(n)), earlier(c.take<Ntk32u>(n)) {}
+
+    Ntk32u* later;   // with the first byte of the rotation in this row
+    Ntk32u* earlier; // with its last byte
+};
+
+Counts countBytes(const Ntk8u* bytes, Ntk32u n) {
+    // Two tables, so that equal neighbours do not wait for each other's counter.
+    Counts even{};
+    Counts odd{};
+    Ntk32u i = 0;
+    for (; i + 1 < n; i += 2) {
+        ++even[bytes[i]];
+        ++odd[bytes[i + 1]];
+    }
+    if (i < n) {
+        ++even[bytes[i]];
+    }
+    for (std::size_t c = 0; c < even.size(); ++c) {
+        even[c] += odd[c];
+    }
+    return even;
+}
+
+// The source is linked in two halves side by side, again because equal neighbours would wait.
+void makeLinks(const Ntk8u* src, Ntk32u n, const Links& links) {
+    const Ntk32u half = n / 2;
+    Counts low = countBytes(src, half);
+    Counts high = countBytes(src + half, n - half);
+    Ntk32u row = 0;
+    for (std::size_t c = 0; c < low.size(); ++c) {
+        const Ntk32u lowCount = low[c];
+        const Ntk32u highCount = high[c];
+        low[c] = row;
+        high[c] = row + lowCount;
+        row += lowCount + highCount;
+    }
+    const auto link = [src, &links](Counts& rows, Ntk32u i) {
+        const Ntk32u byte = src[i];
+        const Ntk32u earlier = rows[byte]++;
+        links.earlier[i] = (earlier << 8) | byte;
+        links.later[earlier] = (i << 8) | byte;
+    };
+    for (Ntk32u i = 0; i < half; ++i) {
+        link(low, i);
+        link(high, half + i);
+    }
+    if (half + half < n) {
+        link(high, n - 1);
+    }
+}
+
+void walk(const Links& links, Ntk32u n, Ntk32u idx, Ntk8u* dst) {
+    Ntk32u forward = idx;
+    Ntk32u backward = idx;
+    Ntk8u* front = dst;
+    Ntk8u* back = dst + n;
+    for (Ntk32u pair = n / 2; pair != 0; --pair) {
+        const Ntk32u later = links.later[forward];
+        const Ntk32u earlier = links.earlier[backward];
+        *front++ = static_cast<Ntk8u>(later);
+        *--back = static_cast<Ntk8u>(earlier);
+        forward = later >> 8;
+        backward = earlier >> 8;
+    }
+    if (front != back) {
+        *front = static_cast<Ntk8u>(links.later[forward]);
+    }
+}
+
+} // namespace
+
+} // namespace ntk::bwt
+
+using namespace ntk::bwt;
+
+NtkStatus ntksBWTInvGetSize_8u(int srcLen, int* pSize) {
+    if (pSize == nullptr) {
+        return ntkStsNullPtr;
+    }
+    if (srcLen < 0 || srcLen > maxTextLen) {
+        return ntkStsBadSize;
+    }
+    Carver carver(nullptr);
+    const Links links(carver, static_cast<std::size_t>(srcLen));
+    *pSize = static_cast<int>(carver.endFromNull());
+    return ntkStsNoErr;
+}
+
+NtkStatus ntksBWTInv_8u(const Ntk8u* pSrc, Ntk8u* pDst, int srcLen, int idx, Ntk8u* pBuff) {
+    if (pSrc == nullptr || pDst == nullptr || pBuff == nullptr) {
+        return ntkStsNullPtr;
+    }
+    if (srcLen < 0 || srcLen > maxTextLen) {
+        return ntkStsBadSize;
+    }
+    if (idx < 0 || (idx >= srcLen && idx > 0)) {
+        return ntkStsBadValue;
+    }
+    const auto n = static_cast<Ntk32u>(srcLen);
+    Carver carver(pBuff);
+    const Links links(carver, n);
+    makeLinks(pSrc, n, links);
+    walk(links, n, static_cast<Ntk32u>(idx), pDst);
+    return ntkStsNoErr;
+}

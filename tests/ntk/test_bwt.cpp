@@ -1,0 +1,293 @@
+// The Burrows-Wheeler transform against a plain sort of all rotations.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <iterator>
+#include <numeric>
+#include <random>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "guarded.h"
+#include "ntkdc.h"
+#include "samples.h"
+
+namespace {
+
+const NtkBWTSortAlgorithmHint hints[] = {ntkBWTItohTanakaLimSort, ntkBWTItohTanakaUnlimSort,
+                                         ntkBWTSuffixSort, ntkBWTAutoSort};
+
+struct Transform {
+    Bytes bytes;
+    int idx;
+
+    bool operator==(const Transform&) const = default;
+};
+
+Bytes bytesOf(const std::string& text) {
+    return {text.begin(), text.end()};
+}
+
+Transform naive(const Bytes& text) {
+    Bytes twice = text;
+    twice.insert(twice.end(), text.begin(), text.end());
+    const auto n = static_cast<std::ptrdiff_t>(text.size());
+    std::vector<std::ptrdiff_t> rows(text.size());
+    std::iota(rows.begin(), rows.end(), 0);
+    const auto begin = twice.begin();
+    std::stable_sort(rows.begin(), rows.end(), [&](std::ptrdiff_t a, std::ptrdiff_t b) {
+        return std::lexicographical_compare(begin + a, begin + a + n, begin + b, begin + b + n);
+    });
+    Transform t{{}, 0};
+    for (const std::ptrdiff_t row : rows) {
+        t.bytes.push_back(twice[static_cast<std::size_t>(row + n - 1)]);
+    }
+    t.idx = static_cast<int>(std::find(rows.begin(), rows.end(), 0) - rows.begin());
+    return t;
+}
+
+Bytes buffer(NtkStatus (*getSize)(int, int*), std::size_t length) {
+    int size = 0;
+    EXPECT_EQ(getSize(static_cast<int>(length), &size), ntkStsNoErr);
+    return Bytes(static_cast<std::size_t>(size));
+}
+
+Transform forward(const Bytes& text, NtkBWTSortAlgorithmHint hint) {
+    GuardedBlock work(buffer(ntksBWTFwdGetSize_8u, text.size()));
+    const GuardedBlock src(text);
+    GuardedBlock dst(text.size());
+    Transform t{{}, -1};
+    EXPECT_EQ(
+        ntksBWTFwd_SelectSort_8u(src.data(), dst.data(), src.size(), &t.idx, work.data(), hint),
+        ntkStsNoErr);
+    t.bytes.assign(dst.data(), dst.data() + dst.size());
+    return t;
+}
+
+// Without guards, for very many calls.
+Transform forwardIn(Bytes& work, const Bytes& text, NtkBWTSortAlgorithmHint hint) {
+    Transform t{Bytes(text.size()), -1};
+    EXPECT_EQ(ntksBWTFwd_SelectSort_8u(text.data(), t.bytes.data(), static_cast<int>(text.size()),
+                                       &t.idx, work.data(), hint),
+              ntkStsNoErr);
+    return t;
+}
+
+Bytes inverse(const Transform& t) {
+    GuardedBlock work(buffer(ntksBWTInvGetSize_8u, t.bytes.size()));
+    const GuardedBlock src(t.bytes);
+    GuardedBlock dst(t.bytes.size());
+    EXPECT_EQ(ntksBWTInv_8u(src.data(), dst.data(), src.size(), t.idx, work.data()), ntkStsNoErr);
+    return Bytes(dst.data(), dst.data() + dst.size());
+}
+
+Bytes repeated(const Bytes& word, int times, const std::string& end = "") {
+    Bytes text;
+    for (int i = 0; i < times; ++i) {
+        text.insert(text.end(), word.begin(), word.end());
+    }
+    text.insert(text.end(), end.begin(), end.end());
+    return text;
+}
+
+// Each word made of the two before it: as many long repeats as can be, no power.
+Bytes fibonacciWord(std::size_t least) {
+    std::string shorter = "b";
+    std::string text = "a";
+    while (text.size() < least) {
+        shorter.insert(0, text);
+        text.swap(shorter);
+    }
+    return bytesOf(text);
+}
+
+// Random blocks out of a small set of random blocks.
+Bytes repetitiveBytes(std::size_t size) {
+    std::mt19937 generator(5);
+    Bytes text;
+    while (text.size() < size) {
+        const Bytes block = randomBytes(20 + generator() % 700, generator() % 6);
+        text.insert(text.end(), block.begin(), block.end());
+    }
+    return text;
+}
+
+Bytes spreadBytes(Bytes text, int factor) {
+    for (Ntk8u& b : text) {
+        b = static_cast<Ntk8u>(b * factor);
+    }
+    return text;
+}
+
+// Letters a, b, c ... in turn, the first fastest; false when all words were there.
+bool nextWord(Bytes& word, int letters) {
+    for (Ntk8u& b : word) {
+        if (++b < 'a' + letters) {
+            return true;
+        }
+        b = 'a';
+    }
+    return false;
+}
+
+TEST(Bwt, TransformsThePapersExample) {
+    const Transform expected{bytesOf("caraab"), 1};
+    EXPECT_EQ(forward(bytesOf("abraca"), ntkBWTAutoSort), expected);
+}
+
+TEST(Bwt, SortsAllShortWords) {
+    for (const auto& [letters, longest] : {std::pair{2, 11}, {3, 7}, {5, 5}}) {
+        for (int length = 1; length <= longest; ++length) {
+            Bytes text(static_cast<std::size_t>(length), 'a');
+            Bytes work = buffer(ntksBWTFwdGetSize_8u, text.size());
+            do {
+                const Transform expected = naive(text);
+                for (const NtkBWTSortAlgorithmHint hint : hints) {
+                    ASSERT_EQ(forwardIn(work, text, hint), expected)
+                        << hint << " " << std::string(text.begin(), text.end());
+                }
+                ASSERT_EQ(inverse(expected), text);
+            } while (nextWord(text, letters));
+        }
+    }
+}
+
+TEST(Bwt, SortsWhatIsHardToSort) {
+    const Bytes twoLetters = [] {
+        Bytes text = randomBytes(3000);
+        std::for_each(text.begin(), text.end(), [](Ntk8u& b) { b = b < 128 ? 0 : 255; });
+        return text;
+    }();
+    const std::vector<Sample> table = {
+        {"run and one", repeated({0}, 2000, "x")},
+        {"run of the highest and one", repeated({255}, 2000, "x")},
+        {"runs up and down",
+         repeated(bytesOf("aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaabbbbbbbbbc"), 40, "d")},
+        {"runs of many lengths",
+         [] {
+             Bytes text;
+             for (std::size_t run = 1; run < 70; ++run) {
+                 text.insert(text.end(), run * 37 % 71, 'm');
+                 text.push_back(run % 3 == 0 ? 'a' : 'z');
+             }
+             return text;
+         }()},
+        {"two letters", twoLetters},
+        {"random", randomBytes(3000)},
+        {"text", textBytes(3000)},
+        {"fibonacci", fibonacciWord(2500)},
+        {"fibonacci with 0 and 255", spreadBytes(fibonacciWord(700), 151)},
+        {"power of a letter", repeated(bytesOf("a"), 500)},
+        {"power", repeated(textBytes(36), 60)},
+        {"power by a prime above its root", repeated(bytesOf("ab"), 1009)},
+        {"power of a random word", repeated(randomBytes(200), 8)},
+        {"power but for the end", repeated(textBytes(150), 20, "t")},
+        {"power but for a lower end", repeated(randomBytes(150), 20, std::string(1, '\0'))},
+        {"power and a half", repeated(textBytes(900), 2, std::string(450, 'q'))},
+        {"repetitive", repetitiveBytes(4000)},
+    };
+    for (const Sample& sample : table) {
+        const Transform expected = naive(sample.bytes);
+        for (const NtkBWTSortAlgorithmHint hint : hints) {
+            EXPECT_EQ(forward(sample.bytes, hint), expected) << hint << " " << sample.name;
+        }
+        EXPECT_EQ(inverse(expected), sample.bytes) << sample.name;
+    }
+}
+
+TEST(Bwt, HintsAgreeOnLongTexts) {
+    std::vector<Sample> table = samples();
+    table.push_back({"fibonacci", fibonacciWord(120000)});
+    table.push_back({"repetitive", repetitiveBytes(200000)});
+    table.push_back({"power", repeated(textBytes(1000), 100)});
+    for (const Sample& sample : table) {
+        const Transform expected = forward(sample.bytes, ntkBWTSuffixSort);
+        for (const NtkBWTSortAlgorithmHint hint : hints) {
+            EXPECT_TRUE(forward(sample.bytes, hint) == expected) << hint << " " << sample.name;
+        }
+        EXPECT_TRUE(inverse(expected) == sample.bytes) << sample.name;
+    }
+}
+
+TEST(Bwt, WritesOverItsSource) {
+    const Bytes text = textBytes(5000);
+    Bytes work = buffer(ntksBWTFwdGetSize_8u, text.size());
+    Bytes bytes = text;
+    int idx = -1;
+    const auto length = static_cast<int>(text.size());
+    ASSERT_EQ(ntksBWTFwd_8u(bytes.data(), bytes.data(), length, &idx, work.data()), ntkStsNoErr);
+    EXPECT_EQ((Transform{bytes, idx}), naive(text));
+    ASSERT_EQ(ntksBWTInv_8u(bytes.data(), bytes.data(), length, idx, work.data()), ntkStsNoErr);
+    EXPECT_EQ(bytes, text);
+}
+
+TEST(BwtInverse, GivesTheRotationOfAnyRow) {
+    const Bytes text = textBytes(701);
+    Transform t = naive(text);
+    const int unrotated = t.idx;
+    for (t.idx = 0; t.idx < static_cast<int>(text.size()); ++t.idx) {
+        const Bytes got = inverse(t);
+        const Bytes twice = repeated(got, 2);
+        EXPECT_EQ(got == text, t.idx == unrotated);
+        EXPECT_NE(std::search(twice.begin(), twice.end(), text.begin(), text.end()), twice.end());
+    }
+}
+
+// Rows lead to rows whatever the bytes are; the guarded buffers see to the rest.
+TEST(BwtInverse, TakesAnyBytes) {
+    for (const std::size_t size : {1, 2, 3, 7, 64, 255, 1000}) {
+        for (unsigned seed = 0; seed < 20; ++seed) {
+            Bytes bytes = randomBytes(size, seed);
+            if (seed % 2 == 1) { // many cycles of rows
+                std::sort(bytes.begin(), bytes.end());
+            }
+            const auto row = static_cast<int>(size * seed / 20);
+            for (const Ntk8u byte : inverse({bytes, row})) {
+                EXPECT_NE(std::find(bytes.begin(), bytes.end(), byte), bytes.end());
+            }
+        }
+    }
+}
+
+TEST(Bwt, RefusesWrongArguments) {
+    Bytes work = buffer(ntksBWTFwdGetSize_8u, 4);
+    Bytes src = bytesOf("abca");
+    Bytes dst = bytesOf("----");
+    Ntk8u* const s = src.data();
+    Ntk8u* const d = dst.data();
+    Ntk8u* const w = work.data();
+    int size = -7;
+    int idx = -7;
+    const int tooLong = (1 << 24) + 1;
+    const auto badHint = static_cast<NtkBWTSortAlgorithmHint>(4);
+    const NtkStatus got[] = {ntksBWTFwdGetSize_8u(4, nullptr),
+                             ntksBWTInvGetSize_8u(4, nullptr),
+                             ntksBWTFwd_8u(nullptr, d, 4, &idx, w),
+                             ntksBWTFwd_8u(s, nullptr, 4, &idx, w),
+                             ntksBWTFwd_8u(s, d, 4, nullptr, w),
+                             ntksBWTFwd_8u(s, d, 4, &idx, nullptr),
+                             ntksBWTInv_8u(nullptr, d, 4, 0, w),
+                             ntksBWTInv_8u(s, nullptr, 4, 0, w),
+                             ntksBWTInv_8u(s, d, 4, 0, nullptr),
+                             ntksBWTFwdGetSize_8u(-1, &size),
+                             ntksBWTInvGetSize_8u(-1, &size),
+                             ntksBWTFwdGetSize_8u(tooLong, &size),
+                             ntksBWTInvGetSize_8u(tooLong, &size),
+                             ntksBWTFwd_8u(s, d, -1, &idx, w),
+                             ntksBWTFwd_8u(s, d, tooLong, &idx, w),
+                             ntksBWTInv_8u(s, d, -1, 0, w),
+                             ntksBWTInv_8u(s, d, tooLong, 0, w),
+                             ntksBWTInv_8u(s, d, 4, 4, w),
+                             ntksBWTInv_8u(s, d, 4, -1, w),
+                             ntksBWTInv_8u(s, d, 0, 1, w),
+                             ntksBWTFwd_SelectSort_8u(s, d, 4, &idx, w, badHint)};
+    for (std::size_t i = 0; i < std::size(got); ++i) {
+        EXPECT_EQ(got[i], i < 9 ? ntkStsNullPtr : i < 17 ? ntkStsBadSize : ntkStsBadValue) << i;
+    }
+    EXPECT_EQ(size, -7);
+    EXPECT_EQ(idx, -7);
+    EXPECT_EQ(dst, bytesOf("----"));
+}
+
+} // namespace
