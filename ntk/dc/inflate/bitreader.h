@@ -1,0 +1,76 @@
+// The bits of a source, least significant bit of each byte first.
+#pragma once
+
+#include <bit>
+#include <cstddef>
+#include <cstring>
+
+#include "ntkdefs.h"
+
+namespace ntk::inflate {
+
+static_assert(std::endian::native == std::endian::little, "words are loaded as they are");
+
+inline Ntk64u load64(const Ntk8u* bytes) {
+    Ntk64u word;
+    std::memcpy(&word, bytes, sizeof word);
+    return word;
+}
+
+// Invariant: `bits` holds `count` bits that were taken from the source; what stands above them is
+// either 0 or the bits that follow in the source at `next`.
+struct BitReader {
+    const Ntk8u* begin;
+    const Ntk8u* next;
+    const Ntk8u* end;
+    Ntk64u bits;
+    unsigned count;
+
+    // Whether there are n bits, at most 56, taking from the source what is needed.
+    bool has(unsigned n) {
+        if (count < n) {
+            refill();
+        }
+        return count >= n;
+    }
+
+    Ntk64u take(unsigned n) {
+        const Ntk64u taken = bits & ~(~Ntk64u{0} << n);
+        drop(n);
+        return taken;
+    }
+
+    void drop(unsigned n) {
+        bits >>= n;
+        count -= n;
+    }
+
+    // Makes it 56 bits or more, or all that the source has.
+    void refill() {
+        if (end - next >= 8) {
+            refillWide();
+        }
+        while (count < 56 && next < end) {
+            bits |= Ntk64u{*next++} << count;
+            count += 8;
+        }
+    }
+
+    // Makes it 56 to 63 bits. Reads 8 bytes of the source and takes those that fit.
+    void refillWide() {
+        bits |= load64(next) << count;
+        next += (63 - count) >> 3;
+        count |= 56;
+    }
+
+    // Whole bytes go back to this call's source; only those bits are kept that are counted.
+    void giveBack() {
+        const auto taken = static_cast<std::size_t>(next - begin);
+        const std::size_t bytes = count / 8 < taken ? count / 8 : taken;
+        next -= bytes;
+        count -= static_cast<unsigned>(8 * bytes);
+        bits &= ~(~Ntk64u{0} << count);
+    }
+};
+
+} // namespace ntk::inflate

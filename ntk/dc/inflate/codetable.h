@@ -1,0 +1,222 @@
+// Lookup tables for the prefix codes of deflate.
+//
+// A table is indexed by the next bits of the stream, lowest first. Its root has 2^rootBits entries;
+// a longer code leads from the root to a subtable, indexed by the bits behind the root's. Every
+// index is filled: a code of fewer bits occupies all indices that end in it.
+//
+// Entry, 32 bits:
+//    0..7   bits that the symbol takes: its code (behind the root's bits in a subtable) and its
+//           extra bits; in a link to a subtable the root's bits
+//    8..11  bits of the code alone; in a link the bits of the subtable's index
+//   12..15  exception flags, all clear for a literal, length, or distance
+//   16..30  literal, base of the length or distance, or index of the subtable's first entry
+//   31      set for a literal
+#pragma once
+
+#include <array>
+#include <cstddef>
+
+#include "ntkdefs.h"
+
+namespace ntk::inflate {
+
+using Entry = Ntk32u;
+
+inline constexpr Entry literalFlag = 0x80000000;
+inline constexpr Entry exceptionMask = 0xf000;
+inline constexpr Entry linkFlag = 0x1000;
+inline constexpr Entry endOfBlockFlag = 0x2000;
+inline constexpr Entry invalidFlag = 0x4000;
+
+constexpr unsigned takenBits(Entry e) {
+    return e & 0xff;
+}
+constexpr unsigned codeBits(Entry e) {
+    return (e >> 8) & 0xf;
+}
+constexpr unsigned valueOf(Entry e) {
+    return (e >> 16) & 0x7fff;
+}
+constexpr unsigned lowMask(unsigned bits) {
+    return (1U << bits) - 1;
+}
+
+// What an entry stands for: its value and the extra bits, found in `bits` behind the code.
+constexpr unsigned valueWithExtra(Entry e, Ntk64u bits) {
+    return valueOf(e) +
+           static_cast<unsigned>((bits & ~(~Ntk64u{0} << takenBits(e))) >> codeBits(e));
+}
+
+// A table as its users see it.
+struct CodeTable {
+    const Entry* entries;
+    unsigned rootBits;
+
+    Entry at(Ntk64u bits) const { return entries[bits & lowMask(rootBits)]; }
+    // The entry that a link leads to; `bits` begins behind the root's bits.
+    Entry follow(Entry link, Ntk64u bits) const {
+        return entries[valueOf(link) + (bits & lowMask(codeBits(link)))];
+    }
+};
+
+inline constexpr unsigned maxCodeBits = 15;
+inline constexpr unsigned maxSymbols = 288;
+
+// Entries that a table may need. A subtable of 2^k entries holds at least k + 1 symbols, as its
+// code is complete; so subtables have at most 2^k / (k + 1) entries per symbol, which grows with k,
+// and k is at most maxCodeBits - rootBits.
+constexpr std::size_t entriesNeeded(std::size_t symbols, unsigned rootBits) {
+    const unsigned k = maxCodeBits - rootBits;
+    return (std::size_t{1} << rootBits) + (symbols << k) / (k + 1);
+}
+
+// The canonical order of a code (RFC 1951, 3.2.2): symbols by length, then by value.
+struct CanonicalOrder {
+    std::array<unsigned, maxCodeBits + 1> counts{}; // symbols of each length
+    std::array<Ntk16u, maxSymbols> symbols{};
+    unsigned unused = 1U << maxCodeBits; // share of the code space, of 2^maxCodeBits
+    bool isOversubscribed = false;
+
+    constexpr CanonicalOrder(const Ntk8u* lengths, unsigned numSymbols) {
+        for (unsigned s = 0; s < numSymbols; ++s) {
+            ++counts[lengths[s]];
+        }
+        std::array<unsigned, maxCodeBits + 2> next{};
+        unsigned used = 0;
+        for (unsigned length = 1; length <= maxCodeBits; ++length) {
+            next[length + 1] = next[length] + counts[length];
+            used += counts[length] << (maxCodeBits - length);
+        }
+        isOversubscribed = used > unused;
+        unused -= used;
+        for (unsigned s = 0; s < numSymbols; ++s) {
+            if (lengths[s] != 0) {
+                symbols[next[lengths[s]]++] = static_cast<Ntk16u>(s);
+            }
+        }
+    }
+
+    constexpr unsigned longest() const {
+        unsigned length = maxCodeBits;
+        while (length > 0 && counts[length] == 0) {
+            --length;
+        }
+        return length;
+    }
+};
+
+// The code that follows `code` among those of `length` bits, both with their first bit lowest.
+constexpr unsigned nextCode(unsigned code, unsigned length) {
+    unsigned bit = 1U << (length - 1);
+    while ((code & bit) != 0) {
+        bit >>= 1;
+    }
+    return bit == 0 ? 0 : (code & (bit - 1)) | bit;
+}
+
+// Fills a table, symbol by symbol in canonical order.
+class TableBuilder {
+public:
+    // symbolEntries: for each symbol its value and flags, and its extra bits in the place of
+    // takenBits.
+    constexpr TableBuilder(const CanonicalOrder& order, const Entry* symbolEntries, Entry* table,
+                           unsigned rootBits)
+        : m_order(order), m_symbolEntries(symbolEntries), m_table(table), m_rootBits(rootBits) {}
+
+    constexpr void build() {
+        fillRoot();
+        fillSubtables();
+    }
+
+private:
+    constexpr Entry takeSymbol(unsigned bits) {
+        return m_symbolEntries[m_order.symbols[m_position++]] + (bits << 8) + bits;
+    }
+
+    // Doubles the table for each length, which spreads all shorter codes, and puts in the codes of
+    // that length.
+    constexpr void fillRoot() {
+        for (unsigned length = 1; length <= m_rootBits; ++length) {
+            const unsigned half = 1U << (length - 1);
+            if (m_position > 0) {
+                for (unsigned i = 0; i < half; ++i) {
+                    m_table[half + i] = m_table[i];
+                }
+            }
+            for (unsigned n = m_order.counts[length]; n > 0; --n) {
+                m_table[m_code] = takeSymbol(length);
+                m_code = nextCode(m_code, length);
+            }
+        }
+    }
+
+    constexpr void fillSubtables() {
+        unsigned start = 1U << m_rootBits; // of the subtable being filled
+        unsigned size = 0;
+        unsigned prefix = ~0U;
+        for (unsigned length = m_rootBits + 1; length <= maxCodeBits; ++length) {
+            for (unsigned n = m_order.counts[length]; n > 0; --n) {
+                if ((m_code & lowMask(m_rootBits)) != prefix) {
+                    prefix = m_code & lowMask(m_rootBits);
+                    start += size;
+                    const unsigned indexBits = subtableBits(length, n);
+                    size = 1U << indexBits;
+                    m_table[prefix] = (start << 16) | linkFlag | (indexBits << 8) | m_rootBits;
+                }
+                const Entry entry = takeSymbol(length - m_rootBits);
+                const unsigned step = 1U << (length - m_rootBits);
+                for (unsigned i = m_code >> m_rootBits; i < size; i += step) {
+                    m_table[start + i] = entry;
+                }
+                m_code = nextCode(m_code, length);
+            }
+        }
+    }
+
+    // Index bits of the subtable whose first code has this length, of which `left` are still to be
+    // placed: the length at which the codes to come fill it.
+    constexpr unsigned subtableBits(unsigned length, unsigned left) const {
+        unsigned bits = length - m_rootBits;
+        for (unsigned filled = left; filled < (1U << bits) && length < maxCodeBits; ++bits) {
+            filled = 2 * filled + m_order.counts[++length];
+        }
+        return bits;
+    }
+
+    const CanonicalOrder& m_order;
+    const Entry* m_symbolEntries;
+    Entry* m_table;
+    unsigned m_rootBits;
+    unsigned m_position = 0; // in the canonical order
+    unsigned m_code = 0;     // of the next symbol, its first bit lowest
+};
+
+enum class Incomplete { isRefused, mayBeOneBit };
+
+// Builds a table of entriesNeeded(numSymbols, maxRootBits) entries for the code with these lengths
+// (0 to 15). Gives its root bits, 0 when the code cannot be.
+//
+// An incomplete code is accepted only where the second argument says so, and only with no symbol or
+// with one of 1 bit; what has no code is then an invalid entry of 1 bit.
+constexpr unsigned buildTable(const Ntk8u* lengths, unsigned numSymbols, Incomplete incomplete,
+                              const Entry* symbolEntries, unsigned maxRootBits, Entry* table) {
+    const CanonicalOrder order(lengths, numSymbols);
+    if (order.isOversubscribed) {
+        return 0;
+    }
+    const unsigned longest = order.longest();
+    if (order.unused > 0) {
+        if (incomplete == Incomplete::isRefused || longest > 1) {
+            return 0;
+        }
+        constexpr Entry invalid = invalidFlag | (1U << 8) | 1U;
+        table[0] = longest == 0 ? invalid : symbolEntries[order.symbols[0]] + (1U << 8) + 1U;
+        table[1] = invalid;
+        return 1;
+    }
+    const unsigned rootBits = longest < maxRootBits ? longest : maxRootBits;
+    TableBuilder(order, symbolEntries, table, rootBits).build();
+    return rootBits;
+}
+
+} // namespace ntk::inflate

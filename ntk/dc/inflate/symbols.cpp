@@ -1,0 +1,112 @@
+// The symbols of a block, one at a time: near the ends of source and destination, and wherever the
+// fast loop cannot go on.
+
+#include <algorithm>
+
+#include "stream.h"
+
+namespace ntk::inflate {
+
+namespace {
+
+constexpr unsigned literalMaxBits = 15 + 5; // code and extra bits
+constexpr unsigned distanceMaxBits = 15 + 13;
+
+// The next symbol, not taken yet.
+struct Symbol {
+    Entry entry;
+    unsigned linkBits; // in front of the bits that the entry counts
+
+    unsigned value(const BitReader& in) const { return valueWithExtra(entry, in.bits >> linkBits); }
+    void take(BitReader& in) const { in.drop(linkBits + takenBits(entry)); }
+};
+
+// False when the source ends before the symbol does. Whatever stands above the bits counted, an
+// entry of no more bits than these is the right one.
+bool findSymbol(BitReader& in, const CodeTable& table, unsigned maxBits, Symbol& symbol) {
+    in.has(maxBits);
+    symbol = {table.at(in.bits), 0};
+    if ((symbol.entry & linkFlag) != 0) {
+        symbol.linkBits = takenBits(symbol.entry);
+        symbol.entry = table.follow(symbol.entry, in.bits >> symbol.linkBits);
+    }
+    return symbol.linkBits + takenBits(symbol.entry) <= in.count;
+}
+
+// Copies the pending match as far as there is room, byte by byte, as it may overlap itself.
+Outcome copyMatch(Stream& s) {
+    Output& out = s.out;
+    if (s.pendingDistance > out.nearBytes() + out.farBytes) {
+        return Outcome::malformed;
+    }
+    for (; s.pendingLength > 0; --s.pendingLength) {
+        if (out.room() == 0) {
+            return Outcome::destinationFull;
+        }
+        const std::size_t nearBytes = out.nearBytes();
+        *out.next = s.pendingDistance <= nearBytes
+                        ? *(out.next - s.pendingDistance)
+                        : *(out.farEnd - (s.pendingDistance - nearBytes));
+        ++out.next;
+    }
+    s.pendingDistance = 0;
+    return Outcome::goOn;
+}
+
+// Finishes a match whose length is known.
+Outcome finishMatch(Stream& s, const CodeTable& distances) {
+    if (s.pendingDistance == 0) {
+        Symbol symbol;
+        if (!findSymbol(s.in, distances, distanceMaxBits, symbol)) {
+            return Outcome::sourceUsedUp;
+        }
+        if ((symbol.entry & invalidFlag) != 0) {
+            return Outcome::malformed;
+        }
+        s.pendingDistance = symbol.value(s.in);
+        symbol.take(s.in);
+    }
+    return copyMatch(s);
+}
+
+// Decodes a literal, the length of a match or the block's end. What needs room is left where it is
+// when there is none.
+Outcome decodeSymbol(Stream& s, const CodeTable& literals) {
+    Symbol symbol;
+    if (!findSymbol(s.in, literals, literalMaxBits, symbol)) {
+        return Outcome::sourceUsedUp;
+    }
+    if ((symbol.entry & invalidFlag) != 0) {
+        return Outcome::malformed;
+    }
+    if ((symbol.entry & endOfBlockFlag) != 0) {
+        s.endBlock();
+    } else if (s.out.room() == 0) {
+        return Outcome::destinationFull;
+    } else if ((symbol.entry & literalFlag) != 0) {
+        *s.out.next++ = static_cast<Ntk8u>(valueOf(symbol.entry));
+    } else {
+        s.pendingLength = symbol.value(s.in);
+    }
+    symbol.take(s.in);
+    return Outcome::goOn;
+}
+
+} // namespace
+
+Outcome decodeSymbols(Stream& s, const CodeTable& literals, const CodeTable& distances) {
+    const int mode = s.mode;
+    Outcome outcome = Outcome::goOn;
+    while (outcome == Outcome::goOn && s.mode == mode) {
+        if (s.pendingLength == 0) {
+            outcome = decodeFast(s, literals, distances);
+            if (outcome != Outcome::goOn || s.mode != mode) {
+                break;
+            }
+        }
+        outcome = s.pendingLength > 0 ? finishMatch(s, distances) : decodeSymbol(s, literals);
+    }
+    return outcome;
+}
+
+} // namespace ntk::inflate

@@ -1,0 +1,164 @@
+// What the tests of the inflater share: streams by zlib and by hand, and the call in pieces.
+#pragma once
+
+#include <zlib.h>
+
+#include <algorithm>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "ntkdc.h"
+#include "samples.h"
+
+// A raw deflate stream by zlib; windowBits below 0.
+struct DeflateWay {
+    int level = 6;
+    int strategy = Z_DEFAULT_STRATEGY;
+    int memLevel = 8; // small ones make short blocks
+};
+
+inline Bytes deflated(const Bytes& data, const DeflateWay& way, const Bytes& dictionary = {}) {
+    z_stream z{};
+    deflateInit2(&z, way.level, Z_DEFLATED, -15, way.memLevel, way.strategy);
+    if (!dictionary.empty()) {
+        deflateSetDictionary(&z, dictionary.data(), static_cast<uInt>(dictionary.size()));
+    }
+    Bytes stream(deflateBound(&z, static_cast<uLong>(data.size())) + 64);
+    z.next_in = const_cast<Ntk8u*>(data.data());
+    z.avail_in = static_cast<uInt>(data.size());
+    z.next_out = stream.data();
+    z.avail_out = static_cast<uInt>(stream.size());
+    deflate(&z, Z_FINISH);
+    stream.resize(z.total_out);
+    deflateEnd(&z);
+    return stream;
+}
+
+enum class Verdict { sound, malformed, destinationFull, unfinished };
+
+// What came of a stream.
+struct Inflated {
+    Verdict verdict = Verdict::unfinished;
+    std::size_t taken = 0; // bytes of the stream
+    Bytes data;
+
+    bool operator==(const Inflated&) const = default;
+};
+
+inline Inflated zlibInflated(const Bytes& stream, std::size_t capacity) {
+    z_stream z{};
+    inflateInit2(&z, -15);
+    Bytes data(capacity + 1); // zlib wants a pointer
+    z.next_in = const_cast<Ntk8u*>(stream.data());
+    z.avail_in = static_cast<uInt>(stream.size());
+    z.next_out = data.data();
+    z.avail_out = static_cast<uInt>(capacity);
+    const int status = inflate(&z, Z_SYNC_FLUSH);
+    data.resize(z.total_out);
+    const Inflated result{status == Z_STREAM_END   ? Verdict::sound
+                          : status == Z_DATA_ERROR ? Verdict::malformed
+                          : z.avail_out == 0       ? Verdict::destinationFull
+                                                   : Verdict::unfinished,
+                          z.total_in, data};
+    inflateEnd(&z);
+    return result;
+}
+
+// A stream being decoded.
+class Inflater {
+public:
+    explicit Inflater(int mode = ntkInflateBlockHeader) : m_mode(mode) {
+        int size = 0;
+        ntksInflateGetSize_8u(&size);
+        m_work.resize(static_cast<std::size_t>(size));
+        ntksInflateInit_8u(&state, m_work.data());
+    }
+
+    // Advances both pointers; the lengths are those of a piece.
+    NtkStatus call(const Ntk8u*& src, std::size_t srcLen, Ntk8u*& dst, std::size_t dstLen,
+                   const Bytes* history = nullptr) {
+        int srcLeft = static_cast<int>(srcLen);
+        int dstLeft = static_cast<int>(dstLen);
+        return ntksInflate_8u(
+            &src, &srcLeft, &code, &codeLen, history == nullptr ? nullptr : history->data(), &dst,
+            &dstLeft, history == nullptr ? 0 : static_cast<int>(history->size()), &m_mode, &state);
+    }
+    bool isFinished() const { return m_mode == ntkInflateFinished; }
+
+    NtksInflateState state{};
+    Ntk32u code = 0;
+    int codeLen = 0;
+
+private:
+    int m_mode;
+    Bytes m_work;
+};
+
+inline Verdict verdictOf(NtkStatus status, const Inflater& inflater) {
+    return status == ntkStsDstFull ? Verdict::destinationFull
+           : status < 0            ? Verdict::malformed
+           : inflater.isFinished() ? Verdict::sound
+                                   : Verdict::unfinished;
+}
+
+// Decodes with pieces of at most these lengths. Every piece of the source has a block of its own.
+inline Inflated inflatedInPieces(const Bytes& stream, std::size_t capacity, std::size_t srcPiece,
+                                 std::size_t dstPiece) {
+    Inflater inflater;
+    Bytes data(capacity);
+    data.reserve(capacity + 1);
+    Ntk8u* dst = data.data();
+    Ntk8u* const dstEnd = dst + capacity;
+    std::size_t taken = 0;
+    NtkStatus status = ntkStsNoErr;
+    for (;;) {
+        const std::size_t n = std::min(srcPiece, stream.size() - taken);
+        Bytes piece(stream.begin() + static_cast<std::ptrdiff_t>(taken),
+                    stream.begin() + static_cast<std::ptrdiff_t>(taken + n));
+        piece.reserve(1);
+        const Ntk8u* src = piece.data();
+        const std::size_t room = std::min(dstPiece, static_cast<std::size_t>(dstEnd - dst));
+        status = inflater.call(src, n, dst, room);
+        taken += static_cast<std::size_t>(src - piece.data());
+        const bool isAtEnd = status == ntkStsDstFull ? dst == dstEnd : taken == stream.size();
+        if (status < 0 || inflater.isFinished() || isAtEnd) {
+            break;
+        }
+    }
+    data.resize(static_cast<std::size_t>(dst - data.data()));
+    return {verdictOf(status, inflater), taken, data};
+}
+
+inline Inflated inflated(const Bytes& stream, std::size_t capacity) {
+    return inflatedInPieces(stream, capacity, stream.size(), capacity);
+}
+
+// Bits, least significant first. A code is given as it is written down: first bit first.
+class BitWriter {
+public:
+    BitWriter& bits(unsigned value, unsigned count) {
+        for (unsigned i = 0; i < count; ++i) {
+            bit((value >> i) & 1);
+        }
+        return *this;
+    }
+    BitWriter& code(const char* text) {
+        for (; *text != '\0'; ++text) {
+            bit(*text == '1');
+        }
+        return *this;
+    }
+    Bytes done() const { return m_bytes; }
+
+private:
+    void bit(unsigned value) {
+        if (m_count++ % 8 == 0) {
+            m_bytes.push_back(0);
+        }
+        m_bytes.back() = static_cast<Ntk8u>(m_bytes.back() | value << ((m_count - 1) % 8));
+    }
+
+    Bytes m_bytes;
+    unsigned m_count = 0;
+};

@@ -1,0 +1,184 @@
+// The inflater on sound streams: all ways of zlib's encoder, whole and in pieces, and the places
+// where the data before may lie.
+#include <gtest/gtest.h>
+
+#include <bit>
+
+#include "guarded.h"
+#include "inflatecalls.h"
+
+namespace {
+
+const DeflateWay ways[] = {
+    {0, Z_DEFAULT_STRATEGY, 8},
+    {1, Z_DEFAULT_STRATEGY, 8},
+    {6, Z_DEFAULT_STRATEGY, 8},
+    {9, Z_DEFAULT_STRATEGY, 9},
+    {6, Z_DEFAULT_STRATEGY, 1},
+    {6, Z_FILTERED, 8},
+    {6, Z_HUFFMAN_ONLY, 8},
+    {6, Z_RLE, 8},
+    {9, Z_FIXED, 8},
+};
+
+// Matches at every short distance and of every length, between bytes of all values.
+Bytes repetitiveBytes(std::size_t size, unsigned seed) {
+    std::mt19937 generator(seed);
+    Bytes bytes = randomBytes(64, seed);
+    while (bytes.size() < size) {
+        const std::size_t distance = 1 + generator() % (generator() % 4 == 0 ? bytes.size() : 40);
+        for (unsigned n = 3 + generator() % 256; n > 0; --n) {
+            bytes.push_back(bytes[bytes.size() - std::min(distance, bytes.size())]);
+        }
+        bytes.push_back(static_cast<Ntk8u>(generator()));
+    }
+    bytes.resize(size);
+    return bytes;
+}
+
+// Symbols whose frequencies fall by half, which makes codes of 15 bits, and rare far matches.
+Bytes skewedBytes(std::size_t size) {
+    std::mt19937 generator(5);
+    Bytes bytes(size);
+    for (Ntk8u& b : bytes) {
+        b = static_cast<Ntk8u>(std::countl_zero(static_cast<Ntk32u>(generator())) * 7);
+    }
+    return bytes;
+}
+
+Bytes withTrailer(Bytes stream) {
+    stream.insert(stream.end(), 40, 0xa5);
+    return stream;
+}
+
+TEST(Inflate, DecodesWhatZlibEncodesAndTakesNoMore) {
+    std::vector<Sample> all = samples();
+    all.push_back({"repetitive", repetitiveBytes(200000, 2)});
+    all.push_back({"skewed", skewedBytes(200000)});
+    for (const Sample& sample : all) {
+        for (const DeflateWay& way : ways) {
+            const Bytes stream = deflated(sample.bytes, way);
+            const GuardedBlock src(stream);
+            const GuardedBlock dst(sample.bytes.size());
+            Inflater inflater;
+            const Ntk8u* next = src.data();
+            Ntk8u* out = dst.data();
+            ASSERT_EQ(inflater.call(next, stream.size(), out, sample.bytes.size()), ntkStsNoErr)
+                << sample.name;
+            EXPECT_TRUE(inflater.isFinished());
+            EXPECT_EQ(next, src.data() + stream.size());
+            EXPECT_LT(inflater.codeLen, 8);
+            ASSERT_TRUE(std::equal(sample.bytes.begin(), sample.bytes.end(), dst.data()))
+                << sample.name << " at level " << way.level << ", strategy " << way.strategy;
+            EXPECT_EQ(inflated(withTrailer(stream), sample.bytes.size() + 300).taken,
+                      stream.size());
+        }
+    }
+}
+
+TEST(Inflate, GoesOnWhereverSourceOrDestinationWereCut) {
+    const std::size_t pieces[] = {1, 2, 5, 31, 300, 1000000};
+    const Bytes small = repetitiveBytes(1500, 3);
+    const Bytes large = textBytes(60000);
+    for (const DeflateWay& way : ways) {
+        const Bytes stream = withTrailer(deflated(small, way));
+        const Inflated expected = {Verdict::sound, stream.size() - 40, small};
+        for (const std::size_t srcPiece : pieces) {
+            for (const std::size_t dstPiece : pieces) {
+                ASSERT_EQ(inflatedInPieces(stream, small.size(), srcPiece, dstPiece), expected)
+                    << srcPiece << " to " << dstPiece << " at level " << way.level;
+            }
+        }
+        for (std::size_t cut = 1; cut < expected.taken; ++cut) {
+            ASSERT_EQ(inflatedInPieces(stream, small.size(), cut, small.size()), expected) << cut;
+        }
+        for (std::size_t cut = 1; cut < small.size(); ++cut) {
+            ASSERT_EQ(inflatedInPieces(stream, small.size(), stream.size(), cut), expected) << cut;
+        }
+        const Bytes long_ = deflated(large, way);
+        for (const std::size_t piece : {701, 1009, 4099}) {
+            ASSERT_EQ(inflatedInPieces(long_, large.size(), piece, piece + 13).data, large);
+        }
+    }
+}
+
+// Each piece is decoded into a block of its own, and what came before is given as the history.
+TEST(Inflate, FindsItsHistoryElsewhere) {
+    const Bytes dictionary = textBytes(5000, 8);
+    const Bytes data = textBytes(90000, 9);
+    const Bytes stream = deflated(data, {9}, dictionary);
+    for (const std::size_t piece : {1, 300, 5000, 40000}) {
+        Inflater inflater;
+        Bytes history = dictionary;
+        const Ntk8u* src = stream.data();
+        while (!inflater.isFinished()) {
+            Bytes part(piece);
+            Ntk8u* dst = part.data();
+            const auto left = static_cast<std::size_t>(stream.data() + stream.size() - src);
+            ASSERT_GE(inflater.call(src, left, dst, piece, &history), 0);
+            history.insert(history.end(), part.data(), dst);
+        }
+        history.erase(history.begin(), history.begin() + 5000);
+        EXPECT_EQ(history, data) << piece;
+    }
+}
+
+// A history that ends at the destination, then none given: the calls know what they decoded.
+TEST(Inflate, KeepsToTheHistoryItWasGiven) {
+    const Bytes dictionary = textBytes(500, 8);
+    const Bytes stream = deflated(dictionary, {9}, dictionary);
+    Bytes buffer = dictionary;
+    buffer.resize(1000);
+    for (const std::size_t first : {std::size_t{1}, std::size_t{100}, stream.size()}) {
+        Inflater inflater;
+        const Ntk8u* src = stream.data();
+        Ntk8u* dst = buffer.data() + 500;
+        ASSERT_EQ(inflater.call(src, first, dst, 500, &dictionary), ntkStsNoErr);
+    }
+    Inflater none;
+    const Ntk8u* src = stream.data();
+    Ntk8u* dst = buffer.data() + 500;
+    EXPECT_EQ(none.call(src, stream.size(), dst, 500), ntkStsBadSrcData);
+    int size = 1000 - 500;
+    int left = static_cast<int>(stream.size());
+    int mode = ntkInflateBlockHeader;
+    EXPECT_EQ(ntksInflate_8u(&src, &left, &none.code, &none.codeLen, buffer.data(), &dst, &size,
+                             500, &mode, &none.state),
+              ntkStsNoErr);
+    EXPECT_TRUE(std::equal(dictionary.begin(), dictionary.end(), buffer.begin() + 500));
+}
+
+// As the deflate family calls it: no header, no state but what the call before left, and bits of
+// an earlier stream in the code.
+TEST(Inflate, StartsWithinAFixedBlockAsOftenAsAsked) {
+    const Bytes data = textBytes(3000);
+    const Bytes stream = deflated(data, {6, Z_FIXED});
+    NtksInflateState state{};
+    Ntk32u code = 0xffffffff;
+    const Bytes sources[] = {Bytes(stream.begin(), stream.begin() + 500), stream};
+    for (int round = 0; round < 4; ++round) {
+        const Bytes& source = sources[round % 2];
+        // The 3 bits of the header are taken by hand: the other 5 of its byte are pending.
+        const Ntk8u* src = source.data() + 1;
+        int srcLen = static_cast<int>(source.size()) - 1;
+        code = (code << 5) | (source[0] >> 3);
+        int codeLen = 5;
+        Bytes out(data.size());
+        Ntk8u* dst = out.data();
+        int dstLen = static_cast<int>(out.size());
+        int mode = ntkInflateFixed;
+        state.progress = 0;
+        ASSERT_EQ(ntksInflate_8u(&src, &srcLen, &code, &codeLen, nullptr, &dst, &dstLen, 0, &mode,
+                                 &state),
+                  ntkStsNoErr);
+        EXPECT_EQ(srcLen, 0);
+        const bool isWhole = round % 2 == 1;
+        EXPECT_EQ(mode, isWhole ? ntkInflateFinished : ntkInflateFixed);
+        EXPECT_EQ(code >> codeLen, 0U);
+        out.resize(static_cast<std::size_t>(dst - out.data()));
+        EXPECT_EQ(out, isWhole ? data : Bytes(data.begin(), data.begin() + (dst - out.data())));
+        code |= 0xdeadbe00U;
+    }
+}
+
+} // namespace
