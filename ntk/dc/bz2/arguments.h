@@ -1,0 +1,30 @@
+// What the calls of the bzip2 stages have in common.
+#pragma once
+
+#include <cstddef>
+
+#include "ntkdefs.h"
+
+namespace ntk::bz2 {
+
+constexpr bool anyNull(auto... pointers) {
+    return (... || (pointers == nullptr));
+}
+
+// What is left of a buffer that a call works through.
+template <class T> struct Span {
+    T* p;
+    T* end;
+
+    Span(T* begin, int length) : p(begin), end(begin + length) {}
+    std::size_t left() const { return static_cast<std::size_t>(end - p); }
+    bool empty() const { return p == end; }
+};
+
+// Moves a pointer of the caller's on to where the work stands, and its length down.
+template <class T> void giveBack(const Span<T>& span, T** pointer, int* length) {
+    *pointer = span.p;
+    *length = static_cast<int>(span.left());
+}
+
+} // namespace ntk::bz2

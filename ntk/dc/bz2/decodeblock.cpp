@@ -1,0 +1,60 @@
+// A block of the bzip2 format from its symbols to its bytes.
+//
+// Stages fused, in one buffer: the symbols become move-to-front positions in the destination; these
+// are decoded where they stand; the inverse Burrows-Wheeler transform ends there, too. Expansion
+// takes no pass: the list starts with the values in use instead of their ranks. That no position
+// lies beyond those values was checked with the symbols, whose largest is the number of values.
+
+#include "ntkdcbz2.h"
+
+#include "arguments.h"
+#include "dictionary.h"
+#include "kernels.h"
+#include "ntkdcbwt.h"
+#include "z1z2.h"
+
+namespace ntk::bz2 {
+
+namespace {
+
+NtkStatus decodePositions(const Ntk16u* pSrc, int srcLen, int sizeDictionary, Span<Ntk8u>& dst) {
+    if (sizeDictionary == 0 && srcLen > 0) {
+        return ntkStsBadSrcData;
+    }
+    Span<const Symbol> src(asSymbols(pSrc), srcLen);
+    const NtkStatus status = decodeZ1Z2(src, dst, static_cast<unsigned>(sizeDictionary));
+    return status == ntkStsDstFull ? ntkStsDstTooSmall : status;
+}
+
+} // namespace
+
+} // namespace ntk::bz2
+
+using namespace ntk::bz2;
+
+NtkStatus ntksDecodeBlock_BZ2_16u8u(const Ntk16u* pSrc, int srcLen, Ntk8u* pDst, int* pDstLen,
+                                    int idx, int sizeDictionary, const Ntk8u inUse[256],
+                                    Ntk8u* pBuff) {
+    if (anyNull(pSrc, pDst, pDstLen, inUse, pBuff)) {
+        return ntkStsNullPtr;
+    }
+    if (srcLen < 0 || *pDstLen < 0) {
+        return ntkStsBadSize;
+    }
+    Ntk8u list[256] = {};
+    if (valuesInUse(inUse, list) != sizeDictionary || idx < 0) {
+        return ntkStsBadValue;
+    }
+    Span<Ntk8u> dst(pDst, *pDstLen);
+    NtkStatus status = decodePositions(pSrc, srcLen, sizeDictionary, dst);
+    if (status != ntkStsNoErr) {
+        return status;
+    }
+    const auto length = static_cast<std::size_t>(dst.p - pDst);
+    mtfInverseKernel.get()(pDst, pDst, length, list);
+    status = ntksBWTInv_8u(pDst, pDst, static_cast<int>(length), idx, pBuff);
+    if (status == ntkStsNoErr) {
+        *pDstLen = static_cast<int>(length);
+    }
+    return status;
+}

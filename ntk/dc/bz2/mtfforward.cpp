@@ -1,0 +1,64 @@
+// Move-to-front, encoding. Method: see mtf.cpp.
+//
+// One step codes a byte and all that follow it and are equal to it: those are zeroes, which are
+// written 16 at a time and counted without a branch. Only where the byte is not in the front of
+// the list, or the run is long, does a branch go the other way.
+
+#include "kernels.h"
+#include "mtflist.h"
+
+namespace ntk::bz2 {
+
+namespace {
+
+void code(MtfList& list, Ntk8u byte, Ntk8u* to) {
+    const __m128i wanted = _mm_set1_epi8(static_cast<char>(byte));
+    const int found = _mm_movemask_epi8(_mm_cmpeq_epi8(list.front(), wanted));
+    if (__builtin_expect(found != 0, 1)) {
+        const auto position = static_cast<unsigned>(__builtin_ctz(static_cast<unsigned>(found)));
+        *to = static_cast<Ntk8u>(position);
+        list.moveWithinFront(byte, position);
+    } else {
+        const unsigned position = list.findBehindFront(byte);
+        *to = static_cast<Ntk8u>(position);
+        list.moveFromBehind(byte, position);
+    }
+}
+
+// Writes 16 zeroes; returns how many of the 16 bytes, from the first on, equal `byte`.
+unsigned codeRun(const Ntk8u* from, Ntk8u byte, Ntk8u* to) {
+    const __m128i next = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from));
+    const int equal =
+        _mm_movemask_epi8(_mm_cmpeq_epi8(next, _mm_set1_epi8(static_cast<char>(byte))));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(to), _mm_setzero_si128());
+    return static_cast<unsigned>(__builtin_ctz(~static_cast<unsigned>(equal)));
+}
+
+void forwardGeneric(const Ntk8u* from, Ntk8u* to, std::size_t length, Ntk8u listBytes[256]) {
+    MtfList list(listBytes);
+    std::size_t i = 0;
+    while (length - i > laneCount) {
+        const Ntk8u byte = from[i];
+        code(list, byte, to + i);
+        i++;
+        unsigned run = laneCount;
+        while (run == laneCount && length - i >= laneCount) {
+            run = codeRun(from + i, byte, to + i);
+            i += run;
+        }
+    }
+    for (; i < length; i++) {
+        code(list, from[i], to + i);
+    }
+    list.store(listBytes);
+}
+
+constexpr Candidate<MoveToFront> candidates[] = {
+    {"generic", 0, 0, forwardGeneric},
+};
+
+} // namespace
+
+constinit Choice<MoveToFront> mtfForwardKernel{candidates};
+
+} // namespace ntk::bz2

@@ -1,0 +1,40 @@
+// Runs of zeroes in the symbols of a block: what the stages share.
+#pragma once
+
+#include <emmintrin.h>
+
+#include "arguments.h"
+
+namespace ntk::bz2 {
+
+// A symbol at any address.
+struct [[gnu::packed, gnu::may_alias]] Symbol {
+    Ntk16u value;
+};
+
+inline const Symbol* asSymbols(const Ntk16u* p) {
+    return reinterpret_cast<const Symbol*>(p);
+}
+inline Symbol* asSymbols(Ntk16u* p) {
+    return reinterpret_cast<Symbol*>(p);
+}
+
+inline constexpr unsigned largestSymbol = 256; // of a byte: 255 + 1
+
+// Both directions go by masks of 64 elements, and read and write vectors of 16 from any position
+// on: up to 15 elements more than they use.
+inline constexpr unsigned windowLength = 64;
+inline constexpr unsigned vectorLength = 16;
+// A window's elements, a run that began before it, and what is written too much.
+inline constexpr unsigned windowRoom = 2 * windowLength;
+
+// The lowest n bits, n below 64.
+constexpr Ntk64u lowBits(unsigned n) {
+    return (1ULL << n) - 1;
+}
+
+// Decodes as ntksDecodeZ1Z2_BZ2_16u8u does, with ntkStsBadSrcData for symbols above maxSymbol,
+// which is at most largestSymbol. Source and destination stand where the work ended.
+NtkStatus decodeZ1Z2(Span<const Symbol>& src, Span<Ntk8u>& dst, unsigned maxSymbol);
+
+} // namespace ntk::bz2
