@@ -7,9 +7,9 @@
 
 #include "ntkdcbz2.h"
 
-#include "arguments.h"
+#include "spans.h"
 #include "dictionary.h"
-#include "kernels.h"
+#include "bytekernels.h"
 #include "ntkdcbwt.h"
 #include "z1z2.h"
 

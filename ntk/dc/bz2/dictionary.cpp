@@ -12,9 +12,9 @@
 
 #include <algorithm>
 
-#include "arguments.h"
+#include "spans.h"
 #include "dictionary.h"
-#include "kernels.h"
+#include "bytekernels.h"
 
 namespace ntk::bz2 {
 

@@ -5,7 +5,7 @@
 
 #include <immintrin.h>
 
-#include "kernels.h"
+#include "bytekernels.h"
 
 namespace ntk::bz2 {
 

@@ -17,8 +17,8 @@
 
 #include "ntkdcbz2.h"
 
-#include "arguments.h"
-#include "kernels.h"
+#include "spans.h"
+#include "bytekernels.h"
 
 namespace ntk::bz2 {
 

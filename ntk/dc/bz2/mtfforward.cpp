@@ -4,7 +4,7 @@
 // written 16 at a time and counted without a branch. Only where the byte is not in the front of
 // the list, or the run is long, does a branch go the other way.
 
-#include "kernels.h"
+#include "bytekernels.h"
 #include "mtflist.h"
 
 namespace ntk::bz2 {

@@ -4,7 +4,7 @@
 // its shuffle and the shuffle itself: one clock after the step before (SSSE3). Where 16 positions
 // in a row are 0, the front byte is written 16 times.
 
-#include "kernels.h"
+#include "bytekernels.h"
 #include "mtflist.h"
 
 namespace ntk::bz2 {

@@ -24,7 +24,7 @@
 
 #include <algorithm>
 
-#include "arguments.h"
+#include "spans.h"
 #include "rle.h"
 
 namespace ntk::bz2 {

@@ -3,7 +3,7 @@
 
 #include <emmintrin.h>
 
-#include "arguments.h"
+#include "spans.h"
 
 namespace ntk::bz2 {
 
