@@ -147,10 +147,14 @@ private:
         return dcTiming<tcall_##function, init>::stat(count, clocks, n, #function);                \
     }
 
-// Registers the test of the function, with or without an init function.
+// Registers the test of the function, with or without an init function. By "Ibs" in its name the
+// last one has the harness watch the floating-point flags, see psTest::beginRun.
 #define DC_REGISTER_I(Class, function, source)                                                     \
-    psRegTest(new Class(tcall_##function, tinit_##function, tim_##function##_loop,                 \
-                        tim_##function##_stat, #function, source, #Class "//KX_REG_I"))
+    DC_REGISTER_AS(Class, function, tinit_##function, source, "KX_REG_I")
 #define DC_REGISTER(Class, function, source)                                                       \
-    psRegTest(new Class(tcall_##function, nullptr, tim_##function##_loop, tim_##function##_stat,   \
-                        #function, source, #Class "//KX_REG"))
+    DC_REGISTER_AS(Class, function, nullptr, source, "KX_REG")
+#define DC_REGISTER_IBS_X(Class, function, source)                                                 \
+    DC_REGISTER_AS(Class, function, tinit_##function, source, "KX_REG_Ibs_X")
+#define DC_REGISTER_AS(Class, function, init, source, macro)                                       \
+    psRegTest(new Class(tcall_##function, init, tim_##function##_loop, tim_##function##_stat,      \
+                        #function, source, #Class "//" macro))

@@ -1,0 +1,66 @@
+// The state of a ZFP stream, as it lies in the caller's block.
+#pragma once
+
+#include <cstdint>
+
+// libzfp makes its bit stream on the heap only. Its installed sources, included this way, tell what
+// a bit stream is, so that one can lie in the state instead; knowsFields() tells whether the
+// library at hand was built from the same.
+#define inline_ static inline
+#define BIT_STREAM_WORD_TYPE uint8
+#include <zfp/bitstream.inl>
+
+#include <zfp.h>
+
+#include "ntkdefs.h"
+
+namespace ntk::zfp {
+
+inline constexpr unsigned bitsPerWord = 8;
+inline constexpr unsigned dims = 3;
+inline constexpr unsigned blockValues = 64;
+inline constexpr double highestRate = 32;
+
+// A block has a bit and 8 bits of exponent, then, for each of 32 bit planes, at most a bit for each
+// value, and between them at most 63 bits that tell where values become significant.
+inline constexpr unsigned mostBlockBits = 1 + 8 + 32 * blockValues + (blockValues - 1);
+// Room for a block that begins anywhere in the first byte, and a byte that the reader looks ahead.
+inline constexpr unsigned scratchBytes = (bitsPerWord - 1 + mostBlockBits) / bitsPerWord + 2;
+
+// What a state is for. No value that memory holds by chance.
+enum class Mark : Ntk32u {
+    encoder = 0x7a667045,
+    ended = 0x7a667046, // an encoder after the flush
+    decoder = 0x7a667044
+};
+
+struct State {
+    Mark mark;
+    zfp_stream zfp;  // refers to bits
+    bitstream bits;  // over the caller's buffer
+    size_t spare[2]; // zeros: a libzfp built with strides has two more fields behind
+    Ntk8u scratch[scratchBytes];
+};
+
+inline constexpr int stateBytes = static_cast<int>(sizeof(State) + alignof(State) - 1);
+
+// The caller's block has any alignment.
+inline State& stateIn(Ntk8u* block) {
+    constexpr std::uintptr_t mask = alignof(State) - 1;
+    const auto address = reinterpret_cast<std::uintptr_t>(block);
+    return *reinterpret_cast<State*>(block + (((address + mask) & ~mask) - address));
+}
+inline const State& stateIn(const Ntk8u* block) {
+    return stateIn(const_cast<Ntk8u*>(block));
+}
+
+inline bool isMade(const State& state) {
+    return state.mark == Mark::encoder || state.mark == Mark::ended || state.mark == Mark::decoder;
+}
+
+// The most bits that a block takes in the mode that is set.
+inline unsigned mostBits(const State& state) {
+    return state.zfp.maxbits < mostBlockBits ? state.zfp.maxbits : mostBlockBits;
+}
+
+} // namespace ntk::zfp

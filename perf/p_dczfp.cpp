@@ -1,0 +1,183 @@
+// The ZFP tests. One measured call codes or decodes the whole field: a single block takes hardly
+// longer than the reading of the clock.
+
+#include "p_dczfp.h"
+
+#include "dchooks.h"
+#include "dctiming.h"
+#include "kxdc.h"
+
+namespace dczfp {
+kxVector fieldBuf, comprBuf, decomprBuf;
+Ntk8u* pState = nullptr;
+bool size_xyz = false;
+int comprLen = 0;
+psIterator<int> rate;
+} // namespace dczfp
+using namespace dczfp;
+
+static Ntk8u* bytes(kxVector& vector) {
+    return static_cast<Ntk8u*>(vector.data());
+}
+
+static Ntk32f* values(kxVector& vector) {
+    return static_cast<Ntk32f*>(vector.data());
+}
+
+// ---- Calls and init bodies --------------------------------------------------------------------
+
+// Calls codeBlock(offset of the block's first value) for all blocks, x fastest, until one fails.
+static int forEachBlock(auto codeBlock) {
+    int status = ntkStsNoErr;
+    for (int z = 0; z < sideLen; z += 4) {
+        for (int y = 0; y < sideLen; y += 4) {
+            for (int x = 0; x < sideLen && status == ntkStsNoErr; x += 4) {
+                status = codeBlock((z * sideLen + y) * sideLen + x);
+            }
+        }
+    }
+    return status;
+}
+
+static constexpr int stepY = sideLen;
+static constexpr int stepZ = sideLen * sideLen;
+
+// The statuses of both init bodies are passed over: the measured call tells.
+static int tinit_ntksEncodeZfp444_32f() {
+    ntksEncodeZfpInit_32f(bytes(comprBuf), comprBuf.size(), pState);
+    ntksZfpSetRate_32f(rate.value(), pState);
+    return 0;
+}
+static int tcall_ntksEncodeZfp444_32f() {
+    const Ntk32f* const field = values(fieldBuf);
+    const int status = forEachBlock(
+        [field](int offset) { return ntksEncodeZfp444_32f(field + offset, stepY, stepZ, pState); });
+    return status == ntkStsNoErr ? ntksEncodeZfpFlush_32f(pState) : status;
+}
+DC_TIMING_I(ntksEncodeZfp444_32f)
+
+static int tinit_ntksDecodeZfp444_32f() {
+    ntksDecodeZfpInit_32f(bytes(comprBuf), comprLen, pState);
+    ntksZfpSetRate_32f(rate.value(), pState);
+    return 0;
+}
+static int tcall_ntksDecodeZfp444_32f() {
+    Ntk32f* const field = values(decomprBuf);
+    return forEachBlock(
+        [field](int offset) { return ntksDecodeZfp444_32f(field + offset, stepY, stepZ, pState); });
+}
+DC_TIMING_I(ntksDecodeZfp444_32f)
+
+// ---- Preparation ------------------------------------------------------------------------------
+
+// Whether a preparation call succeeded; a status that is not 0 is printed.
+static bool passed(NtkStatus status, const char* name) {
+    return !psIsFail(kxTest::checkStatus(status, name));
+}
+
+// A hill on a bent slope, in -1..1 of each dimension. Of the four operations only, which give the
+// same bits everywhere, as functions of a mathematics library do not.
+static double fieldValue(double x, double y, double z) {
+    const double hill = 1 / (1 + 2 * x * x + 3 * y * y + 5 * (z - 0.25) * (z - 0.25));
+    return hill + 0.5 * x * y - 0.3 * z + 0.1;
+}
+
+static void makeField() {
+    const auto coordinate = [](int i) { return (i - 0.5 * (sideLen - 1)) / (0.5 * sideLen); };
+    Ntk32f* value = values(fieldBuf);
+    for (int z = 0; z < sideLen; z++) {
+        for (int y = 0; y < sideLen; y++) {
+            for (int x = 0; x < sideLen; x++) {
+                *value++ =
+                    static_cast<Ntk32f>(fieldValue(coordinate(x), coordinate(y), coordinate(z)));
+            }
+        }
+    }
+    size_xyz = true;
+}
+
+static bool createState() {
+    int size = 0;
+    if (!passed(ntksZfpGetSize_32f(&size), "ntksZfpGetSize_32f")) {
+        return false;
+    }
+    pState = static_cast<Ntk8u*>(psMalloc(size, 0, 0, MEM_OBJECT_IS_BUFFER));
+    return pState != nullptr;
+}
+
+// The decoder's input, and the length that the encoder's ratio is taken from.
+static bool encodeField() {
+    tinit_ntksEncodeZfp444_32f();
+    return passed(tcall_ntksEncodeZfp444_32f(), "ntksEncodeZfp444_32f") &&
+           passed(ntksZfpGetLength_32f(&comprLen, pState), "ntksZfpGetLength_32f");
+}
+
+static bool isRateInRange() {
+    constexpr int highest = 32; // bits of a value
+    const bool inRange = rate.value() >= 1 && rate.value() <= highest;
+    if (!inRange) {
+        g_ostrm << PS_ERR << "-- rate=" << rate.value() << " is not within 1 to " << highest << "\n"
+                << PS_END;
+    }
+    return inRange;
+}
+
+bool TimdcZfp444::canStart() {
+    rate.init(4, "rate");
+    for (const int bitsPerValue : {4, 8, 16}) {
+        rate.add(bitsPerValue);
+    }
+    regParm(rate);
+    fieldBuf.init(kx32f);
+    comprBuf.init(kx8u);
+    decomprBuf.init(kx32f);
+    return true;
+}
+
+bool TimdcZfp444::initData() {
+    if (!isRateInRange() || !fieldBuf.createVector(fieldLen) ||
+        !comprBuf.createVector(fieldBuf.objectSize()) || !decomprBuf.createVector(fieldLen) ||
+        !createState()) {
+        return false;
+    }
+    makeField();
+    return encodeField();
+}
+
+void TimdcZfp444::flushData() {
+    fieldBuf.deleteVector();
+    comprBuf.deleteVector();
+    decomprBuf.deleteVector();
+    psFree(pState);
+    pState = nullptr;
+    size_xyz = false;
+}
+
+void TimdcZfp444::parmsToOstrm() {
+    g_ostrm << "length=" << fieldBuf.objectSize() << " ";
+    psTest::parmsToOstrm();
+}
+
+void TimdcZfp444::parmsToCstrm() {
+    const int length = fieldBuf.objectSize();
+    g_cstrm << psText(length) << "-" << rate.valueString()
+            << psText(static_cast<double>(length) / comprLen);
+}
+
+// Per value of the field.
+double TimdcZfpEncode444::getDivisor() {
+    return size_xyz ? 32768.0 : 0.0;
+}
+
+// Per compressed byte, as the decoders of the other families.
+double TimdcZfpDecode444::getDivisor() {
+    return comprLen;
+}
+
+[[maybe_unused]] static const bool g_registered = [] {
+    constexpr const char* source = "perf/p_dczfp";
+    registerHooks();
+    DC_REGISTER_IBS_X(TimdcZfpEncode444, ntksEncodeZfp444_32f, source);
+    DC_REGISTER_IBS_X(TimdcZfpDecode444, ntksDecodeZfp444_32f, source);
+    return true;
+}();
