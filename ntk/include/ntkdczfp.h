@@ -7,13 +7,13 @@
  * whole field are what zfp_compress makes of it.
  *
  * The state is a block of the caller's. It refers to the buffer of the stream and to itself: neither
- * may be moved or freed before the last call. All functions but the first two Inits refuse a state
- * that no Init function made with ntkStsBadValue, most times: they check a mark.
+ * may be moved or freed before the last call. A state that no Init function made is refused by a
+ * mark that it lacks.
  *
  * Common statuses: ntkStsNoErr; ntkStsNullPtr; ntkStsBadSize for a negative length; ntkStsBadValue
- * for an argument out of its range and for a state of the other direction; ntkStsNotImplemented from
- * the Init functions when the libzfp at hand is not of the version or the word size (8 bits) that
- * this library was built for.
+ * for an argument out of its range and for a state that is not made or of the other direction;
+ * ntkStsNotImplemented from the Init functions when the libzfp at hand is not of the version (first
+ * two numbers) or the word size (8 bits) that this library was built for.
  */
 #pragma once
 

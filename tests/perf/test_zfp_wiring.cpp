@@ -54,6 +54,9 @@ TEST_F(ZfpWiring, TheFieldIsCodedAsLibzfpCodesItWhole) {
         psTest& encoder = call("ntksEncodeZfp444_32f", bitsPerValue);
         EXPECT_EQ(coded(), whole(fieldBuf.data(), "")) << bitsPerValue;
         EXPECT_EQ(comprLen, 4096 * rate.value());
+        EXPECT_EQ(ntksEncodeZfp444_32f(static_cast<float*>(fieldBuf.data()), 4, 16, pState),
+                  ntkStsBadValue)
+            << "the call did not end the stream";
         EXPECT_DOUBLE_EQ(encoder.getDivisor(), 32768);
         const std::string field(static_cast<const char*>(fieldBuf.data()), 131072);
         encoder.flushData();

@@ -77,7 +77,6 @@ NtkStatus decodeNearEnd(State& state, Block& block) {
     Ntk8u* const from = before.ptr - (before.bits > 0); // libzfp may go back to the byte it is in
     const auto bytes = static_cast<std::size_t>(before.end - from);
     std::memcpy(state.scratch, from, bytes);
-    std::memset(state.scratch + bytes, 0, scratchBytes - bytes);
     state.bits.begin = state.scratch;
     state.bits.ptr = state.scratch + (before.ptr - from);
     zfp_decode_block_float_3(&state.zfp, block);
