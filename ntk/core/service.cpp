@@ -12,6 +12,8 @@ constinit std::atomic<int> s_numThreads{1};
 
 const char* ntkGetStatusString(NtkStatus status) {
     switch (status) {
+        case ntkStsSrcEnd:
+            return "The source ends before what it holds does";
         case ntkStsDstFull:
             return "The destination is full before the end of the source";
         case ntkStsFeaturesUnavailable:

@@ -42,6 +42,7 @@ typedef int NtkStatus;
 
 enum {
     /* Warnings. */
+    ntkStsSrcEnd = 3,              /* the source is at its end before what it holds is */
     ntkStsDstFull = 2,             /* the destination is full before the source is at its end */
     ntkStsFeaturesUnavailable = 1, /* features this processor lacks were asked for and left out */
 

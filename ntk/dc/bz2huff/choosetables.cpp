@@ -1,0 +1,138 @@
+// The tables begin as guesses, each cheap for one stretch of the alphabet. Then, four times over,
+// every group goes to the table that codes it shortest, and every table is made anew for the
+// groups that came to it.
+
+#include "choosetables.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "codelengths.h"
+
+namespace ntk::bz2huff {
+
+namespace {
+
+constexpr int rounds = 4;
+
+// Code lengths of one symbol in all tables, or their sums over a group, side by side: a group's
+// costs in all tables take one addition per symbol. 50 codes of 20 bits fit 16 bits.
+typedef Ntk16u Costs __attribute__((vector_size(16)));
+
+struct Group {
+    const Ntk16u* symbols;
+    int count;
+};
+
+// The symbols of the group that are in the alphabet: the source itself when all are.
+Group usableSymbols(const Group& group, int alphabet, Ntk16u* buffer) {
+    Ntk16u largest = 0;
+    for (int i = 0; i < group.count; i++) {
+        largest = std::max(largest, group.symbols[i]);
+    }
+    if (largest < alphabet) {
+        return group;
+    }
+    Ntk16u* const end = std::copy_if(group.symbols, group.symbols + group.count, buffer,
+                                     [alphabet](Ntk16u s) { return s < alphabet; });
+    return {buffer, static_cast<int>(end - buffer)};
+}
+
+template <class Action>
+void forEachGroup(const Ntk16u* symbols, int count, int alphabet, Action&& action) {
+    Ntk16u buffer[groupSymbols];
+    for (int at = 0, group = 0; at < count; at += groupSymbols, group++) {
+        const Group all{symbols + at, std::min(groupSymbols, count - at)};
+        action(group, usableSymbols(all, alphabet, buffer));
+    }
+}
+
+void countSymbols(const Group& group, int* frequencies) {
+    for (int i = 0; i < group.count; i++) {
+        frequencies[group.symbols[i]]++;
+    }
+}
+
+// More tables pay only in longer blocks, because each must be described.
+int tableCount(int symbols) {
+    static constexpr int fewerBelow[] = {200, 600, 1200, 2400};
+    int tables = minTables;
+    for (const int limit : fewerBelow) {
+        tables += symbols >= limit;
+    }
+    return tables;
+}
+
+// Cuts the alphabet into stretches that occur about equally often; the n-th table has short codes
+// for the n-th.
+void guessLengths(const int* frequencies, int alphabet, Plan& plan) {
+    constexpr Ntk8u cheap = 0;
+    constexpr Ntk8u dear = 15;
+    int remaining = 0;
+    for (int s = 0; s < alphabet; s++) {
+        remaining += frequencies[s];
+    }
+    int symbol = 0;
+    for (int t = 0; t < plan.tables; t++) {
+        const int target = remaining / (plan.tables - t);
+        const int first = symbol;
+        int sum = 0;
+        while (symbol < alphabet && (sum < target || symbol == first)) {
+            sum += frequencies[symbol++];
+        }
+        remaining -= sum;
+        std::memset(plan.lengths[t], dear, sizeof plan.lengths[t]);
+        std::memset(plan.lengths[t] + first, cheap, static_cast<std::size_t>(symbol - first));
+    }
+}
+
+void gatherCosts(const Plan& plan, int alphabet, Costs* costs) {
+    for (int s = 0; s < alphabet; s++) {
+        costs[s] = Costs{};
+        for (int t = 0; t < plan.tables; t++) {
+            costs[s][t] = plan.lengths[t][s];
+        }
+    }
+}
+
+int cheapestTable(const Group& group, const Costs* costs, int tables) {
+    Costs sums{};
+    for (int i = 0; i < group.count; i++) {
+        sums += costs[group.symbols[i]];
+    }
+    int best = 0;
+    for (int t = 1; t < tables; t++) {
+        best = sums[t] < sums[best] ? t : best;
+    }
+    return best;
+}
+
+void refine(const Ntk16u* symbols, int count, int alphabet, Plan& plan) {
+    Costs costs[maxAlphabet];
+    gatherCosts(plan, alphabet, costs);
+    int frequencies[maxTables][maxAlphabet] = {};
+    forEachGroup(symbols, count, alphabet, [&](int number, const Group& group) {
+        const int table = cheapestTable(group, costs, plan.tables);
+        plan.selectors[number] = static_cast<Ntk8u>(table);
+        countSymbols(group, frequencies[table]);
+    });
+    for (int t = 0; t < plan.tables; t++) {
+        makeCodeLengths(frequencies[t], alphabet, plan.lengths[t]);
+    }
+}
+
+} // namespace
+
+void choosePlan(const Ntk16u* symbols, int count, int alphabet, Plan& plan) {
+    int frequencies[maxAlphabet] = {};
+    forEachGroup(symbols, count, alphabet,
+                 [&](int, const Group& group) { countSymbols(group, frequencies); });
+    plan.tables = tableCount(count);
+    plan.groups = (count + groupSymbols - 1) / groupSymbols;
+    guessLengths(frequencies, alphabet, plan);
+    for (int round = 0; round < rounds; round++) {
+        refine(symbols, count, alphabet, plan);
+    }
+}
+
+} // namespace ntk::bz2huff

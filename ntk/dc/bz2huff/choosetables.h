@@ -1,0 +1,19 @@
+// Which tables a block is coded with, and which of them codes which group of symbols.
+#pragma once
+
+#include "format.h"
+
+namespace ntk::bz2huff {
+
+// How a block is to be coded.
+struct Plan {
+    int tables;
+    int groups;
+    Ntk8u lengths[maxTables][maxAlphabet];
+    Ntk8u selectors[maxSelectors]; // the table of each group
+};
+
+// symbols: count of them, 1 to maxBlockSymbols; those outside the alphabet have no influence.
+void choosePlan(const Ntk16u* symbols, int count, int alphabet, Plan& plan);
+
+} // namespace ntk::bz2huff

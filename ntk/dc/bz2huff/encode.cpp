@@ -1,0 +1,245 @@
+// bzip2 Huffman coder, the encoding half (decode.cpp is the other).
+//
+// The format has no standard; it is that of the bzip2 program. A coded block is, bits most
+// significant first:
+//   3 bits   number of tables, 2 to 6
+//   15 bits  number of selectors: one for every 50 symbols of the block, the last group shorter
+//   per selector, its table's place in a move-to-front list of the tables, in unary: as many ones,
+//            then a zero
+//   per table, the lengths of its codes: 5 bits for the first; then for every symbol of the
+//            alphabet "10" to make the length one longer or "11" one shorter, as often as it takes,
+//            and "0" when it is right
+//   the codes of the symbols, each by the table of its group; the last symbol of the alphabet ends
+//            the block.
+// Codes are canonical, so the lengths are all there is to know: see codelengths.h.
+//
+// Method: choosetables.cpp settles tables and selectors for the symbols as they are, which is all
+// that makes one encoder better than another. Coding is then a table look-up per symbol. Bits
+// gather in a 64-bit word whose whole bytes are stored together; near the end of the destination
+// and within a group that another call began, symbol by symbol with a look at the room.
+//
+// State: the plan, the codes that follow from it, and the position in the block, which tells the
+// group and so the table. The position is 0 after the context is packed and after an end-of-block
+// symbol, and never counts a symbol whose bits are not in the destination or in *pCode.
+//
+// Limits: 258 symbols, 18002 groups; codes of 17 bits, as bzip2 makes them since 1.0.3.
+
+#include "ntkdc.h"
+
+#include <algorithm>
+
+#include "msbwriter.h"
+#include "choosetables.h"
+#include "codelengths.h"
+
+namespace ntk::bz2huff {
+
+namespace {
+
+struct EncodeState {
+    int alphabet;
+    int position; // symbols of the block that are coded
+    Plan plan;
+    Code codes[maxTables][maxAlphabet];
+};
+
+// Selectors that repeat are 1 bit long.
+bool packSelectors(const Plan& plan, MsbWriter& writer) {
+    Ntk8u order[maxTables] = {0, 1, 2, 3, 4, 5};
+    for (int i = 0; i < plan.groups; i++) {
+        Ntk8u* const found = std::find(order, order + plan.tables, plan.selectors[i]);
+        const auto place = static_cast<Ntk32u>(found - order);
+        std::rotate(order, found, found + 1);
+        if (!writer.put((2U << place) - 2, place + 1)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool packLengths(const Ntk8u* lengths, int alphabet, MsbWriter& writer) {
+    constexpr Ntk32u longer = 2;
+    constexpr Ntk32u shorter = 3;
+    int current = lengths[0];
+    bool fits = writer.put(static_cast<Ntk32u>(current), firstLengthBits);
+    for (int s = 0; s < alphabet && fits; s++) {
+        for (; current < lengths[s] && fits; current++) {
+            fits = writer.put(longer, 2);
+        }
+        for (; current > lengths[s] && fits; current--) {
+            fits = writer.put(shorter, 2);
+        }
+        fits = fits && writer.put(0, 1);
+    }
+    return fits;
+}
+
+bool packContext(const EncodeState& state, MsbWriter& writer) {
+    const Plan& plan = state.plan;
+    bool fits = writer.put(static_cast<Ntk32u>(plan.tables), tableCountBits) &&
+                writer.put(static_cast<Ntk32u>(plan.groups), selectorCountBits) &&
+                packSelectors(plan, writer);
+    for (int t = 0; t < plan.tables && fits; t++) {
+        fits = packLengths(plan.lengths[t], state.alphabet, writer);
+    }
+    return fits && writer.drain();
+}
+
+class BlockEncoder {
+public:
+    BlockEncoder(const EncodeState& state, MsbWriter& writer, const Ntk16u* src, int srcLen)
+        : m_state(state), m_writer(writer), m_at(src), m_end(src + srcLen),
+          m_position(state.position) {}
+
+    NtkStatus run() {
+        m_writer.drain(); // also when no symbol follows
+        while (m_at < m_end) {
+            const int group = m_position / groupSymbols;
+            if (group >= m_state.plan.groups) {
+                return ntkStsBadSrcData;
+            }
+            const Code* const codes = m_state.codes[m_state.plan.selectors[group]];
+            if (!wholeGroup(codes)) {
+                const NtkStatus status = singleSymbol(codes);
+                if (status != ntkStsNoErr || m_position == 0) {
+                    return status;
+                }
+            }
+        }
+        return ntkStsNoErr;
+    }
+
+    const Ntk16u* at() const { return m_at; }
+    int position() const { return m_position; }
+
+private:
+    // A group that is whole, ordinary and sure of its room.
+    bool wholeGroup(const Code* codes) {
+        constexpr int mostBytes = (groupSymbols * maxEncodedCodeBits + 7) / 8 + 8;
+        if (m_position % groupSymbols != 0 || m_end - m_at < groupSymbols ||
+            m_writer.room() < mostBytes) {
+            return false;
+        }
+        const Ntk16u largest = largestOfGroup(m_at);
+        if (largest >= m_state.alphabet - 1) {
+            return false;
+        }
+        putGroup(codes);
+        m_at += groupSymbols;
+        m_position += groupSymbols;
+        return true;
+    }
+
+    static Ntk16u largestOfGroup(const Ntk16u* symbols) {
+        Ntk16u largest = 0;
+        for (int i = 0; i < groupSymbols; i++) {
+            largest = std::max(largest, symbols[i]);
+        }
+        return largest;
+    }
+
+    // Two codes and the 7 bits pending make at most 41 bits.
+    void putGroup(const Code* codes) {
+        MsbWriter writer = m_writer; // in registers
+        for (int i = 0; i < groupSymbols; i += 2) {
+            const Code& first = codes[m_at[i]];
+            const Code& second = codes[m_at[i + 1]];
+            writer.append(first.bits, first.length);
+            writer.append(second.bits, second.length);
+            writer.store();
+        }
+        m_writer = writer;
+    }
+
+    NtkStatus singleSymbol(const Code* codes) {
+        const int symbol = *m_at;
+        if (symbol >= m_state.alphabet) {
+            return ntkStsBadSrcData;
+        }
+        if (!m_writer.put(codes[symbol].bits, codes[symbol].length)) {
+            return ntkStsDstFull;
+        }
+        m_at++;
+        m_position = symbol == m_state.alphabet - 1 ? 0 : m_position + 1;
+        return ntkStsNoErr;
+    }
+
+    const EncodeState& m_state;
+    MsbWriter& m_writer;
+    const Ntk16u* m_at;
+    const Ntk16u* m_end;
+    int m_position;
+};
+
+} // namespace
+
+} // namespace ntk::bz2huff
+
+using namespace ntk::bz2huff;
+
+NtkStatus ntksEncodeHuffGetSize_BZ2_16u8u(int blockLen, int* pStateSize) {
+    return stateSize<EncodeState>(blockLen, pStateSize);
+}
+
+NtkStatus ntksEncodeHuffInit_BZ2_16u8u(int sizeDictionary, const int* /*pFreqTable*/,
+                                       const Ntk16u* pSrc, int srcLen, Ntk8u* pState) {
+    if (anyNull(pSrc, pState)) {
+        return ntkStsNullPtr;
+    }
+    if (srcLen < 1 || srcLen > maxBlockSymbols) {
+        return ntkStsBadSize;
+    }
+    if (!isAlphabet(sizeDictionary)) {
+        return ntkStsBadValue;
+    }
+    EncodeState& state = stateIn<EncodeState>(pState);
+    state.alphabet = sizeDictionary;
+    state.position = 0;
+    choosePlan(pSrc, srcLen, sizeDictionary, state.plan);
+    for (int t = 0; t < state.plan.tables; t++) {
+        makeCodes(state.plan.lengths[t], sizeDictionary, state.codes[t]);
+    }
+    return ntkStsNoErr;
+}
+
+NtkStatus ntksPackHuffContext_BZ2_16u8u(Ntk32u* pCode, int* pCodeLenBits, Ntk8u* pDst, int* pDstLen,
+                                        Ntk8u* pState) {
+    if (anyNull(pCode, pCodeLenBits, pDst, pDstLen, pState)) {
+        return ntkStsNullPtr;
+    }
+    const NtkStatus status = checkCall(*pCodeLenBits, 0, *pDstLen);
+    if (status != ntkStsNoErr) {
+        return status;
+    }
+    EncodeState& state = stateIn<EncodeState>(pState);
+    MsbWriter writer(pendingBits(*pCode, *pCodeLenBits), *pCodeLenBits, pDst, *pDstLen);
+    if (!packContext(state, writer)) {
+        return ntkStsDstTooSmall;
+    }
+    state.position = 0;
+    writer.leave(pCode, pCodeLenBits, pDstLen);
+    return ntkStsNoErr;
+}
+
+NtkStatus ntksEncodeHuff_BZ2_16u8u(Ntk32u* pCode, int* pCodeLenBits, Ntk16u** ppSrc, int* pSrcLen,
+                                   Ntk8u* pDst, int* pDstLen, Ntk8u* pState) {
+    if (anyNull(pCode, pCodeLenBits, ppSrc, pSrcLen, pDst, pDstLen, pState) || *ppSrc == nullptr) {
+        return ntkStsNullPtr;
+    }
+    const NtkStatus callStatus = checkCall(*pCodeLenBits, *pSrcLen, *pDstLen);
+    if (callStatus != ntkStsNoErr) {
+        return callStatus;
+    }
+    EncodeState& state = stateIn<EncodeState>(pState);
+    MsbWriter writer(pendingBits(*pCode, *pCodeLenBits), *pCodeLenBits, pDst, *pDstLen);
+    BlockEncoder encoder(state, writer, *ppSrc, *pSrcLen);
+    const NtkStatus status = encoder.run();
+    if (status < ntkStsNoErr) {
+        return status;
+    }
+    state.position = encoder.position();
+    *pSrcLen -= static_cast<int>(encoder.at() - *ppSrc);
+    *ppSrc += encoder.at() - *ppSrc;
+    writer.leave(pCode, pCodeLenBits, pDstLen);
+    return status;
+}

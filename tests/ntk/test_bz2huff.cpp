@@ -1,0 +1,359 @@
+// The bzip2 Huffman coder by itself. That its blocks are those of bzip2 is for the chain test.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <functional>
+#include <queue>
+
+#include "bz2huffcalls.h"
+#include "dc/bz2huff/codelengths.h"
+#include "dc/bz2huff/decodetable.h"
+#include "guarded.h"
+
+namespace {
+
+using namespace ntk::bz2huff;
+
+// Symbols below the end of block, each about `spread` times as frequent as the next one.
+Symbols madeBlock(int size, int alphabet, double spread, unsigned seed = 1) {
+    std::mt19937 generator(seed);
+    Symbols block;
+    while (static_cast<int>(block.size()) + 1 < size) {
+        const double draw = (generator() + 1.0) / 4294967297.0;
+        const double symbol = spread > 1 ? -std::log(draw) / std::log(spread) : draw * alphabet;
+        block.push_back(static_cast<Ntk16u>(std::min<double>(symbol, alphabet - 2)));
+    }
+    block.push_back(static_cast<Ntk16u>(alphabet - 1));
+    return block;
+}
+
+const Symbols ordinary = madeBlock(3333, 200, 1.05);
+
+TEST(Bz2Huff, BlocksComeBackAndHaveTheirNumberOfTables) {
+    const struct {
+        int size;
+        unsigned tables;
+    } sizes[] = {{1, 2},    {49, 2},   {51, 2},   {199, 2},  {200, 3},    {599, 3},   {600, 4},
+                 {1199, 4}, {1200, 5}, {2399, 5}, {2400, 6}, {100000, 6}, {900000, 6}};
+    for (const auto& [size, tables] : sizes) {
+        for (const auto& [alphabet, spread] :
+             {std::pair{3, 1.0}, {258, 1.0}, {258, 1.1}, {60, 2.0}}) {
+            const Symbols block = madeBlock(size, alphabet, spread);
+            // Bits of a caller's own in front, as many as there can be.
+            Bytes coded = encodedBlock(block, alphabet, {0xdeadbeef, 32});
+            EXPECT_EQ(coded[0], 0xde);
+            EXPECT_EQ(coded[3], 0xef);
+            EXPECT_EQ(coded[4] >> 5, tables) << size;
+            HuffDecoder decoder(alphabet);
+            decoder.bits = {static_cast<Ntk32u>(coded[4]) << 24, 8};
+            Ntk8u* src = coded.data() + 5;
+            int srcLen = static_cast<int>(coded.size()) - 5;
+            Symbols decoded;
+            ASSERT_EQ(decoder.unpack(src, srcLen), ntkStsNoErr);
+            EXPECT_EQ(decoder.decode(src, srcLen, decoded, size), ntkStsNoErr);
+            EXPECT_TRUE(decoded == block) << size << " of " << alphabet;
+            EXPECT_EQ(srcLen, 0);
+            EXPECT_LT(decoder.bits.count, 8);
+        }
+    }
+}
+
+// Twice over: after its end the block begins anew, without its context.
+TEST(Bz2Huff, PiecesOfAnySizeMakeTheSameBlock) {
+    const Bytes whole = encodedBlock(ordinary, 200);
+    std::mt19937 generator(3);
+    for (const int most : {1, 3, 60, 700}) {
+        const auto piece = [&](std::ptrdiff_t left) {
+            return static_cast<int>(std::min<std::ptrdiff_t>(generator() % (most + 1U), left));
+        };
+        HuffEncoder encoder(ordinary, 200);
+        HuffDecoder decoder(200);
+        Bytes context;
+        Bytes copy = whole;
+        Ntk8u* codes = copy.data();
+        auto codesLen = static_cast<int>(whole.size());
+        ASSERT_EQ(encoder.pack(context), ntkStsNoErr);
+        ASSERT_EQ(decoder.unpack(codes, codesLen), ntkStsNoErr);
+        const PendingBits afterPack = encoder.bits;
+        const PendingBits afterUnpack = decoder.bits;
+        for (int time = 0; time < 2; ++time) {
+            Bytes coded = context;
+            encoder.bits = afterPack;
+            for (auto at = ordinary.begin(); at != ordinary.end();) {
+                Symbols some;
+                some.reserve(1); // no null
+                some.assign(at, at + piece(ordinary.end() - at));
+                at += static_cast<std::ptrdiff_t>(some.size());
+                ASSERT_GE(encoder.encode(some, coded, piece(most)), ntkStsNoErr);
+                at -= static_cast<std::ptrdiff_t>(some.size()); // what was not taken
+            }
+            flushBits(encoder.bits, coded);
+            EXPECT_TRUE(coded == whole) << most;
+
+            Ntk8u* src = codes;
+            decoder.bits = afterUnpack;
+            Symbols decoded;
+            decoded.reserve(1);
+            NtkStatus status = ntkStsDstFull;
+            while (status > ntkStsNoErr) {
+                int some = piece(codes + codesLen - src);
+                status = decoder.decode(src, some, decoded, piece(most));
+            }
+            EXPECT_EQ(status, ntkStsNoErr);
+            EXPECT_TRUE(decoded == ordinary) << most;
+        }
+    }
+}
+
+// Against the sum of the inner nodes of a tree made with a heap: the cost of any optimal code.
+TEST(Bz2Huff, CodeLengthsAreOptimalUntilTheyAreTooLong) {
+    std::mt19937 generator(5);
+    for (int alphabet = 1; alphabet <= 258; ++alphabet) {
+        int frequencies[258];
+        std::priority_queue<long, std::vector<long>, std::greater<>> heap;
+        for (int s = 0; s < alphabet; ++s) {
+            frequencies[s] = static_cast<int>(generator() % 1000);
+            heap.push(std::max(frequencies[s], 1));
+        }
+        long best = alphabet == 1 ? std::max(frequencies[0], 1) : 0;
+        while (heap.size() > 1) {
+            long sum = heap.top();
+            heap.pop();
+            sum += heap.top();
+            heap.pop();
+            heap.push(sum);
+            best += sum;
+        }
+        Ntk8u lengths[258];
+        makeCodeLengths(frequencies, alphabet, lengths);
+        long cost = 0;
+        for (int s = 0; s < alphabet; ++s) {
+            cost += static_cast<long>(std::max(frequencies[s], 1)) * lengths[s];
+        }
+        EXPECT_EQ(cost, best) << alphabet;
+    }
+    int fibonacci[27] = {1, 1};
+    for (int s = 2; s < 27; ++s) {
+        fibonacci[s] = fibonacci[s - 1] + fibonacci[s - 2];
+    }
+    Ntk8u lengths[27];
+    makeCodeLengths(fibonacci, 27, lengths); // 26 bits without a limit
+    unsigned patterns = 0;
+    for (const Ntk8u length : lengths) {
+        ASSERT_TRUE(length >= 1 && length <= 17);
+        patterns += 1U << (17 - length);
+    }
+    EXPECT_EQ(patterns, 1U << 17);
+}
+
+class BitText {
+public:
+    BitText& put(unsigned value, int bits) {
+        for (int bit = bits - 1; bit >= 0; --bit) {
+            if (m_used++ % 8 == 0) {
+                bytes.push_back(0);
+            }
+            bytes.back() |= static_cast<Ntk8u>((value >> bit & 1) << (7 - (m_used - 1) % 8));
+        }
+        return *this;
+    }
+    // Of an alphabet of three: the lengths of two equal tables.
+    BitText& twoTables(std::initializer_list<int> lengths) {
+        for (int table = 0; table < 2; ++table) {
+            int current = *lengths.begin();
+            put(static_cast<unsigned>(current), 5);
+            for (const int length : lengths) {
+                for (; current != length; current += current < length ? 1 : -1) {
+                    put(current < length ? 2 : 3, 2);
+                }
+                put(0, 1);
+            }
+        }
+        return *this;
+    }
+    Bytes bytes;
+
+private:
+    int m_used = 0;
+};
+
+// Number of tables, number of selectors, one selector, and more.
+BitText context(unsigned tables = 2, unsigned selectors = 1) {
+    return BitText().put(tables, 3).put(selectors, 15).put(0, 1);
+}
+
+TEST(Bz2Huff, MalformedContextsAreRefused) {
+    const struct {
+        const char* what;
+        BitText bits;
+        NtkStatus status;
+    } cases[] = {
+        {"sound", context().twoTables({1, 2, 2}), ntkStsNoErr},
+        {"20 bits", context().twoTables({1, 20, 20}), ntkStsNoErr},
+        {"no table", context(0), ntkStsBadSrcData},
+        {"one table", context(1).twoTables({1, 2, 2}), ntkStsBadSrcData},
+        {"seven tables", context(7), ntkStsBadSrcData},
+        {"no selector", context(2, 0).twoTables({1, 2, 2}), ntkStsBadSrcData},
+        {"selector 2 of 2", BitText().put(2, 3).put(1, 15).put(6, 3).twoTables({1, 2, 2}),
+         ntkStsBadSrcData},
+        {"endless selector", BitText().put(6, 3).put(1, 15).put(~0U, 32).put(~0U, 32),
+         ntkStsBadSrcData},
+        {"length 0", context().twoTables({0, 2, 2}), ntkStsBadSrcData},
+        {"down to 0", context().twoTables({1, 0, 1}), ntkStsBadSrcData},
+        {"length 21", context().twoTables({21, 1, 2}), ntkStsBadSrcData},
+        {"up to 21", context().twoTables({1, 21, 2}), ntkStsBadSrcData},
+        {"over-subscribed", context().twoTables({1, 1, 20}), ntkStsBadSrcData},
+        {"incomplete", context().twoTables({2, 2, 2}), ntkStsNoErr},
+    };
+    for (const auto& c : cases) {
+        Bytes bytes = c.bits.bytes;
+        bytes.resize(bytes.size() + 16); // so that nothing fails for the lack of source
+        HuffDecoder decoder(3);
+        Ntk8u* src = bytes.data();
+        auto srcLen = static_cast<int>(bytes.size());
+        EXPECT_EQ(decoder.unpack(src, srcLen), c.status) << c.what;
+        Symbols out;
+        if (c.status < 0) { // no table is left over
+            EXPECT_EQ(src, bytes.data()) << c.what;
+            EXPECT_EQ(decoder.decode(src, srcLen, out, 5), ntkStsBadSrcData) << c.what;
+        }
+    }
+}
+
+TEST(Bz2Huff, WhatFollowsAContextMustBeCodes) {
+    const struct {
+        const char* what;
+        BitText bits;
+        NtkStatus status;
+        Symbols symbols;
+    } cases[] = {
+        {"end", context().twoTables({1, 2, 2}).put(0b01011, 5), ntkStsNoErr, {0, 1, 2}},
+        {"unused pattern", context().twoTables({2, 2, 2}).put(0b0001'11, 6), ntkStsBadSrcData, {}},
+        {"long unused", context().twoTables({1, 20, 20}).put(~0U, 24), ntkStsBadSrcData, {}},
+        {"long code", context().twoTables({1, 20, 20}).put(0x80001, 20), ntkStsNoErr, {2}},
+        {"a group too many",
+         context().twoTables({1, 2, 2}).put(0, 30).put(0, 30),
+         ntkStsBadSrcData,
+         {}},
+        {"selectors beyond the longest block are skipped",
+         [] {
+             BitText bits = BitText().put(2, 3).put(32767, 15);
+             for (int i = 0; i < 32767; ++i) {
+                 bits.put(0, 1);
+             }
+             return bits.twoTables({1, 2, 2}).put(3, 2);
+         }(),
+         ntkStsNoErr,
+         {2}},
+    };
+    for (const auto& c : cases) {
+        GuardedBlock bytes(c.bits.bytes);
+        HuffDecoder decoder(3);
+        Ntk8u* src = bytes.data();
+        int srcLen = bytes.size();
+        Symbols out;
+        ASSERT_EQ(decoder.unpack(src, srcLen), ntkStsNoErr) << c.what;
+        EXPECT_EQ(decoder.decode(src, srcLen, out, 100), c.status) << c.what;
+        EXPECT_EQ(out, c.symbols) << c.what;
+    }
+}
+
+TEST(Bz2Huff, ACutAnywhereEndsTheSourceEarly) {
+    const Bytes whole = encodedBlock(ordinary, 200);
+    for (std::size_t cut = 0; cut < whole.size(); ++cut) {
+        GuardedBlock first(Bytes(whole.begin(), whole.begin() + static_cast<long>(cut)));
+        GuardedBlock second(Bytes(whole.begin() + static_cast<long>(cut), whole.end()));
+        HuffDecoder decoder(200);
+        Ntk8u* src = first.data();
+        int srcLen = first.size();
+        if (decoder.unpack(src, srcLen) != ntkStsNoErr) {
+            ASSERT_LT(cut, 1000U);
+            continue;
+        }
+        Symbols out;
+        ASSERT_EQ(decoder.decode(src, srcLen, out, 4000), ntkStsSrcEnd) << cut;
+        ASSERT_EQ(srcLen, 0);
+        src = second.data();
+        srcLen = second.size();
+        ASSERT_EQ(decoder.decode(src, srcLen, out, 4000), ntkStsNoErr) << cut;
+        ASSERT_TRUE(out == ordinary) << cut;
+    }
+}
+
+TEST(Bz2Huff, MutationsNeverLeaveTheBuffers) {
+    const Bytes whole = encodedBlock(ordinary, 200);
+    std::mt19937 generator(11);
+    HuffDecoder decoder(200);
+    GuardedBlock bytes(whole.size());
+    GuardedBlock dst(2 * 3000);
+    int decodedBlocks = 0;
+    for (int round = 0; round < 4000; ++round) {
+        std::copy(whole.begin(), whole.end(), bytes.data());
+        const unsigned from = round % 2 == 0 ? 0 : 1; // also with the head left alone
+        for (unsigned i = 0; i < 1 + generator() % 8; ++i) {
+            const auto at = from * 500 + generator() % (bytes.size() - from * 500U);
+            bytes.data()[at] = static_cast<Ntk8u>(generator());
+        }
+        Ntk8u* src = bytes.data();
+        int srcLen = bytes.size();
+        decoder.bits = {};
+        if (decoder.unpack(src, srcLen) == ntkStsNoErr) {
+            int length = 3000;
+            const NtkStatus status = ntksDecodeHuff_BZ2_8u16u(
+                &decoder.bits.code, &decoder.bits.count, &src, &srcLen,
+                reinterpret_cast<Ntk16u*>(dst.data()), &length, decoder.state.data());
+            ++decodedBlocks;
+            ASSERT_TRUE(status >= ntkStsNoErr || status == ntkStsBadSrcData) << status;
+            ASSERT_TRUE(srcLen >= 0 && length <= 3000 && decoder.bits.count <= 32);
+        }
+    }
+    EXPECT_GT(decodedBlocks, 1000);
+}
+
+TEST(Bz2Huff, OddSymbolsAndArguments) {
+    Symbols odd = {0, 1, 7, 65535, 2};
+    HuffEncoder encoder(odd, 3);
+    EXPECT_EQ(encoder.initStatus, ntkStsNoErr); // they have no influence
+    Bytes out;
+    EXPECT_EQ(encoder.pack(out), ntkStsNoErr);
+    EXPECT_EQ(encoder.encode(odd, out, 100), ntkStsBadSrcData);
+    EXPECT_EQ(odd.size(), 5U);
+    Symbols longer(51, 0);
+    EXPECT_EQ(encoder.encode(longer, out, 100), ntkStsBadSrcData);
+
+    int size = 0;
+    EXPECT_EQ(ntksEncodeHuffGetSize_BZ2_16u8u(-1, &size), ntkStsBadSize);
+    EXPECT_EQ(ntksDecodeHuffGetSize_BZ2_8u16u(900001, &size), ntkStsBadSize);
+    for (const int alphabet : {0, 259}) {
+        EXPECT_EQ(HuffEncoder({1}, alphabet).initStatus, ntkStsBadValue);
+        EXPECT_EQ(ntksDecodeHuffInit_BZ2_8u16u(alphabet, encoder.state.data()), ntkStsBadValue);
+    }
+    EXPECT_EQ(HuffEncoder({}, 3).initStatus, ntkStsNullPtr);
+    GuardedBlock none(0);
+    for (const int count : {-1, 33}) {
+        Ntk32u code = 0;
+        int bits = count;
+        int length = 0;
+        Ntk8u* src = none.data();
+        EXPECT_EQ(
+            ntksPackHuffContext_BZ2_16u8u(&code, &bits, none.data(), &length, encoder.state.data()),
+            ntkStsBadValue);
+        EXPECT_EQ(ntksUnpackHuffContext_BZ2_8u16u(&code, &bits, &src, &length,
+                                                  HuffDecoder(3).state.data()),
+                  ntkStsBadValue);
+    }
+    // A context fits exactly or not at all.
+    HuffEncoder fresh(ordinary, 200);
+    Bytes context;
+    fresh.pack(context);
+    for (const int missing : {1, 0}) {
+        GuardedBlock dst(context.size() - static_cast<std::size_t>(missing));
+        PendingBits bits;
+        int length = dst.size();
+        EXPECT_EQ(ntksPackHuffContext_BZ2_16u8u(&bits.code, &bits.count, dst.data(), &length,
+                                                fresh.state.data()),
+                  missing ? ntkStsDstTooSmall : ntkStsNoErr);
+    }
+}
+
+} // namespace
