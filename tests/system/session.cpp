@@ -109,6 +109,11 @@ Outcome SystemTest::runWell(const Texts& keys, const Command& how) const {
     return outcome;
 }
 
+Texts SystemTest::listedFunctions() const {
+    const std::string output = runWell({"-e-", "-fntks", "-s-"}).output;
+    return linesOf(output.substr(output.rfind("=\n") + 2));
+}
+
 Table::Table(const std::string& text) {
     for (const std::string& line : linesOf(text)) {
         const Texts cells = cellsOf(line);

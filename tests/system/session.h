@@ -41,6 +41,8 @@ protected:
     Outcome run(const Texts& keys, Command how = {}) const;
     // The same; and it must end well, saying nothing on the error output.
     Outcome runWell(const Texts& keys, const Command& how = {}) const;
+    // The measured functions in the order of their registration, as "-e-" lists them.
+    Texts listedFunctions() const;
 
 private:
     std::string m_directory;
