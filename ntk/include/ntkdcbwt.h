@@ -32,7 +32,7 @@ typedef enum {
      * compared length. No text takes it more than about n log n log n steps. */
     ntkBWTItohTanakaUnlimSort = 1,
     /* A suffix sort of the least rotation (libdivsufsort); n log n steps on every text. It takes
-     * about 258 KiB from the heap for the time of the call. Without them the two-stage sort does
+     * 257 KiB from the heap for the time of the call. Without them the two-stage sort does
      * the work, so that the result is the same. */
     ntkBWTSuffixSort = 2,
     /* One of the above, by what the text looks like. */

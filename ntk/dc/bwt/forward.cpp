@@ -33,8 +33,10 @@ bool isLength(int srcLen) {
 // The sort chosen, and where it gives up, the other kind.
 int sortRotations(const Workspace& work, int n, NtkBWTSortAlgorithmHint hint, Ntk8u* dst) {
     int idx = -1;
-    if (hint == ntkBWTItohTanakaLimSort || hint == ntkBWTAutoSort) {
+    if (hint == ntkBWTItohTanakaLimSort) {
         idx = twoStageSort(work, n, Effort::limited, dst);
+    } else if (hint == ntkBWTAutoSort) {
+        idx = twoStageSort(work, n, Effort::moderate, dst);
     }
     if (idx < 0 && hint != ntkBWTItohTanakaUnlimSort) {
         idx = suffixSort(work, n, dst);

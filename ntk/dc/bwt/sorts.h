@@ -15,6 +15,7 @@ int suffixSort(const Workspace& work, int n, Ntk8u* dst);
 
 enum class Effort {
     limited,   // gives up when rotations stay equal for long
+    moderate,  // gives up when so many stay equal that it would be slower than a suffix sort
     unlimited, // never gives up
 };
 int twoStageSort(const Workspace& work, int n, Effort effort, Ntk8u* dst);

@@ -9,11 +9,15 @@ namespace ntk::bwt {
 namespace {
 
 constexpr Ntk32u minPartLen = 16;
+constexpr Ntk32u bytesOfStar = 2; // that make the end of a part a star
 constexpr Ntk32u wordLen = 8;
 
 // Limited effort: words loaded for each star, on average. Text with ordinary repeats needs fewer
 // than 4; what needs more is faster in the suffix sort.
 constexpr Ntk64u wordsPerStar = 8;
+
+// Moderate effort: one star in so many may be tied.
+constexpr Ntk32u tiedShare = 2;
 
 Ntk64u wordAt(const Ntk8u* bytes) {
     Ntk64u word;
@@ -23,6 +27,13 @@ Ntk64u wordAt(const Ntk8u* bytes) {
 
 bool hasLessKey(const Star& a, const Star& b) {
     return a.key < b.key;
+}
+
+// Returns whether the budget had it.
+bool spend(Ntk64u& budget, Ntk32u amount) {
+    const bool suffices = amount <= budget;
+    budget -= suffices ? amount : 0;
+    return suffices;
 }
 
 // End of the run of equal keys that starts at `from`.
@@ -37,38 +48,28 @@ Ntk32u endOfRun(const Star* stars, Ntk32u from, Ntk32u end) {
 } // namespace
 
 StarSort::StarSort(const Workspace& work, Ntk32u n, Ntk32u count, Effort effort)
-    : m_work(work), m_textLen(n), m_count(count), m_isLimited(effort == Effort::limited),
-      m_wordsLeft(wordsPerStar * count) {
-    if (!m_isLimited) {
-        findNext();
-    }
+    : m_work(work), m_textLen(n), m_count(count), m_effort(effort),
+      m_wordsLeft(wordsPerStar * count), m_tiedLeft(count / tiedShare) {}
+
+Ntk32u StarSort::distance(const Star& from, Ntk32u to) const {
+    const Ntk32u position = m_work.positions[to];
+    return position - from.position + (position > from.position ? 0 : m_textLen);
 }
 
-void StarSort::findNext() {
-    const Ntk32u* const positions = m_work.positions;
-    const auto unrolled = [&](Ntk32u i) {
-        return i < m_count ? positions[i] : positions[i - m_count] + m_textLen;
-    };
-    Ntk32u ahead = 0;
-    for (Ntk32u i = 0; i < m_count; ++i) {
-        ahead = std::max(ahead, i + 1);
-        while (ahead < i + m_count && unrolled(ahead) - positions[i] < minPartLen) {
-            ++ahead;
-        }
-        m_work.next[i] = ahead < m_count ? ahead : ahead - m_count;
-    }
-}
-
-// The part's length with the two bytes that make its end a star.
-Ntk32u StarSort::partLen(const Star& star) const {
-    const Ntk32u end = m_work.positions[m_work.next[star.index]];
-    return end + 2 - star.position + (end > star.position ? 0 : m_textLen);
+// Stars never lie side by side, so the search is short.
+Ntk32u StarSort::nextOf(const Star& star) const {
+    Ntk32u i = star.index;
+    do {
+        i = i + 1 < m_count ? i + 1 : 0;
+    } while (distance(star, i) < minPartLen && i != star.index);
+    return i;
 }
 
 Ntk32u StarSort::longestPart(Range range) const {
     Ntk32u longest = 0;
     for (Ntk32u i = range.first; i < range.end; ++i) {
-        longest = std::max(longest, partLen(m_work.stars[i]));
+        const Star& star = m_work.stars[i];
+        longest = std::max(longest, distance(star, nextOf(star)) + bytesOfStar);
     }
     return longest;
 }
@@ -86,20 +87,23 @@ bool StarSort::loadWords(Range range, Ntk32u depth) {
 }
 
 bool StarSort::sortByBytes(Range range) {
-    return sortFrom(range, 2);
+    return sortFrom(range, bytesOfStar);
 }
 
-bool StarSort::spendWords(Ntk32u count) {
-    const bool suffices = count <= m_wordsLeft;
-    m_wordsLeft -= suffices ? count : 0;
-    return suffices;
+bool StarSort::addTie(Range range) {
+    m_work.ties[m_tieCount++] = range;
+    for (Ntk32u i = range.first; i < range.end; ++i) {
+        const Star& star = m_work.stars[i];
+        m_work.next[star.index] = nextOf(star);
+    }
+    return m_effort == Effort::unlimited || spend(m_tiedLeft, range.size());
 }
 
 // Sorts by the words at the given depth, then the runs of equal words by the words after. The
 // longest run is left to the loop, so that the recursion is at most log n deep.
 bool StarSort::sortFrom(Range range, Ntk32u depth) {
     while (range.size() > 1) {
-        if (m_isLimited && !spendWords(range.size())) {
+        if (m_effort == Effort::limited && !spend(m_wordsLeft, range.size())) {
             return false;
         }
         const bool differ = loadWords(range, depth);
@@ -120,9 +124,8 @@ bool StarSort::sortFrom(Range range, Ntk32u depth) {
             }
             range = longest;
         }
-        if (!m_isLimited && range.size() > 1 && depth >= longestPart(range)) {
-            m_work.ties[m_tieCount++] = range;
-            break;
+        if (m_effort != Effort::limited && depth >= minPartLen && depth >= longestPart(range)) {
+            return range.size() < 2 || addTie(range);
         }
     }
     return true;

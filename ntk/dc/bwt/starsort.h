@@ -2,15 +2,16 @@
 // all others follows (see twostage.cpp).
 //
 // Each star has a compared part: it ends two bytes into the first star that begins at least 16
-// bytes later (or, if there is none, with the whole rotation). Stars are ordered by whole words of
-// eight bytes, as far as needed and at most to the end of the compared part. Stars that are equal
-// so far have parts of equal length, because within the parts the bytes alone decide where stars
-// begin. So they can be ordered by the order of the stars that follow their parts, then by the
-// order of those that follow twice the length, and so on, doubling (Karp, Miller and Rosenberg
-// 1972; Manber and Myers 1993; ranks as in Larsson and Sadakane 1999).
+// bytes later (or, if there is none within one turn, into the star itself). Stars are ordered by
+// whole words of eight bytes, as far as needed, but not further than to the end of the longest part
+// among those still equal. Stars equal that far have parts of one length: a star shows by its byte
+// and the run of equal bytes after it, and any run that tells two of them apart ends in the longer
+// part. So they can be ordered by the order of the stars that end their parts, then by the order
+// of those that end twice as much, and so on, doubling (Karp, Miller and Rosenberg 1972; Manber and
+// Myers 1993; ranks as in Larsson and Sadakane 1999).
 //
-// A text position lies in at most 16 compared parts, so the first step takes linear time plus that
-// of sorting; the second takes log n rounds of sorting at the worst.
+// A text position lies in at most 16 parts, so that all words loaded are fewer than the bytes of
+// the text times a constant; the doubling takes at most log n rounds of sorting.
 #pragma once
 
 #include "ntkdefs.h"
@@ -32,22 +33,23 @@ public:
     void sortTies();
 
 private:
-    void findNext();
-    Ntk32u partLen(const Star& star) const;
+    Ntk32u distance(const Star& from, Ntk32u to) const;
+    Ntk32u nextOf(const Star& star) const;
     Ntk32u longestPart(Range range) const;
     bool loadWords(Range range, Ntk32u depth);
     bool sortFrom(Range range, Ntk32u depth);
     Ntk32u splitTie(Range tie, Ntk32u moreCount);
     void assignRanks();
     void doubleNext();
-    bool spendWords(Ntk32u count);
+    bool addTie(Range range);
 
     Workspace m_work;
     Ntk32u m_textLen;
     Ntk32u m_count;
     Ntk32u m_tieCount = 0;
-    bool m_isLimited;
+    Effort m_effort;
     Ntk64u m_wordsLeft; // of the limited effort
+    Ntk64u m_tiedLeft;  // stars, of the moderate effort
 };
 
 } // namespace ntk::bwt
