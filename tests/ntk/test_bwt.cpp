@@ -137,7 +137,7 @@ TEST(Bwt, TransformsThePapersExample) {
 }
 
 TEST(Bwt, SortsAllShortWords) {
-    for (const auto& [letters, longest] : {std::pair{2, 11}, {3, 7}, {5, 5}}) {
+    for (const auto& [letters, longest] : {std::pair{2, 10}, {3, 7}}) {
         for (int length = 1; length <= longest; ++length) {
             Bytes text(static_cast<std::size_t>(length), 'a');
             Bytes work = buffer(ntksBWTFwdGetSize_8u, text.size());
