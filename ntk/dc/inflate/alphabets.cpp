@@ -79,7 +79,7 @@ constexpr std::array<Entry, 288> literalSymbols = makeLiteralSymbols();
 constexpr std::array<Entry, 32> distanceSymbols = makeDistanceSymbols();
 constexpr std::array<Entry, numLengthCodes> codeLengthSymbols = makeCodeLengthSymbols();
 
-constexpr CodeTable fixedLiteralTable = {fixedLiterals.data(), fixedLiteralBits};
-constexpr CodeTable fixedDistanceTable = {fixedDistances.data(), fixedDistanceBits};
+constexpr CodeTable fixedLiteralTable = {fixedLiterals.data(), lowMask(fixedLiteralBits)};
+constexpr CodeTable fixedDistanceTable = {fixedDistances.data(), lowMask(fixedDistanceBits)};
 
 } // namespace ntk::inflate

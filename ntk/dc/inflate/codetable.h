@@ -50,9 +50,9 @@ constexpr unsigned valueWithExtra(Entry e, Ntk64u bits) {
 // A table as its users see it.
 struct CodeTable {
     const Entry* entries;
-    unsigned rootBits;
+    unsigned rootMask; // lowMask of the root bits
 
-    Entry at(Ntk64u bits) const { return entries[bits & lowMask(rootBits)]; }
+    Entry at(Ntk64u bits) const { return entries[bits & rootMask]; }
     // The entry that a link leads to; `bits` begins behind the root's bits.
     Entry follow(Entry link, Ntk64u bits) const {
         return entries[valueOf(link) + (bits & lowMask(codeBits(link)))];

@@ -62,7 +62,7 @@ Outcome buildCodes(Stream& s) {
 
 Outcome readCodeLengths(Stream& s) {
     WorkBuffer& w = *s.work;
-    const CodeTable table = {w.lengthCodes.data(), w.lengthCodeBits};
+    const CodeTable table = {w.lengthCodes.data(), lowMask(w.lengthCodeBits)};
     const unsigned total = w.numLiteralCodes + w.numDistanceCodes;
     while (w.position < total) {
         s.in.has(lengthCodeRootBits + 7);

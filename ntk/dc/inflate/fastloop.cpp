@@ -14,11 +14,15 @@ static_assert(3 * literalRootBits <= 56 && 15 + 5 + distanceMaxBits <= 56);
 // A turn of the loop refills twice after the first refill, each reading 8 bytes from at most 7
 // bytes behind the one before.
 constexpr std::ptrdiff_t sourceMargin = 3 * 8;
-// A turn writes two literals and a match of 258 bytes, and its copy up to 15 bytes more.
-constexpr std::ptrdiff_t destinationMargin = 2 + 258 + 15;
+// A turn writes two literals and a match of 258 bytes, and its copy up to 29 bytes more.
+constexpr std::ptrdiff_t destinationMargin = 2 + 258 + 29;
 
 inline void store64(Ntk8u* bytes, Ntk64u word) {
     std::memcpy(bytes, &word, sizeof word);
+}
+
+inline void copy16(Ntk8u* to, const Ntk8u* from) {
+    std::memcpy(to, from, 16);
 }
 
 // For distances below 8: the bytes at distance, repeated to fill a word, and the largest multiple
@@ -36,16 +40,16 @@ constexpr Repetition repetitions[8] = {{0, 0},
                                        {0x0001000000000001, 6},
                                        {0x0100000000000001, 7}};
 
-// Writes up to 15 bytes behind the end.
+// Writes up to 29 bytes behind the end.
 inline void copyMatch(Ntk8u* to, unsigned length, unsigned distance) {
     const Ntk8u* from = to - distance;
     Ntk8u* const end = to + length;
     if (distance >= 16) {
-        do {
-            std::memcpy(to, from, 16);
-            to += 16;
-            from += 16;
-        } while (to < end);
+        copy16(to, from);
+        copy16(to + 16, from + 16);
+        for (unsigned done = 32; done < length; done += 16) {
+            copy16(to + done, from + done);
+        }
     } else if (distance >= 8) {
         do {
             store64(to, load64(from));
@@ -65,7 +69,7 @@ inline void copyMatch(Ntk8u* to, unsigned length, unsigned distance) {
 } // namespace
 
 // Long, as the state of the loop lives in registers.
-Outcome decodeFast(Stream& s, const CodeTable& literals, const CodeTable& distances) {
+Outcome decodeFast(Stream& s, CodeTable literals, CodeTable distances) {
     if (s.in.end - s.in.next < sourceMargin || s.out.end - s.out.next < destinationMargin) {
         return Outcome::goOn;
     }

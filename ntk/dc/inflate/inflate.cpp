@@ -140,8 +140,8 @@ Outcome step(Stream& s) {
     case ntkInflateFixed:
         return decodeSymbols(s, fixedLiteralTable, fixedDistanceTable);
     case ntkInflateDynamic:
-        return decodeSymbols(s, {s.work->literals.data(), s.work->literalBits},
-                             {s.work->distances.data(), s.work->distanceBits});
+        return decodeSymbols(s, {s.work->literals.data(), lowMask(s.work->literalBits)},
+                             {s.work->distances.data(), lowMask(s.work->distanceBits)});
     case ntkInflateStored:
         return copyStored(s);
     case modeStoredLength:

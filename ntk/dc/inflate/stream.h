@@ -83,6 +83,6 @@ Outcome decodeSymbols(Stream& s, const CodeTable& literals, const CodeTable& dis
 
 // Decodes symbols as long as source and destination are far from their ends; then, or with a match
 // pending that refers to before `oldest`, it returns goOn with the mode unchanged.
-Outcome decodeFast(Stream& s, const CodeTable& literals, const CodeTable& distances);
+Outcome decodeFast(Stream& s, CodeTable literals, CodeTable distances);
 
 } // namespace ntk::inflate

@@ -1,0 +1,261 @@
+// The inflater on malformed, cut off and damaged streams, and on bad arguments. zlib judges too.
+#include <gtest/gtest.h>
+
+#include "guarded.h"
+#include "inflatecalls.h"
+
+namespace {
+
+// Lengths of the codes from a symbol on.
+struct Lengths {
+    unsigned symbol;
+    std::vector<unsigned> lengths;
+};
+
+BitWriter fixedBlock() {
+    return BitWriter().bits(1, 1).bits(1, 2);
+}
+
+BitWriter codeCounts(unsigned literalCodes, unsigned distanceCodes, unsigned lengthCodes) {
+    return BitWriter()
+        .bits(1, 1)
+        .bits(2, 2)
+        .bits(literalCodes - 257, 5)
+        .bits(distanceCodes - 1, 5)
+        .bits(lengthCodes - 4, 4);
+}
+
+// A last dynamic block up to its symbols: 258 literal codes and as many for distances as given. The
+// code for lengths has 4 bits for each of 0 to 15.
+BitWriter dynamicBlock(const std::vector<Lengths>& literals,
+                       const std::vector<unsigned>& distances) {
+    BitWriter w = codeCounts(258, static_cast<unsigned>(distances.size()), 19);
+    for (unsigned i = 0; i < 19; ++i) {
+        w.bits(i < 3 ? 0 : 4, 3);
+    }
+    std::vector<unsigned> row(258);
+    for (const Lengths& some : literals) {
+        std::copy(some.lengths.begin(), some.lengths.end(), row.begin() + some.symbol);
+    }
+    row.insert(row.end(), distances.begin(), distances.end());
+    for (const unsigned length : row) {
+        for (unsigned bit = 4; bit-- > 0;) {
+            w.bits(length >> bit & 1, 1);
+        }
+    }
+    return w;
+}
+
+// 'a' as 0, the end as 10 and a length of 3 as 11.
+const std::vector<Lengths> threeCodes = {{'a', {1}}, {256, {2, 2}}};
+
+struct Case {
+    const char* name;
+    BitWriter stream;
+    Verdict expected;
+    std::string data = "";
+};
+
+const Verdict sound = Verdict::sound;
+const Verdict malformed = Verdict::malformed;
+
+const Case cases[] = {
+    {"block of the reserved type", BitWriter().bits(1, 1).bits(3, 2), malformed},
+    {"stored", BitWriter().bits(1, 8).bits(2, 16).bits(0xfffd, 16).bits('a', 8).bits('b', 8), sound,
+     "ab"},
+    {"stored, wrong complement", BitWriter().bits(1, 8).bits(2, 16).bits(0xfffc, 16), malformed},
+    {"fixed, empty", fixedBlock().code("0000000"), sound},
+    {"fixed, a match", fixedBlock().code("10010001").code("0000001").code("00000").code("0000000"),
+     sound, "aaaa"},
+    {"fixed, the match a byte too far",
+     fixedBlock().code("10010001").code("0000001").code("00001").code("0000000"), malformed},
+    {"fixed, a match first", fixedBlock().code("0000001").code("00000").code("0000000"), malformed},
+    {"fixed, symbol 286", fixedBlock().code("11000110"), malformed},
+    {"fixed, symbol 287", fixedBlock().code("11000111"), malformed},
+    {"fixed, distance symbol 30", fixedBlock().code("10010001").code("0000001").code("11110"),
+     malformed},
+    {"fixed, distance symbol 31", fixedBlock().code("10010001").code("0000001").code("11111"),
+     malformed},
+    {"287 literal codes", codeCounts(287, 1, 4), malformed},
+    {"31 distance codes", codeCounts(257, 31, 4), malformed},
+    {"no length codes", codeCounts(257, 1, 4), malformed},
+    {"one length code", codeCounts(257, 1, 4).bits(0, 9).bits(1, 3), malformed},
+    {"incomplete length codes", codeCounts(257, 1, 4).bits(1, 3).bits(2, 3), malformed},
+    {"over-subscribed length codes", codeCounts(257, 1, 4).bits(1, 3).bits(1, 3).bits(1, 3),
+     malformed},
+    // Codes for 16 and 0, then 18 and 0, of 1 bit each.
+    {"repetition of nothing", codeCounts(257, 1, 4).bits(1, 9).bits(1, 3).code("1"), malformed},
+    {"repetition beyond the last",
+     codeCounts(257, 1, 4).bits(0, 6).bits(1, 3).bits(1, 3).code("1").bits(127, 7).code("1").bits(
+         127, 7),
+     malformed},
+    {"dynamic", dynamicBlock(threeCodes, {1, 1}).code("0").code("11").code("0").code("10"), sound,
+     "aaaa"},
+    {"no code for the end", dynamicBlock({{'a', {1, 1}}}, {1, 1}), malformed},
+    {"over-subscribed literals", dynamicBlock({{'a', {1, 1}}, {256, {1}}}, {1, 1}), malformed},
+    {"incomplete literals", dynamicBlock({{'a', {2}}, {256, {2}}}, {1, 1}), malformed},
+    {"the end alone, of 1 bit", dynamicBlock({{256, {1}}}, {1, 1}).code("0"), sound},
+    {"the end alone, the other code", dynamicBlock({{256, {1}}}, {1, 1}).code("1"), malformed},
+    {"the end alone, of 2 bits", dynamicBlock({{256, {2}}}, {1, 1}), malformed},
+    {"no distances, none used", dynamicBlock(threeCodes, {0}).code("0").code("10"), sound, "a"},
+    {"no distances, one used", dynamicBlock(threeCodes, {0}).code("0").code("11"), malformed},
+    {"one distance", dynamicBlock(threeCodes, {1}).code("0").code("11").code("0").code("10"), sound,
+     "aaaa"},
+    {"one distance, the other used", dynamicBlock(threeCodes, {1}).code("0").code("11").code("1"),
+     malformed},
+    {"one distance of 2 bits", dynamicBlock(threeCodes, {2}), malformed},
+    {"incomplete distances", dynamicBlock(threeCodes, {1, 2}), malformed},
+    {"over-subscribed distances", dynamicBlock(threeCodes, {1, 1, 1}), malformed},
+    {"codes of 15 bits",
+     dynamicBlock({{'a', {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14}}, {256, {15, 15}}}, {1, 1})
+         .code("0")
+         .code("11111111111110")
+         .code("111111111111111")
+         .code("1")
+         .code("111111111111110"),
+     sound, "anana"},
+};
+
+TEST(InflateHostile, TellsSoundAndMalformedStreamsApart) {
+    for (const Case& c : cases) {
+        Bytes stream = c.stream.done();
+        const std::size_t length = stream.size();
+        stream.resize(length + 300); // far enough from the end for the fast loop
+        for (const std::size_t piece : {std::size_t{1}, stream.size()}) {
+            const Inflated found = inflatedInPieces(stream, 1000, piece, 1000);
+            EXPECT_EQ(found.verdict, c.expected) << c.name;
+            if (c.expected == sound) {
+                EXPECT_EQ(found, (Inflated{sound, length, Bytes(c.data.begin(), c.data.end())}))
+                    << c.name;
+            }
+        }
+        EXPECT_EQ(zlibInflated(stream, 1000).verdict, c.expected) << c.name;
+    }
+}
+
+TEST(InflateHostile, WantsMoreOfAStreamCutOffAnywhere) {
+    const Bytes data = textBytes(3000);
+    for (const DeflateWay& way : {DeflateWay{0}, DeflateWay{6, Z_FIXED}, DeflateWay{9}}) {
+        const Bytes stream = deflated(data, way);
+        for (std::size_t n = 0; n < stream.size(); ++n) {
+            Bytes part(stream.begin(), stream.begin() + static_cast<std::ptrdiff_t>(n));
+            part.reserve(1);
+            const Inflated found = inflated(part, data.size());
+            ASSERT_EQ(found.verdict, Verdict::unfinished) << n;
+            ASSERT_EQ(found.taken, n);
+            ASSERT_TRUE(std::equal(found.data.begin(), found.data.end(), data.begin()));
+        }
+        for (std::size_t n = 0; n < data.size(); n += 7) {
+            ASSERT_EQ(inflated(stream, n).verdict, Verdict::destinationFull);
+        }
+    }
+}
+
+// Guards around both buffers. The zeros that follow make an end of every stream.
+TEST(InflateHostile, JudgesDamagedStreamsAsZlibDoes) {
+    constexpr std::size_t capacity = 40000;
+    const Bytes data = textBytes(4000);
+    const GuardedBlock dst(capacity);
+    std::mt19937 generator(4);
+    int verdicts[4] = {};
+    for (int round = 0; round < 6000; ++round) {
+        const int kind = round % 4;
+        Bytes stream = kind == 3 ? randomBytes(200, generator())
+                                 : deflated(data, {kind == 0 ? 1 : 9, kind == 1 ? Z_FIXED : 0, 2});
+        const std::size_t reach = round % 8 < 4 ? 60 : stream.size();
+        for (unsigned n = generator() % 3; n > 0; --n) {
+            stream[generator() % reach] ^= static_cast<Ntk8u>(1U << generator() % 8);
+        }
+        stream.resize(stream.size() + 400);
+        const Inflated expected = zlibInflated(stream, capacity);
+        const GuardedBlock src(stream);
+        Inflater inflater;
+        const Ntk8u* next = src.data();
+        Ntk8u* out = dst.data();
+        const Verdict verdict =
+            verdictOf(inflater.call(next, stream.size(), out, capacity), inflater);
+        ASSERT_EQ(verdict, expected.verdict) << round;
+        ++verdicts[static_cast<int>(verdict)];
+        if (verdict != malformed) {
+            ASSERT_EQ(Bytes(dst.data(), out), expected.data);
+        }
+        if (verdict == sound) {
+            ASSERT_EQ(static_cast<std::size_t>(next - src.data()), expected.taken);
+        }
+    }
+    EXPECT_GT(verdicts[static_cast<int>(sound)], 1000);
+    EXPECT_GT(verdicts[static_cast<int>(malformed)], 1000);
+}
+
+// The call with each argument in its place, for changing one of them.
+struct Arguments {
+    explicit Arguments(const Bytes& stream)
+        : src(stream.data()), srcLen(static_cast<int>(stream.size())) {}
+
+    NtkStatus call() {
+        return ntksInflate_8u(&src, &srcLen, &code, &codeLen, history, &dst, &dstLen, historyLen,
+                              &mode, &state);
+    }
+
+    Bytes buffer = Bytes(64);
+    const Ntk8u* src;
+    int srcLen;
+    Ntk32u code = 0;
+    int codeLen = 0;
+    const Ntk8u* history = nullptr;
+    Ntk8u* dst = buffer.data();
+    int dstLen = 64;
+    int historyLen = 0;
+    int mode = ntkInflateBlockHeader;
+    NtksInflateState state{};
+};
+
+TEST(InflateHostile, RefusesBadArgumentsAndLeavesThemAlone) {
+    const Bytes fixed = fixedBlock().code("10010001").code("0000000").done();
+    const Bytes dynamic = dynamicBlock(threeCodes, {1, 1}).code("0").code("10").done();
+    const Ntk8u* const none = nullptr;
+    struct Bad {
+        NtkStatus expected;
+        void (*spoil)(Arguments&);
+    };
+    const Bad bad[] = {
+        {ntkStsNullPtr, [](Arguments& a) { a.src = nullptr; }},
+        {ntkStsNullPtr, [](Arguments& a) { a.dst = nullptr; }},
+        {ntkStsNullPtr, [](Arguments& a) { a.historyLen = 1; }},
+        {ntkStsBadSize, [](Arguments& a) { a.srcLen = -1; }},
+        {ntkStsBadSize, [](Arguments& a) { a.dstLen = -1; }},
+        {ntkStsBadSize, [](Arguments& a) { a.history = a.dst, a.historyLen = -1; }},
+        {ntkStsBadValue, [](Arguments& a) { a.codeLen = -1; }},
+        {ntkStsBadValue, [](Arguments& a) { a.codeLen = 33; }},
+        {ntkStsBadValue, [](Arguments& a) { a.mode = -1; }},
+        {ntkStsBadValue, [](Arguments& a) { a.mode = 9; }},
+        {ntkStsBadValue, [](Arguments& a) { a.mode = ntkInflateDynamic; }},
+        {ntkStsBadValue, [](Arguments& a) { a.mode = 8; }},
+    };
+    for (const Bad& b : bad) {
+        Arguments a(fixed);
+        b.spoil(a);
+        const int srcLen = a.srcLen;
+        EXPECT_EQ(a.call(), b.expected) << &b - bad;
+        EXPECT_EQ(a.srcLen, srcLen);
+    }
+    Arguments withoutTables(dynamic);
+    EXPECT_EQ(withoutTables.call(), ntkStsNullPtr);
+    EXPECT_EQ(withoutTables.src, dynamic.data());
+    EXPECT_EQ(withoutTables.mode, ntkInflateBlockHeader);
+
+    Arguments a(fixed);
+    EXPECT_EQ(ntksInflate_8u(nullptr, &a.srcLen, &a.code, &a.codeLen, none, &a.dst, &a.dstLen, 0,
+                             &a.mode, &a.state),
+              ntkStsNullPtr);
+    EXPECT_EQ(ntksInflate_8u(&a.src, &a.srcLen, &a.code, &a.codeLen, none, &a.dst, &a.dstLen, 0,
+                             &a.mode, nullptr),
+              ntkStsNullPtr);
+    EXPECT_EQ(ntksInflateGetSize_8u(nullptr), ntkStsNullPtr);
+    EXPECT_EQ(ntksInflateInit_8u(&a.state, nullptr), ntkStsNullPtr);
+    EXPECT_EQ(a.call(), ntkStsNoErr);
+    EXPECT_EQ(a.call(), ntkStsNoErr); // behind the end nothing is done
+    EXPECT_EQ(a.dstLen, 63);
+}
+
+} // namespace
