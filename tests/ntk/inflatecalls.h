@@ -8,10 +8,11 @@
 #include <utility>
 #include <vector>
 
+#include "guarded.h"
 #include "ntkdc.h"
 #include "samples.h"
 
-// A raw deflate stream by zlib; windowBits below 0.
+// How zlib makes a raw deflate stream.
 struct DeflateWay {
     int level = 6;
     int strategy = Z_DEFAULT_STRATEGY;
@@ -102,12 +103,12 @@ inline Verdict verdictOf(NtkStatus status, const Inflater& inflater) {
                                    : Verdict::unfinished;
 }
 
-// Decodes with pieces of at most these lengths. Every piece of the source has a block of its own.
+// Decodes with pieces of at most these lengths. Every piece of the source has a block of its own,
+// and guards stand around the destination.
 inline Inflated inflatedInPieces(const Bytes& stream, std::size_t capacity, std::size_t srcPiece,
                                  std::size_t dstPiece) {
     Inflater inflater;
-    Bytes data(capacity);
-    data.reserve(capacity + 1);
+    const GuardedBlock data(capacity);
     Ntk8u* dst = data.data();
     Ntk8u* const dstEnd = dst + capacity;
     std::size_t taken = 0;
@@ -126,8 +127,7 @@ inline Inflated inflatedInPieces(const Bytes& stream, std::size_t capacity, std:
             break;
         }
     }
-    data.resize(static_cast<std::size_t>(dst - data.data()));
-    return {verdictOf(status, inflater), taken, data};
+    return {verdictOf(status, inflater), taken, Bytes(data.data(), dst)};
 }
 
 inline Inflated inflated(const Bytes& stream, std::size_t capacity) {

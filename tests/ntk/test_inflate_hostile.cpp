@@ -25,15 +25,15 @@ BitWriter codeCounts(unsigned literalCodes, unsigned distanceCodes, unsigned len
         .bits(lengthCodes - 4, 4);
 }
 
-// A last dynamic block up to its symbols: 258 literal codes and as many for distances as given. The
-// code for lengths has 4 bits for each of 0 to 15.
-BitWriter dynamicBlock(const std::vector<Lengths>& literals,
-                       const std::vector<unsigned>& distances) {
-    BitWriter w = codeCounts(258, static_cast<unsigned>(distances.size()), 19);
+// A last dynamic block up to its symbols, with as many distance codes as given. The code for
+// lengths has 4 bits for each of 0 to 15.
+BitWriter dynamicBlock(const std::vector<Lengths>& literals, const std::vector<unsigned>& distances,
+                       unsigned literalCodes = 258) {
+    BitWriter w = codeCounts(literalCodes, static_cast<unsigned>(distances.size()), 19);
     for (unsigned i = 0; i < 19; ++i) {
         w.bits(i < 3 ? 0 : 4, 3);
     }
-    std::vector<unsigned> row(258);
+    std::vector<unsigned> row(literalCodes);
     for (const Lengths& some : literals) {
         std::copy(some.lengths.begin(), some.lengths.end(), row.begin() + some.symbol);
     }
@@ -49,11 +49,26 @@ BitWriter dynamicBlock(const std::vector<Lengths>& literals,
 // 'a' as 0, the end as 10 and a length of 3 as 11.
 const std::vector<Lengths> threeCodes = {{'a', {1}}, {256, {2, 2}}};
 
+// The longest run of bits from one refill to the next: two literals of 11 bits, a length and a
+// distance with codes of 15 bits, at all places in a byte.
+BitWriter longestSymbols() {
+    const std::vector<unsigned> unary = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14};
+    std::vector<unsigned> distances = unary;
+    distances.insert(distances.end(), {15, 15});
+    BitWriter w = dynamicBlock({{'a', unary}, {256, {15}}, {284, {15}}}, distances, 285);
+    const char* const length = "111111111111111"; // 227 and 5 extra bits
+    w.code("0").code(length).bits(31, 5).code("0");
+    for (unsigned i = 0; i < 40; ++i) {
+        w.code("11111111110").code("11111111110").code(length).bits(i % 32, 5);
+        w.code(length).bits(i, 6).code(i % 3 == 0 ? "0" : "");
+    }
+    return w.code("111111111111110");
+}
+
 struct Case {
     const char* name;
     BitWriter stream;
     Verdict expected;
-    std::string data = "";
 };
 
 const Verdict sound = Verdict::sound;
@@ -61,12 +76,12 @@ const Verdict malformed = Verdict::malformed;
 
 const Case cases[] = {
     {"block of the reserved type", BitWriter().bits(1, 1).bits(3, 2), malformed},
-    {"stored", BitWriter().bits(1, 8).bits(2, 16).bits(0xfffd, 16).bits('a', 8).bits('b', 8), sound,
-     "ab"},
+    {"stored", BitWriter().bits(1, 8).bits(2, 16).bits(0xfffd, 16).bits('a', 8).bits('b', 8),
+     sound},
     {"stored, wrong complement", BitWriter().bits(1, 8).bits(2, 16).bits(0xfffc, 16), malformed},
     {"fixed, empty", fixedBlock().code("0000000"), sound},
     {"fixed, a match", fixedBlock().code("10010001").code("0000001").code("00000").code("0000000"),
-     sound, "aaaa"},
+     sound},
     {"fixed, the match a byte too far",
      fixedBlock().code("10010001").code("0000001").code("00001").code("0000000"), malformed},
     {"fixed, a match first", fixedBlock().code("0000001").code("00000").code("0000000"), malformed},
@@ -89,23 +104,26 @@ const Case cases[] = {
      codeCounts(257, 1, 4).bits(0, 6).bits(1, 3).bits(1, 3).code("1").bits(127, 7).code("1").bits(
          127, 7),
      malformed},
-    {"dynamic", dynamicBlock(threeCodes, {1, 1}).code("0").code("11").code("0").code("10"), sound,
-     "aaaa"},
+    {"dynamic", dynamicBlock(threeCodes, {1, 1}).code("0").code("11").code("0").code("10"), sound},
     {"no code for the end", dynamicBlock({{'a', {1, 1}}}, {1, 1}), malformed},
     {"over-subscribed literals", dynamicBlock({{'a', {1, 1}}, {256, {1}}}, {1, 1}), malformed},
     {"incomplete literals", dynamicBlock({{'a', {2}}, {256, {2}}}, {1, 1}), malformed},
     {"the end alone, of 1 bit", dynamicBlock({{256, {1}}}, {1, 1}).code("0"), sound},
     {"the end alone, the other code", dynamicBlock({{256, {1}}}, {1, 1}).code("1"), malformed},
     {"the end alone, of 2 bits", dynamicBlock({{256, {2}}}, {1, 1}), malformed},
-    {"no distances, none used", dynamicBlock(threeCodes, {0}).code("0").code("10"), sound, "a"},
+    {"no distances, none used", dynamicBlock(threeCodes, {0}).code("0").code("10"), sound},
     {"no distances, one used", dynamicBlock(threeCodes, {0}).code("0").code("11"), malformed},
-    {"one distance", dynamicBlock(threeCodes, {1}).code("0").code("11").code("0").code("10"), sound,
-     "aaaa"},
+    {"one distance", dynamicBlock(threeCodes, {1}).code("0").code("11").code("0").code("10"),
+     sound},
     {"one distance, the other used", dynamicBlock(threeCodes, {1}).code("0").code("11").code("1"),
      malformed},
     {"one distance of 2 bits", dynamicBlock(threeCodes, {2}), malformed},
     {"incomplete distances", dynamicBlock(threeCodes, {1, 2}), malformed},
     {"over-subscribed distances", dynamicBlock(threeCodes, {1, 1, 1}), malformed},
+    {"287 literal codes with lengths", dynamicBlock(threeCodes, {1, 1}, 287).code("10"), malformed},
+    {"31 distance codes with lengths",
+     dynamicBlock(threeCodes, std::vector<unsigned>(31, 5)).code("10"), malformed},
+    {"the longest symbols", longestSymbols(), sound},
     {"codes of 15 bits",
      dynamicBlock({{'a', {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14}}, {256, {15, 15}}}, {1, 1})
          .code("0")
@@ -113,7 +131,7 @@ const Case cases[] = {
          .code("111111111111111")
          .code("1")
          .code("111111111111110"),
-     sound, "anana"},
+     sound},
 };
 
 TEST(InflateHostile, TellsSoundAndMalformedStreamsApart) {
@@ -121,20 +139,23 @@ TEST(InflateHostile, TellsSoundAndMalformedStreamsApart) {
         Bytes stream = c.stream.done();
         const std::size_t length = stream.size();
         stream.resize(length + 300); // far enough from the end for the fast loop
+        constexpr std::size_t capacity = 20000;
+        const Inflated byZlib = zlibInflated(stream, capacity);
+        EXPECT_EQ(byZlib.verdict, c.expected) << c.name;
         for (const std::size_t piece : {std::size_t{1}, stream.size()}) {
-            const Inflated found = inflatedInPieces(stream, 1000, piece, 1000);
+            const Inflated found = inflatedInPieces(stream, capacity, piece, capacity);
             EXPECT_EQ(found.verdict, c.expected) << c.name;
             if (c.expected == sound) {
-                EXPECT_EQ(found, (Inflated{sound, length, Bytes(c.data.begin(), c.data.end())}))
-                    << c.name;
+                EXPECT_EQ(found, byZlib) << c.name;
+                EXPECT_EQ(found.taken, length) << c.name;
             }
         }
-        EXPECT_EQ(zlibInflated(stream, 1000).verdict, c.expected) << c.name;
     }
 }
 
 TEST(InflateHostile, WantsMoreOfAStreamCutOffAnywhere) {
-    const Bytes data = textBytes(3000);
+    Bytes data = textBytes(2000);
+    data.resize(3000, 'r');
     for (const DeflateWay& way : {DeflateWay{0}, DeflateWay{6, Z_FIXED}, DeflateWay{9}}) {
         const Bytes stream = deflated(data, way);
         for (std::size_t n = 0; n < stream.size(); ++n) {
@@ -145,7 +166,7 @@ TEST(InflateHostile, WantsMoreOfAStreamCutOffAnywhere) {
             ASSERT_EQ(found.taken, n);
             ASSERT_TRUE(std::equal(found.data.begin(), found.data.end(), data.begin()));
         }
-        for (std::size_t n = 0; n < data.size(); n += 7) {
+        for (std::size_t n = 0; n < data.size(); ++n) {
             ASSERT_EQ(inflated(stream, n).verdict, Verdict::destinationFull);
         }
     }
