@@ -1,0 +1,409 @@
+// The tests of the bzip2 stages: their state, preparation, calls and registration. One file,
+// because the calls and what resets their arguments must be read together.
+
+#include "p_dcbz2_ia.h"
+
+#include <climits>
+
+#include <ntks.h>
+
+#include "dchooks.h"
+#include "dctiming.h"
+#include "kxdc.h"
+
+namespace dcbz2 {
+Ntk8u* pSrcRLE = nullptr;
+Ntk8u* pSrcDict = nullptr;
+Ntk8u* pSrcBWT = nullptr;
+Ntk8u* pSrcMTF = nullptr;
+Ntk8u* pSrcZ1Z2 = nullptr;
+Ntk8u* pDstZ1Z2 = nullptr;
+int len = 0;
+int srcRLELen = 0, srcDictLen = 0, srcBWTLen = 0, srcMTFLen = 0, srcZ1Z2Len = 0;
+int dstZ1Z2Len = 0;
+int maxLen = 0;
+Ntk8u* pRLEState = nullptr;
+Ntk8u* pBWTBuff = nullptr;
+Ntk8u* pMTFState = nullptr;
+Ntk8u* pEncodeHuffState = nullptr;
+Ntk8u inUse[256] = {};
+int sizeDictionary = 0;
+int freqTable[258] = {};
+int idx = 0;
+Ntk8u* pSrc = nullptr;
+Ntk8u* pDst = nullptr;
+int srcLen = 0, dstLen = 0;
+psIterator<int> dataLength;
+psMapIterator<NtkBWTSortAlgorithmHint> hint;
+} // namespace dcbz2
+using namespace dcbz2;
+
+// ---- Preparation ------------------------------------------------------------------------------
+
+// Whether a preparation call succeeded; a status that is not 0 is printed.
+static bool passed(NtkStatus status, const char* name) {
+    return !psIsFail(kxTest::checkStatus(status, name));
+}
+
+static Ntk16u* symbols(Ntk8u* block) {
+    return reinterpret_cast<Ntk16u*>(block);
+}
+
+static bool allocateBlock(Ntk8u*& block, int size, int misalignment) {
+    block = static_cast<Ntk8u*>(psTest::allocate(size, misalignment));
+    return block != nullptr;
+}
+
+static bool allocateState(Ntk8u*& state, int size) {
+    return allocateBlock(state, size, 0);
+}
+
+static void freeBlock(Ntk8u*& block) {
+    psTest::deallocate(block);
+    block = nullptr;
+}
+
+static void setCall(Ntk8u* from, int fromLen, Ntk8u* to, int capacity) {
+    pSrc = from;
+    srcLen = fromLen;
+    pDst = to;
+    dstLen = capacity;
+}
+
+static bool createBuffers() {
+    constexpr int longest = INT_MAX / 4;
+    if (dataLength.value() < 1 || dataLength.value() > longest) {
+        g_ostrm << PS_ERR << "-- CodeLength=" << dataLength.value() << " is not within 1 to "
+                << longest << "\n"
+                << PS_END;
+        return false;
+    }
+    maxLen = 4 * dataLength.value();
+    for (Ntk8u** block : {&pSrcRLE, &pSrcDict, &pSrcBWT, &pSrcMTF, &pSrcZ1Z2, &pDstZ1Z2}) {
+        if (!allocateBlock(*block, maxLen, -1)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+// Also a file that is shorter than the length asked for: no shorter length measures it.
+static bool readFile() {
+    len = g_codeFile.readData(pSrcRLE, dataLength.value(), 0);
+    return len > 0;
+}
+
+static bool createRleState() {
+    int size = 0;
+    return passed(ntksRLEGetSize_BZ2_8u(&size), "ntksRLEGetSize_BZ2_8u") &&
+           allocateState(pRLEState, size) &&
+           passed(ntksEncodeRLEInit_BZ2_8u(pRLEState), "ntksEncodeRLEInit_BZ2_8u");
+}
+
+static bool prepareRle() {
+    if (!createRleState()) {
+        return false;
+    }
+    srcRLELen = len;
+    setCall(pSrcRLE, len, pSrcDict, maxLen);
+    if (!passed(ntksEncodeRLE_BZ2_8u(&pSrc, &srcLen, pSrcDict, &dstLen, pRLEState),
+                "ntksEncodeRLE_BZ2_8u")) {
+        return false;
+    }
+    srcDictLen = dstLen;
+    // The last run is written over the first bytes, and counted at the end: meant so.
+    if (!passed(ntksEncodeRLEFlush_BZ2_8u(pDst, &dstLen, pRLEState), "ntksEncodeRLEFlush_BZ2_8u")) {
+        return false;
+    }
+    srcDictLen += dstLen;
+    return true;
+}
+
+// The dictionary tests read the reduced data again, the decoder of runs, too: meant so.
+static bool prepareDictionary() {
+    if (!passed(ntksRLEGetInUseTable_8u(inUse, pRLEState), "ntksRLEGetInUseTable_8u")) {
+        return false;
+    }
+    srcBWTLen = srcDictLen;
+    pSrc = pSrcDict;
+    srcLen = srcDictLen;
+    if (!passed(ntksReduceDictionary_8u_I(inUse, pSrcDict, srcDictLen, &sizeDictionary),
+                "ntksReduceDictionary_8u_I")) {
+        return false;
+    }
+    ntksCopy_8u(pSrcDict, pSrcBWT, srcDictLen);
+    return true;
+}
+
+bool Timdc_BZ2::prepareBwt() {
+    int size = 0;
+    if (!passed(ntksBWTFwdGetSize_8u(srcBWTLen, &size), "ntksBWTFwdGetSize_8u") ||
+        !allocateState(pBWTBuff, size)) {
+        return false;
+    }
+    srcMTFLen = srcBWTLen;
+    setCall(pSrcBWT, srcBWTLen, pSrcMTF, maxLen);
+    idx = 0;
+    if (!passed(ntksBWTFwd_8u(pSrcBWT, pSrcMTF, srcBWTLen, &idx, pBWTBuff), "ntksBWTFwd_8u")) {
+        return false;
+    }
+    if (!m_isInverse) {
+        return true;
+    }
+    if (!passed(ntksBWTInvGetSize_8u(srcBWTLen, &size), "ntksBWTInvGetSize_8u")) {
+        return false;
+    }
+    freeBlock(pBWTBuff);
+    return allocateState(pBWTBuff, size);
+}
+
+bool Timdc_BZ2::prepareMtf() {
+    int size = 0;
+    if (!passed(ntksMTFGetSize_8u(&size), "ntksMTFGetSize_8u") || !allocateState(pMTFState, size) ||
+        !passed(ntksMTFInit_8u(pMTFState), "ntksMTFInit_8u")) {
+        return false;
+    }
+    srcZ1Z2Len = srcMTFLen;
+    setCall(pSrcMTF, srcMTFLen, pSrcZ1Z2, maxLen);
+    idx = 0; // the row found above is given up, the inverse tests start from row 0: meant so
+    if (!passed(ntksMTFFwd_8u(pSrcMTF, pSrcZ1Z2, srcMTFLen, pMTFState), "ntksMTFFwd_8u")) {
+        return false;
+    }
+    return !m_isInverse || passed(ntksMTFInit_8u(pMTFState), "ntksMTFInit_8u");
+}
+
+static bool prepareZ1Z2() {
+    // The two symbols beyond a byte keep their counts: meant so.
+    constexpr int countedBytes = 256 * sizeof freqTable[0];
+    if (!passed(ntksZero_8u(reinterpret_cast<Ntk8u*>(freqTable), countedBytes), "ntksZero_8u")) {
+        return false;
+    }
+    // pSrc is still the move-to-front stage's source, not what is coded next: meant so.
+    for (int i = 0; i < srcZ1Z2Len; i++) {
+        freqTable[pSrc[i]]++;
+    }
+    setCall(pSrcZ1Z2, srcZ1Z2Len, pDstZ1Z2, maxLen >> 1);
+    if (!passed(ntksEncodeZ1Z2_BZ2_8u16u(&pSrc, &srcLen, symbols(pDstZ1Z2), &dstLen, freqTable),
+                "ntksEncodeZ1Z2_BZ2_8u16u")) {
+        return false;
+    }
+    dstZ1Z2Len = dstLen;
+    return true;
+}
+
+// The alphabet is told to be as small as the dictionary, without its two more symbols: meant so.
+static int initHuffman() {
+    return ntksEncodeHuffInit_BZ2_16u8u(sizeDictionary, freqTable, symbols(pDstZ1Z2), dstZ1Z2Len,
+                                        pEncodeHuffState);
+}
+
+static bool prepareHuffman() {
+    int size = 0;
+    return passed(ntksEncodeHuffGetSize_BZ2_16u8u(100000, &size),
+                  "ntksEncodeHuffGetSize_BZ2_16u8u") &&
+           allocateState(pEncodeHuffState, size) &&
+           passed(initHuffman(), "ntksEncodeHuffInit_BZ2_16u8u");
+}
+
+static void initHint() {
+    hint.resetMap();
+    hint.addMap("ntkBWTItohTanakaLimSort", ntkBWTItohTanakaLimSort);
+    hint.addMap("ntkBWTItohTanakaUnlimSort", ntkBWTItohTanakaUnlimSort);
+    hint.addMap("ntkBWTSuffixSort", ntkBWTSuffixSort);
+    hint.addMap(" ntkBWTAutoSort", ntkBWTAutoSort); // the blank is shown: meant so
+    hint.addMap("ntkBWTAutoSort", ntkBWTAutoSort);  // as it is typed
+    hint.init(ntkBWTItohTanakaLimSort, "NtkBWTSortAlgorithmHint");
+    for (const auto value :
+         {ntkBWTItohTanakaLimSort, ntkBWTItohTanakaUnlimSort, ntkBWTSuffixSort, ntkBWTAutoSort}) {
+        hint.add(value);
+    }
+}
+
+bool Timdc_BZ2::canStart() {
+    m_isInverse = functionName().contains("Decode") || functionName().contains("Inv");
+    m_isSelectSort = functionName().contains("ntksBWTFwd_SelectSort_8u");
+    regParm(dataLength);
+    regParm(g_codeFile);
+    if (m_isSelectSort) {
+        regParm(hint);
+        initHint();
+    }
+    dataLength.init(0, "CodeLength");
+    dataLength.add(102400);
+    return true;
+}
+
+bool Timdc_BZ2::initData() {
+    return createBuffers() && readFile() && prepareRle() && prepareDictionary() && prepareBwt() &&
+           prepareMtf() && prepareZ1Z2() && prepareHuffman();
+}
+
+void Timdc_BZ2::flushData() {
+    for (Ntk8u** block : {&pSrcRLE, &pSrcDict, &pSrcBWT, &pSrcMTF, &pSrcZ1Z2, &pDstZ1Z2, &pRLEState,
+                          &pBWTBuff, &pMTFState, &pEncodeHuffState}) {
+        freeBlock(*block);
+    }
+}
+
+double Timdc_BZ2::getDivisor() {
+    return len;
+}
+
+void Timdc_BZ2::parmsToOstrm() {
+    g_ostrm << " length=" << len << " ";
+    g_codeFile.toOStream(g_ostrm);
+}
+
+void Timdc_BZ2::parmsToCstrm() {
+    g_cstrm << psText(len) << g_codeFile.valueString();
+    if (m_isSelectSort) {
+        g_cstrm << hint.valueString();
+    }
+}
+
+// ---- Calls and init bodies --------------------------------------------------------------------
+
+// The state is never reset: every call after the first begins with the run that the call before it
+// left pending. Meant so.
+static int tinit_ntksEncodeRLE_BZ2_8u() {
+    setCall(pSrcRLE, srcRLELen, pSrcDict, maxLen);
+    return 0;
+}
+static int tcall_ntksEncodeRLE_BZ2_8u() {
+    return ntksEncodeRLE_BZ2_8u(&pSrc, &srcLen, pDst, &dstLen, pRLEState);
+}
+DC_TIMING_I(ntksEncodeRLE_BZ2_8u)
+
+// Every call reduces what the call before it made: meant so.
+static int tinit_ntksReduceDictionary_8u_I() {
+    pSrc = pSrcDict;
+    srcLen = srcDictLen;
+    return 0;
+}
+static int tcall_ntksReduceDictionary_8u_I() {
+    return ntksReduceDictionary_8u_I(inUse, pSrc, srcLen, &sizeDictionary);
+}
+DC_TIMING_I(ntksReduceDictionary_8u_I)
+
+// Every call expands what the call before it made: meant so.
+static int tinit_ntksExpandDictionary_8u_I() {
+    pSrc = pSrcDict;
+    srcLen = srcDictLen;
+    return 0;
+}
+static int tcall_ntksExpandDictionary_8u_I() {
+    return ntksExpandDictionary_8u_I(inUse, pSrc, srcLen, sizeDictionary);
+}
+DC_TIMING_I(ntksExpandDictionary_8u_I)
+
+static int tinit_ntksBWTFwd_8u() {
+    setCall(pSrcBWT, srcBWTLen, pSrcMTF, maxLen);
+    idx = 0;
+    return 0;
+}
+static int tcall_ntksBWTFwd_8u() {
+    return ntksBWTFwd_8u(pSrc, pDst, srcLen, &idx, pBWTBuff);
+}
+DC_TIMING_I(ntksBWTFwd_8u)
+
+static int tinit_ntksBWTInv_8u() {
+    setCall(pSrcMTF, srcMTFLen, pSrcBWT, maxLen);
+    return 0;
+}
+static int tcall_ntksBWTInv_8u() {
+    return ntksBWTInv_8u(pSrc, pDst, srcLen, idx, pBWTBuff);
+}
+DC_TIMING_I(ntksBWTInv_8u)
+
+// The list goes on from call to call, in both directions: meant so.
+static int tinit_ntksMTFFwd_8u() {
+    setCall(pSrcMTF, srcMTFLen, pSrcZ1Z2, maxLen);
+    idx = 0;
+    return 0;
+}
+static int tcall_ntksMTFFwd_8u() {
+    return ntksMTFFwd_8u(pSrc, pDst, srcLen, pMTFState);
+}
+DC_TIMING_I(ntksMTFFwd_8u)
+
+static int tinit_ntksMTFInv_8u() {
+    setCall(pSrcZ1Z2, srcZ1Z2Len, pSrcMTF, maxLen);
+    return 0;
+}
+static int tcall_ntksMTFInv_8u() {
+    return ntksMTFInv_8u(pSrc, pDst, srcLen, pMTFState);
+}
+DC_TIMING_I(ntksMTFInv_8u)
+
+// Every call adds to the counts: meant so.
+static int tinit_ntksEncodeZ1Z2_BZ2_8u16u() {
+    setCall(pSrcZ1Z2, srcZ1Z2Len, pDstZ1Z2, maxLen >> 1);
+    return 0;
+}
+static int tcall_ntksEncodeZ1Z2_BZ2_8u16u() {
+    return ntksEncodeZ1Z2_BZ2_8u16u(&pSrc, &srcLen, symbols(pDst), &dstLen, freqTable);
+}
+DC_TIMING_I(ntksEncodeZ1Z2_BZ2_8u16u)
+
+static int tinit_ntksDecodeZ1Z2_BZ2_16u8u() {
+    setCall(pDstZ1Z2, dstZ1Z2Len, pSrcZ1Z2, maxLen);
+    return 0;
+}
+static int tcall_ntksDecodeZ1Z2_BZ2_16u8u() {
+    Ntk16u* from = symbols(pSrc);
+    const int status = ntksDecodeZ1Z2_BZ2_16u8u(&from, &srcLen, pDst, &dstLen);
+    pSrc = reinterpret_cast<Ntk8u*>(from);
+    return status;
+}
+DC_TIMING_I(ntksDecodeZ1Z2_BZ2_16u8u)
+
+static int tinit_ntksDecodeBlock_BZ2_16u8u() {
+    return tinit_ntksDecodeZ1Z2_BZ2_16u8u();
+}
+static int tcall_ntksDecodeBlock_BZ2_16u8u() {
+    return ntksDecodeBlock_BZ2_16u8u(symbols(pSrc), srcLen, pDst, &dstLen, idx, sizeDictionary,
+                                     inUse, pBWTBuff);
+}
+DC_TIMING_I(ntksDecodeBlock_BZ2_16u8u)
+
+// The encoder's state, and ranks for bytes: the decoder's output is not the file. Meant so.
+static int tinit_ntksDecodeRLEState_BZ2_8u() {
+    setCall(pSrcDict, srcDictLen, pSrcRLE, maxLen);
+    return 0;
+}
+static int tcall_ntksDecodeRLEState_BZ2_8u() {
+    return ntksDecodeRLEState_BZ2_8u(&pSrc, &srcLen, &pDst, &dstLen, pRLEState);
+}
+DC_TIMING_I(ntksDecodeRLEState_BZ2_8u)
+
+static int tinit_ntksBWTFwd_SelectSort_8u() {
+    return tinit_ntksBWTFwd_8u();
+}
+static int tcall_ntksBWTFwd_SelectSort_8u() {
+    return ntksBWTFwd_SelectSort_8u(pSrc, pDst, srcLen, &idx, pBWTBuff, hint.value());
+}
+DC_TIMING_I(ntksBWTFwd_SelectSort_8u)
+
+static int tcall_ntksEncodeHuffInit_BZ2_16u8u() {
+    return initHuffman();
+}
+DC_TIMING(ntksEncodeHuffInit_BZ2_16u8u)
+
+[[maybe_unused]] static const bool g_registered = [] {
+    constexpr const char* source = "perf/p_dcbz2_ia";
+    registerHooks();
+    DC_REGISTER_I(Timdc_BZ2, ntksEncodeRLE_BZ2_8u, source);
+    DC_REGISTER_I(Timdc_BZ2, ntksReduceDictionary_8u_I, source);
+    DC_REGISTER_I(Timdc_BZ2, ntksExpandDictionary_8u_I, source);
+    DC_REGISTER_I(Timdc_BZ2, ntksBWTFwd_8u, source);
+    DC_REGISTER_I(Timdc_BZ2, ntksBWTInv_8u, source);
+    DC_REGISTER_I(Timdc_BZ2, ntksMTFFwd_8u, source);
+    DC_REGISTER_I(Timdc_BZ2, ntksMTFInv_8u, source);
+    DC_REGISTER_I(Timdc_BZ2, ntksEncodeZ1Z2_BZ2_8u16u, source);
+    DC_REGISTER_I(Timdc_BZ2, ntksDecodeZ1Z2_BZ2_16u8u, source);
+    DC_REGISTER_I(Timdc_BZ2, ntksDecodeBlock_BZ2_16u8u, source);
+    DC_REGISTER_I(Timdc_BZ2, ntksDecodeRLEState_BZ2_8u, source);
+    DC_REGISTER_I(Timdc_BZ2, ntksBWTFwd_SelectSort_8u, source);
+    DC_REGISTER(Timdc_BZ2, ntksEncodeHuffInit_BZ2_16u8u, source);
+    return true;
+}();
