@@ -1,0 +1,397 @@
+// The tests of the bzip2 stages on real data: what the buffers hold after initData and two calls
+// (an untimed and a timed one), by plain versions of the stages.
+
+#include "family.h"
+
+#include <algorithm>
+#include <numeric>
+#include <set>
+#include <vector>
+
+#include <unistd.h>
+
+#include "captured.h"
+#include "p_dcbz2_ia.h"
+
+using namespace dcbz2;
+
+namespace {
+
+using Bytes = std::vector<Ntk8u>;
+using Symbols = std::vector<Ntk16u>;
+
+Bytes plainRle(const Bytes& bytes) {
+    Bytes out;
+    for (size_t i = 0, n = 0; i < bytes.size(); i += n) {
+        for (n = 1; n < 255 && i + n < bytes.size() && bytes[i + n] == bytes[i]; n++) {
+        }
+        out.insert(out.end(), std::min<size_t>(n, 4), bytes[i]);
+        if (n >= 4) {
+            out.push_back(static_cast<Ntk8u>(n - 4));
+        }
+    }
+    return out;
+}
+
+Bytes plainRleDecode(const Bytes& bytes) {
+    Bytes out;
+    size_t equal = 0;
+    for (const Ntk8u b : bytes) {
+        if (equal == 4) {
+            out.insert(out.end(), b, out.back());
+            equal = 0;
+        } else {
+            equal = equal != 0 && out.back() == b ? equal + 1 : 1;
+            out.push_back(b);
+        }
+    }
+    return out;
+}
+
+// Each byte by its number of smaller ones in use.
+Bytes reduced(Bytes bytes) {
+    for (Ntk8u& b : bytes) {
+        b = static_cast<Ntk8u>(std::count(inUse, inUse + b, 1));
+    }
+    return bytes;
+}
+
+Bytes expanded(Bytes bytes) {
+    Bytes values;
+    for (int value = 0; value < 256; value++) {
+        if (inUse[value]) {
+            values.push_back(static_cast<Ntk8u>(value));
+        }
+    }
+    for (Ntk8u& b : bytes) {
+        b = b < values.size() ? values[b] : b;
+    }
+    return bytes;
+}
+
+std::vector<Bytes> sortedRotations(Bytes text) {
+    std::vector<Bytes> rows;
+    for (size_t i = 0; i < text.size(); i++) {
+        rows.push_back(text);
+        std::rotate(text.begin(), text.begin() + 1, text.end());
+    }
+    std::sort(rows.begin(), rows.end());
+    return rows;
+}
+
+struct PlainMtf {
+    PlainMtf() : list(256) { std::iota(list.begin(), list.end(), Ntk8u{0}); }
+
+    Bytes forward(const Bytes& bytes) {
+        Bytes out;
+        for (const Ntk8u b : bytes) {
+            const auto at = std::find(list.begin(), list.end(), b);
+            out.push_back(static_cast<Ntk8u>(at - list.begin()));
+            std::rotate(list.begin(), at, at + 1);
+        }
+        return out;
+    }
+    Bytes inverse(const Bytes& positions) {
+        Bytes out;
+        for (const Ntk8u p : positions) {
+            out.push_back(list[p]);
+            std::rotate(list.begin(), list.begin() + p, list.begin() + p + 1);
+        }
+        return out;
+    }
+
+    Bytes list;
+};
+
+Symbols plainZ1Z2(const Bytes& positions) {
+    Symbols out;
+    for (size_t i = 0, n = 0; i < positions.size(); i += std::max<size_t>(n, 1)) {
+        for (n = 0; i + n < positions.size() && positions[i + n] == 0; n++) {
+        }
+        for (size_t left = n; left > 0; left = (left - 1) / 2) {
+            out.push_back(left % 2 == 0);
+        }
+        if (n == 0) {
+            out.push_back(static_cast<Ntk16u>(positions[i] + 1));
+        }
+    }
+    return out;
+}
+
+Bytes held(const Ntk8u* block, int length) {
+    return Bytes(block, block + length);
+}
+
+class Bz2Wiring : public FamilyTest {
+protected:
+    void SetUp() override {
+        FamilyTest::SetUp();
+        choose("16384", file); // this length is not the family's
+    }
+    void TearDown() override {
+        if (m_test) {
+            m_test->flushData();
+            EXPECT_EQ(psSumOfBlocks(), 0);
+        }
+        FamilyTest::TearDown();
+    }
+
+    psTest& prepare(const char* function) {
+        if (m_test) {
+            m_test->flushData();
+        }
+        m_test = findTest(function);
+        m_test->forgetParms();
+        EXPECT_TRUE(m_test->canStart());
+        dataLength.firstValue();
+        hint.firstValue();
+        EXPECT_TRUE(m_test->initData());
+        return *m_test;
+    }
+    void call() {
+        m_test->tool().setMethodLoop(1);
+        EXPECT_EQ(m_test->runTiming(), PS_OK);
+    }
+
+    // A length that is no multiple of anything; a last run with a count; first bytes that it
+    // overwrites.
+    static std::string text() { return sampleText(2993) + std::string(8, 'z'); }
+    // What the dictionary stage gets: the last run over the first bytes, and zeroes at the end,
+    // where it should be.
+    static Bytes runCoded() {
+        const std::string t = text();
+        Bytes bytes = plainRle(Bytes(t.begin(), t.end()));
+        std::copy(bytes.end() - 5, bytes.end(), bytes.begin());
+        std::fill(bytes.end() - 5, bytes.end(), Ntk8u{0});
+        return bytes;
+    }
+    static Bytes lastColumn() {
+        Bytes column;
+        for (const Bytes& row : sortedRotations(reduced(runCoded()))) {
+            column.push_back(row.back());
+        }
+        return column;
+    }
+
+    const std::string file = makeFile("text", text());
+    psTest* m_test = nullptr;
+};
+
+} // namespace
+
+TEST_F(Bz2Wiring, EveryStageReadsWhatTheStageBeforeWrote) {
+    prepare("ntksEncodeRLE_BZ2_8u");
+    EXPECT_EQ(maxLen, 409600);
+    EXPECT_EQ(len, 3001);
+    EXPECT_EQ(std::string(pSrcRLE, pSrcRLE + len), text());
+    const Bytes coded = runCoded();
+    EXPECT_EQ(held(pSrcDict, srcDictLen), reduced(coded));
+    EXPECT_EQ(held(pSrcBWT, srcBWTLen), reduced(coded));
+    EXPECT_EQ(sizeDictionary, std::count(inUse, inUse + 256, 1));
+    const std::string t = text();
+    EXPECT_EQ(sizeDictionary, std::set<char>(t.begin(), t.end()).size() + 1); // and the count 4
+    const Bytes column = lastColumn();
+    EXPECT_EQ(held(pSrcMTF, srcMTFLen), column);
+    const Bytes positions = PlainMtf().forward(column);
+    EXPECT_EQ(held(pSrcZ1Z2, srcZ1Z2Len), positions);
+    const Symbols wanted = plainZ1Z2(positions);
+    const auto* const symbols = reinterpret_cast<const Ntk16u*>(pDstZ1Z2);
+    EXPECT_EQ(Symbols(symbols, symbols + dstZ1Z2Len), wanted);
+    for (int i = 0; i < 256; i++) { // of the transform's bytes, and of the symbols
+        EXPECT_EQ(freqTable[i], std::count(column.begin(), column.end(), i) +
+                                    std::count(wanted.begin(), wanted.end(), i));
+    }
+    EXPECT_EQ(idx, 0);
+    EXPECT_DOUBLE_EQ(m_test->getDivisor(), 3001);
+}
+
+// The run of eight that the first call left pending comes first in the second one.
+TEST_F(Bz2Wiring, RunsAreEncodedFromTheStateTheCallBeforeLeft) {
+    prepare("ntksEncodeRLE_BZ2_8u");
+    call();
+    const std::string t = text();
+    Bytes wanted = {'z', 'z', 'z', 'z', 4};
+    const Bytes coded = plainRle(Bytes(t.begin(), t.end()));
+    wanted.insert(wanted.end(), coded.begin(), coded.end() - 5);
+    EXPECT_EQ(held(pSrcDict, dstLen), wanted);
+    EXPECT_EQ(srcLen, 0);
+}
+
+TEST_F(Bz2Wiring, DictionaryIsAppliedToItsOwnResult) {
+    prepare("ntksReduceDictionary_8u_I");
+    const Bytes once = reduced(runCoded());
+    call();
+    EXPECT_EQ(held(pSrcDict, srcDictLen), reduced(reduced(once)));
+    prepare("ntksExpandDictionary_8u_I");
+    call();
+    EXPECT_EQ(held(pSrcDict, srcDictLen), expanded(expanded(once)));
+}
+
+TEST_F(Bz2Wiring, TransformWithEveryHint) {
+    const auto check = [this] {
+        std::fill_n(pSrcMTF, srcMTFLen, Ntk8u{0xee});
+        call();
+        const std::vector<Bytes> rows = sortedRotations(reduced(runCoded()));
+        EXPECT_EQ(held(pSrcMTF, srcMTFLen), lastColumn());
+        EXPECT_EQ(rows[static_cast<size_t>(idx)], reduced(runCoded()));
+    };
+    prepare("ntksBWTFwd_8u");
+    check();
+    prepare("ntksBWTFwd_SelectSort_8u");
+    psString names;
+    do {
+        check();
+        names += hint.valueString() + ";";
+    } while (hint.nextValue());
+    EXPECT_STREQ(names.c_str(), "ntkBWTItohTanakaLimSort;ntkBWTItohTanakaUnlimSort;"
+                                "ntkBWTSuffixSort; ntkBWTAutoSort;");
+    hint.translate("ntkBWTAutoSort;ntkBWTSuffixSort");
+    EXPECT_EQ(hint.value(), ntkBWTAutoSort);
+}
+
+// Row 0 is not the text's: the least rotation comes out.
+TEST_F(Bz2Wiring, InverseTransformsStartFromRowZero) {
+    const Bytes once = (prepare("ntksBWTInv_8u"), reduced(runCoded()));
+    int size = 0;
+    ntksBWTInvGetSize_8u(srcBWTLen, &size);
+    int allocated = 0;
+    ASSERT_TRUE(psMallocInfo(pBWTBuff, &allocated, nullptr));
+    EXPECT_EQ(allocated, size);
+    call();
+    const Bytes least = sortedRotations(once).front();
+    EXPECT_NE(least, once);
+    EXPECT_EQ(held(pSrcBWT, srcBWTLen), least);
+    prepare("ntksDecodeBlock_BZ2_16u8u");
+    std::fill_n(pSrcZ1Z2, srcZ1Z2Len, Ntk8u{0xee});
+    call();
+    EXPECT_EQ(dstLen, srcBWTLen);
+    EXPECT_EQ(held(pSrcZ1Z2, dstLen), expanded(least));
+}
+
+TEST_F(Bz2Wiring, MoveToFrontGoesOnWithItsList) {
+    prepare("ntksMTFFwd_8u");
+    const Bytes column = lastColumn();
+    call();
+    PlainMtf mtf;
+    const Bytes positions = mtf.forward(column);
+    mtf.forward(column);
+    EXPECT_EQ(held(pSrcZ1Z2, srcZ1Z2Len), mtf.forward(column));
+    prepare("ntksMTFInv_8u");
+    call();
+    PlainMtf inverse;
+    EXPECT_EQ(inverse.inverse(positions), column);
+    EXPECT_EQ(held(pSrcMTF, srcMTFLen), inverse.inverse(positions));
+}
+
+TEST_F(Bz2Wiring, RunsOfZeroes) {
+    prepare("ntksEncodeZ1Z2_BZ2_8u16u");
+    const Bytes positions = PlainMtf().forward(lastColumn());
+    const Symbols wanted = plainZ1Z2(positions);
+    const int before = freqTable[0];
+    std::fill_n(pDstZ1Z2, 2 * dstZ1Z2Len, Ntk8u{0xee});
+    call();
+    const auto* const symbols = reinterpret_cast<const Ntk16u*>(pDstZ1Z2);
+    EXPECT_EQ(Symbols(symbols, symbols + dstLen), wanted);
+    EXPECT_EQ(freqTable[0], before + 2 * std::count(wanted.begin(), wanted.end(), 0));
+    prepare("ntksDecodeZ1Z2_BZ2_16u8u");
+    std::fill_n(pSrcZ1Z2, srcZ1Z2Len, Ntk8u{0xee});
+    call();
+    EXPECT_EQ(held(pSrcZ1Z2, dstLen), positions);
+    EXPECT_EQ(pSrc, pDstZ1Z2 + 2 * dstZ1Z2Len);
+}
+
+// Not the file: the source was overwritten at its start, and holds ranks.
+TEST_F(Bz2Wiring, RunsAreDecodedFromRanks) {
+    prepare("ntksDecodeRLEState_BZ2_8u");
+    Bytes ranks = reduced(runCoded());
+    const size_t firstLen = plainRleDecode(ranks).size();
+    call();
+    const size_t once = ranks.size();
+    ranks.resize(2 * once);
+    std::copy_n(ranks.begin(), once, ranks.begin() + static_cast<std::ptrdiff_t>(once));
+    const Bytes twice = plainRleDecode(ranks);
+    EXPECT_EQ(Bytes(pSrcRLE, pDst), Bytes(twice.begin() + static_cast<std::ptrdiff_t>(firstLen),
+                                          twice.end()));
+    EXPECT_EQ(dstLen, maxLen - (pDst - pSrcRLE));
+}
+
+// The same tables as from the symbols and an alphabet of the dictionary's size.
+TEST_F(Bz2Wiring, HuffmanTablesAreThoseOfTheSymbols) {
+    prepare("ntksEncodeHuffInit_BZ2_16u8u");
+    const auto packed = [](Ntk8u* state) {
+        Bytes out(30000);
+        Ntk32u code = 0;
+        int bits = 0;
+        int length = static_cast<int>(out.size());
+        EXPECT_EQ(ntksPackHuffContext_BZ2_16u8u(&code, &bits, out.data(), &length, state), 0);
+        out.resize(static_cast<size_t>(length));
+        return out;
+    };
+    int size = 0;
+    ntksEncodeHuffGetSize_BZ2_16u8u(100000, &size);
+    Bytes state(static_cast<size_t>(size));
+    ASSERT_EQ(ntksEncodeHuffInit_BZ2_16u8u(sizeDictionary, freqTable,
+                                           reinterpret_cast<Ntk16u*>(pDstZ1Z2), dstZ1Z2Len,
+                                           state.data()),
+              0);
+    std::fill_n(pEncodeHuffState, size, Ntk8u{0});
+    call();
+    const Bytes wanted = packed(state.data());
+    EXPECT_GT(wanted.size(), 20u);
+    EXPECT_EQ(packed(pEncodeHuffState), wanted);
+}
+
+// Four per file for the hints, else one; whole, whatever the length of other families' data.
+TEST_F(Bz2Wiring, CombinationsAndTheirCells) {
+    const std::string other = makeFile("other", sampleText(110000));
+    choose("16384", file + ";" + other);
+    for (const auto& [function, combinations] :
+         {std::pair{"ntksBWTFwd_SelectSort_8u", 4}, {"ntksMTFInv_8u", 1}}) {
+        const Captured log;
+        findTest(function)->run();
+        for (const std::string& parms : {":  length=3001 CodeFile=" + file + " \n",
+                                         ":  length=102400 CodeFile=" + other + " \n"}) {
+            int n = 0;
+            for (size_t at = 0; (at = log.text().find(parms, at)) != std::string::npos; at++) {
+                n++;
+            }
+            EXPECT_EQ(n, combinations) << parms << log.text();
+        }
+    }
+    choose("16384", file);
+    const std::string path = testPath("cells.csv");
+    ASSERT_TRUE(g_cstrm.addStream(path.c_str(), false));
+    for (const char* function : {"ntksBWTFwd_SelectSort_8u", "ntksMTFInv_8u"}) {
+        prepare(function).parmsToCstrm();
+        g_cstrm << "\n";
+    }
+    g_cstrm.close();
+    EXPECT_EQ(readFile(path), "3001," + file + ",ntkBWTItohTanakaLimSort\n3001," + file + "\n");
+}
+
+// What cannot be prepared is named.
+TEST_F(Bz2Wiring, FilesAndLengthsThatCannotBeMeasured) {
+    const struct {
+        std::string file;
+        const char* length;
+        const char* message;
+    } cases[] = {
+        {"/nowhere/book", "102400", "-- Can't open file /nowhere/book to read\n"},
+        {file, "0", "-- CodeLength=0 is not within 1 to "},
+        {file, "536870912", "-- CodeLength=536870912 is not within 1 to "},
+        // A single run, all of it pending: the flush has no room in a length of 0.
+        {makeFile("one", "x"), "102400", " in ntksEncodeRLEFlush_BZ2_8u: "},
+    };
+    psTest& test = *findTest("ntksMTFFwd_8u");
+    for (const auto& c : cases) {
+        choose("16384", c.file);
+        test.forgetParms();
+        ASSERT_TRUE(test.canStart());
+        dataLength.translate(c.length);
+        dataLength.firstValue();
+        const Captured log;
+        EXPECT_FALSE(test.initData()) << c.message;
+        EXPECT_NE(log.text().find(c.message), std::string::npos) << log.text();
+        test.flushData();
+    }
+}
