@@ -140,7 +140,7 @@ Bytes decodeRle(const Bytes& bytes, int piece, int room, Bytes& state) {
     return out;
 }
 
-}  // namespace
+} // namespace
 
 TEST(Bz2Rle, AsThePlainOneAndBackHoweverItIsCut) {
     const std::pair<int, int> cuts[] = {{INT_MAX, 200000}, {1, 5}, {7, 6}, {40, 64}, {300, 19}};
@@ -165,7 +165,8 @@ TEST(Bz2Rle, AsThePlainOneAndBackHoweverItIsCut) {
 
 TEST(Bz2Rle, RunsAtEveryPositionAndLength) {
     for (std::size_t before = 0; before < 40; before++) {
-        for (const std::size_t run : {1, 2, 3, 4, 5, 6, 16, 17, 254, 255, 256, 258, 259, 510, 600}) {
+        for (const std::size_t run :
+             {1, 2, 3, 4, 5, 6, 16, 17, 254, 255, 256, 258, 259, 510, 600}) {
             Bytes bytes = textBytes(before, 3);
             bytes.insert(bytes.end(), run, 'r');
             for (const std::size_t after : {0, 1, 30}) {
@@ -231,13 +232,15 @@ TEST(Bz2Dictionary, RanksAndBackForEveryByteAndKernel) {
 
 TEST(Bz2Dictionary, SizesThatDoNotFitTheTable) {
     Ntk8u inUse[256] = {};
-    inUse[10] = inUse[20] = 7;  // any value but 0
+    inUse[10] = inUse[20] = 7; // any value but 0
     const struct {
         int size;
         NtkStatus status;
         Bytes expanded;
-    } cases[] = {{2, ntkStsNoErr, {10, 20, 2}},      {1, ntkStsNoErr, {10, 1, 2}},
-                 {256, ntkStsNoErr, {10, 20, 2}},    {257, ntkStsBadValue, {0, 1, 2}},
+    } cases[] = {{2, ntkStsNoErr, {10, 20, 2}},
+                 {1, ntkStsNoErr, {10, 1, 2}},
+                 {256, ntkStsNoErr, {10, 20, 2}},
+                 {257, ntkStsBadValue, {0, 1, 2}},
                  {-1, ntkStsBadValue, {0, 1, 2}}};
     for (const auto& c : cases) {
         Bytes bytes = {0, 1, 2};
@@ -252,7 +255,7 @@ TEST(Bz2Mtf, EveryKernelAsThePlainOneAndBack) {
     ntkGetCpuFeatures(&machine, nullptr);
     std::vector<Bytes> all = stageSamples();
     all.push_back({});
-    for (int value = 255; value >= 0; value--) {  // from every position
+    for (int value = 255; value >= 0; value--) { // from every position
         all.back().push_back(static_cast<Ntk8u>(value));
         all.back().push_back(static_cast<Ntk8u>(value * 7));
     }
@@ -416,7 +419,7 @@ NtkStatus decodeBlock(const Block& block, const GuardedBlock& decoded, int* leng
                                      block.inUse, buffer.data());
 }
 
-}  // namespace
+} // namespace
 
 TEST(Bz2DecodeBlock, GivesTheTextBack) {
     for (const Bytes& text : stageSamples()) {
@@ -430,7 +433,7 @@ TEST(Bz2DecodeBlock, GivesTheTextBack) {
         ASSERT_EQ(length, decoded.size());
         ASSERT_TRUE(std::equal(text.begin(), text.end(), decoded.data())) << text.size();
         const GuardedBlock tooSmall(text.size() - 1);
-        block.idx = 0;  // some rotation
+        block.idx = 0; // some rotation
         EXPECT_EQ(decodeBlock(block, tooSmall, &length), ntkStsDstTooSmall);
         EXPECT_EQ(length, tooSmall.size());
         EXPECT_EQ(decodeBlock(block, decoded, &length), ntkStsNoErr);
@@ -450,8 +453,8 @@ TEST(Bz2DecodeBlock, MalformedBlocks) {
         void (*spoil)(Block&, Ntk16u);
         NtkStatus status;
     } cases[] = {
-        {"position beyond the dictionary",
-         [](Block& b, Ntk16u symbol) { b.symbols[200] = symbol; }, ntkStsBadSrcData},
+        {"position beyond the dictionary", [](Block& b, Ntk16u symbol) { b.symbols[200] = symbol; },
+         ntkStsBadSrcData},
         {"and at the end", [](Block& b, Ntk16u symbol) { b.symbols.back() = symbol; },
          ntkStsBadSrcData},
         {"row of no text", [](Block& b, Ntk16u) { b.idx = 300; }, ntkStsBadValue},
@@ -465,7 +468,12 @@ TEST(Bz2DecodeBlock, MalformedBlocks) {
          },
          ntkStsBadSrcData},
         {"endless run", [](Block& b, Ntk16u) { b.symbols.assign(1000, 1); }, ntkStsBadSrcData},
-        {"empty", [](Block& b, Ntk16u) { b.symbols = {}; b.symbols.reserve(1); b.idx = 0; },
+        {"empty",
+         [](Block& b, Ntk16u) {
+             b.symbols = {};
+             b.symbols.reserve(1);
+             b.idx = 0;
+         },
          ntkStsNoErr},
     };
     for (const auto& c : cases) {
@@ -477,7 +485,7 @@ TEST(Bz2DecodeBlock, MalformedBlocks) {
         EXPECT_EQ(length, c.status == ntkStsNoErr ? 0 : 300) << c.name;
     }
     std::mt19937 generator(4);
-    for (int i = 0; i < 3000; i++) {  // mutations: some status, nothing outside
+    for (int i = 0; i < 3000; i++) { // mutations: some status, nothing outside
         Block block = good;
         for (unsigned k = 0; k <= generator() % 8; k++) {
             block.symbols[generator() % block.symbols.size()] =

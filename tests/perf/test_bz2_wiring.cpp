@@ -310,8 +310,8 @@ TEST_F(Bz2Wiring, RunsAreDecodedFromRanks) {
     ranks.resize(2 * once);
     std::copy_n(ranks.begin(), once, ranks.begin() + static_cast<std::ptrdiff_t>(once));
     const Bytes twice = plainRleDecode(ranks);
-    EXPECT_EQ(Bytes(pSrcRLE, pDst), Bytes(twice.begin() + static_cast<std::ptrdiff_t>(firstLen),
-                                          twice.end()));
+    EXPECT_EQ(Bytes(pSrcRLE, pDst),
+              Bytes(twice.begin() + static_cast<std::ptrdiff_t>(firstLen), twice.end()));
     EXPECT_EQ(dstLen, maxLen - (pDst - pSrcRLE));
 }
 

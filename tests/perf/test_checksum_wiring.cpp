@@ -81,6 +81,8 @@ TEST_F(ChecksumWiring, TestsAreRegisteredInTheirOrder) {
                                 "ntksDecodeRLEState_BZ2_8u Timdc_BZ2/KX_REG_I\n"
                                 "ntksBWTFwd_SelectSort_8u Timdc_BZ2/KX_REG_I\n"
                                 "ntksEncodeHuffInit_BZ2_16u8u Timdc_BZ2/KX_REG\n"
+                                "ntksEncodeHuff_BZ2_16u8u Timdcbz2Huff/KX_REG_I\n"
+                                "ntksDecodeHuff_BZ2_8u16u Timdcbz2Huff/KX_REG_I\n"
                                 "ntksAdler32_8u TimdcChecksum/KX_REG\n"
                                 "ntksCRC32_8u TimdcChecksum/KX_REG\n"
                                 "ntksCRC32C_8u TimdcChecksum/KX_REG\n"
