@@ -60,8 +60,11 @@ NTK_API NtkStatus ntksDecodeRLEInit_BZ2_8u(Ntk8u* pState);
 NTK_API NtkStatus ntksEncodeRLE_BZ2_8u(Ntk8u** ppSrc, int* pSrcLen, Ntk8u* pDst, int* pDstLen,
                                        Ntk8u* pState);
 
-/* Writes the pending run, 0 to 5 bytes, and adds it to the in-use table.
- * Also returns ntkStsDstTooSmall when it does not fit; it stays pending then.
+/* Writes the pending run, 0 to 5 bytes, and adds it to the in-use table. This ends a block.
+ *
+ * pDst: 5 bytes; fewer where less than that can be pending (a run of 1 to 3 takes as many).
+ * pDstLen: receives the number of bytes written; what it holds before does not matter.
+ * Returns ntkStsNoErr; ntkStsNullPtr.
  */
 NTK_API NtkStatus ntksEncodeRLEFlush_BZ2_8u(Ntk8u* pDst, int* pDstLen, Ntk8u* pState);
 

@@ -182,23 +182,22 @@ TEST(Bz2Rle, RunsAtEveryPositionAndLength) {
     }
 }
 
-TEST(Bz2Rle, AFlushThatDoesNotFitLeavesTheRunPending) {
-    Bytes state = newRleState();
-    Bytes run(100, 'r');
-    Ntk8u* p = run.data();
-    int left = 100;
-    Ntk8u out[5] = {};
-    int written = 5;
-    ASSERT_EQ(ntksEncodeRLE_BZ2_8u(&p, &left, out, &written, state.data()), ntkStsNoErr);
-    EXPECT_EQ(written, 0);
-    int room = 4;
-    EXPECT_EQ(ntksEncodeRLEFlush_BZ2_8u(out, &room, state.data()), ntkStsDstTooSmall);
-    EXPECT_EQ(room, 4);
-    room = 5;
-    EXPECT_EQ(ntksEncodeRLEFlush_BZ2_8u(out, &room, state.data()), ntkStsNoErr);
-    EXPECT_EQ(Bytes(out, out + room), (Bytes{'r', 'r', 'r', 'r', 96}));
-    EXPECT_EQ(ntksEncodeRLEFlush_BZ2_8u(out, &room, state.data()), ntkStsNoErr);
-    EXPECT_EQ(room, 0);
+TEST(Bz2Rle, AFlushWritesThePendingRunOnce) {
+    for (int run = 0; run <= 5; run++) {
+        Bytes state = newRleState();
+        Bytes bytes(5, 'r');
+        Ntk8u* p = bytes.data();
+        int left = run;
+        const Bytes wanted = plainRle(Bytes(static_cast<std::size_t>(run), 'r'));
+        const GuardedBlock out(wanted.size());
+        int written = 0;
+        ASSERT_EQ(ntksEncodeRLE_BZ2_8u(&p, &left, out.data(), &written, state.data()), 0);
+        EXPECT_EQ(written, 0);
+        EXPECT_EQ(ntksEncodeRLEFlush_BZ2_8u(out.data(), &written, state.data()), 0);
+        EXPECT_EQ(Bytes(out.data(), out.data() + written), wanted);
+        EXPECT_EQ(ntksEncodeRLEFlush_BZ2_8u(out.data(), &written, state.data()), 0);
+        EXPECT_EQ(written, 0);
+    }
 }
 
 TEST(Bz2Dictionary, RanksAndBackForEveryByteAndKernel) {
@@ -512,7 +511,7 @@ TEST(Bz2Stages, ArgumentsAreChecked) {
     Ntk8u* const st = state.data();
     EXPECT_EQ(ntksEncodeRLE_BZ2_8u(&p, &length, nullptr, &length, st), ntkStsNullPtr);
     EXPECT_EQ(ntksEncodeRLE_BZ2_8u(&p, &negative, bytes, &length, st), ntkStsBadSize);
-    EXPECT_EQ(ntksEncodeRLEFlush_BZ2_8u(bytes, &negative, st), ntkStsBadSize);
+    EXPECT_EQ(ntksEncodeRLEFlush_BZ2_8u(bytes, nullptr, st), ntkStsNullPtr);
     EXPECT_EQ(ntksDecodeRLEState_BZ2_8u(&p, &length, &p, &negative, st), ntkStsBadSize);
     EXPECT_EQ(ntksRLEGetInUseTable_8u(nullptr, st), ntkStsNullPtr);
     EXPECT_EQ(ntksReduceDictionary_8u_I(bytes, bytes, -1, &size), ntkStsBadSize);

@@ -165,13 +165,8 @@ NtkStatus ntksEncodeRLEFlush_BZ2_8u(Ntk8u* pDst, int* pDstLen, Ntk8u* pState) {
     if (anyNull(pDst, pDstLen, pState)) {
         return ntkStsNullPtr;
     }
-    if (*pDstLen < 0) {
-        return ntkStsBadSize;
-    }
-    Span<Ntk8u> dst(pDst, *pDstLen);
-    if (!writePending(rleState(pState), dst)) {
-        return ntkStsDstTooSmall;
-    }
+    Span<Ntk8u> dst(pDst, leastRun + 1);
+    writePending(rleState(pState), dst);
     *pDstLen = static_cast<int>(dst.p - pDst);
     return ntkStsNoErr;
 }
