@@ -80,6 +80,10 @@ void guessLengths(const int* frequencies, int alphabet, Plan& plan) {
         while (symbol < alphabet && (sum < target || symbol == first)) {
             sum += frequencies[symbol++];
         }
+        // A stretch ends beyond its share. Every second one stays below it instead.
+        if (t % 2 == 1 && t + 1 < plan.tables && symbol - first > 1) {
+            sum -= frequencies[--symbol];
+        }
         remaining -= sum;
         std::memset(plan.lengths[t], dear, sizeof plan.lengths[t]);
         std::memset(plan.lengths[t] + first, cheap, static_cast<std::size_t>(symbol - first));
