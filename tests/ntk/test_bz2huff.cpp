@@ -44,15 +44,17 @@ TEST(Bz2Huff, BlocksComeBackAndHaveTheirNumberOfTables) {
             EXPECT_EQ(coded[0], 0xde);
             EXPECT_EQ(coded[3], 0xef);
             EXPECT_EQ(coded[4] >> 5, tables) << size;
+            // More source and room than the block takes.
+            coded.resize(coded.size() + 200);
             HuffDecoder decoder(alphabet);
             decoder.bits = {static_cast<Ntk32u>(coded[4]) << 24, 8};
             Ntk8u* src = coded.data() + 5;
             int srcLen = static_cast<int>(coded.size()) - 5;
             Symbols decoded;
             ASSERT_EQ(decoder.unpack(src, srcLen), ntkStsNoErr);
-            EXPECT_EQ(decoder.decode(src, srcLen, decoded, size), ntkStsNoErr);
+            EXPECT_EQ(decoder.decode(src, srcLen, decoded, size + 100), ntkStsNoErr);
             EXPECT_TRUE(decoded == block) << size << " of " << alphabet;
-            EXPECT_EQ(srcLen, 0);
+            EXPECT_EQ(srcLen, 200);
             EXPECT_LT(decoder.bits.count, 8);
         }
     }
@@ -316,8 +318,11 @@ TEST(Bz2Huff, OddSymbolsAndArguments) {
     EXPECT_EQ(encoder.initStatus, ntkStsNoErr); // they have no influence
     Bytes out;
     EXPECT_EQ(encoder.pack(out), ntkStsNoErr);
-    EXPECT_EQ(encoder.encode(odd, out, 100), ntkStsBadSrcData);
-    EXPECT_EQ(odd.size(), 5U);
+    for (const Ntk16u symbol : {3, 65535}) {
+        Symbols some = {0, symbol};
+        EXPECT_EQ(encoder.encode(some, out, 100), ntkStsBadSrcData) << symbol;
+        EXPECT_EQ(some.size(), 2U);
+    }
     Symbols longer(51, 0);
     EXPECT_EQ(encoder.encode(longer, out, 100), ntkStsBadSrcData);
 
@@ -342,17 +347,19 @@ TEST(Bz2Huff, OddSymbolsAndArguments) {
                                                   HuffDecoder(3).state.data()),
                   ntkStsBadValue);
     }
-    // A context fits exactly or not at all.
-    HuffEncoder fresh(ordinary, 200);
-    Bytes context;
-    fresh.pack(context);
-    for (const int missing : {1, 0}) {
-        GuardedBlock dst(context.size() - static_cast<std::size_t>(missing));
-        PendingBits bits;
-        int length = dst.size();
-        EXPECT_EQ(ntksPackHuffContext_BZ2_16u8u(&bits.code, &bits.count, dst.data(), &length,
-                                                fresh.state.data()),
-                  missing ? ntkStsDstTooSmall : ntkStsNoErr);
+    // A context fits exactly or not at all, whatever the bits of its last byte.
+    for (int alphabet = 200; alphabet < 230; ++alphabet) {
+        HuffEncoder fresh(ordinary, alphabet);
+        Bytes context;
+        fresh.pack(context);
+        for (const int missing : {1, 0}) {
+            GuardedBlock dst(context.size() - static_cast<std::size_t>(missing));
+            PendingBits bits;
+            int length = dst.size();
+            EXPECT_EQ(ntksPackHuffContext_BZ2_16u8u(&bits.code, &bits.count, dst.data(), &length,
+                                                    fresh.state.data()),
+                      missing ? ntkStsDstTooSmall : ntkStsNoErr);
+        }
     }
 }
 

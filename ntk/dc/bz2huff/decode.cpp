@@ -38,7 +38,7 @@ struct DecodeState {
 };
 
 bool unpackSelectors(MsbReader& reader, int tables, int count, Ntk8u* selectors) {
-    Ntk8u order[maxTables] = {0, 1, 2, 3, 4, 5};
+    TableOrder order;
     for (int i = 0; i < count; i++) {
         int place = 0;
         while (reader.take(1) == 1) {
@@ -49,9 +49,9 @@ bool unpackSelectors(MsbReader& reader, int tables, int count, Ntk8u* selectors)
         if (reader.failed()) {
             return false;
         }
-        std::rotate(order, order + place, order + place + 1);
+        const Ntk8u table = order.moveToFront(place);
         if (i < maxSelectors) {
-            selectors[i] = order[0];
+            selectors[i] = table;
         }
     }
     return true;

@@ -45,12 +45,11 @@ struct EncodeState {
 
 // Selectors that repeat are 1 bit long.
 bool packSelectors(const Plan& plan, MsbWriter& writer) {
-    Ntk8u order[maxTables] = {0, 1, 2, 3, 4, 5};
+    TableOrder order;
     for (int i = 0; i < plan.groups; i++) {
-        Ntk8u* const found = std::find(order, order + plan.tables, plan.selectors[i]);
-        const auto place = static_cast<Ntk32u>(found - order);
-        std::rotate(order, found, found + 1);
-        if (!writer.put((2U << place) - 2, place + 1)) {
+        const int place = order.placeOf(plan.selectors[i]);
+        order.moveToFront(place);
+        if (!writer.put((2U << place) - 2, static_cast<Ntk32u>(place) + 1)) {
             return false;
         }
     }

@@ -44,6 +44,32 @@ constexpr Ntk64u pendingBits(Ntk32u code, int bits) {
     return bits == 0 ? 0 : Ntk64u{code} >> (32 - bits) << (64 - bits);
 }
 
+// Selectors are coded as places in a list of the tables, which each selected table leads then.
+class TableOrder {
+public:
+    int placeOf(int table) const {
+        int place = 0;
+        while (m_tables[place] != table) {
+            place++;
+        }
+        return place;
+    }
+    // The table at the place, below maxTables.
+    Ntk8u moveToFront(int place) {
+        const Ntk8u table = m_tables[place];
+        Ntk8u carried = table;
+        for (int i = 0; i <= place; i++) {
+            const Ntk8u here = m_tables[i];
+            m_tables[i] = carried;
+            carried = here;
+        }
+        return table;
+    }
+
+private:
+    Ntk8u m_tables[maxTables] = {0, 1, 2, 3, 4, 5};
+};
+
 // A state lies in the caller's memory at the first address that suits it.
 template <class State> constexpr int stateBytes() {
     return static_cast<int>(sizeof(State) + alignof(State) - 1);
