@@ -1,0 +1,40 @@
+// The entries that a match search makes, and the frequencies of their symbols.
+#pragma once
+
+#include "symbols.h"
+
+namespace ntk::deflate {
+
+class EntryWriter {
+public:
+    EntryWriter(Ntk8u* lit, Ntk16u* dist, int capacity, Ntk32u* litFreq, Ntk32u* distFreq)
+        : m_lit(lit), m_dist(dist), m_left(capacity), m_litFreq(litFreq), m_distFreq(distFreq) {}
+
+    bool isFull() const { return m_left == 0; }
+    int left() const { return m_left; }
+
+    void literal(Ntk8u value) {
+        put(value, 0);
+        ++m_litFreq[value];
+    }
+    void match(int length, int distance) {
+        put(static_cast<Ntk8u>(length - minMatch), static_cast<Ntk16u>(distance));
+        ++m_litFreq[firstLengthSymbol + lengthSymbolOf[length - minMatch]];
+        ++m_distFreq[distanceSymbolOf[slotOf(static_cast<unsigned>(distance))]];
+    }
+
+private:
+    void put(Ntk8u lit, Ntk16u dist) {
+        *m_lit++ = lit;
+        *m_dist++ = dist;
+        --m_left;
+    }
+
+    Ntk8u* m_lit;
+    Ntk16u* m_dist;
+    int m_left;
+    Ntk32u* m_litFreq;
+    Ntk32u* m_distFreq;
+};
+
+}  // namespace ntk::deflate

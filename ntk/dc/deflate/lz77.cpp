@@ -1,0 +1,171 @@
+// Deflate's match search: data become literals and matches.
+//
+// Format (RFC 1951, 2 and 4): a match repeats 3 to 258 bytes from 1 to 32768 bytes back; it may
+// reach into itself. With the fixed codes (3.2.6) a literal takes 8 or 9 bits, a match 12 or 13 and
+// extra bits: up to 5 for its length, up to 13 for its distance.
+//
+// Method: hash chains, as the RFC proposes, of the positions whose next 4 bytes have the same hash.
+// Keys of 4 bytes make chains a few times shorter than keys of 3. The matches of 3 bytes that they
+// miss are found by a second table, without chains: only the nearest one can be worth its bits, and
+// not one far away. Candidates are judged by the bits they save with the fixed codes, not by their
+// length: a byte more does not pay for a distance of many more bits. The levels (effort.h) differ
+// in how many candidates they compare, which length contents them, and what comes then:
+// - Greedy: a match is taken as it is. Positions inside long matches are not inserted, but for the
+//   last ones.
+// - Lazy: unless the match is long, the next position is searched for one that saves more; then
+//   this position becomes a literal.
+//
+// State: the caller's. pHashHead holds, in its lower half, the newest position of each chain, in
+// its upper half the newest position by 3 bytes; pHashPrev the next older position in the chain, by
+// position modulo the window. Positions count through the whole sequence of data, so that tables
+// need no change when buffers move.
+//
+// Invariants:
+// - No entry of a table is believed. A position outside the window, or not older than the one
+//   before it in the chain, ends a chain, and the bytes at any other are compared. So tables may
+//   hold anything; what older data left in pHashPrev cannot be reached from heads that were reset.
+// - Between two calls no position from *pSrcIdx on is in a chain: the one that waits for a better
+//   match when the destination is full is taken out again. The last 3 before it, which had no 4
+//   bytes yet, are inserted by the next call.
+// - Each step makes one entry, so that a call can stop behind any of them.
+//
+// Limits: positions up to INT_MAX; the last 3 bytes of the data are never begun by a match.
+
+#include "ntkdc.h"
+
+#include <climits>
+
+#include "effort.h"
+#include "entrywriter.h"
+#include "matchfinder.h"
+
+namespace ntk::deflate {
+
+namespace {
+
+// Bytes from a position on that make sure that more of them would change nothing: what
+// ntkDeflateNoFlush waits for. The next position is searched too.
+constexpr int lookaheadBytes = maxMatch + 1 + MatchFinder::keyBytes;
+
+// The members are copied into locals of the loops below: nothing that these write through pointers
+// can change a local, so it stays in registers.
+struct Search {
+    MatchFinder finder;
+    EntryWriter entries;
+};
+
+Match findAt(MatchFinder& finder, int position, const Effort& effort) {
+    return finder.canSearch(position) ? finder.findAndInsert(position, 0, effort.limits)
+                                      : Match{0, 0, 0};
+}
+
+// Makes entries from `position` until `stop`; returns where it came to.
+int searchGreedily(Search& search, const Effort& effort, int position, int stop) {
+    auto [finder, entries] = search;
+    while (position < stop && !entries.isFull()) {
+        const Match match = findAt(finder, position, effort);
+        if (match.length == 0) {
+            entries.literal(*finder.at(position++));
+            continue;
+        }
+        entries.match(match.length, match.distance);
+        const int first = position + 1;
+        position += match.length;
+        finder.insertRange(match.length <= effort.insertLength ? first : position - 2, position);
+    }
+    search.entries = entries;
+    return position;
+}
+
+// Whether the match at the position should wait for what the next one gives.
+bool isWorthWaiting(const MatchFinder& finder, const Match& match, int position,
+                    const Effort& effort) {
+    return match.length < effort.lazyLength && finder.canSearch(position + 1);
+}
+
+// A match at the position that saves more than the one that waits before it.
+Match findBetter(MatchFinder& finder, const Match& waiting, int position, const Effort& effort) {
+    SearchLimits limits = effort.limits;
+    if (waiting.length >= effort.goodLength) {
+        limits.chainLength /= 4;
+    }
+    return finder.findAndInsert(position, waiting.gain, limits);
+}
+
+// As searchGreedily. One step longer than most functions: what waits is a state of the loop.
+int searchLazily(Search& search, const Effort& effort, int position, int stop) {
+    auto [finder, entries] = search;
+    bool isSearched = false;  // whether `match` is that of the position
+    Match match{0, 0, 0};
+    while (position < stop && !entries.isFull()) {
+        match = isSearched ? match : findAt(finder, position, effort);
+        isSearched = false;
+        if (match.length == 0) {
+            entries.literal(*finder.at(position++));
+            continue;
+        }
+        int first = position + 1;  // that is not inserted
+        if (isWorthWaiting(finder, match, position, effort)) {
+            const Match better = findBetter(finder, match, first++, effort);
+            if (better.length != 0) {
+                entries.literal(*finder.at(position++));
+                match = better;
+                isSearched = true;
+                continue;
+            }
+        }
+        entries.match(match.length, match.distance);
+        position += match.length;
+        finder.insertRange(first, position);
+    }
+    if (isSearched) {
+        finder.remove(position);
+    }
+    search.entries = entries;
+    return position;
+}
+
+constexpr bool isPowerOf2Within(int value, int least, int most) {
+    return value >= least && value <= most && (value & (value - 1)) == 0;
+}
+
+}  // namespace
+
+}  // namespace ntk::deflate
+
+using namespace ntk::deflate;
+
+NtkStatus ntksDeflateLZ77_8u(const Ntk8u** ppSrc, int* pSrcLen, int* pSrcIdx, const Ntk8u* pWindow,
+                             int winSize, Ntk32s* pHashHead, Ntk32s* pHashPrev, int hashSize,
+                             Ntk32u* pLitFreq, Ntk32u* pDistFreq, Ntk8u* pLit, Ntk16u* pDist,
+                             int* pDstLen, int level, int flush) {
+    if (ppSrc == nullptr || *ppSrc == nullptr || pSrcLen == nullptr || pSrcIdx == nullptr ||
+        pWindow == nullptr || pHashHead == nullptr || pHashPrev == nullptr || pLitFreq == nullptr ||
+        pDistFreq == nullptr || pLit == nullptr || pDist == nullptr || pDstLen == nullptr) {
+        return ntkStsNullPtr;
+    }
+    const int begin = *pSrcIdx;
+    if (*pSrcLen < 0 || begin < 0 || *pSrcLen > INT_MAX - begin || *pDstLen < 0 ||
+        !isPowerOf2Within(winSize, 256, maxDistance) || !isPowerOf2Within(hashSize, 256, 65536)) {
+        return ntkStsBadSize;
+    }
+    if (level < 1 || level > 9 || flush < ntkDeflateNoFlush || flush > ntkDeflateFinish ||
+        pWindow > *ppSrc) {
+        return ntkStsBadValue;
+    }
+    const auto history = static_cast<int>(std::min<std::ptrdiff_t>(*ppSrc - pWindow, begin));
+    const int end = begin + *pSrcLen;
+    Search search{MatchFinder({*ppSrc, begin, end, begin - history, winSize, pHashHead, hashSize,
+                               pHashPrev}),
+                  EntryWriter(pLit, pDist, *pDstLen, pLitFreq, pDistFreq)};
+    search.finder.insertBefore(begin);
+    const int stop = flush == ntkDeflateNoFlush ? end - lookaheadBytes + 1 : end;
+    const Effort& effort = efforts[static_cast<std::size_t>(level - 1)];
+    const int reached = effort.lazyLength > 0 ? searchLazily(search, effort, begin, stop)
+                                              : searchGreedily(search, effort, begin, stop);
+    *ppSrc += reached - begin;
+    *pSrcLen = end - reached;
+    *pSrcIdx = reached;
+    *pDstLen = search.entries.left();
+    return reached < stop ? ntkStsDstFull : ntkStsNoErr;
+}

@@ -1,0 +1,188 @@
+// Search for earlier occurrences of the data at a position; the method is told in lz77.cpp.
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+
+#include "symbols.h"
+
+namespace ntk::deflate {
+
+// What the codes of a length and a distance take in most cases, with the fixed codes.
+inline constexpr int codeBits = 7 + 5;
+
+// Bits saved when literals of 8 bits become a match.
+constexpr int gainOf(int length, int distance) {
+    const int distanceBits = 30 - __builtin_clz(static_cast<unsigned>(distance - 1) | 2);
+    return 8 * length - codeBits - lengthExtraBits[lengthSymbolOf[length - minMatch]] -
+           distanceBits;
+}
+
+struct Match {
+    int length;  // 0: none
+    int distance;
+    int gain;
+};
+
+// What a search may spend.
+struct SearchLimits {
+    int chainLength;  // candidates compared at most, 1 or more
+    int niceLength;   // a match this long ends the search
+};
+
+// The data of a call and the caller's tables.
+struct SearchSpace {
+    const Ntk8u* source;
+    int first;   // position of *source
+    int end;     // position behind the last byte
+    int oldest;  // position of the first byte that may be looked at
+    int windowSize;
+    Ntk32s* heads;  // hashSize positions
+    int hashSize;
+    Ntk32s* previous;  // windowSize positions
+};
+
+class MatchFinder {
+public:
+    // Bytes that there must be from a position on for it to be searched or inserted.
+    static constexpr int keyBytes = 4;
+
+    explicit MatchFinder(const SearchSpace& space)
+        : m_space(space),
+          m_nearHeads(space.heads + space.hashSize / 2),
+          m_windowMask(space.windowSize - 1),
+          m_hashShift(33 - __builtin_ctz(static_cast<unsigned>(space.hashSize))) {}
+
+    const Ntk8u* at(int position) const {
+        return m_space.source + (static_cast<std::ptrdiff_t>(position) - m_space.first);
+    }
+    bool canSearch(int position) const { return position <= m_space.end - keyBytes; }
+
+    // The match that saves most, if that is more than leastGain bits (0 or more).
+    Match findAndInsert(int position, int leastGain, const SearchLimits& limits) {
+        const Ntk32u key = load32(at(position));
+        Ntk32s& nearHead = m_nearHeads[nearHash(key)];
+        const int nearest = nearHead;
+        nearHead = position;
+        const int newest = insertIntoChain(position, key);
+        const int oldest = std::max(m_space.oldest, position - m_space.windowSize);
+        Match best{0, 0, leastGain};
+        if (isWithin(nearest, oldest, position) && ((load32(at(nearest)) ^ key) << 8) == 0) {
+            improve(best, minMatch, position - nearest);
+        }
+        searchChain(best, position, newest, oldest, limits);
+        return best;
+    }
+
+    void insert(int position) {
+        const Ntk32u key = load32(at(position));
+        m_nearHeads[nearHash(key)] = position;
+        insertIntoChain(position, key);
+    }
+
+    void insertRange(int from, int to) {
+        for (const int last = std::min(to, m_space.end - keyBytes + 1); from < last; ++from) {
+            insert(from);
+        }
+    }
+
+    // Takes the position that was inserted last out of its chain, so that it can be searched again.
+    void remove(int position) {
+        m_space.heads[chainHash(load32(at(position)))] = previous(position);
+    }
+
+    // Inserts what an earlier call could not, because the bytes behind it were not there yet.
+    void insertBefore(int position) {
+        for (int p = std::max(position - keyBytes + 1, m_space.oldest); p < position; ++p) {
+            if (canSearch(p) && m_space.heads[chainHash(load32(at(p)))] < p) {
+                insert(p);
+            }
+        }
+    }
+
+private:
+    static Ntk32u load32(const Ntk8u* p) {
+        Ntk32u value;
+        std::memcpy(&value, p, sizeof value);
+        return value;
+    }
+    static Ntk64u load64(const Ntk8u* p) {
+        Ntk64u value;
+        std::memcpy(&value, p, sizeof value);
+        return value;
+    }
+    static bool isWithin(int position, int oldest, int end) {
+        return position >= oldest && position < end;
+    }
+    static void improve(Match& best, int length, int distance) {
+        const int gain = gainOf(length, distance);
+        if (gain > best.gain) {
+            best = {length, distance, gain};
+        }
+    }
+
+    // A multiplicative hash by 2^32 divided by the golden ratio.
+    Ntk32u chainHash(Ntk32u key) const { return key * 0x9E3779B1U >> m_hashShift; }
+    Ntk32u nearHash(Ntk32u key) const { return (key << 8) * 0x9E3779B1U >> m_hashShift; }
+    Ntk32s& previous(int position) { return m_space.previous[position & m_windowMask]; }
+
+    // The newest position of the chain until now.
+    int insertIntoChain(int position, Ntk32u key) {
+        Ntk32s& head = m_space.heads[chainHash(key)];
+        const int newest = head;
+        previous(position) = newest;
+        head = position;
+        return newest;
+    }
+
+    // A chain goes from newer to older; where it does not, it is not one of this window.
+    void searchChain(Match& best, int position, int candidate, int oldest,
+                     const SearchLimits& limits) {
+        const Ntk8u* const here = at(position);
+        const int most = std::min(maxMatch, m_space.end - position);
+        const int enough = std::min(limits.niceLength, most);
+        // A match not longer than this cannot gain enough.
+        int length = std::max(minMatch, (best.gain + codeBits) / 8);
+        int newer = position;
+        for (int left = limits.chainLength;
+             left > 0 && length < enough && isWithin(candidate, oldest, newer); --left) {
+            const Ntk8u* const there = at(candidate);
+            if (load32(there + length - 3) == load32(here + length - 3) &&
+                load32(there) == load32(here)) {
+                const int found = commonLength(here, there, most);
+                if (found > length) {
+                    length = found;
+                    improve(best, found, position - candidate);
+                }
+            }
+            newer = candidate;
+            candidate = previous(candidate);
+        }
+    }
+
+    // Equal bytes at two places whose first keyBytes are equal, at most `most` of those from here
+    // on.
+    int commonLength(const Ntk8u* here, const Ntk8u* there, int most) const {
+        const std::ptrdiff_t readable = at(m_space.end) - here;
+        int length = keyBytes;
+        while (length < most && length + 8 <= readable) {
+            const Ntk64u difference = load64(here + length) ^ load64(there + length);
+            if (difference != 0) {
+                return std::min(most, length + __builtin_ctzll(difference) / 8);
+            }
+            length += 8;
+        }
+        while (length < most && here[length] == there[length]) {
+            ++length;
+        }
+        return std::min(length, most);
+    }
+
+    SearchSpace m_space;
+    Ntk32s* m_nearHeads;
+    int m_windowMask;
+    int m_hashShift;
+};
+
+}  // namespace ntk::deflate
