@@ -1,0 +1,95 @@
+// The two steps of the deflate encoder, and zlib as their judge.
+#pragma once
+
+#include <zlib.h>
+
+#include <utility>
+
+#include "fixedcodes.h"
+#include "guarded.h"
+#include "samples.h"
+
+struct Entries {
+    Bytes lit;
+    std::vector<Ntk16u> dist;
+
+    int count() const { return static_cast<int>(lit.size()); }
+    bool operator==(const Entries&) const = default;
+};
+
+// A sequence of match-search calls and the tables that they share.
+struct MatchSearch {
+    std::vector<Ntk32s> heads = std::vector<Ntk32s>(32768, -32768);
+    std::vector<Ntk32s> previous = std::vector<Ntk32s>(32768, 1);
+    int winSize = 32768;
+    int level = 6;
+    Ntk32u litFreq[286] = {};
+    Ntk32u distFreq[30] = {};
+    Entries entries = {};
+    int srcIdx = 0;
+
+    // One call on the source at *src, with room for some entries, which are appended.
+    NtkStatus call(const Ntk8u** src, int* srcLen, const Ntk8u* window, int room, int flush) {
+        const GuardedBlock lit(static_cast<std::size_t>(room));
+        const GuardedBlock dist(2 * static_cast<std::size_t>(room));
+        auto* const dists = reinterpret_cast<Ntk16u*>(dist.data());
+        int left = room;
+        const NtkStatus status = ntksDeflateLZ77_8u(
+            src, srcLen, &srcIdx, window, winSize, heads.data(), previous.data(),
+            static_cast<int>(heads.size()), litFreq, distFreq, lit.data(), dists, &left, level,
+            flush);
+        entries.lit.insert(entries.lit.end(), lit.data(), lit.data() + room - left);
+        entries.dist.insert(entries.dist.end(), dists, dists + room - left);
+        return status;
+    }
+    // All of the data in one call.
+    NtkStatus searchAll(const Bytes& data) {
+        const GuardedBlock block(data);
+        const Ntk8u* src = block.data();
+        int srcLen = block.size();
+        return call(&src, &srcLen, block.data(), block.size(), ntkDeflateFinish);
+    }
+};
+
+// A block of the fixed codes, the only one of its stream.
+inline Bytes blockOf(const Entries& entries) {
+    Bytes block(8 + 4 * entries.lit.size());
+    Ntk32u code = 3;
+    int codeLen = 3;
+    int length = 0;
+    ntksDeflateHuff_8u(entries.lit.data(), entries.dist.data(), entries.count(), &code, &codeLen,
+                       fixedCodes.lit, fixedCodes.dist, block.data(), &length);
+    for (codeLen += 7; codeLen > 0; codeLen -= 8, code >>= 8) {
+        block[static_cast<std::size_t>(length++)] = static_cast<Ntk8u>(code);
+    }
+    block.resize(static_cast<std::size_t>(length));
+    return block;
+}
+
+// What zlib makes of a stream whose data should have a size; empty when it refuses it.
+inline Bytes inflatedByZlib(Bytes stream, std::size_t size) {
+    Bytes data(size + 1);
+    z_stream z{};
+    inflateInit2(&z, -MAX_WBITS);
+    z.next_in = stream.data();
+    z.avail_in = static_cast<uInt>(stream.size());
+    z.next_out = data.data();
+    z.avail_out = static_cast<uInt>(data.size());
+    const bool isWhole = inflate(&z, Z_FINISH) == Z_STREAM_END && z.avail_in == 0;
+    data.resize(isWhole ? z.total_out : 0);
+    inflateEnd(&z);
+    return data;
+}
+
+inline std::size_t sizeByZlib(Bytes data, int level) {
+    Bytes dst(2 * data.size() + 16);
+    z_stream z{};
+    deflateInit2(&z, level, Z_DEFLATED, -MAX_WBITS, 8, Z_FIXED);
+    z.next_in = data.data();
+    z.avail_in = static_cast<uInt>(data.size());
+    z.next_out = dst.data();
+    z.avail_out = static_cast<uInt>(dst.size());
+    deflate(&z, Z_FINISH);
+    deflateEnd(&z);
+    return z.total_out;
+}

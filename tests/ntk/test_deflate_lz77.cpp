@@ -1,0 +1,272 @@
+// The match search: zlib restores the data from its entries, whatever the tables hold and however
+// the calls are cut.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <climits>
+#include <cstring>
+#include <numeric>
+
+#include "catalog.h"
+#include "deflatecalls.h"
+
+namespace {
+
+MatchSearch searched(const Bytes& data, int level) {
+    MatchSearch search;
+    search.level = level;
+    EXPECT_EQ(search.searchAll(data), ntkStsNoErr);
+    return search;
+}
+
+Bytes standIn(const corpus::FileKind& kind) {
+    const std::string text = kind.make(kind.sizeBytes).substr(0, 102400);
+    return Bytes(text.begin(), text.end());
+}
+
+TEST(DeflateLZ77, StandInsAreAboutAsSmallAsByZlib) {
+    std::size_t total[10] = {SIZE_MAX};
+    for (const corpus::FileKind& kind : corpus::catalog()) {
+        const Bytes data = standIn(kind);
+        for (int level = 1; level <= 9; ++level) {
+            const Bytes block = blockOf(searched(data, level).entries);
+            const std::size_t zlibSize = sizeByZlib(data, level);
+            ASSERT_EQ(inflatedByZlib(block, data.size()), data) << kind.name << level;
+            EXPECT_LE(static_cast<double>(block.size()), 1.03 * static_cast<double>(zlibSize))
+                << kind.name << " level " << level;
+            total[level] += block.size();
+        }
+    }
+    for (int level = 2; level <= 9; ++level) {
+        EXPECT_LT(total[level], total[level - 1]) << "level " << level;
+    }
+}
+
+// The symbols' frequencies, by the lengths and distances that they begin with in RFC 1951, 3.2.5.
+std::pair<std::array<Ntk32u, 286>, std::array<Ntk32u, 30>> recounted(const Entries& entries) {
+    constexpr int lengths[] = {3,  4,  5,  6,  7,  8,  9,  10, 11,  13,  15,  17,  19,  23, 27,
+                               31, 35, 43, 51, 59, 67, 83, 99, 115, 131, 163, 195, 227, 258};
+    constexpr int distances[] = {1,    2,    3,    4,    5,    7,    9,    13,    17,    25,
+                                 33,   49,   65,   97,   129,  193,  257,  385,   513,   769,
+                                 1025, 1537, 2049, 3073, 4097, 6145, 8193, 12289, 16385, 24577};
+    const auto symbolOf = [](const auto& firsts, int value) {
+        return static_cast<std::size_t>(
+            std::upper_bound(std::begin(firsts), std::end(firsts), value) - firsts - 1);
+    };
+    std::pair<std::array<Ntk32u, 286>, std::array<Ntk32u, 30>> counts{};
+    for (std::size_t i = 0; i < entries.lit.size(); ++i) {
+        const int dist = entries.dist[i];
+        if (dist == 0) {
+            ++counts.first[entries.lit[i]];
+        } else {
+            ++counts.first[257 + symbolOf(lengths, entries.lit[i] + 3)];
+            ++counts.second[symbolOf(distances, dist)];
+        }
+    }
+    return counts;
+}
+
+TEST(DeflateLZ77, SamplesAndTheirFrequencies) {
+    for (const Sample& sample : samples()) {
+        for (const int level : {1, 3, 6, 9}) {
+            SCOPED_TRACE(sample.name + " level " + std::to_string(level));
+            const MatchSearch search = searched(sample.bytes, level);
+            ASSERT_EQ(inflatedByZlib(blockOf(search.entries), sample.bytes.size()), sample.bytes);
+            const auto [litFreq, distFreq] = recounted(search.entries);
+            EXPECT_TRUE(std::equal(litFreq.begin(), litFreq.end(), search.litFreq));
+            EXPECT_TRUE(std::equal(distFreq.begin(), distFreq.end(), search.distFreq));
+        }
+    }
+}
+
+// What is worth its bits with the fixed codes: 25 of a far match of 3 bytes are not.
+TEST(DeflateLZ77, FindsWhatPays) {
+    const struct {
+        const char* name;
+        int copied, distance;
+        bool isFound;
+        int winSize;
+    } cases[] = {
+        {"3 near", 3, 600, true, 32768},   {"3 far", 3, 30000, false, 32768},
+        {"4 far", 4, 30000, true, 32768},  {"farthest", 9, 32768, true, 32768},
+        {"too far", 9, 32769, false, 32768}, {"in a small window", 9, 1024, true, 1024},
+        {"beyond it", 9, 1025, false, 1024},
+    };
+    for (const auto& c : cases) {
+        // Bytes below 128 in an order that repeats no 3 of them, a copy, something else.
+        Bytes data;
+        for (unsigned i = 0; static_cast<int>(data.size()) < c.distance; ++i) {
+            data.insert(data.end(), {static_cast<Ntk8u>(i % 127), static_cast<Ntk8u>(i / 127)});
+        }
+        data.resize(static_cast<std::size_t>(c.distance));
+        std::iota(data.begin(), data.begin() + 4, Ntk8u{200});
+        const Bytes copy(data.begin(), data.begin() + c.copied);
+        data.insert(data.end(), copy.begin(), copy.end());
+        data.insert(data.end(), {210, 211, 212, 213});
+        for (const int level : {3, 9}) {
+            MatchSearch search;
+            search.level = level;
+            search.winSize = c.winSize;
+            ASSERT_EQ(search.searchAll(data), ntkStsNoErr);
+            ASSERT_EQ(inflatedByZlib(blockOf(search.entries), data.size()), data);
+            const auto& dist = search.entries.dist;
+            const bool isFound = std::find(dist.begin(), dist.end(), c.distance) != dist.end();
+            EXPECT_EQ(isFound, c.isFound) << c.name << " level " << level;
+        }
+    }
+}
+
+// Source and destination in pieces, in a buffer through which the data are moved.
+Entries searchInPieces(const Bytes& data, int level, int piece, int room) {
+    MatchSearch search;
+    search.level = level;
+    constexpr std::size_t window = 32768;
+    const GuardedBlock buffer(window + 2 * static_cast<std::size_t>(piece) + 262);
+    std::size_t fed = 0;
+    int srcLen = 0;
+    Ntk8u* end = buffer.data();
+    for (bool more = true; more;) {
+        const std::size_t take = std::min(static_cast<std::size_t>(piece), data.size() - fed);
+        if (end + take > buffer.data() + buffer.size()) {
+            Ntk8u* const kept = end - srcLen - window;
+            const auto keptBytes = static_cast<std::size_t>(end - kept);
+            std::memmove(buffer.data(), kept, keptBytes);
+            end = buffer.data() + keptBytes;
+        }
+        std::memcpy(end, data.data() + fed, take);
+        fed += take;
+        end += take;
+        srcLen += static_cast<int>(take);
+        more = fed < data.size();
+        const Ntk8u* src = end - srcLen;
+        NtkStatus status = ntkStsDstFull;
+        while (status == ntkStsDstFull) {
+            status = search.call(&src, &srcLen, buffer.data(), room,
+                                 more ? ntkDeflateNoFlush : ntkDeflateFinish);
+            EXPECT_EQ(src, end - srcLen);
+        }
+        EXPECT_EQ(status, ntkStsNoErr);
+        EXPECT_LE(srcLen, more ? 262 : 0);
+        EXPECT_EQ(search.srcIdx, static_cast<int>(fed) - srcLen);
+    }
+    return search.entries;
+}
+
+TEST(DeflateLZ77, CallsCutAnywhereMakeTheSameData) {
+    const Bytes data = textBytes(150000);
+    for (const int level : {1, 6, 9}) {
+        const auto whole = blockOf(searched(data, level).entries).size();
+        for (const auto& [piece, room] : {std::pair{40000, 100000}, {1000, 7}, {5000, 1}}) {
+            const Bytes block = blockOf(searchInPieces(data, level, piece, room));
+            ASSERT_EQ(inflatedByZlib(block, data.size()), data) << level << " " << piece;
+            EXPECT_LE(block.size(), whole + whole / 100) << level << " " << piece;
+        }
+    }
+}
+
+// A flush takes all bytes, so the next call's matches begin in what this one could not insert.
+TEST(DeflateLZ77, AFlushedCallLosesNothing) {
+    MatchSearch search;
+    const GuardedBlock data(Bytes{'a', 'b', 'c', 'd', 'a', 'b', 'c', 'd', 'a', 'b', 'c', 'd'});
+    const Ntk8u* src = data.data();
+    for (int srcLen : {4, 8}) {
+        EXPECT_EQ(search.call(&src, &srcLen, data.data(), 12, ntkDeflateSyncFlush), ntkStsNoErr);
+        EXPECT_EQ(srcLen, 0);
+    }
+    EXPECT_EQ(search.entries, (Entries{{'a', 'b', 'c', 'd', 8 - 3}, {0, 0, 0, 0, 4}}));
+}
+
+TEST(DeflateLZ77, WhatOldDataLeftInTheChainsChangesNothing) {
+    const Bytes data = textBytes(100000, 2);
+    MatchSearch search;
+    EXPECT_EQ(search.searchAll(textBytes(100000)), ntkStsNoErr);
+    search.heads.assign(search.heads.size(), -32768);
+    search.entries = {};
+    search.srcIdx = 0;
+    EXPECT_EQ(search.searchAll(data), ntkStsNoErr);
+    EXPECT_EQ(search.entries, searched(data, search.level).entries);
+}
+
+TEST(DeflateLZ77, AnyTablesAreSafe) {
+    const Bytes data = textBytes(40000);
+    const int extremes[] = {INT_MIN, INT_MIN + 1, -32768, -1, 0, 40000, 40001, INT_MAX};
+    for (int round = 0; round < 9; ++round) {
+        MatchSearch search;
+        search.level = round % 9 + 1;
+        std::mt19937 generator(static_cast<unsigned>(round));
+        for (std::vector<Ntk32s>* table : {&search.heads, &search.previous}) {
+            for (Ntk32s& entry : *table) {
+                entry = round % 3 == 0   ? extremes[generator() % std::size(extremes)]
+                        : round % 3 == 1 ? static_cast<int>(generator() % 40000)
+                                         : static_cast<int>(generator());
+            }
+        }
+        search.srcIdx = round % 2 == 0 ? 0 : INT_MAX - 40000;
+        ASSERT_EQ(search.searchAll(data), ntkStsNoErr);
+        ASSERT_EQ(inflatedByZlib(blockOf(search.entries), data.size()), data) << round;
+    }
+}
+
+TEST(DeflateLZ77, Arguments) {
+    static Ntk8u bytes[16] = {};
+    static int heads[256], previous[256], position, length, room;
+    static Ntk32u frequencies[286];
+    static Ntk16u distances[16];
+    struct Call {
+        const Ntk8u* src = bytes + 8;
+        int *srcLen = &length, *srcIdx = &position;
+        const Ntk8u* window = bytes;
+        int winSize = 256, *head = heads, *prev = previous, hashSize = 256;
+        Ntk32u *litFreq = frequencies, *distFreq = frequencies;
+        Ntk8u* lit = bytes;
+        Ntk16u* dist = distances;
+        int *dstLen = &room, level = 1, flush = 0;
+    };
+    const struct {
+        NtkStatus status;
+        void (*spoil)(Call&);
+    } cases[] = {
+        {ntkStsNoErr, [](Call&) {}},
+        {ntkStsNullPtr, [](Call& c) { c.src = nullptr; }},
+        {ntkStsNullPtr, [](Call& c) { c.srcLen = nullptr; }},
+        {ntkStsNullPtr, [](Call& c) { c.srcIdx = nullptr; }},
+        {ntkStsNullPtr, [](Call& c) { c.window = nullptr; }},
+        {ntkStsNullPtr, [](Call& c) { c.head = nullptr; }},
+        {ntkStsNullPtr, [](Call& c) { c.prev = nullptr; }},
+        {ntkStsNullPtr, [](Call& c) { c.litFreq = nullptr; }},
+        {ntkStsNullPtr, [](Call& c) { c.distFreq = nullptr; }},
+        {ntkStsNullPtr, [](Call& c) { c.lit = nullptr; }},
+        {ntkStsNullPtr, [](Call& c) { c.dist = nullptr; }},
+        {ntkStsNullPtr, [](Call& c) { c.dstLen = nullptr; }},
+        {ntkStsBadSize, [](Call&) { length = -1; }},
+        {ntkStsBadSize, [](Call&) { position = -1; }},
+        {ntkStsBadSize, [](Call&) { position = INT_MAX - 7; }},
+        {ntkStsBadSize, [](Call&) { room = -1; }},
+        {ntkStsBadSize, [](Call& c) { c.winSize = 128; }},
+        {ntkStsBadSize, [](Call& c) { c.winSize = 300; }},
+        {ntkStsBadSize, [](Call& c) { c.winSize = 65536; }},
+        {ntkStsBadSize, [](Call& c) { c.hashSize = 255; }},
+        {ntkStsBadSize, [](Call& c) { c.hashSize = 131072; }},
+        {ntkStsBadValue, [](Call& c) { c.level = 0; }},
+        {ntkStsBadValue, [](Call& c) { c.level = 10; }},
+        {ntkStsBadValue, [](Call& c) { c.flush = -1; }},
+        {ntkStsBadValue, [](Call& c) { c.flush = 4; }},
+        {ntkStsBadValue, [](Call& c) { c.window = c.src + 1; }},
+    };
+    for (const auto& c : cases) {
+        Call call;
+        length = room = 8;
+        position = 0;
+        c.spoil(call);
+        const Ntk8u** const src = &call.src;
+        EXPECT_EQ(ntksDeflateLZ77_8u(src, call.srcLen, call.srcIdx, call.window, call.winSize,
+                                     call.head, call.prev, call.hashSize, call.litFreq,
+                                     call.distFreq, call.lit, call.dist, call.dstLen, call.level,
+                                     call.flush),
+                  c.status)
+            << "case " << &c - cases;
+    }
+}
+
+}  // namespace
