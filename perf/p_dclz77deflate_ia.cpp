@@ -1,0 +1,256 @@
+// The deflate and inflate tests: their state, preparation, calls and registration. One file,
+// because the calls and what resets their arguments must be read together.
+
+#include "p_dclz77deflate_ia.h"
+
+#include <algorithm>
+#include <climits>
+
+#include "dchooks.h"
+#include "dctiming.h"
+#include "kxdc.h"
+
+constexpr int dataBytes = 102400;
+constexpr int windowSize = 32768; // and the entries of either hash table
+constexpr int hashBytes = windowSize * static_cast<int>(sizeof(Ntk32s));
+constexpr int endOfBlock = 256; // the symbol
+
+namespace dcdeflate {
+Ntk8u* pData = nullptr;
+Ntk8u* pDist = nullptr;
+Ntk8u* pHuff = nullptr;
+Ntk8u* pLit = nullptr;
+Ntk8u* pHashHead = nullptr;
+Ntk8u* pHashPrev = nullptr;
+Ntk32u dataLen = 0;
+Ntk32u distLen = 0;
+Ntk32u huffLen = 0;
+const Ntk8u* pSrc = nullptr;
+Ntk8u* pDst = nullptr;
+int srcLen = 0, dstLen = 0;
+int srcIdx = 0, dstIdx = 0;
+Ntk32u code = 0;
+int codeLen = 0;
+int mode = ntkInflateFixed;
+NtksInflateState inflateState = {};
+Ntk32u pLitFreqTable[286] = {};
+Ntk32u pDistFreqTable[30] = {};
+psIterator_NSC<int> dataLength;
+psIterator_NSC<int> comprLevel;
+
+// Codes of one length in the order of their symbols.
+static constexpr void assign(NtkHuffCode* codes, int count, unsigned first, unsigned len) {
+    for (int i = 0; i < count; i++, first++) {
+        unsigned reversed = 0;
+        for (unsigned bit = 0; bit < len; bit++) {
+            reversed |= (first >> bit & 1) << (len - 1 - bit);
+        }
+        codes[i] = {static_cast<Ntk16u>(reversed), static_cast<Ntk16u>(len)};
+    }
+}
+constexpr std::array<NtkHuffCode, 288> pLitHuffCodes = [] {
+    std::array<NtkHuffCode, 288> codes{};
+    assign(&codes[0], 144, 0x30, 8);
+    assign(&codes[144], 112, 0x190, 9);
+    assign(&codes[256], 24, 0, 7);
+    assign(&codes[280], 8, 0xC0, 8);
+    return codes;
+}();
+constexpr std::array<NtkHuffCode, 30> pDistHuffCodes = [] {
+    std::array<NtkHuffCode, 30> codes{};
+    assign(&codes[0], 30, 0, 5);
+    return codes;
+}();
+} // namespace dcdeflate
+using namespace dcdeflate;
+
+static Ntk16u* words(Ntk8u* bytes) {
+    return reinterpret_cast<Ntk16u*>(bytes);
+}
+static const Ntk16u* words(const Ntk8u* bytes) {
+    return reinterpret_cast<const Ntk16u*>(bytes);
+}
+static Ntk32s* positions(Ntk8u* bytes) {
+    return reinterpret_cast<Ntk32s*>(bytes);
+}
+
+// ---- Calls and init bodies --------------------------------------------------------------------
+
+// A match search over all of the data with room for some entries. Only the heads of the hash
+// chains are reset, pHashPrev never is: meant so, the heads alone lead into it.
+static void resetSearch(Ntk32u room) {
+    std::fill_n(positions(pHashHead), windowSize, -windowSize);
+    pSrc = pData;
+    pDst = pDist;
+    srcLen = static_cast<int>(dataLen);
+    dstLen = static_cast<int>(room);
+    srcIdx = 0;
+}
+
+// There is just the room that the entries took when the data were prepared: meant so.
+static int tinit_ntksDeflateLZ77_8u() {
+    resetSearch(distLen);
+    return 0;
+}
+// The window begins where the source does, and the frequencies add up over all calls: meant so.
+static int tcall_ntksDeflateLZ77_8u() {
+    return ntksDeflateLZ77_8u(&pSrc, &srcLen, &srcIdx, pSrc, windowSize, positions(pHashHead),
+                              positions(pHashPrev), windowSize, pLitFreqTable, pDistFreqTable,
+                              pLit, words(pDst), &dstLen, comprLevel.value(), ntkDeflateFinish);
+}
+DC_TIMING_I(ntksDeflateLZ77_8u)
+
+static int tinit_ntksDeflateHuff_8u() {
+    pSrc = pDist;
+    pDst = pHuff;
+    srcLen = static_cast<int>(distLen);
+    dstIdx = 0;
+    code = 0;
+    codeLen = 0;
+    return 0;
+}
+static int tcall_ntksDeflateHuff_8u() {
+    return ntksDeflateHuff_8u(pLit, words(pSrc), srcLen, &code, &codeLen, pLitHuffCodes.data(),
+                              pDistHuffCodes.data(), pDst, &dstIdx);
+}
+DC_TIMING_I(ntksDeflateHuff_8u)
+
+// The stream starts within its block. Of the waiting bits only the number is reset: meant so, no
+// bit of `code` counts then.
+static int tinit_ntksInflate_8u() {
+    pSrc = pHuff;
+    pDst = pData;
+    srcLen = static_cast<int>(huffLen);
+    dstLen = static_cast<int>(dataLen);
+    codeLen = 0;
+    mode = ntkInflateFixed;
+    inflateState.progress = 0;
+    return 0;
+}
+static int tcall_ntksInflate_8u() {
+    return ntksInflate_8u(&pSrc, &srcLen, &code, &codeLen, nullptr, &pDst, &dstLen, 0, &mode,
+                          &inflateState);
+}
+DC_TIMING_I(ntksInflate_8u)
+
+// ---- Preparation ------------------------------------------------------------------------------
+
+// Whether a preparation call succeeded; a status that is not 0 is printed.
+static bool passed(NtkStatus status, const char* name) {
+    return !psIsFail(kxTest::checkStatus(status, name));
+}
+
+bool Timdc_Deflate::canStart() {
+    regParm(dataLength);
+    regParm(g_codeFile);
+    regParm(comprLevel);
+    dataLength.init(dataBytes, "CodeLength");
+    dataLength.add(dataBytes);
+    comprLevel.init(1, "comprLevel");
+    for (const int level : {1, 6, 9}) {
+        comprLevel.add(level);
+    }
+    return true;
+}
+
+static bool hasLength() {
+    constexpr int longest = INT_MAX / 2;
+    if (dataLength.value() >= 1 && dataLength.value() <= longest) {
+        return true;
+    }
+    g_ostrm << PS_ERR << "-- CodeLength=" << dataLength.value() << " is not within 1 to "
+            << longest << "\n" << PS_END;
+    return false;
+}
+
+// Takes any file that is not empty, also one shorter than the length: there is only one.
+static bool readFile() {
+    dataLen = static_cast<Ntk32u>(g_codeFile.readData(pData, dataLength.value(), 0));
+    return dataLen != 0;
+}
+
+static bool search() {
+    resetSearch(dataLen);
+    if (!passed(tcall_ntksDeflateLZ77_8u(), "ntksDeflateLZ77_8u")) {
+        return false;
+    }
+    distLen = dataLen - static_cast<Ntk32u>(dstLen);
+    return true;
+}
+
+static void putByte() {
+    pHuff[huffLen++] = static_cast<Ntk8u>(code);
+    code >>= 8;
+    codeLen -= 8;
+}
+
+// Ends the block, with room in the waiting bits for the code of its end.
+static void finishStream() {
+    huffLen = static_cast<Ntk32u>(dstIdx);
+    while (codeLen >= 9) {
+        putByte();
+    }
+    code |= static_cast<Ntk32u>(pLitHuffCodes[endOfBlock].code) << codeLen;
+    codeLen += pLitHuffCodes[endOfBlock].len;
+    while (codeLen > 0) {
+        putByte();
+    }
+}
+
+bool Timdc_Deflate::initData() {
+    if (!hasLength()) {
+        return false;
+    }
+    const int length = dataLength.value();
+    const auto make = [](Ntk8u*& buffer, int size) {
+        buffer = static_cast<Ntk8u*>(allocate(size, -1));
+        return buffer != nullptr;
+    };
+    if (!make(pData, length) || !make(pDist, 2 * length) || !make(pHuff, 2 * length) ||
+        !make(pLit, length) || !make(pHashHead, hashBytes) || !make(pHashPrev, hashBytes)) {
+        return false;
+    }
+    if (!readFile() || !search()) {
+        return false;
+    }
+    tinit_ntksDeflateHuff_8u();
+    if (!passed(tcall_ntksDeflateHuff_8u(), "ntksDeflateHuff_8u")) {
+        return false;
+    }
+    finishStream();
+    return true;
+}
+
+void Timdc_Deflate::flushData() {
+    for (Ntk8u** buffer : {&pData, &pDist, &pHuff, &pLit, &pHashHead, &pHashPrev}) {
+        deallocate(*buffer);
+        *buffer = nullptr;
+    }
+}
+
+double Timdc_Deflate::getDivisor() {
+    return dataLen;
+}
+
+static psString lengthText() {
+    return psText(static_cast<long long>(dataLen));
+}
+
+void Timdc_Deflate::parmsToOstrm() {
+    g_ostrm << " length=" << lengthText() << " ";
+    g_codeFile.toOStream(g_ostrm);
+    comprLevel.toOStream(g_ostrm);
+}
+
+void Timdc_Deflate::parmsToCstrm() {
+    g_cstrm << lengthText() << g_codeFile.valueString() << comprLevel.valueString();
+}
+
+[[maybe_unused]] static const bool g_registered = [] {
+    constexpr const char* source = "perf/p_dclz77deflate_ia";
+    registerHooks();
+    DC_REGISTER_I(Timdc_Deflate, ntksDeflateLZ77_8u, source);
+    DC_REGISTER_I(Timdc_Deflate, ntksDeflateHuff_8u, source);
+    DC_REGISTER_I(Timdc_Deflate, ntksInflate_8u, source);
+    return true;
+}();
