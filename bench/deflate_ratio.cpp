@@ -25,8 +25,8 @@ Bytes readFile(const char* name) {
 }
 
 Bytes madeText() {
-    static const char* const words[] = {"time ", "flow ", "of ", "the ", "current ", "and, ",
-                                        "a ",    "bank ", "in ", "rain\n", "slowly ", "under "};
+    static const char* const words[] = {"time ", "flow ", "of ", "the ",   "current ", "and, ",
+                                        "a ",    "bank ", "in ", "rain\n", "slowly ",  "under "};
     std::mt19937 generator(7);
     std::string text;
     while (text.size() < mostBytes) {
@@ -54,8 +54,8 @@ public:
                            m_previous.data(), entries, m_litFreq, m_distFreq, m_lit.data(),
                            m_dist.data(), &m_capacity, level, ntkDeflateFinish);
         const int count = static_cast<int>(m_source.size()) - m_capacity;
-        ntksDeflateHuff_8u(m_lit.data(), m_dist.data(), count, &m_code, &m_pending,
-                           fixedCodes.lit, fixedCodes.dist, m_dst.data(), &m_dstIdx);
+        ntksDeflateHuff_8u(m_lit.data(), m_dist.data(), count, &m_code, &m_pending, fixedCodes.lit,
+                           fixedCodes.dist, m_dst.data(), &m_dstIdx);
     }
     // Bytes of the stream with the block's header (3 bits) and end (7 bits).
     int length() const { return m_dstIdx + (m_pending + 3 + 7 + 7) / 8; }
@@ -105,7 +105,7 @@ void compareFile(const std::string& name, Bytes data) {
     }
 }
 
-}  // namespace
+} // namespace
 
 int main(int argc, char** argv) {
     printRatioTitle();

@@ -95,8 +95,8 @@ static int tinit_ntksDeflateLZ77_8u() {
 // The window begins where the source does, and the frequencies add up over all calls: meant so.
 static int tcall_ntksDeflateLZ77_8u() {
     return ntksDeflateLZ77_8u(&pSrc, &srcLen, &srcIdx, pSrc, windowSize, positions(pHashHead),
-                              positions(pHashPrev), windowSize, pLitFreqTable, pDistFreqTable,
-                              pLit, words(pDst), &dstLen, comprLevel.value(), ntkDeflateFinish);
+                              positions(pHashPrev), windowSize, pLitFreqTable, pDistFreqTable, pLit,
+                              words(pDst), &dstLen, comprLevel.value(), ntkDeflateFinish);
 }
 DC_TIMING_I(ntksDeflateLZ77_8u)
 
@@ -158,8 +158,9 @@ static bool hasLength() {
     if (dataLength.value() >= 1 && dataLength.value() <= longest) {
         return true;
     }
-    g_ostrm << PS_ERR << "-- CodeLength=" << dataLength.value() << " is not within 1 to "
-            << longest << "\n" << PS_END;
+    g_ostrm << PS_ERR << "-- CodeLength=" << dataLength.value() << " is not within 1 to " << longest
+            << "\n"
+            << PS_END;
     return false;
 }
 

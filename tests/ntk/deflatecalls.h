@@ -34,10 +34,10 @@ struct MatchSearch {
         const GuardedBlock dist(2 * static_cast<std::size_t>(room));
         auto* const dists = reinterpret_cast<Ntk16u*>(dist.data());
         int left = room;
-        const NtkStatus status = ntksDeflateLZ77_8u(
-            src, srcLen, &srcIdx, window, winSize, heads.data(), previous.data(),
-            static_cast<int>(heads.size()), litFreq, distFreq, lit.data(), dists, &left, level,
-            flush);
+        const NtkStatus status =
+            ntksDeflateLZ77_8u(src, srcLen, &srcIdx, window, winSize, heads.data(), previous.data(),
+                               static_cast<int>(heads.size()), litFreq, distFreq, lit.data(), dists,
+                               &left, level, flush);
         entries.lit.insert(entries.lit.end(), lit.data(), lit.data() + room - left);
         entries.dist.insert(entries.dist.end(), dists, dists + room - left);
         return status;

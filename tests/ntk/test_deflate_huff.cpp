@@ -89,20 +89,20 @@ TEST(DeflateHuff, ShortestAndLongestCodes) {
 
 TEST(DeflateHuff, Faults) {
     const Entries good{Bytes(100, 'a'), std::vector<Ntk16u>(100)};
-    for (const int at : {0, 99}) {  // before and among the last entries
+    for (const int at : {0, 99}) { // before and among the last entries
         const struct {
             NtkStatus status;
             int lit, dist, codeLen, length, longCode;
         } cases[] = {
-            {ntkStsNoErr, 'a', 32768, 32, 0, 0},   {ntkStsBadSrcData, 'a', 32769, 0, 0, 0},
+            {ntkStsNoErr, 'a', 32768, 32, 0, 0},     {ntkStsBadSrcData, 'a', 32769, 0, 0, 0},
             {ntkStsBadSrcData, 'a', 65535, 0, 0, 0}, {ntkStsBadValue, 'n', 0, 0, 0, 0},
-            {ntkStsBadValue, 'n', 1, 0, 0, 0},     {ntkStsBadValue, 'a', 5, 0, 0, 0},
-            {ntkStsBadValue, 'a', 0, 0, 0, 285},   {ntkStsBadSize, 'a', 0, 33, 0, 0},
-            {ntkStsBadSize, 'a', 0, -1, 0, 0},     {ntkStsBadSize, 'a', 0, 0, -1, 0},
+            {ntkStsBadValue, 'n', 1, 0, 0, 0},       {ntkStsBadValue, 'a', 5, 0, 0, 0},
+            {ntkStsBadValue, 'a', 0, 0, 0, 285},     {ntkStsBadSize, 'a', 0, 33, 0, 0},
+            {ntkStsBadSize, 'a', 0, -1, 0, 0},       {ntkStsBadSize, 'a', 0, 0, -1, 0},
         };
         for (const auto& c : cases) {
             FixedCodes codes;
-            codes.lit['n'].len = codes.lit[257 + 20].len = 0;  // lengths 67 to 82
+            codes.lit['n'].len = codes.lit[257 + 20].len = 0; // lengths 67 to 82
             codes.dist[4].len = 0;
             codes.lit[c.longCode].len = c.longCode ? 16 : 8;
             Entries entries = good;
@@ -125,4 +125,4 @@ TEST(DeflateHuff, Faults) {
     EXPECT_EQ(stream.put(good, 0, 1, nullptr), ntkStsNullPtr);
 }
 
-}  // namespace
+} // namespace

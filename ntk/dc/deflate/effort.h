@@ -28,4 +28,4 @@ inline constexpr std::array<Effort, 9> efforts = {{
     {{2048, maxMatch}, maxMatch, maxMatch, 64},
 }};
 
-}  // namespace ntk::deflate
+} // namespace ntk::deflate

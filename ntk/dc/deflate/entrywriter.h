@@ -37,4 +37,4 @@ private:
     Ntk32u* m_distFreq;
 };
 
-}  // namespace ntk::deflate
+} // namespace ntk::deflate

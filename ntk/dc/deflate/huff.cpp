@@ -51,7 +51,7 @@ struct Tables {
         for (int i = 0; i < literalSymbols; ++i) {
             literalOrLength[i] = bitsOf(litCodes[i]);
         }
-        int first = 0;  // length - 3 that the symbol begins with
+        int first = 0; // length - 3 that the symbol begins with
         for (int i = 0; i <= maxMatch - minMatch; ++i) {
             const int symbol = lengthSymbolOf[i];
             first = i == 0 || symbol != lengthSymbolOf[i - 1] ? i : first;
@@ -111,7 +111,8 @@ private:
     unsigned m_count;
 };
 
-inline NtkStatus putEntry(BitWriter& writer, const Tables& tables, unsigned literal, unsigned dist) {
+inline NtkStatus putEntry(BitWriter& writer, const Tables& tables, unsigned literal,
+                          unsigned dist) {
     if (dist > maxDistance) [[unlikely]] {
         return ntkStsBadSrcData;
     }
@@ -132,7 +133,7 @@ inline NtkStatus putEntry(BitWriter& writer, const Tables& tables, unsigned lite
 // The local writer stays in registers: what a byte store might change could not.
 NtkStatus putEntries(BitWriter& result, const Tables& tables, const Ntk8u* lit, const Ntk16u* dist,
                      int count) {
-    constexpr int entriesPerStore = 64;  // of one bit each at least
+    constexpr int entriesPerStore = 64; // of one bit each at least
     BitWriter writer = result;
     NtkStatus status = ntkStsNoErr;
     int i = 0;
@@ -148,9 +149,9 @@ NtkStatus putEntries(BitWriter& result, const Tables& tables, const Ntk8u* lit, 
     return status;
 }
 
-}  // namespace
+} // namespace
 
-}  // namespace ntk::deflate
+} // namespace ntk::deflate
 
 using namespace ntk::deflate;
 

@@ -95,7 +95,7 @@ Match findBetter(MatchFinder& finder, const Match& waiting, int position, const 
 // As searchGreedily. One step longer than most functions: what waits is a state of the loop.
 int searchLazily(Search& search, const Effort& effort, int position, int stop) {
     auto [finder, entries] = search;
-    bool isSearched = false;  // whether `match` is that of the position
+    bool isSearched = false; // whether `match` is that of the position
     Match match{0, 0, 0};
     while (position < stop && !entries.isFull()) {
         match = isSearched ? match : findAt(finder, position, effort);
@@ -104,7 +104,7 @@ int searchLazily(Search& search, const Effort& effort, int position, int stop) {
             entries.literal(*finder.at(position++));
             continue;
         }
-        int first = position + 1;  // that is not inserted
+        int first = position + 1; // that is not inserted
         if (isWorthWaiting(finder, match, position, effort)) {
             const Match better = findBetter(finder, match, first++, effort);
             if (better.length != 0) {
@@ -129,9 +129,9 @@ constexpr bool isPowerOf2Within(int value, int least, int most) {
     return value >= least && value <= most && (value & (value - 1)) == 0;
 }
 
-}  // namespace
+} // namespace
 
-}  // namespace ntk::deflate
+} // namespace ntk::deflate
 
 using namespace ntk::deflate;
 
@@ -155,9 +155,9 @@ NtkStatus ntksDeflateLZ77_8u(const Ntk8u** ppSrc, int* pSrcLen, int* pSrcIdx, co
     }
     const auto history = static_cast<int>(std::min<std::ptrdiff_t>(*ppSrc - pWindow, begin));
     const int end = begin + *pSrcLen;
-    Search search{MatchFinder({*ppSrc, begin, end, begin - history, winSize, pHashHead, hashSize,
-                               pHashPrev}),
-                  EntryWriter(pLit, pDist, *pDstLen, pLitFreq, pDistFreq)};
+    Search search{
+        MatchFinder({*ppSrc, begin, end, begin - history, winSize, pHashHead, hashSize, pHashPrev}),
+        EntryWriter(pLit, pDist, *pDstLen, pLitFreq, pDistFreq)};
     search.finder.insertBefore(begin);
     const int stop = flush == ntkDeflateNoFlush ? end - lookaheadBytes + 1 : end;
     const Effort& effort = efforts[static_cast<std::size_t>(level - 1)];

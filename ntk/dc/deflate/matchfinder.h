@@ -20,27 +20,27 @@ constexpr int gainOf(int length, int distance) {
 }
 
 struct Match {
-    int length;  // 0: none
+    int length; // 0: none
     int distance;
     int gain;
 };
 
 // What a search may spend.
 struct SearchLimits {
-    int chainLength;  // candidates compared at most, 1 or more
-    int niceLength;   // a match this long ends the search
+    int chainLength; // candidates compared at most, 1 or more
+    int niceLength;  // a match this long ends the search
 };
 
 // The data of a call and the caller's tables.
 struct SearchSpace {
     const Ntk8u* source;
-    int first;   // position of *source
-    int end;     // position behind the last byte
-    int oldest;  // position of the first byte that may be looked at
+    int first;  // position of *source
+    int end;    // position behind the last byte
+    int oldest; // position of the first byte that may be looked at
     int windowSize;
-    Ntk32s* heads;  // hashSize positions
+    Ntk32s* heads; // hashSize positions
     int hashSize;
-    Ntk32s* previous;  // windowSize positions
+    Ntk32s* previous; // windowSize positions
 };
 
 class MatchFinder {
@@ -49,8 +49,7 @@ public:
     static constexpr int keyBytes = 4;
 
     explicit MatchFinder(const SearchSpace& space)
-        : m_space(space),
-          m_nearHeads(space.heads + space.hashSize / 2),
+        : m_space(space), m_nearHeads(space.heads + space.hashSize / 2),
           m_windowMask(space.windowSize - 1),
           m_hashShift(33 - __builtin_ctz(static_cast<unsigned>(space.hashSize))) {}
 
@@ -185,4 +184,4 @@ private:
     int m_hashShift;
 };
 
-}  // namespace ntk::deflate
+} // namespace ntk::deflate

@@ -57,4 +57,4 @@ inline constexpr auto distanceSymbolOf = [] {
     return symbols;
 }();
 
-}  // namespace ntk::deflate
+} // namespace ntk::deflate
