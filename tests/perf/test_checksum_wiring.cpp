@@ -93,6 +93,9 @@ TEST_F(ChecksumWiring, TestsAreRegisteredInTheirOrder) {
                                 "ntksEncodeLZ4DictSafe_8u TimdcLZ4Dict/KX_REG_I\n"
                                 "ntksEncodeLZ4HC_8u TimdcLZ4Dict/KX_REG_I\n"
                                 "ntksDecodeLZ4_8u TimdcLZ4/KX_REG_I\n"
+                                "ntksDeflateLZ77_8u Timdc_Deflate/KX_REG_I\n"
+                                "ntksDeflateHuff_8u Timdc_Deflate/KX_REG_I\n"
+                                "ntksInflate_8u Timdc_Deflate/KX_REG_I\n"
                                 "ntksEncodeZfp444_32f TimdcZfpEncode444/KX_REG_Ibs_X\n"
                                 "ntksDecodeZfp444_32f TimdcZfpDecode444/KX_REG_Ibs_X\n");
 }
