@@ -347,6 +347,23 @@ TEST(Bz2Z1Z2, AFullDestinationStopsBeforeASymbolOrRun) {
     }
 }
 
+TEST(Bz2Z1Z2, DestinationsThatEndAnywhere) {
+    const Bytes bytes = mixedBytes(1500, 7);
+    const Symbols symbols = plainZ1Z2(bytes);
+    for (std::size_t room = 0; room < bytes.size(); room++) {
+        const GuardedBlock destination(room);
+        Symbols source = symbols;
+        Ntk16u* from = source.data();
+        int count = static_cast<int>(source.size());
+        int length = destination.size();
+        ASSERT_EQ(ntksDecodeZ1Z2_BZ2_16u8u(&from, &count, destination.data(), &length),
+                  ntkStsDstFull);
+        ASSERT_TRUE(std::equal(destination.data(), destination.data() + length, bytes.begin()));
+        const Symbols rest(from, from + count);
+        ASSERT_EQ(rest, plainZ1Z2(Bytes(bytes.begin() + length, bytes.end()))) << room;
+    }
+}
+
 // Each with nothing before it, and deep enough in a block that whole windows meet it.
 TEST(Bz2Z1Z2, MalformedSymbols) {
     const struct {
@@ -464,6 +481,7 @@ TEST(Bz2DecodeBlock, MalformedBlocks) {
          [](Block& b, Ntk16u) {
              std::fill_n(b.inUse, 256, Ntk8u{0});
              b.sizeDictionary = 0;
+             b.symbols.assign(2, 0);
          },
          ntkStsBadSrcData},
         {"endless run", [](Block& b, Ntk16u) { b.symbols.assign(1000, 1); }, ntkStsBadSrcData},

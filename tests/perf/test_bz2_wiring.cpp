@@ -271,14 +271,16 @@ TEST_F(Bz2Wiring, InverseTransformsStartFromRowZero) {
 TEST_F(Bz2Wiring, MoveToFrontGoesOnWithItsList) {
     prepare("ntksMTFFwd_8u");
     const Bytes column = lastColumn();
-    call();
     PlainMtf mtf;
     const Bytes positions = mtf.forward(column);
+    EXPECT_EQ(held(pMTFState, 256), mtf.list);
+    call();
     mtf.forward(column);
     EXPECT_EQ(held(pSrcZ1Z2, srcZ1Z2Len), mtf.forward(column));
     prepare("ntksMTFInv_8u");
-    call();
     PlainMtf inverse;
+    EXPECT_EQ(held(pMTFState, 256), inverse.list); // from the beginning
+    call();
     EXPECT_EQ(inverse.inverse(positions), column);
     EXPECT_EQ(held(pSrcMTF, srcMTFLen), inverse.inverse(positions));
 }

@@ -42,7 +42,7 @@ NtkStatus ntksDecodeBlock_BZ2_16u8u(const Ntk16u* pSrc, int srcLen, Ntk8u* pDst,
         return ntkStsBadSize;
     }
     Ntk8u list[256] = {};
-    if (valuesInUse(inUse, list) != sizeDictionary || idx < 0) {
+    if (valuesInUse(inUse, list) != sizeDictionary) {
         return ntkStsBadValue;
     }
     Span<Ntk8u> dst(pDst, *pDstLen);
