@@ -115,8 +115,9 @@ static int tcall_ntksDeflateHuff_8u() {
 }
 DC_TIMING_I(ntksDeflateHuff_8u)
 
-// The stream starts within its block. Of the waiting bits only the number is reset: meant so, no
-// bit of `code` counts then.
+// The stream starts within its block and overwrites the file's data, which nothing needs any more;
+// nobody compares what comes out: meant so. Of the waiting bits only the number is reset: meant so,
+// no bit of `code` counts then.
 static int tinit_ntksInflate_8u() {
     pSrc = pHuff;
     pDst = pData;
@@ -167,15 +168,16 @@ static bool hasLength() {
 // Takes any file that is not empty, also one shorter than the length: there is only one.
 static bool readFile() {
     dataLen = static_cast<Ntk32u>(g_codeFile.readData(pData, dataLength.value(), 0));
+    distLen = dataLen; // the room of the search: no more entries than bytes
     return dataLen != 0;
 }
 
 static bool search() {
-    resetSearch(dataLen);
+    resetSearch(distLen);
     if (!passed(tcall_ntksDeflateLZ77_8u(), "ntksDeflateLZ77_8u")) {
         return false;
     }
-    distLen = dataLen - static_cast<Ntk32u>(dstLen);
+    distLen -= static_cast<Ntk32u>(dstLen);
     return true;
 }
 
@@ -188,7 +190,7 @@ static void putByte() {
 // Ends the block, with room in the waiting bits for the code of its end.
 static void finishStream() {
     huffLen = static_cast<Ntk32u>(dstIdx);
-    while (codeLen >= 9) {
+    while (codeLen >= 9) { // 8 bits stay and go out with the end's code: meant so
         putByte();
     }
     code |= static_cast<Ntk32u>(pLitHuffCodes[endOfBlock].code) << codeLen;

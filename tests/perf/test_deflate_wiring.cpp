@@ -101,7 +101,7 @@ TEST_F(DeflateWiring, InflaterRestoresTheFile) {
     for (const auto& [path, contents] : {std::pair{file, whole},
                                          {makeFile("short", "abcabcabcabc"), "abcabcabcabc"},
                                          {makeFile("one", "\xFF"), "\xFF"}}) {
-        psTest& test = prepare("ntksInflate_8u", 9, path);
+        psTest& test = prepare("ntksInflate_8u", contents.size() > 1 ? 1 : 9, path);
         std::fill_n(pData, dataLen, Ntk8u{0xEE});
         code = 0xFFFFFFFF;
         inflateState.progress = 0xFFFFFFFF;
@@ -153,5 +153,17 @@ TEST_F(DeflateWiring, WhatCannotBeMeasuredIsPassedOver) {
         test.run();
         EXPECT_EQ(test.result(), PS_DATA_FAIL) << log.text();
         EXPECT_EQ(psSumOfBlocks(), 0);
+    }
+    test.canStart();
+    g_codeFile.translate(file.c_str());
+    g_codeFile.firstValue();
+    dataLength.firstValue();
+    for (const char* level : {"0", "10"}) { // the search refuses them, and says so
+        const Captured log;
+        comprLevel.translate(level);
+        comprLevel.firstValue();
+        EXPECT_FALSE(test.initData()) << level;
+        EXPECT_NE(log.text().find("ntksDeflateLZ77_8u"), std::string::npos) << log.text();
+        test.flushData();
     }
 }

@@ -25,7 +25,8 @@
 //   before it in the chain, ends a chain, and the bytes at any other are compared. So tables may
 //   hold anything; what older data left in pHashPrev cannot be reached from heads that were reset.
 // - Between two calls no position from *pSrcIdx on is in a chain: the one that waits for a better
-//   match when the destination is full is taken out again. The last 3 before it, which had no 4
+//   match when the destination is full is taken out again. (The table by 3 bytes keeps it, which
+//   costs the next call at most one match of 3 bytes.) The last 3 before it, which had no 4
 //   bytes yet, are inserted by the next call.
 // - Each step makes one entry, so that a call can stop behind any of them.
 //
