@@ -3,10 +3,10 @@
 
 #include "p_dclz4.h"
 
-#include <climits>
 #include <cstring>
 
 #include "dchooks.h"
+#include "dcprepare.h"
 #include "dctiming.h"
 #include "kxdc.h"
 
@@ -35,27 +35,6 @@ using namespace dclz4;
 
 static Ntk8u* bytes(kxVector& vector) {
     return static_cast<Ntk8u*>(vector.data());
-}
-
-// Whether a preparation call succeeded; a status that is not 0 is printed.
-static bool passed(NtkStatus status, const char* name) {
-    return !psIsFail(kxTest::checkStatus(status, name));
-}
-
-// Each of twice the length, so that what does not compress fits too.
-static bool createBuffers(std::initializer_list<kxVector*> buffers) {
-    constexpr int longest = INT_MAX / 2;
-    if (g_codeLen.value() < 1 || g_codeLen.value() > longest) {
-        g_ostrm << PS_ERR << "-- CodeLength=" << g_codeLen.value() << " is not within 1 to "
-                << longest << "\n" << PS_END;
-        return false;
-    }
-    for (kxVector* buffer : buffers) {
-        if (!buffer->createVector(2 * g_codeLen.value())) {
-            return false;
-        }
-    }
-    return true;
 }
 
 static Ntk8u* allocateTable(int size) {

@@ -106,8 +106,9 @@ NTK_API NtkStatus ntkGetMaxCacheSizeB(int* pSizeBytes);
 /* One line of text for any status, also for one that no function returns. Never null; constant. */
 NTK_API const char* ntkGetStatusString(NtkStatus status);
 
-/* Sets the number of threads that functions may use, for the whole process. The functions of this
- * build all work on the caller's thread; the number is kept for those who ask for it.
+/* Sets the number of threads that functions may use, for the whole process. LZO takes
+ * notice of it: the encoder of the method ntkLZOMT and the decoders of its streams. All other
+ * functions of this build work on the caller's thread.
  * Returns ntkStsNoErr; ntkStsBadValue when numThreads is not within 1 to NTK_MAX_NUM_THREADS (the
  * number stays as it was).
  */

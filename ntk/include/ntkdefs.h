@@ -5,7 +5,7 @@
  * - Functions report by an NtkStatus: 0 is success, a negative value an error (nothing was
  *   done, or the work was given up), a positive value a warning (the work was done, with the
  *   stated remark). They never print, never abort and, but for the highest levels of the LZ4
- *   high-compression encoder, never allocate memory.
+ *   high-compression encoder and the threads of LZO, never allocate memory.
  * - Arguments are checked in the order: null pointers, lengths, other values. The first fault
  *   found names the status. A pointer must not be null even where its length is 0, unless its
  *   description says so.

@@ -1,0 +1,201 @@
+// LZO1X encoders, on liblzo2.
+//
+// Format (published with the LZO library of M. F. X. J. Oberhumer, and as lzo.rst among the
+// documents of the Linux kernel): a stream is a row of instructions, each for a match and up to
+// three literals after it, or for a longer row of literals. There are four kinds of match, of
+// distances up to 1, 2, 16 and 48 KiB, with 2 to 5 bytes each but for lengths that grow by 255 per
+// byte. The instruction 11 00 00 ends the stream. It holds neither its length nor that of its data.
+//
+// Frame, for a source split over threads (this library's own): an empty stream (11 00 00); the
+// number of pieces, 2 to 64; per piece the length of its stream and that of its data; the streams,
+// one after another. Numbers are of 4 bytes, the lowest first. No decoder takes a frame for a
+// stream: after 11 00 00 nothing may follow. A source in one piece makes a plain stream.
+//
+// Method: liblzo2's fast searches, greedy, with a dictionary of the positions of 4-byte strings
+// that begins anew every 48 KiB. Its sizes are what the methods differ in: lzo1x_1 (2^14 entries)
+// and lzo1x_1_11 (2^11, which fits the first-level cache). lzo1x_1_15 comes out within a few
+// percent of lzo1x_1.
+//
+// State: a record of what it was prepared for, one work area of liblzo2's per piece, and room for
+// the longest stream.
+//
+// Invariants: liblzo2 checks no capacity when encoding. It writes into the destination only where
+// the worst case fits, otherwise into the room in the state, from where the stream is copied if it
+// fits. Areas and room are sized by maxInputLen alone, so that the number of threads may change
+// between any two calls. A call leaves nothing in the state that a later one reads.
+
+#include "ntkdc.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include <lzo/lzo1x.h>
+
+#include "../callerblock.h"
+#include "frame.h"
+
+namespace ntk::lzo {
+
+namespace {
+
+constexpr Ntk32u maxLen = 0x7e000000; // any stream's length still fits an Ntk32u
+constexpr Ntk32u preparedTag = 0x004f5a4c;
+constexpr std::size_t workBytes = LZO1X_1_MEM_COMPRESS;
+static_assert(workBytes >= LZO1X_1_11_MEM_COMPRESS);
+
+// The work areas and the room for a stream follow it.
+struct alignas(64) State {
+    Ntk32u tag;
+    Ntk32u method;
+    Ntk32u maxInputLen;
+
+    Ntk8u* workArea(Ntk32u i) { return reinterpret_cast<Ntk8u*>(this + 1) + i * workBytes; }
+};
+
+struct Piece {
+    const Ntk8u* src;
+    Ntk32u srcLen;
+    Ntk8u* dst;
+    Ntk32u dstLen; // after encoding
+    Ntk8u* work;
+};
+
+bool isMethod(NtkLZOMethod method) {
+    return method == ntkLZOST || method == ntkLZOMT || method == ntkLZOST1X;
+}
+
+Ntk32u areaCount(Ntk32u method, Ntk32u maxInputLen) {
+    return method == ntkLZOMT ? mostPieces(maxInputLen) : 1;
+}
+
+// The longest stream of a piece, as liblzo2 states it.
+constexpr Ntk32u worstStream(Ntk32u srcLen) {
+    return srcLen + srcLen / 16 + 64 + 3;
+}
+
+constexpr Ntk32u worstFrame(Ntk32u srcLen, Ntk32u pieces) {
+    return frameBytes(pieces) + worstStream(srcLen) + pieces * worstStream(0);
+}
+
+Ntk32u worstLength(Ntk32u srcLen, Ntk32u pieces) {
+    return pieces == 1 ? worstStream(srcLen) : worstFrame(srcLen, pieces);
+}
+
+// liblzo2's encoders always succeed.
+Ntk32u encodeStream(Ntk32u method, const Ntk8u* src, Ntk32u srcLen, Ntk8u* dst, Ntk8u* work) {
+    lzo_uint length = 0;
+    (method == ntkLZOST1X ? lzo1x_1_11_compress : lzo1x_1_compress)(src, srcLen, dst, &length,
+                                                                    work);
+    return static_cast<Ntk32u>(length);
+}
+
+void encodePiece(void* pieces, unsigned i) {
+    Piece& p = static_cast<Piece*>(pieces)[i];
+    p.dstLen = encodeStream(ntkLZOMT, p.src, p.srcLen, p.dst, p.work);
+}
+
+// Each piece has its worst case to itself, so that all can be written at once.
+void layOut(Piece* pieces, Ntk32u count, State& state, const Ntk8u* src, Ntk32u srcLen,
+            Ntk8u* dst) {
+    dst += frameBytes(count);
+    for (Ntk32u i = 0; i < count; ++i) {
+        const auto from = static_cast<Ntk32u>(static_cast<Ntk64u>(srcLen) * i / count);
+        const auto to = static_cast<Ntk32u>(static_cast<Ntk64u>(srcLen) * (i + 1) / count);
+        pieces[i] = {src + from, to - from, dst, 0, state.workArea(i)};
+        dst += worstStream(to - from);
+    }
+}
+
+// Moves the streams together behind their table. Length of the frame.
+Ntk32u closeFrame(const Piece* pieces, Ntk32u count, Ntk8u* dst) {
+    Frame frame;
+    frame.count = count;
+    Ntk8u* end = dst + frameBytes(count);
+    for (Ntk32u i = 0; i < count; ++i) {
+        frame.pieces[i] = {pieces[i].dstLen, pieces[i].srcLen};
+        std::memmove(end, pieces[i].dst, pieces[i].dstLen);
+        end += pieces[i].dstLen;
+    }
+    writeFrame(frame, dst);
+    return static_cast<Ntk32u>(end - dst);
+}
+
+// dst takes the worst case. Length of the stream or frame.
+Ntk32u encode(State& state, Ntk32u count, const Ntk8u* src, Ntk32u srcLen, Ntk8u* dst) {
+    if (count == 1) {
+        return encodeStream(state.method, src, srcLen, dst, state.workArea(0));
+    }
+    Piece pieces[maxPieces];
+    layOut(pieces, count, state, src, srcLen, dst);
+    runJobs(count, count, encodePiece, pieces);
+    return closeFrame(pieces, count, dst);
+}
+
+} // namespace
+
+} // namespace ntk::lzo
+
+using namespace ntk;
+using namespace ntk::lzo;
+
+NtkStatus ntksEncodeLZOGetSize(NtkLZOMethod method, Ntk32u maxInputLen, Ntk32u* pStateSize) {
+    if (pStateSize == nullptr) {
+        return ntkStsNullPtr;
+    }
+    if (maxInputLen > maxLen) {
+        return ntkStsBadSize;
+    }
+    if (!isMethod(method)) {
+        return ntkStsBadValue;
+    }
+    const Ntk32u areas = areaCount(method, maxInputLen);
+    const std::size_t areaBytes = areas * workBytes;
+    *pStateSize =
+        static_cast<Ntk32u>(stateBytes<State>() + areaBytes) + worstLength(maxInputLen, areas);
+    return ntkStsNoErr;
+}
+
+NtkStatus ntksEncodeLZOInit_8u(NtkLZOMethod method, Ntk32u maxInputLen, Ntk8u* pState) {
+    if (pState == nullptr) {
+        return ntkStsNullPtr;
+    }
+    if (maxInputLen > maxLen) {
+        return ntkStsBadSize;
+    }
+    if (!isMethod(method)) {
+        return ntkStsBadValue;
+    }
+    auto& state = stateIn<State>(pState);
+    state.tag = preparedTag;
+    state.method = method;
+    state.maxInputLen = maxInputLen;
+    return ntkStsNoErr;
+}
+
+NtkStatus ntksEncodeLZO_8u(const Ntk8u* pSrc, Ntk32u srcLen, Ntk8u* pDst, Ntk32u* pDstLen,
+                           Ntk8u* pState) {
+    if (anyNull(pSrc, pDst, pDstLen, pState)) {
+        return ntkStsNullPtr;
+    }
+    auto& state = stateIn<State>(pState);
+    if (state.tag != preparedTag) {
+        return ntkStsBadValue;
+    }
+    if (srcLen > state.maxInputLen) {
+        return ntkStsBadSize;
+    }
+    const Ntk32u areas = areaCount(state.method, state.maxInputLen);
+    const Ntk32u count = std::min({areas, mostPieces(srcLen), allowedWorkers()});
+    if (*pDstLen >= worstLength(srcLen, count)) {
+        *pDstLen = encode(state, count, pSrc, srcLen, pDst);
+        return ntkStsNoErr;
+    }
+    Ntk8u* const room = state.workArea(areas);
+    const Ntk32u length = encode(state, count, pSrc, srcLen, room);
+    if (length > *pDstLen) {
+        return ntkStsDstTooSmall;
+    }
+    std::memcpy(pDst, room, length);
+    *pDstLen = length;
+    return ntkStsNoErr;
+}

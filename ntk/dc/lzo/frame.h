@@ -1,0 +1,42 @@
+// The frame around several streams: how a source is split, and the table of the pieces.
+#pragma once
+
+#include "ntkdefs.h"
+#include "workers.h"
+
+namespace ntk::lzo {
+
+// Fewer bytes do not pay for a thread.
+inline constexpr Ntk32u minPieceBytes = 32768;
+inline constexpr Ntk32u maxPieces = maxWorkers;
+
+// A stream of liblzo2 that begins like this ends here: its end marker comes first.
+inline constexpr Ntk8u emptyStream[] = {0x11, 0, 0};
+
+// Pieces of a source of srcLen bytes at most, 1 or more.
+Ntk32u mostPieces(Ntk32u srcLen);
+
+struct PieceLengths {
+    Ntk32u encoded;
+    Ntk32u decoded;
+};
+
+struct Frame {
+    Ntk32u count; // pieces, 2 to maxPieces in a sound frame
+    PieceLengths pieces[maxPieces];
+};
+
+// Bytes of the frame before the first piece's stream.
+constexpr Ntk32u frameBytes(Ntk32u pieces) {
+    return static_cast<Ntk32u>(sizeof emptyStream) + 4 + 8 * pieces;
+}
+
+void writeFrame(const Frame& frame, Ntk8u* dst);
+
+// Whether the source begins as a frame does: else it is a plain stream.
+bool isFrame(const Ntk8u* src, Ntk32u srcLen);
+
+// False when the table is cut off, or the streams it promises are not exactly what follows it.
+bool readFrame(const Ntk8u* src, Ntk32u srcLen, Frame& frame);
+
+} // namespace ntk::lzo

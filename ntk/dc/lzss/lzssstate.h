@@ -1,0 +1,70 @@
+// The blocks that the caller keeps for the LZSS coders, and the arguments that move on.
+#pragma once
+
+#include <algorithm>
+#include <cstring>
+
+#include "windowsearch.h"
+
+namespace ntk::lzss {
+
+// What a state was last initialised for.
+inline constexpr Ntk32u encoderTag = 0x45535a4c;
+inline constexpr Ntk32u decoderTag = 0x44535a4c;
+inline constexpr Ntk32u brokenDecoderTag = 0x42535a4c; // after a malformed stream
+
+struct Encoder {
+    Ntk32u tag;
+    // The group being made: flags and up to eight tokens. Bytes from 0 to groupSent are out.
+    Ntk32u tokens;
+    Ntk32u groupLen;
+    Ntk32u groupSent;
+    Ntk8u group[maxGroupBytes];
+    // The match for the next position, when the look ahead found it already.
+    bool isNextFound;
+    Match next;
+    MatchFinder finder;
+};
+
+inline constexpr Ntk32u slackBytes = 32; // what a copy by words may write beyond its end
+
+struct Decoder {
+    Ntk32u tag;
+    // Where in a group the source was cut: tokens to come, their flags, and what of a token is
+    // there.
+    Ntk32u tokens;
+    Ntk32u flags;
+    Ntk32u held;
+    Ntk8u token[maxTokenBytes];
+    // Decoded data from 0 to end, of which those from sent on are still to be delivered.
+    Ntk32u sent;
+    Ntk32u end;
+    Ntk8u bytes[65536 + slackBytes];
+};
+
+struct Source {
+    const Ntk8u* at;
+    int left;
+
+    Ntk32u available(Ntk32u most) const { return std::min(static_cast<Ntk32u>(left), most); }
+    void skip(Ntk32u bytes) {
+        at += bytes;
+        left -= static_cast<int>(bytes);
+    }
+};
+
+struct Destination {
+    Ntk8u* at;
+    int left;
+
+    // Takes as much of the bytes as it has room for; returns how much.
+    Ntk32u put(const Ntk8u* bytes, Ntk32u count) {
+        const Ntk32u taken = std::min(static_cast<Ntk32u>(left), count);
+        std::memcpy(at, bytes, taken);
+        at += taken;
+        left -= static_cast<int>(taken);
+        return taken;
+    }
+};
+
+} // namespace ntk::lzss

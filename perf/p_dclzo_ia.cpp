@@ -1,0 +1,140 @@
+#include "p_dclzo_ia.h"
+
+#include "dchooks.h"
+#include "dcprepare.h"
+#include "dctiming.h"
+#include "kxdc.h"
+
+namespace dclzo {
+kxVector src, dst;
+Ntk8u* pSrc = nullptr;
+Ntk8u* pDst = nullptr;
+Ntk32u srcLen = 0, dstLen = 0;
+int len = 0;
+Ntk32u maxSrcLen = 0, maxDstLen = 0;
+Ntk8u* pState = nullptr;
+psMapIterator<NtkLZOMethod> method;
+} // namespace dclzo
+using namespace dclzo;
+
+// ---- Preparation ------------------------------------------------------------------------------
+
+bool TimdcLZO::canStart() {
+    m_isEncoder = functionName().contains("Encode");
+    regParm(g_codeLen);
+    regParm(g_codeFile);
+    regParm(method);
+    method.resetMap();
+    method.addMap("ST", ntkLZOST);
+    method.addMap("ST1X", ntkLZOST1X);
+    method.addMap("MT", ntkLZOMT);
+    method.init(ntkLZOST, "method");
+    for (const NtkLZOMethod value : {ntkLZOST, ntkLZOST1X, ntkLZOMT}) {
+        method.add(value);
+    }
+    src.init(kx8u);
+    dst.init(kx8u);
+    return true;
+}
+
+bool TimdcLZO::initData() {
+    if (!createBuffers({&src, &dst})) {
+        return false;
+    }
+    maxSrcLen = maxDstLen = 2 * static_cast<Ntk32u>(g_codeLen.value());
+    len = readCodeFile(src.data());
+    if (len < 1 || !createState()) {
+        return false;
+    }
+    pSrc = static_cast<Ntk8u*>(src.data());
+    pDst = static_cast<Ntk8u*>(dst.data());
+    maxSrcLen = srcLen = static_cast<Ntk32u>(len);
+    dstLen = maxDstLen;
+    return m_isEncoder || encodeForDecoder();
+}
+
+bool TimdcLZO::createState() {
+    Ntk32u size = 0;
+    if (!passed(ntksEncodeLZOGetSize(method.value(), static_cast<Ntk32u>(len), &size),
+                "ntksEncodeLZOGetSize")) {
+        return false;
+    }
+    pState = static_cast<Ntk8u*>(psMalloc(static_cast<int>(size), 0, 0, MEM_OBJECT_IS_BUFFER));
+    return pState && passed(ntksEncodeLZOInit_8u(method.value(), static_cast<Ntk32u>(len), pState),
+                            "ntksEncodeLZOInit_8u");
+}
+
+// From here on the compressed length is the decoders' source length, and they may write twice the
+// length of the data.
+bool TimdcLZO::encodeForDecoder() {
+    if (!passed(ntksEncodeLZO_8u(pSrc, static_cast<Ntk32u>(len), pDst, &dstLen, pState),
+                "ntksEncodeLZO_8u")) {
+        return false;
+    }
+    maxDstLen = dstLen;
+    maxSrcLen = 2 * static_cast<Ntk32u>(len);
+    return true;
+}
+
+void TimdcLZO::flushData() {
+    src.deleteVector();
+    dst.deleteVector();
+    psFree(pState);
+    pState = nullptr;
+}
+
+// The decoders too are measured per byte of the data, not per compressed byte.
+double TimdcLZO::getDivisor() {
+    return len;
+}
+
+double TimdcLZO::ratio() const {
+    return static_cast<double>(len) / dstLen;
+}
+
+void TimdcLZO::parmsToOstrm() {
+    g_ostrm << "length=" << len << " ";
+    psTest::parmsToOstrm();
+}
+
+void TimdcLZO::parmsToCstrm() {
+    g_cstrm << psText(len) << g_codeFile.valueString() << method.valueString() << psText(ratio());
+}
+
+// ---- Calls and init bodies --------------------------------------------------------------------
+
+static int tinit_ntksEncodeLZO_8u() {
+    dstLen = maxDstLen;
+    return 0;
+}
+static int tcall_ntksEncodeLZO_8u() {
+    return ntksEncodeLZO_8u(pSrc, srcLen, pDst, &dstLen, pState);
+}
+DC_TIMING_I(ntksEncodeLZO_8u)
+
+// The decoders write the data back over the source, the same bytes: meant so.
+static int tinit_ntksDecodeLZO_8u() {
+    srcLen = maxSrcLen;
+    return 0;
+}
+static int tcall_ntksDecodeLZO_8u() {
+    return ntksDecodeLZO_8u(pDst, dstLen, pSrc, &srcLen);
+}
+DC_TIMING_I(ntksDecodeLZO_8u)
+
+static int tinit_ntksDecodeLZOSafe_8u() {
+    return tinit_ntksDecodeLZO_8u();
+}
+static int tcall_ntksDecodeLZOSafe_8u() {
+    return ntksDecodeLZOSafe_8u(pDst, dstLen, pSrc, &srcLen);
+}
+DC_TIMING_I(ntksDecodeLZOSafe_8u)
+
+[[maybe_unused]] static const bool g_registered = [] {
+    constexpr const char* source = "perf/p_dclzo_ia";
+    registerHooks();
+    DC_REGISTER_I(TimdcLZO, ntksEncodeLZO_8u, source);
+    DC_REGISTER_I(TimdcLZO, ntksDecodeLZO_8u, source);
+    DC_REGISTER_I(TimdcLZO, ntksDecodeLZOSafe_8u, source);
+    return true;
+}();
