@@ -96,6 +96,11 @@ TEST_F(ChecksumWiring, TestsAreRegisteredInTheirOrder) {
                                 "ntksDeflateLZ77_8u Timdc_Deflate/KX_REG_I\n"
                                 "ntksDeflateHuff_8u Timdc_Deflate/KX_REG_I\n"
                                 "ntksInflate_8u Timdc_Deflate/KX_REG_I\n"
+                                "ntksEncodeLZO_8u TimdcLZO/KX_REG_I\n"
+                                "ntksDecodeLZO_8u TimdcLZO/KX_REG_I\n"
+                                "ntksDecodeLZOSafe_8u TimdcLZO/KX_REG_I\n"
+                                "ntksEncodeLZSS_8u TimdcLZSS/KX_REG_I\n"
+                                "ntksDecodeLZSS_8u TimdcLZSS/KX_REG_I\n"
                                 "ntksEncodeZfp444_32f TimdcZfpEncode444/KX_REG_Ibs_X\n"
                                 "ntksDecodeZfp444_32f TimdcZfpDecode444/KX_REG_Ibs_X\n");
 }

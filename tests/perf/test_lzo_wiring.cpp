@@ -1,0 +1,108 @@
+// The LZO tests on real data: after initData, the init body and one call, the buffers hold what
+// liblzo2 turns back into the file.
+
+#include "family.h"
+
+#include <lzo/lzo1x.h>
+
+#include "captured.h"
+#include "p_dclzo_ia.h"
+
+using namespace dclzo;
+
+namespace {
+class LzoWiring : public FamilyTest {
+protected:
+    // canStart, initData, one timed call; the buffers stay for the check.
+    psTest& call(const char* function, const char* methodName) {
+        psTest& test = *findTest(function);
+        test.forgetParms();
+        EXPECT_TRUE(test.canStart());
+        method.translate(methodName);
+        method.firstValue();
+        EXPECT_TRUE(test.initData());
+        test.tool().setMethodLoop(1);
+        EXPECT_EQ(test.runTiming(), PS_OK);
+        return test;
+    }
+    static std::string decode() {
+        std::string out(1 << 20, '\0');
+        lzo_uint length = out.size();
+        const int result =
+            lzo1x_decompress_safe(static_cast<const Ntk8u*>(dst.data()), dstLen,
+                                  reinterpret_cast<Ntk8u*>(out.data()), &length, nullptr);
+        return result == LZO_E_OK ? out.substr(0, length) : "does not decode";
+    }
+    const std::string text = sampleText(30001);
+    const std::string file = makeFile("text", text);
+};
+} // namespace
+
+TEST_F(LzoWiring, EncoderWithEachMethod) {
+    choose("32768", file);
+    Ntk32u lengths[3] = {};
+    for (const auto& [name, value] :
+         {std::pair{"ST", ntkLZOST}, {"ST1X", ntkLZOST1X}, {"MT", ntkLZOMT}}) {
+        psTest& test = call("ntksEncodeLZO_8u", name);
+        EXPECT_EQ(method.value(), value);
+        EXPECT_EQ(decode(), text) << name;
+        EXPECT_EQ(maxSrcLen, 30001U);
+        EXPECT_EQ(maxDstLen, 65536U);
+        EXPECT_EQ(dst.size(), 65536);
+        EXPECT_DOUBLE_EQ(test.getDivisor(), 30001) << name;
+        lengths[value] = dstLen;
+        test.flushData();
+    }
+    EXPECT_NE(lengths[ntkLZOST], lengths[ntkLZOST1X]);
+    EXPECT_EQ(lengths[ntkLZOST], lengths[ntkLZOMT]);
+    EXPECT_EQ(psSumOfBlocks(), 0);
+}
+
+// The data come back over the source, with room for twice as many.
+TEST_F(LzoWiring, DecodersWriteOverTheSource) {
+    choose("16384", file);
+    for (const char* function : {"ntksDecodeLZO_8u", "ntksDecodeLZOSafe_8u"}) {
+        psTest& test = call(function, "ST1X");
+        EXPECT_EQ(maxSrcLen, 32768U) << function;
+        EXPECT_EQ(maxDstLen, dstLen) << function;
+        EXPECT_LT(dstLen, 16384U / 2);
+        EXPECT_DOUBLE_EQ(test.getDivisor(), 16384) << function;
+        memset(src.data(), 0, 16384);
+        test.runTiming();
+        EXPECT_EQ(srcLen, 16384U) << function;
+        EXPECT_EQ(memcmp(src.data(), text.data(), 16384), 0) << function;
+        test.flushData();
+    }
+}
+
+// Length, file, method, ratio, for every method in the order in which they are listed.
+TEST_F(LzoWiring, CellsOfTheTable) {
+    choose("16384", file);
+    const std::string path = testPath("cells.csv");
+    ASSERT_TRUE(g_cstrm.addStream(path.c_str(), false));
+    std::string expected;
+    for (const char* name : {"ST", "ST1X", "MT"}) {
+        psTest& test = call("ntksDecodeLZO_8u", name);
+        test.parmsToCstrm();
+        g_cstrm << "\n";
+        test.flushData();
+        expected += "16384," + file + "," + name + "," + psText(16384.0 / dstLen).c_str() + "\n";
+    }
+    g_cstrm.close();
+    EXPECT_EQ(readFile(path), expected);
+}
+
+TEST_F(LzoWiring, ARunTakesTheMethodsInTheirOrder) {
+    choose("16384", file);
+    psTest& test = *findTest("ntksEncodeLZO_8u");
+    test.forgetParms();
+    const Captured log;
+    test.run();
+    const std::string out = log.text();
+    size_t at = 0;
+    for (const char* name : {"method=ST ", "method=ST1X ", "method=MT "}) {
+        at = out.find(name, at + 1);
+        EXPECT_NE(at, std::string::npos) << name << out;
+    }
+    EXPECT_EQ(test.result(), PS_OK);
+}
