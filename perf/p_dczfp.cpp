@@ -169,7 +169,7 @@ double TimdcZfpEncode444::getDivisor() {
     return size_xyz ? 32768.0 : 0.0;
 }
 
-// Per compressed byte, as the decoders of the other families.
+// Per compressed byte, as LZ4's decoder.
 double TimdcZfpDecode444::getDivisor() {
     return comprLen;
 }

@@ -41,7 +41,8 @@ NTK_API NtkStatus ntksInflateGetSize_8u(int* pSize);
 
 /* Makes a state for a new stream with a work buffer for the codes of dynamic blocks. The buffer
  * stays the caller's, must stay where it is while the state is used, and serves one stream at a
- * time. Call it again, or set pState->progress to 0, to start another stream.
+ * time. Call it again, or set pState->progress to 0, to start another stream, with *pMode and
+ * *pCodeLenBits set anew.
  * Returns ntkStsNoErr; ntkStsNullPtr.
  */
 NTK_API NtkStatus ntksInflateInit_8u(NtksInflateState* pState, Ntk8u* pWorkBuffer);
@@ -80,7 +81,7 @@ NTK_API NtkStatus ntksInflateInit_8u(NtksInflateState* pState, Ntk8u* pWorkBuffe
  * - ntkStsNullPtr, also for a dynamic block when there is no work buffer;
  * - ntkStsBadSize for a negative length;
  * - ntkStsBadValue when *pCodeLenBits or *pMode is out of range or *pMode is within a dynamic block
- *   without a work buffer.
+ *   without a work buffer or whose codes were never read.
  * After an error all values are as they were; the destination is undefined up to its capacity, and
  * a stream that had reached a dynamic block cannot be continued.
  */

@@ -1,14 +1,14 @@
 /* ZFP blocks: part of libntkdc.so.12, included by ntkdc.h.
  *
  * A three-dimensional field of single-precision values is coded as blocks of 4 x 4 x 4 values, one
- * block a call, into one stream of bits without a header. Blocks at the faces of a field whose sizes
- * are no multiples of 4 must be filled up by the caller. The stream is that of libzfp (codec 5) for
- * the same blocks in the same order: coded with x running fastest, then y, then z, the blocks of a
- * whole field are what zfp_compress makes of it.
+ * block a call, into one stream of bits without a header. Blocks at the faces of a field whose
+ * sizes are no multiples of 4 must be filled up by the caller. The stream is that of libzfp (codec
+ * 5) for the same blocks in the same order: coded with x running fastest, then y, then z, the
+ * blocks of a whole field are what zfp_compress makes of it.
  *
- * The state is a block of the caller's. It refers to the buffer of the stream and to itself: neither
- * may be moved or freed before the last call. A state that no Init function made is refused by a
- * mark that it lacks.
+ * The state is a block of the caller's. It refers to the buffer of the stream and to itself:
+ * neither may be moved or freed before the last call. A state that no Init function made is refused
+ * by a mark that it lacks.
  *
  * Common statuses: ntkStsNoErr; ntkStsNullPtr; ntkStsBadSize for a negative length; ntkStsBadValue
  * for an argument out of its range and for a state that is not made or of the other direction;
@@ -31,8 +31,8 @@ NTK_API NtkStatus ntksZfpGetSize_32f(int* pSize);
  */
 NTK_API NtkStatus ntksEncodeZfpInit_32f(Ntk8u* pDst, int dstLen, Ntk8u* pState);
 
-/* Begins to read the stream at pSrc, srcLen bytes, 0 or more. The mode is not in the stream: the one
- * of the encoder must be set.
+/* Begins to read the stream at pSrc, srcLen bytes, 0 or more. The mode is not in the stream: the
+ * one of the encoder must be set.
  */
 NTK_API NtkStatus ntksDecodeZfpInit_32f(const Ntk8u* pSrc, int srcLen, Ntk8u* pState);
 
@@ -45,15 +45,15 @@ NTK_API NtkStatus ntksDecodeZfpInit_32f(const Ntk8u* pSrc, int srcLen, Ntk8u* pS
 NTK_API NtkStatus ntksZfpSetRate_32f(double bitsPerValue, Ntk8u* pState);
 
 /* Fixed accuracy: every block takes the bits that it needs for no value to be off by more than the
- * tolerance (or than the format's 30 bits below the largest value of a block allow). tolerance: 0 or
- * more, finite; it is rounded down to a power of 2.
+ * tolerance (or than the format's 30 bits below the largest value of a block allow). tolerance: 0
+ * or more, finite; it is rounded down to a power of 2.
  */
 NTK_API NtkStatus ntksZfpSetAccuracy_32f(double tolerance, Ntk8u* pState);
 
 /* Appends a block to the stream.
  *
- * pSrc: the block's first value. Value (x, y, z) is pSrc[x + y * stepY + z * stepZ], x, y and z from
- *   0 to 3; the steps count values and may be anything.
+ * pSrc: the block's first value. Value (x, y, z) is pSrc[x + y * stepY + z * stepZ], x, y and z
+ *   from 0 to 3; the steps count values and may be anything.
  *   What is coded for a block that holds an infinity or a NaN is undefined, its length apart.
  * Also returns ntkStsDstTooSmall when the block does not fit (the stream then ends before it, and
  * smaller blocks may follow), and ntkStsBadValue after ntksEncodeZfpFlush_32f.
@@ -67,8 +67,8 @@ NTK_API NtkStatus ntksEncodeZfpFlush_32f(Ntk8u* pState);
  * values, and nothing outside the buffer is read.
  *
  * pDst, stepY, stepZ: as those of ntksEncodeZfp444_32f. Only the 64 values are written.
- * Also returns ntkStsBadSrcData when the block does not end within the buffer; stream and destination
- * are then as they were.
+ * Also returns ntkStsBadSrcData when the block does not end within the buffer; stream and
+ * destination are then as they were.
  */
 NTK_API NtkStatus ntksDecodeZfp444_32f(Ntk32f* pDst, int stepY, int stepZ, Ntk8u* pState);
 

@@ -4,6 +4,7 @@
 #include <zlib.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <string>
 #include <utility>
 #include <vector>
@@ -69,12 +70,20 @@ inline Inflated zlibInflated(const Bytes& stream, std::size_t capacity) {
 // A stream being decoded.
 class Inflater {
 public:
-    explicit Inflater(int mode = ntkInflateBlockHeader) : m_mode(mode) {
+    Inflater() {
         int size = 0;
         ntksInflateGetSize_8u(&size);
-        m_work.resize(static_cast<std::size_t>(size));
-        ntksInflateInit_8u(&state, m_work.data());
+        m_work.resize(64 + static_cast<std::size_t>(size) + behindWork, filler);
+        Ntk8u* work = m_work.data();
+        // One behind a multiple of 64: the buffer is used up to its last byte.
+        while (reinterpret_cast<std::uintptr_t>(work) % 64 != 1) {
+            ++work;
+        }
+        m_workEnd = work + size;
+        ntksInflateInit_8u(&state, work);
     }
+    Inflater(const Inflater&) = delete;
+    Inflater& operator=(const Inflater&) = delete;
 
     // Advances both pointers; the lengths are those of a piece.
     NtkStatus call(const Ntk8u*& src, std::size_t srcLen, Ntk8u*& dst, std::size_t dstLen,
@@ -83,17 +92,25 @@ public:
         int dstLeft = static_cast<int>(dstLen);
         return ntksInflate_8u(
             &src, &srcLeft, &code, &codeLen, history == nullptr ? nullptr : history->data(), &dst,
-            &dstLeft, history == nullptr ? 0 : static_cast<int>(history->size()), &m_mode, &state);
+            &dstLeft, history == nullptr ? 0 : static_cast<int>(history->size()), &mode, &state);
     }
-    bool isFinished() const { return m_mode == ntkInflateFinished; }
+    bool isFinished() const { return mode == ntkInflateFinished; }
+    bool keptToWorkBuffer() const {
+        return std::all_of(m_workEnd, m_workEnd + behindWork,
+                           [](Ntk8u byte) { return byte == filler; });
+    }
 
     NtksInflateState state{};
     Ntk32u code = 0;
     int codeLen = 0;
+    int mode = ntkInflateBlockHeader;
 
 private:
-    int m_mode;
+    static constexpr std::size_t behindWork = 2048;
+    static constexpr Ntk8u filler = 0xa5;
+
     Bytes m_work;
+    const Ntk8u* m_workEnd;
 };
 
 inline Verdict verdictOf(NtkStatus status, const Inflater& inflater) {

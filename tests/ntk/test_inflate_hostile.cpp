@@ -16,20 +16,21 @@ BitWriter fixedBlock() {
     return BitWriter().bits(1, 1).bits(1, 2);
 }
 
-BitWriter codeCounts(unsigned literalCodes, unsigned distanceCodes, unsigned lengthCodes) {
+BitWriter codeCounts(unsigned literalCodes, unsigned distanceCodes, unsigned lengthCodes,
+                     unsigned isLast = 1) {
     return BitWriter()
-        .bits(1, 1)
+        .bits(isLast, 1)
         .bits(2, 2)
         .bits(literalCodes - 257, 5)
         .bits(distanceCodes - 1, 5)
         .bits(lengthCodes - 4, 4);
 }
 
-// A last dynamic block up to its symbols, with as many distance codes as given. The code for
+// A dynamic block up to its symbols, with as many distance codes as given. The code for
 // lengths has 4 bits for each of 0 to 15.
 BitWriter dynamicBlock(const std::vector<Lengths>& literals, const std::vector<unsigned>& distances,
-                       unsigned literalCodes = 258) {
-    BitWriter w = codeCounts(literalCodes, static_cast<unsigned>(distances.size()), 19);
+                       unsigned literalCodes = 258, unsigned isLast = 1) {
+    BitWriter w = codeCounts(literalCodes, static_cast<unsigned>(distances.size()), 19, isLast);
     for (unsigned i = 0; i < 19; ++i) {
         w.bits(i < 3 ? 0 : 4, 3);
     }
@@ -139,6 +140,12 @@ const Case cases[] = {
     {"287 literal codes with lengths", dynamicBlock(threeCodes, {1, 1}, 287).code("10"), malformed},
     {"31 distance codes with lengths", dynamicBlock(threeCodes, distancesUpTo30()).code("10"),
      malformed},
+    {"a second block of 288 and 32 codes",
+     dynamicBlock(threeCodes, {1, 1}, 258, 0).code("10").bits(5, 3).bits(~0U, 10).bits(0, 4),
+     malformed},
+    {"literals of up to 15 bits without the end",
+     dynamicBlock({{0, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 15}}}, {1, 1}),
+     malformed},
     {"the longest symbols", longestSymbols(), sound},
     {"codes of 15 bits",
      dynamicBlock({{'a', {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14}}, {256, {15, 15}}}, {1, 1})
@@ -164,6 +171,40 @@ TEST(InflateHostile, TellsSoundAndMalformedStreamsApart) {
             if (c.expected == sound) {
                 EXPECT_EQ(found, byZlib) << c.name;
                 EXPECT_EQ(found.taken, length) << c.name;
+            }
+        }
+    }
+}
+
+// After an error the arguments are as before the call, the work buffer is not: the call is made
+// again as it was, then with every mode, which may end anyhow.
+TEST(InflateHostile, KeepsToItsWorkBufferWhenCalledAgainAfterAnError) {
+    for (const Case& c : cases) {
+        Bytes stream = c.stream.done();
+        const std::size_t length = stream.size();
+        stream.resize(length + 300);
+        for (std::size_t cut = 0; c.expected == malformed && cut < length; ++cut) {
+            Inflater inflater;
+            const GuardedBlock data(1000);
+            const Ntk8u* src = stream.data();
+            Ntk8u* dst = data.data();
+            if (inflater.call(src, cut, dst, 1000) < 0) {
+                break;
+            }
+            const int modeThere = inflater.mode;
+            for (int mode : {modeThere, modeThere, 0, 1, 2, 3, 4, 5, 6, 7, 8}) {
+                const NtksInflateState state = inflater.state;
+                const Ntk32u code = inflater.code;
+                const int codeLen = inflater.codeLen;
+                const Ntk8u* next = src;
+                Ntk8u* out = dst;
+                inflater.mode = mode;
+                inflater.call(next, static_cast<std::size_t>(stream.data() + stream.size() - src),
+                              out, static_cast<std::size_t>(data.data() + 1000 - dst));
+                ASSERT_TRUE(inflater.keptToWorkBuffer()) << c.name << ", " << cut << ", " << mode;
+                inflater.state = state;
+                inflater.code = code;
+                inflater.codeLen = codeLen;
             }
         }
     }
@@ -268,6 +309,12 @@ TEST(InflateHostile, RefusesBadArgumentsAndLeavesThemAlone) {
         {ntkStsBadValue, [](Arguments& a) { a.mode = 9, a.state.workBuffer[0] = 64; }},
         {ntkStsBadValue, [](Arguments& a) { a.mode = ntkInflateDynamic; }},
         {ntkStsBadValue, [](Arguments& a) { a.mode = 8; }},
+        {ntkStsBadValue,
+         [](Arguments& a) {
+             static Bytes work(20000);
+             ntksInflateInit_8u(&a.state, work.data());
+             a.mode = ntkInflateDynamic;
+         }},
     };
     for (const Bad& b : bad) {
         Arguments a(fixed);

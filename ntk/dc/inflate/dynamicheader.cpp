@@ -12,14 +12,16 @@ Outcome readCodeCounts(Stream& s) {
         return Outcome::sourceUsedUp;
     }
     WorkBuffer& w = *s.work;
-    w.numLiteralCodes = 257 + static_cast<unsigned>(s.in.take(5));
-    w.numDistanceCodes = 1 + static_cast<unsigned>(s.in.take(5));
-    w.numLengthCodesGiven = 4 + static_cast<unsigned>(s.in.take(4));
-    if (w.numLiteralCodes > maxLiteralCodes || w.numDistanceCodes > maxDistanceCodes) {
-        return Outcome::malformed;
+    const unsigned numLiteralCodes = 257 + static_cast<unsigned>(s.in.take(5));
+    const unsigned numDistanceCodes = 1 + static_cast<unsigned>(s.in.take(5));
+    if (numLiteralCodes > maxLiteralCodes || numDistanceCodes > maxDistanceCodes) {
+        return Outcome::malformed; // and such numbers never get into the work buffer
     }
+    w.numLiteralCodes = numLiteralCodes;
+    w.numDistanceCodes = numDistanceCodes;
+    w.numLengthCodesGiven = 4 + static_cast<unsigned>(s.in.take(4));
     w.position = 0;
-    w.lengths.fill(0);
+    w.lengthCodeLengths.fill(0);
     s.mode = modeLengthCodeLengths;
     return Outcome::goOn;
 }
@@ -32,10 +34,10 @@ Outcome readLengthCodeLengths(Stream& s) {
         if (!s.in.has(3)) {
             return Outcome::sourceUsedUp;
         }
-        w.lengths[order[w.position]] = static_cast<Ntk8u>(s.in.take(3));
+        w.lengthCodeLengths[order[w.position]] = static_cast<Ntk8u>(s.in.take(3));
     }
     w.lengthCodeBits =
-        buildTable(w.lengths.data(), numLengthCodes, Incomplete::isRefused,
+        buildTable(w.lengthCodeLengths.data(), numLengthCodes, Incomplete::isRefused,
                    codeLengthSymbols.data(), lengthCodeRootBits, w.lengthCodes.data());
     w.position = 0;
     s.mode = modeCodeLengths;

@@ -21,7 +21,8 @@
 // - progress: bits 0 to 15 how many bytes of the stream's data lie directly before the destination,
 //   at most 32768; bits 16 to 24 what is left of a match; bit 25 whether another block follows. So
 //   0 makes all else in the state of no effect but the work buffer.
-//   Nothing here is believed that could lead outside the buffers: a match is checked against the
+//   But for bits 0 to 15, which are the caller's promise that the destination has not moved,
+//   nothing here is believed that could lead outside the buffers: a match is checked against the
 //   history whenever it goes on.
 // - the work buffer: the header of a dynamic block as far as it is read, then the tables.
 //
@@ -84,6 +85,12 @@ NtkStatus Call::check() const {
     if (*pCodeLenBits < 0 || *pCodeLenBits > 32 || *pMode < 0 || *pMode >= numModes ||
         (needsWork && workBufferOf(*pState) == nullptr)) {
         return ntkStsBadValue;
+    }
+    if (*pMode == ntkInflateDynamic) {
+        const WorkBuffer& w = *workBufferOf(*pState);
+        if (w.literalBits == 0 || w.distanceBits == 0) {
+            return ntkStsBadValue;
+        }
     }
     return ntkStsNoErr;
 }

@@ -30,7 +30,8 @@ enum class Outcome {
 };
 
 // The caller's work buffer: codes of a dynamic block, and what is known of them while its header is
-// read.
+// read. An error leaves it as it is while the caller's arguments go back, so any mode may meet it
+// in any state: each field keeps its bounds by itself.
 struct WorkBuffer {
     std::array<Entry, entriesNeeded(maxLiteralCodes, literalRootBits)> literals;
     std::array<Entry, entriesNeeded(maxDistanceCodes, distanceRootBits)> distances;
@@ -42,7 +43,9 @@ struct WorkBuffer {
     unsigned numDistanceCodes;
     unsigned numLengthCodesGiven;
     unsigned position; // how many lengths of the sequence being read are there
-    // Of the literal and distance codes, in one row; before that of the length codes.
+    // 0 to 7: their table never needs subtables.
+    std::array<Ntk8u, numLengthCodes> lengthCodeLengths;
+    // Of the literal and distance codes, in one row.
     std::array<Ntk8u, maxLiteralCodes + maxDistanceCodes> lengths;
 };
 
@@ -73,16 +76,17 @@ struct Stream {
 };
 
 // One step each. A step goes on as long as its mode lasts.
-Outcome readBlockHeader(Stream& s); // blockheader.cpp
+Outcome readBlockHeader(Stream& s); // blocks.cpp
 Outcome readStoredLength(Stream& s);
-Outcome readCodeCounts(Stream& s); // codeheader.cpp
+Outcome readCodeCounts(Stream& s); // dynamicheader.cpp
 Outcome readLengthCodeLengths(Stream& s);
 Outcome readCodeLengths(Stream& s);
-Outcome copyStored(Stream& s); // blockheader.cpp
+Outcome copyStored(Stream& s); // blocks.cpp
+// symbols.cpp
 Outcome decodeSymbols(Stream& s, const CodeTable& literals, const CodeTable& distances);
 
 // Decodes symbols as long as source and destination are far from their ends; then, or with a match
-// pending that refers to before `oldest`, it returns goOn with the mode unchanged.
+// pending that refers to before `oldest`, it returns goOn with the mode unchanged. fastloop.cpp
 Outcome decodeFast(Stream& s, CodeTable literals, CodeTable distances);
 
 } // namespace ntk::inflate

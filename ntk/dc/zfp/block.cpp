@@ -16,12 +16,10 @@
 //   calls: the bits written so far, rounded up to bytes, lie within the buffer, of which the last
 //   byte may still wait in the record; a reader is at or before the end.
 // - No block takes more than mostBits() (2120 by the format, fewer at a fixed rate). As long as
-// that
-//   many bits are left, libzfp works in the caller's buffer.
+//   that many bits are left, libzfp works in the caller's buffer.
 // - Nearer to the end it works in the state's scratch, which takes the largest block. A written
-// block
-//   is copied out when it fits, a read one handed over when it ended within the buffer, and else
-//   the record is put back.
+//   block is copied out when it fits, a read one handed over when it ended within the buffer, and
+//   else the record is put back.
 // - libzfp reads and writes bytes here (words of 8 bits), so that not even a word lies across the
 //   end; Init refuses a libzfp of other words.
 //
