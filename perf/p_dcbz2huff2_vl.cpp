@@ -33,7 +33,9 @@ psIterator<int> dataLength;
 using namespace dcbz2huff;
 
 static constexpr int bufferElements = 1048576;
-static constexpr int blockSymbols = 100000; // that the states are asked for
+// That the states are asked for: fewer than a block may have, every state has room for the longest;
+// meant so.
+static constexpr int blockSymbols = 100000;
 static constexpr int longestBlock = 900000; // that the coder takes
 
 // ---- Preparation ------------------------------------------------------------------------------
@@ -195,7 +197,7 @@ void Timdcbz2Huff::flushData() {
 }
 
 double Timdcbz2Huff::getDivisor() {
-    return m_bEncode ? srcLen : len;
+    return m_bEncode ? srcLen : len; // after the call that is what was decoded: meant so
 }
 
 void Timdcbz2Huff::parmsToOstrm() {
@@ -212,7 +214,7 @@ void Timdcbz2Huff::parmsToCstrm() {
 // Either test's init body serves either role.
 static int resetArguments() {
     if (m_bEncode) {
-        dstLen = bufferElements;
+        dstLen = bufferElements; // the context's room, too, is counted: meant so
     } else {
         dstLen = srcLen1;
         pDst = pDst1;

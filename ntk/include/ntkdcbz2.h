@@ -161,7 +161,8 @@ NTK_API NtkStatus ntksDecodeZ1Z2_BZ2_16u8u(Ntk16u** ppSrc, int* pSrcLen, Ntk8u* 
  * sizeDictionary, inUse: the dictionary that the block was reduced with.
  * pBuff: ntksBWTInvGetSize_8u(length of the block) bytes; where the length is not known
  *   beforehand, those of the capacity.
- * Also returns ntkStsBadValue when idx is negative or not below the block's length, or when
+ * Also returns ntkStsBadSize when the block exceeds 16777216 bytes; ntkStsBadValue when idx is
+ * negative or not below the block's length, or when
  * sizeDictionary is not the number of values in use; ntkStsDstTooSmall when the block exceeds the
  * capacity; ntkStsBadSrcData for a symbol above sizeDictionary and for a run longer than an int
  * counts. An empty block decodes to nothing with an idx of 0. After an error *pDstLen is as it was.

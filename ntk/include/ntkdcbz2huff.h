@@ -9,7 +9,10 @@
  *   *pCode, the earliest highest; 0 and 0 begin with none. *pCode has no bits below them on return
  *   and may have any on entry. ntkStsBadValue when the count is not within 0 to 32.
  * pState: memory of the size that the GetSize function gives. It needs no alignment; it may not be
- *   moved once it is initialised. Symbols are aligned as their type.
+ *   moved once it is initialised. Symbols are aligned as their type, but for
+ *   ntksEncodeHuffInit_BZ2_16u8u, which takes any address.
+ * After an error the in/out arguments are as they were and what the destination holds is undefined;
+ * after ntkStsBadSrcData from unpacking the decoder knows no tables.
  */
 #pragma once
 
@@ -19,7 +22,7 @@
 extern "C" {
 #endif
 
-/* ---- Encoder: ntksEncodeHuffInit, then ntksPackHuffContext, then ntksEncodeHuff --------------- */
+/* ---- Encoder: ntksEncodeHuffInit, then ntksPackHuffContext, then ntksEncodeHuff -------------- */
 
 /* The size in bytes of the encoder's state.
  *
@@ -61,8 +64,8 @@ NTK_API NtkStatus ntksPackHuffContext_BZ2_16u8u(Ntk32u* pCode, int* pCodeLenBits
  * Fewer than 8 bits stay in *pCode, more when the destination is full. Behind the last symbol it is
  * the caller who writes them.
  * Returns ntkStsNoErr; ntkStsDstFull when symbols are left that need more room; ntkStsNullPtr;
- * ntkStsBadSize; ntkStsBadValue; ntkStsBadSrcData when a symbol is not in the alphabet, or when the block goes on
- * for more groups of 50 symbols than ntksEncodeHuffInit_BZ2_16u8u has seen.
+ * ntkStsBadSize; ntkStsBadValue; ntkStsBadSrcData when a symbol is not in the alphabet, or
+ * when the block goes on for more groups of 50 symbols than ntksEncodeHuffInit_BZ2_16u8u has seen.
  */
 NTK_API NtkStatus ntksEncodeHuff_BZ2_16u8u(Ntk32u* pCode, int* pCodeLenBits, Ntk16u** ppSrc,
                                            int* pSrcLen, Ntk8u* pDst, int* pDstLen, Ntk8u* pState);

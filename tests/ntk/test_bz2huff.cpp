@@ -1,6 +1,9 @@
 // The bzip2 Huffman coder by itself. That its blocks are those of bzip2 is for the chain test.
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <cstring>
+
 #include <cmath>
 #include <functional>
 #include <queue>
@@ -325,6 +328,18 @@ TEST(Bz2Huff, OddSymbolsAndArguments) {
     }
     Symbols longer(51, 0);
     EXPECT_EQ(encoder.encode(longer, out, 100), ntkStsBadSrcData);
+
+    // The symbols may lie anywhere.
+    HuffEncoder even(ordinary, 258), moved(ordinary, 258);
+    Bytes bytes(2 * ordinary.size() + 2);
+    Ntk8u* const oddPlace = bytes.data() + (reinterpret_cast<std::uintptr_t>(bytes.data()) % 2 ^ 1);
+    std::memcpy(oddPlace, ordinary.data(), 2 * ordinary.size());
+    ntksEncodeHuffInit_BZ2_16u8u(258, nullptr, reinterpret_cast<const Ntk16u*>(oddPlace),
+                                 static_cast<int>(ordinary.size()), moved.state.data());
+    Bytes evenContext, movedContext;
+    even.pack(evenContext);
+    moved.pack(movedContext);
+    EXPECT_EQ(movedContext, evenContext);
 
     int size = 0;
     EXPECT_EQ(ntksEncodeHuffGetSize_BZ2_16u8u(-1, &size), ntkStsBadSize);

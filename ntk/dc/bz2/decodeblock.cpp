@@ -4,6 +4,10 @@
 // are decoded where they stand; the inverse Burrows-Wheeler transform ends there, too. Expansion
 // takes no pass: the list starts with the values in use instead of their ranks. That no position
 // lies beyond those values was checked with the symbols, whose largest is the number of values.
+//
+// State: none between calls; the work buffer is that of the inverse transform.
+// Limits: blocks of up to 2^24 bytes, which that transform takes. Any symbols, row and in-use table
+// give a status or some bytes.
 
 #include "ntkdcbz2.h"
 

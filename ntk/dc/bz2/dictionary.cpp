@@ -7,6 +7,8 @@
 // Method: both directions are one table of 256 bytes, made from the in-use table, and a pass that
 // replaces each byte (mapbytes.cpp). Every table entry is defined, also for values not in use and
 // for ranks that nothing has: the input need not fit the table.
+//
+// State: none between calls. Limits: in place, 256 values.
 
 #include "ntkdcbz2.h"
 

@@ -5,6 +5,7 @@
 #include "choosetables.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
 
 #include "codelengths.h"
@@ -41,8 +42,15 @@ Group usableSymbols(const Group& group, int alphabet, Ntk16u* buffer) {
 template <class Action>
 void forEachGroup(const Ntk16u* symbols, int count, int alphabet, Action&& action) {
     Ntk16u buffer[groupSymbols];
+    Ntk16u moved[groupSymbols]; // of a source at an odd address
+    const bool isOdd = reinterpret_cast<std::uintptr_t>(symbols) % alignof(Ntk16u) != 0;
+    const auto* const bytes = reinterpret_cast<const Ntk8u*>(symbols);
     for (int at = 0, group = 0; at < count; at += groupSymbols, group++) {
-        const Group all{symbols + at, std::min(groupSymbols, count - at)};
+        const int length = std::min(groupSymbols, count - at);
+        if (isOdd) {
+            std::memcpy(moved, bytes + sizeof(Ntk16u) * at, sizeof(Ntk16u) * length);
+        }
+        const Group all{isOdd ? moved : symbols + at, length};
         action(group, usableSymbols(all, alphabet, buffer));
     }
 }
