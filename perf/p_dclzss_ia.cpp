@@ -81,9 +81,10 @@ double TimdcLZSS::getDivisor() {
 }
 
 // The encoder's is that of its last call, which may find the data of the call before in its window.
-double TimdcLZSS::ratio() const {
-    const double codeLen = m_isEncoder ? maxDstLen - static_cast<Ntk32u>(dstLen) : maxDstLen;
-    return len / codeLen;
+// A call that only took its few bytes and wrote none has no ratio.
+psString TimdcLZSS::ratioText() const {
+    const Ntk32u codeLen = m_isEncoder ? maxDstLen - static_cast<Ntk32u>(dstLen) : maxDstLen;
+    return codeLen == 0 ? psString("-") : psText(static_cast<double>(len) / codeLen);
 }
 
 void TimdcLZSS::parmsToOstrm() {
@@ -92,7 +93,7 @@ void TimdcLZSS::parmsToOstrm() {
 }
 
 void TimdcLZSS::parmsToCstrm() {
-    g_cstrm << psText(len) << g_codeFile.valueString() << "-" << psText(ratio());
+    g_cstrm << psText(len) << g_codeFile.valueString() << "-" << ratioText();
 }
 
 // ---- Calls and init bodies --------------------------------------------------------------------

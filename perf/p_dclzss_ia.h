@@ -20,7 +20,7 @@ public:
 private:
     bool createState();
     bool encodeForDecoder();
-    double ratio() const;
+    psString ratioText() const; // "-" where nothing was written
 
     bool m_isEncoder = false;
 };
