@@ -8,7 +8,7 @@
  * - Lengths are Ntk32u. No source to encode may exceed 0x7e000000 (2113929216) bytes.
  * - Source, destination, state and lengths must not overlap one another.
  * - Statuses: ntkStsNoErr; ntkStsNullPtr; ntkStsBadSize for a length out of range; those named at
- *   the function.
+ *   the function. On an error *pDstLen stays as it was; what the destination holds is undefined.
  */
 #pragma once
 
@@ -63,7 +63,7 @@ NTK_API NtkStatus ntksEncodeLZO_8u(const Ntk8u* pSrc, Ntk32u srcLen, Ntk8u* pDst
  * pDst, pDstLen: *pDstLen is the capacity of pDst on entry and the number of bytes decoded on
  *   return.
  * Also returns ntkStsDstTooSmall when the stream asks for more than the capacity before any other
- * fault is met; ntkStsBadSrcData when it is not a stream, an empty one included.
+ * fault is met; ntkStsBadSrcData when it is not a stream; a source of no bytes is none.
  */
 NTK_API NtkStatus ntksDecodeLZO_8u(const Ntk8u* pSrc, Ntk32u srcLen, Ntk8u* pDst, Ntk32u* pDstLen);
 

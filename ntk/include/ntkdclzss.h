@@ -8,7 +8,9 @@
  * Common to the calls that code:
  * - *ppSrc, *pSrcLen, *ppDst, *pDstLen: what is left of source and destination, moved on by what
  *   the call took and gave. The window is in the state: both may be cut anywhere, and a piece may
- *   be moved or freed after the call. How they are cut does not change the stream.
+ *   be moved or freed after the call. How they are cut does not change the stream. On an error the
+ *   arguments stay as they were; the destination may have been written to, and data not yet
+ *   delivered are lost.
  * - Source, destination and state must not overlap.
  * - pState: a block of the size that ntksLZSSGetSize_8u gives, for encoding or decoding, whichever
  *   it was last initialised for. Any length of data may pass through it.

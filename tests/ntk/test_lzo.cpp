@@ -257,6 +257,20 @@ TEST(Lzo, TellsMalformedStreams) {
     }
 }
 
+// After three bytes it is the empty stream.
+TEST(Lzo, RefusesAFrameCutAnywhereElse) {
+    const Bytes sound = frame(2, 6, 2, {0x13, 'a', 'b', 0x11, 0, 0}, 2);
+    for (std::ptrdiff_t cut = 0; cut < static_cast<std::ptrdiff_t>(sound.size()); ++cut) {
+        for (const Decode decoder : decoders) {
+            Bytes data(4);
+            const NtkStatus expected = cut == 3 ? ntkStsNoErr : ntkStsBadSrcData;
+            EXPECT_EQ(decode(decoder, Bytes(sound.begin(), sound.begin() + cut), data), expected)
+                << cut;
+            EXPECT_EQ(data.size(), cut == 3 ? 0U : 4U) << cut;
+        }
+    }
+}
+
 // Guards around both buffers; whatever the damage, a stream is decoded or refused.
 TEST(Lzo, StaysWithinItsBuffersOnDamagedStreams) {
     const Bytes text = textBytes(70000);
@@ -308,6 +322,7 @@ TEST(Lzo, RefusesBadArguments) {
     EXPECT_EQ(ntksEncodeLZO_8u(src, 5, dst, &length, state.data()), ntkStsBadSize);
     Bytes unprepared(state.size());
     EXPECT_EQ(ntksEncodeLZO_8u(src, 4, dst, &length, unprepared.data()), ntkStsBadValue);
+    EXPECT_EQ(ntksEncodeLZO_8u(src, 0x7e000001, dst, &length, unprepared.data()), ntkStsBadSize);
     for (const Decode decoder : decoders) {
         EXPECT_EQ(decoder(nullptr, 4, dst, &length), ntkStsNullPtr);
         EXPECT_EQ(decoder(src, 4, nullptr, &length), ntkStsNullPtr);

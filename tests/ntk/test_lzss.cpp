@@ -156,7 +156,8 @@ TEST(Lzss, CutsChangeNothing) {
     }
 }
 
-// 16383 bytes back are in reach, 16384 are not: the measured encoder sees nothing of its last call.
+// 16383 bytes back are in reach, 16384 are not: from 16384 bytes on, data passed again do not meet
+// themselves.
 TEST(Lzss, FindsMatchesAcrossTheWindow) {
     for (const auto& [distance, isFound] : {std::pair{8191, true}, {16383, true}, {16384, false}}) {
         Bytes data = randomBytes(static_cast<std::size_t>(distance));

@@ -3,13 +3,15 @@
 // Format (published with the LZO library of M. F. X. J. Oberhumer, and as lzo.rst among the
 // documents of the Linux kernel): a stream is a row of instructions, each for a match and up to
 // three literals after it, or for a longer row of literals. There are four kinds of match, of
-// distances up to 1, 2, 16 and 48 KiB, with 2 to 5 bytes each but for lengths that grow by 255 per
-// byte. The instruction 11 00 00 ends the stream. It holds neither its length nor that of its data.
+// distances up to 1, 2, 16 and 48 KiB, with 2 or 3 bytes each, and more for long lengths, which
+// grow by 255 per byte. The instruction 11 00 00 ends the stream. It holds neither its length nor
+// that of its data.
 //
 // Frame, for a source split over threads (this library's own): an empty stream (11 00 00); the
 // number of pieces, 2 to 64; per piece the length of its stream and that of its data; the streams,
 // one after another. Numbers are of 4 bytes, the lowest first. No decoder takes a frame for a
-// stream: after 11 00 00 nothing may follow. A source in one piece makes a plain stream.
+// stream: after 11 00 00 nothing may follow. A frame cut off after these 3 bytes decodes as an
+// empty stream, without error. A source in one piece makes a plain stream.
 //
 // Method: liblzo2's fast searches, greedy, with a dictionary of the positions of 4-byte strings
 // that begins anew every 48 KiB. Its sizes are what the methods differ in: lzo1x_1 (2^14 entries)
@@ -176,6 +178,9 @@ NtkStatus ntksEncodeLZO_8u(const Ntk8u* pSrc, Ntk32u srcLen, Ntk8u* pDst, Ntk32u
                            Ntk8u* pState) {
     if (anyNull(pSrc, pDst, pDstLen, pState)) {
         return ntkStsNullPtr;
+    }
+    if (srcLen > maxLen) {
+        return ntkStsBadSize;
     }
     auto& state = stateIn<State>(pState);
     if (state.tag != preparedTag) {

@@ -26,6 +26,7 @@ constexpr Ntk32u bufferBytes = sizeof(Decoder::bytes) - slackBytes;
 constexpr Ntk32u maxGroupData = tokensPerGroup * maxMatch;
 // With less room the buffer counts as full. A group fits, and so does a token.
 constexpr Ntk32u fullAt = bufferBytes - maxGroupData;
+static_assert(slackBytes >= 16 && fullAt >= windowBytes);
 // A run of literals is read by eight bytes, beyond the group's end.
 constexpr int groupReadBytes = static_cast<int>(maxGroupBytes + 8);
 
