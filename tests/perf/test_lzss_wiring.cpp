@@ -105,18 +105,3 @@ TEST_F(LzssWiring, CellsOfTheTable) {
                   "16384," + file + ",-," + psText(16384.0 / codeLen).c_str() + "\n");
     }
 }
-
-// The encoder keeps so few bytes for later calls and writes none: no ratio.
-TEST_F(LzssWiring, NoRatioOfNothingWritten) {
-    const std::string path = testPath("cells.csv");
-    const std::string few = makeFile("few", sampleText(200));
-    choose("16384", few);
-    ASSERT_TRUE(g_cstrm.addStream(path.c_str(), false));
-    psTest& test = prepare("ntksEncodeLZSS_8u");
-    EXPECT_EQ(test.runTiming(), PS_OK);
-    test.parmsToCstrm();
-    g_cstrm << "\n";
-    g_cstrm.close();
-    test.flushData();
-    EXPECT_EQ(readFile(path), "200," + few + ",-,-\n");
-}
