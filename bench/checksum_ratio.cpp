@@ -22,7 +22,7 @@ std::vector<Ntk8u> randomData() {
     return data;
 }
 
-}  // namespace
+} // namespace
 
 int main() {
     std::vector<Ntk8u> data = randomData();

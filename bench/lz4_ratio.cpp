@@ -19,8 +19,8 @@ namespace {
 using Bytes = std::vector<Ntk8u>;
 
 Bytes madeText(std::size_t size) {
-    static const char* const words[] = {"time ", "flow ", "of ", "the ", "current ", "and, ",
-                                        "a ",    "bank ", "in ", "rain\n", "slowly ", "under "};
+    static const char* const words[] = {"time ", "flow ", "of ", "the ",   "current ", "and, ",
+                                        "a ",    "bank ", "in ", "rain\n", "slowly ",  "under "};
     std::mt19937 generator(7);
     std::string text;
     while (text.size() < size) {
@@ -42,8 +42,7 @@ char* chars(Bytes& bytes) {
 // The data and room for what the calls make of them, shared by both sides of a contest.
 struct Buffers {
     explicit Buffers(Bytes source)
-        : data(std::move(source)),
-          size(static_cast<int>(data.size())),
+        : data(std::move(source)), size(static_cast<int>(data.size())),
           block(static_cast<std::size_t>(LZ4_compressBound(size))),
           capacity(static_cast<int>(block.size())) {}
 
@@ -51,7 +50,7 @@ struct Buffers {
     int size;
     Bytes block;
     int capacity;
-    int length = 0;  // in/out argument of the calls
+    int length = 0; // in/out argument of the calls
 };
 
 Bytes hashTable() {
@@ -133,8 +132,7 @@ void compareHcEncoder(Buffers& b, int rounds) {
 }
 
 void compareDecoder(Buffers& b, int rounds) {
-    const int blockLen =
-        LZ4_compress_default(chars(b.data), chars(b.block), b.size, b.capacity);
+    const int blockLen = LZ4_compress_default(chars(b.data), chars(b.block), b.size, b.capacity);
     Bytes decoded(b.data.size());
     std::vector<Contender> contenders = {
         {"", [&] { ntksDecodeLZ4_8u(b.block.data(), blockLen, decoded.data(), &b.length); },
@@ -145,7 +143,7 @@ void compareDecoder(Buffers& b, int rounds) {
     printRatio("ntksDecodeLZ4_8u", b.data.size(), static_cast<std::size_t>(blockLen), contenders);
 }
 
-}  // namespace
+} // namespace
 
 int main(int argc, char** argv) {
     const Bytes all = argc > 1 ? readFile(argv[1]) : madeText(262144);

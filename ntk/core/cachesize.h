@@ -9,4 +9,4 @@ namespace ntk {
 // describes none.
 int maxCacheSizeBytes(const Processor& processor);
 
-}  // namespace ntk
+} // namespace ntk

@@ -26,7 +26,7 @@ constexpr Ntk64u joined(Ntk32u low, Ntk32u high) {
     return (static_cast<Ntk64u>(high) << 32) | low;
 }
 
-}  // namespace
+} // namespace
 
 Ntk64u ntkGetCpuClocks(void) {
     Ntk32u low = 0;

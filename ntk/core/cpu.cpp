@@ -50,7 +50,7 @@ void replaceByIdentification(Ntk32u registers[4]) {
     registers[3] = r.edx;
 }
 
-}  // namespace
+} // namespace
 
 NtkStatus ntkInit(void) {
     s_enabled.store(machineFeatures(), std::memory_order_relaxed);

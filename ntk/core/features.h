@@ -9,4 +9,4 @@ namespace ntk {
 // The features that the processor has and the operating system lets programs use.
 Ntk64u featuresOf(const Processor& processor);
 
-}  // namespace ntk
+} // namespace ntk

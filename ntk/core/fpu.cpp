@@ -43,27 +43,17 @@ Ntk32u setSimdWord(Ntk32u value, Ntk32u mask) {
     return word;
 }
 
-}  // namespace
+} // namespace
 
 Ntk32u ntkFpuSsx4TS(int op, Ntk32u value, Ntk32u mask) {
     switch (op) {
-        case ntkFpuSetControl:
-            return setX87Control(value, mask);
-        case ntkFpuGetControl:
-            return x87Control();
-        case ntkFpuGetStatus:
-            return x87Status();
-        case ntkFpuClear:
-            asm volatile("fnclex");
-            return 0;
-        case ntkSsxSet:
-            return setSimdWord(value, mask);
-        case ntkSsxGet:
-            return simdWord();
-        case ntkSsxClear:
-            setSimdWord(0, simdFlags);
-            return 0;
-        default:
-            return 0;
+    case ntkFpuSetControl: return setX87Control(value, mask);
+    case ntkFpuGetControl: return x87Control();
+    case ntkFpuGetStatus: return x87Status();
+    case ntkFpuClear: asm volatile("fnclex"); return 0;
+    case ntkSsxSet: return setSimdWord(value, mask);
+    case ntkSsxGet: return simdWord();
+    case ntkSsxClear: setSimdWord(0, simdFlags); return 0;
+    default: return 0;
     }
 }

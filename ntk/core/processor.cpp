@@ -19,7 +19,7 @@ Ntk64u savedStatesHere() {
     return (static_cast<Ntk64u>(high) << 32) | low;
 }
 
-}  // namespace
+} // namespace
 
 const Processor thisProcessor = {identifyHere, savedStatesHere};
 
@@ -30,4 +30,4 @@ Registers leafOrZero(const Processor& processor, Ntk32u leaf, Ntk32u subleaf) {
     return largest < leaf ? Registers{} : processor.identify(leaf, subleaf);
 }
 
-}  // namespace ntk
+} // namespace ntk

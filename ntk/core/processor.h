@@ -32,4 +32,4 @@ constexpr bool bit(Ntk32u word, int index) {
     return ((word >> index) & 1U) != 0;
 }
 
-}  // namespace ntk
+} // namespace ntk

@@ -8,34 +8,23 @@ namespace {
 
 constinit std::atomic<int> s_numThreads{1};
 
-}  // namespace
+} // namespace
 
 const char* ntkGetStatusString(NtkStatus status) {
     switch (status) {
-        case ntkStsSrcEnd:
-            return "The source ends before what it holds does";
-        case ntkStsDstFull:
-            return "The destination is full before the end of the source";
-        case ntkStsFeaturesUnavailable:
-            return "Some of the features are not available on this machine and stay off";
-        case ntkStsNoErr:
-            return "No error";
-        case ntkStsNotImplemented:
-            return "The function is not implemented";
-        case ntkStsNullPtr:
-            return "A pointer is null";
-        case ntkStsBadSize:
-            return "A length is negative or too large";
-        case ntkStsBadValue:
-            return "An argument is out of its range";
-        case ntkStsDstTooSmall:
-            return "The result does not fit the destination";
-        case ntkStsBadSrcData:
-            return "The source data are malformed";
-        case ntkStsNoProcessorInfo:
-            return "The processor does not give this information";
-        default:
-            return status < 0 ? "Unknown error" : "Unknown warning";
+    case ntkStsSrcEnd: return "The source ends before what it holds does";
+    case ntkStsDstFull: return "The destination is full before the end of the source";
+    case ntkStsFeaturesUnavailable:
+        return "Some of the features are not available on this machine and stay off";
+    case ntkStsNoErr: return "No error";
+    case ntkStsNotImplemented: return "The function is not implemented";
+    case ntkStsNullPtr: return "A pointer is null";
+    case ntkStsBadSize: return "A length is negative or too large";
+    case ntkStsBadValue: return "An argument is out of its range";
+    case ntkStsDstTooSmall: return "The result does not fit the destination";
+    case ntkStsBadSrcData: return "The source data are malformed";
+    case ntkStsNoProcessorInfo: return "The processor does not give this information";
+    default: return status < 0 ? "Unknown error" : "Unknown warning";
     }
 }
 

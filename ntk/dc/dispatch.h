@@ -12,8 +12,7 @@
 
 namespace ntk {
 
-template <class Function>
-struct Candidate {
+template <class Function> struct Candidate {
     const char* name;
     // Features without which the kernel cannot run.
     Ntk64u needs;
@@ -25,8 +24,7 @@ struct Candidate {
 };
 
 // A table of candidates, for those that walk over it.
-template <class Function>
-struct CandidateList {
+template <class Function> struct CandidateList {
     const Candidate<Function>* first;
     std::size_t count;
 
@@ -53,8 +51,7 @@ constexpr std::size_t bestCandidate(const CandidateList<Function>& list, Ntk64u 
 }
 
 // The kernel in force for one primitive. Constant-initialised; safe from any thread.
-template <class Function>
-class Choice {
+template <class Function> class Choice {
 public:
     template <std::size_t N>
     constexpr explicit Choice(const Candidate<Function> (&table)[N]) : m_list{table, N} {
@@ -88,4 +85,4 @@ private:
     std::atomic<Ntk64u> m_chosen{~0ULL};
 };
 
-}  // namespace ntk
+} // namespace ntk

@@ -49,13 +49,13 @@ enum {
     ntkStsNoErr = 0,
 
     /* Errors. */
-    ntkStsNotImplemented = -2,  /* this build has no such function */
-    ntkStsNullPtr = -3,         /* a pointer that must point somewhere is null */
-    ntkStsBadSize = -4,         /* a length is negative or too large */
-    ntkStsBadValue = -5,        /* an argument other than a length is out of its range */
-    ntkStsDstTooSmall = -6,     /* the result does not fit the destination */
-    ntkStsBadSrcData = -7,      /* the source is not what an encoder writes */
-    ntkStsNoProcessorInfo = -8  /* the processor does not tell what was asked */
+    ntkStsNotImplemented = -2, /* this build has no such function */
+    ntkStsNullPtr = -3,        /* a pointer that must point somewhere is null */
+    ntkStsBadSize = -4,        /* a length is negative or too large */
+    ntkStsBadValue = -5,       /* an argument other than a length is out of its range */
+    ntkStsDstTooSmall = -6,    /* the result does not fit the destination */
+    ntkStsBadSrcData = -7,     /* the source is not what an encoder writes */
+    ntkStsNoProcessorInfo = -8 /* the processor does not tell what was asked */
 };
 
 /* What a library says about itself. The texts are constant, never null and hold no comma. */

@@ -44,8 +44,7 @@ public:
     static bool m_checkErrorsOnly; // warnings are passed over; cleared when a test starts
 
 private:
-    void regCacheSize(psIterator<NtkiSize>& size, psObject* image,
-                      psCacheIterator::Setter setter);
+    void regCacheSize(psIterator<NtkiSize>& size, psObject* image, psCacheIterator::Setter setter);
     void printBlock(int index, void* block, int size, void* tag);
 
     kxFunc m_func;

@@ -64,8 +64,8 @@ psString kxVector::getDataString(kxType type, const void* data, int len) {
         using T = decltype(zero);
         constexpr int width = columnOf<T>.width;
         if (kxIsComplex(type)) {
-            text = joined(len, 2 * width + 4,
-                          [&](char* to, int i) { writeComplex<T>(to, data, i); });
+            text =
+                joined(len, 2 * width + 4, [&](char* to, int i) { writeComplex<T>(to, data, i); });
         } else {
             text = joined(len, width, [&](char* to, int i) { writeComponent<T>(to, data, i); });
         }

@@ -19,7 +19,8 @@ void kxVector::init(kxType type) {
 
 bool kxVector::allocationFailure(long long bytes) const {
     g_ostrm << PS_ERR << "-- Memory fail: can't allocate " << bytes << " bytes for "
-            << typeToString(m_type) << " vector\n" << PS_END;
+            << typeToString(m_type) << " vector\n"
+            << PS_END;
     return false;
 }
 

@@ -45,11 +45,11 @@ public:
     void deleteVector();
 
     kxType type() const { return m_type; }
-    int size() const { return m_length; }             // elements
-    int item() const { return kxTypeBytes(m_type); }  // bytes of one element
+    int size() const { return m_length; }                         // elements
+    int item() const { return kxTypeBytes(m_type); }              // bytes of one element
     int objectSize() const override { return m_length * item(); } // bytes
-    psString objectInfo() const override; // "Vector 8u len=16"
-    void* data() { return m_data; }       // null when empty
+    psString objectInfo() const override;                         // "Vector 8u len=16"
+    void* data() { return m_data; }                               // null when empty
     const void* data() const { return m_data; }
     void* getPointerAt(int i); // i in 0..size()
     const void* getPointerAt(int i) const;

@@ -23,14 +23,10 @@ bool psSession::m_nameExit = false;
 
 psString psSession::getExitInfo() {
     switch (m_exitLevel) {
-    case 1:
-        return "ignored because of -e option";
-    case 2:
-        return "ignored because of -h option";
-    case 3:
-        return "ignored because of -v option";
-    default:
-        return "ignored";
+    case 1: return "ignored because of -e option";
+    case 2: return "ignored because of -h option";
+    case 3: return "ignored because of -v option";
+    default: return "ignored";
     }
 }
 

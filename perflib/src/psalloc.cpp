@@ -110,8 +110,7 @@ void AddressList::release(const void* p) {
 psString AddressList::memInfo(const void* p) const {
     psString info;
     if (const Address* block = find(p)) {
-        info << "size:" << block->size << "  address:" << block->base
-             << "  alignedPointer:" << p;
+        info << "size:" << block->size << "  address:" << block->base << "  alignedPointer:" << p;
     }
     return info;
 }

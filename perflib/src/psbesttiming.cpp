@@ -114,14 +114,9 @@ void psTool::iterationMeasurement(Iteration& it) {
     int startLoops = psTimesLoops(numLoops, 4);
     for (;;) {
         switch (oneIteration(startLoops, it.maxLoops)) {
-        case Step::again:
-            startLoops = psTimesLoops(numLoops, 4);
-            break;
-        case Step::avoid:
-            avoidBadStatus();
-            return;
-        default:
-            return;
+        case Step::again: startLoops = psTimesLoops(numLoops, 4); break;
+        case Step::avoid: avoidBadStatus(); return;
+        default: return;
         }
     }
 }

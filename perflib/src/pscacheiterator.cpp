@@ -61,12 +61,9 @@ int psCacheIterator::getTotalSize() {
 
 psString psCacheIterator::getComment() const {
     switch (value()) {
-    case PS_IN_CACHE:
-        return "inCache";
-    case PS_OUT_OF_CACHE:
-        return "outofCache";
-    default:
-        return "";
+    case PS_IN_CACHE: return "inCache";
+    case PS_OUT_OF_CACHE: return "outofCache";
+    default: return "";
     }
 }
 

@@ -59,7 +59,7 @@ public:
     int lowSize() const;  // bytes that the object must have
     int getObjectSize() const;
     static int getTotalSize();
-    static int cacheSize(); // bytes of the largest cache; 0: not known
+    static int cacheSize();      // bytes of the largest cache; 0: not known
     psString getComment() const; // the mode
     // What did not fit, for those who have not read it when it happened.
     void outputInfo() const;

@@ -138,10 +138,10 @@ int psReadTimingMethod(psSession& session) {
     }
     readMethodParameters(block, readMethod(block));
     constexpr double leastPercent = 0.001;
-    g_tool.accuracyLimit = readNumber(block, Number<double>(100 * g_tool.accuracyLimit,
-                                                            leastPercent, "Accuracy",
-                                                            "Accuracy, %")) /
-                           100;
+    g_tool.accuracyLimit =
+        readNumber(block, Number<double>(100 * g_tool.accuracyLimit, leastPercent, "Accuracy",
+                                         "Accuracy, %")) /
+        100;
     return block.reported();
 }
 
@@ -161,13 +161,12 @@ int psReadDataOffset(psSession& session) {
     psSetAlignByByte(byByte);
     const char* const prompt =
         byByte ? "VectorAlign by Byte, 0..63" : "VectorAlign by Element, 0..63";
-    psSetVectorAlign(readNumber(block, Number<int>(psGetVectorAlign(), 0, "VectorAlign", prompt,
-                                                   63)));
+    psSetVectorAlign(
+        readNumber(block, Number<int>(psGetVectorAlign(), 0, "VectorAlign", prompt, 63)));
     psSetAlignSrc(readChoice(block, "MisalignFirstVectorOnly", psGetAlignSrc(), "yes", "no"));
     constexpr int unitBytes = 64;
-    psSetVectorShift(readNumber(
-        block, Number<int>(psGetVectorShift(), 0, "MutualVectorShift",
-                           "MutualVectorShift in Bytes, divisible by 64",
-                           std::numeric_limits<int>::max(), unitBytes)));
+    psSetVectorShift(readNumber(block, Number<int>(psGetVectorShift(), 0, "MutualVectorShift",
+                                                   "MutualVectorShift in Bytes, divisible by 64",
+                                                   std::numeric_limits<int>::max(), unitBytes)));
     return block.reported();
 }

@@ -4,37 +4,27 @@
 
 const psString& RunCondition::field(const psTest* test) const {
     switch (m_group) {
-    case PS_BY_TEST:
-        return test->info().name;
-    case PS_BY_FILE:
-        return test->sourceName();
-    default:
-        return test->functionName();
+    case PS_BY_TEST: return test->info().name;
+    case PS_BY_FILE: return test->sourceName();
+    default: return test->functionName();
     }
 }
 
 template <int Group> static RunCondition* makeCondition(const psString& argument) {
     const psString rest = argument.empty() ? psString() : argument.substr(1);
     switch (argument[0]) {
-    case '=':
-        return rest.empty() ? nullptr : new RunConditionEqual<Group>(rest);
-    case '-':
-        return rest.empty() ? nullptr : new RunConditionNot<Group>(rest);
-    case '+':
-        return rest.empty() ? nullptr : new RunConditionAnd<Group>(rest);
-    default:
-        return argument.empty() ? nullptr : new RunConditionContains<Group>(argument);
+    case '=': return rest.empty() ? nullptr : new RunConditionEqual<Group>(rest);
+    case '-': return rest.empty() ? nullptr : new RunConditionNot<Group>(rest);
+    case '+': return rest.empty() ? nullptr : new RunConditionAnd<Group>(rest);
+    default: return argument.empty() ? nullptr : new RunConditionContains<Group>(argument);
     }
 }
 
 RunCondition* psMakeCondition(const psString& argument, int group) {
     switch (group) {
-    case PS_BY_TEST:
-        return makeCondition<PS_BY_TEST>(argument);
-    case PS_BY_FILE:
-        return makeCondition<PS_BY_FILE>(argument);
-    default:
-        return makeCondition<PS_BY_FUNCTION>(argument);
+    case PS_BY_TEST: return makeCondition<PS_BY_TEST>(argument);
+    case PS_BY_FILE: return makeCondition<PS_BY_FILE>(argument);
+    default: return makeCondition<PS_BY_FUNCTION>(argument);
     }
 }
 

@@ -84,8 +84,8 @@ psString& operator<<(psString& s, const void* value) {
     if (value == nullptr) {
         return s += "NULL";
     }
-    return s += psFormat("%llX", static_cast<unsigned long long>(
-                                     reinterpret_cast<std::uintptr_t>(value)));
+    return s += psFormat("%llX",
+                         static_cast<unsigned long long>(reinterpret_cast<std::uintptr_t>(value)));
 }
 
 void operator<<(int& value, const psString& s) {

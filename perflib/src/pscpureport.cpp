@@ -94,22 +94,14 @@ psString caches(psCpuidReader read) {
 // Empty for the other codes, reserved or rare: the list of caches tells the ways then.
 const char* associativityText(unsigned code) {
     switch (code) {
-    case 0:
-        return "Disabled";
-    case 1:
-        return "Direct mapped";
-    case 2:
-        return "2-Way";
-    case 4:
-        return "4-Way";
-    case 6:
-        return "8-Way";
-    case 8:
-        return "16-Way";
-    case 0xf:
-        return "Fully associative";
-    default:
-        return "";
+    case 0: return "Disabled";
+    case 1: return "Direct mapped";
+    case 2: return "2-Way";
+    case 4: return "4-Way";
+    case 6: return "8-Way";
+    case 8: return "16-Way";
+    case 0xf: return "Fully associative";
+    default: return "";
     }
 }
 

@@ -77,10 +77,10 @@ public:
     // Made at the first call; the hardware gets the defaults then.
     static ps87& instance();
 
-    void init();  // nothing collected, flags down, defaults applied
-    void clear(); // nothing collected, flags down
-    void start(); // before a measured run
-    void stop();  // after it: adds the words to those collected
+    void init();                                // nothing collected, flags down, defaults applied
+    void clear();                               // nothing collected, flags down
+    void start();                               // before a measured run
+    void stop();                                // after it: adds the words to those collected
     void mask() { m_base.disableExceptions(); } // until the next init()
     bool badStatus() const;
     psString strSW() const { return ts87Base::strSW(m_sw); }

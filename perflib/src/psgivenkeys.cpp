@@ -9,16 +9,11 @@ namespace {
 // What the keys have in common of which only the last one holds; empty: every one of them counts.
 psString groupOf(const psCommandKey& command) {
     switch (command.key()) {
-    case '\0':
-        return "";
-    case 'I':
-        return "i";
-    case '?':
-        return "h";
-    case 'd':
-        return "d" + command.arg().substr(0, command.arg().find("=")).trimmed();
-    default:
-        return strchr("igkFYHTsehcjJ", command.key()) ? psString(command.key()) : "";
+    case '\0': return "";
+    case 'I': return "i";
+    case '?': return "h";
+    case 'd': return "d" + command.arg().substr(0, command.arg().find("=")).trimmed();
+    default: return strchr("igkFYHTsehcjJ", command.key()) ? psString(command.key()) : "";
     }
 }
 

@@ -18,8 +18,8 @@ psString keyText(const psString& key, const psOption* option) {
         return "Key -" + key + " is not valid\n";
     }
     const psString help = option->help.empty() ? "Key -" + key + " is deprecated\n" : option->help;
-    return help + (option->detail.empty() ? "No extended description for this key\n"
-                                          : option->detail);
+    return help +
+           (option->detail.empty() ? "No extended description for this key\n" : option->detail);
 }
 
 // A terminal would break the long lines in the middle of words.

@@ -30,8 +30,7 @@ psString enumString(int value, const int* values, const psString* names, int cou
     return psText(value);
 }
 
-int enumValue(const psString& text, const int* values, const psString* names, int count,
-              int skip) {
+int enumValue(const psString& text, const int* values, const psString* names, int count, int skip) {
     const int i = fittingName(text, names, count, skip);
     text.setBad(i < 0);
     return i < 0 ? 0 : values[i];
@@ -50,8 +49,7 @@ psString flagString(int value, const int* flags, const psString* names, int coun
     return any ? joined : psText(value);
 }
 
-int flagValue(const psString& text, const int* flags, const psString* names, int count,
-              int skip) {
+int flagValue(const psString& text, const int* flags, const psString* names, int count, int skip) {
     psStringList words;
     text.parse(words, "|,; ");
     text.setBad(false);

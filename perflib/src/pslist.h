@@ -42,9 +42,7 @@ public:
     void removeBack() { m_items.pop_back(); }
     void clear() { m_items.clear(); }
     // Moves the element at from before position, in this list.
-    void moveBefore(iterator position, iterator from) {
-        m_items.splice(position, m_items, from);
-    }
+    void moveBefore(iterator position, iterator from) { m_items.splice(position, m_items, from); }
     // Stable.
     template <class Less> void sort(Less less) { m_items.sort(less); }
 

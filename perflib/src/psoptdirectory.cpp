@@ -48,19 +48,20 @@ void applyNothing(const psString&, psSession*) {}
 } // namespace
 
 void psInitDirectoryOptions(psOptionList& options) {
-    options.initOption(
-        'n', "-n<title-name>   = default title name for ini-file and output files\n", titleInfo,
-        applyNothing,
-        "This key sets default file name for input and output files defined by \n"
-        "    -i, -I, -o, -O, -r, -R, -u, -U, -g, -q keys\n" + psLastKeyText("-n"));
+    options.initOption('n', "-n<title-name>   = default title name for ini-file and output files\n",
+                       titleInfo, applyNothing,
+                       "This key sets default file name for input and output files defined by \n"
+                       "    -i, -I, -o, -O, -r, -R, -u, -U, -g, -q keys\n" +
+                           psLastKeyText("-n"));
     options.initOption(
         'p', "-p<dir-name>     = default directory for input files i.e. ini & test data files\n",
         inputInfo, applyNothing,
         "This key sets default file directory for input files defined by -i, -I keys\n"
-        "    and also for data files opened in a test by i_stream class\n" + psLastKeyText("-p"));
-    options.initOption(
-        'l', "-l<dir-name>     = default directory for output files (listings)\n", outputInfo,
-        applyNothing,
-        "This key sets default file directory for output files defined by \n"
-        "    -o, -O, -r, -R, -u, -U, -g, -q keys\n" + psLastKeyText("-l"));
+        "    and also for data files opened in a test by i_stream class\n" +
+            psLastKeyText("-p"));
+    options.initOption('l', "-l<dir-name>     = default directory for output files (listings)\n",
+                       outputInfo, applyNothing,
+                       "This key sets default file directory for output files defined by \n"
+                       "    -o, -O, -r, -R, -u, -U, -g, -q keys\n" +
+                           psLastKeyText("-l"));
 }

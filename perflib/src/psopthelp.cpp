@@ -79,8 +79,7 @@ constexpr const char* fileDetail =
 
 constexpr const char* iterationDetail = "This key affects only Auto and Iterative timing methods\n";
 
-constexpr const char* listDetail =
-    "Only tests that meet -f, -t, -m and -HO keys are enumerated\n";
+constexpr const char* listDetail = "Only tests that meet -f, -t, -m and -HO keys are enumerated\n";
 
 void initHiddenOptions(psOptionList& options) {
     psAddOption<PS_USED_IN_RUN, psCountInfo<milliseconds>, psSetCount<milliseconds>>(
@@ -108,8 +107,7 @@ void psInitHelpOptions(psOptionList& options) {
     options.initOption(
         'v', "-v               = type the version number of the Performance System and exit\n",
         versionInfo, askVersion, "");
-    options.initOption('@',
-                       "-@<file-name>    = read command line options from specified file\n",
+    options.initOption('@', "-@<file-name>    = read command line options from specified file\n",
                        fileInfo, applyNothing, fileDetail);
     options.initOption('h',
                        "-h               = type short help and exit\n"

@@ -151,8 +151,8 @@ void psInitInputOptions(psOptionList& options) {
         options, 'B', "-B               = batch mode (no console input)\n",
         "If both -B and -A key present in command line then -B key is performed\n");
     psAddOption<PS_USED_IN_RUN, askInfo, addAsk>(
-        options, 'A',
-        "-A<Timing|Params|Misalign|All> = set detail level of the console input\n", askDetail);
+        options, 'A', "-A<Timing|Params|Misalign|All> = set detail level of the console input\n",
+        askDetail);
     psAddOption<PS_USED_IN_RUN, presetInfo, setPreset>(
         options, 'd', "-d<name>=<value> = set PS parameter value\n", presetDetail);
     psAddOption<PS_USED_IN_RUN, readIniInfo, readIni>(

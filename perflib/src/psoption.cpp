@@ -79,7 +79,11 @@ psString psAllFilesText(const psString& keys, const psString& verb) {
 
 psString psDefaultPathText(char dirKey, const psString& extension) {
     return "If file-name is empty then default file path will be used:\n"
-           "    <default-dir>/<default-name>" + extension + "\n"
-           "    <default-dir> : <exe-file-dir> or -" + psString(dirKey) + " key argument if any\n"
+           "    <default-dir>/<default-name>" +
+           extension +
+           "\n"
+           "    <default-dir> : <exe-file-dir> or -" +
+           psString(dirKey) +
+           " key argument if any\n"
            "    <default-name>: <exe-file-name-without-extention> or -n key argument if any\n";
 }

@@ -14,10 +14,10 @@ struct psOption {
     psString report(const psString& argument) const; // the info text
 
     char key;
-    bool hidden;   // listed only by the help variants "with hidden keys"
-    psString help; // one line per variant of the key, each with its line end; empty: deprecated
-    Info info;     // null: the key is known, but has no effect any more
-    Apply apply;   // likewise
+    bool hidden;     // listed only by the help variants "with hidden keys"
+    psString help;   // one line per variant of the key, each with its line end; empty: deprecated
+    Info info;       // null: the key is known, but has no effect any more
+    Apply apply;     // likewise
     psString detail; // for the extended help; may be empty
 };
 

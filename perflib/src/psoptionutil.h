@@ -61,7 +61,7 @@ const psFileClaims::Claim* psClaimOn(const psString& path);
 // The detail text of the keys that set a count.
 psString psCountText(char key, const psString& argumentName);
 // Detail texts. keys: as they stand in the sentence, such as "-F".
-psString psLastKeyText(const psString& keys);   // "... then only the last key is valid\n"
+psString psLastKeyText(const psString& keys); // "... then only the last key is valid\n"
 psString psAllFilesText(const psString& keys, const psString& verb); // "... will be <verb>\n ..."
 // Where the file of an empty file name lies: in the directory of dirKey, with this extension.
 psString psDefaultPathText(char dirKey, const psString& extension);

@@ -44,14 +44,11 @@ template <const Field& F> void addCondition(const psString& argument, psSession*
 psString conditionDetail(const Field& field) {
     const psString key = "-" + psString(field.key);
     return "Several " + key + " keys may present in command line.\nThe test will be run if " +
-           field.name + " name meets following conditions:\n" +
-           "       it is equal to one of " + key + "= arguments\n" +
-           "    OR\n" +
-           "       it contains one of " + key + " arguments\n" +
-           "       AND\n" +
-           "       it contains all of " + key + "+ arguments if any\n" +
-           "       AND\n" +
-           "       it doesn't contain any of " + key + "- arguments\n";
+           field.name + " name meets following conditions:\n" + "       it is equal to one of " +
+           key + "= arguments\n" + "    OR\n" + "       it contains one of " + key +
+           " arguments\n" + "       AND\n" + "       it contains all of " + key +
+           "+ arguments if any\n" + "       AND\n" + "       it doesn't contain any of " + key +
+           "- arguments\n";
 }
 
 template <const Field& F> void addConditionOption(psOptionList& options, const psString& help) {
@@ -104,11 +101,9 @@ void psInitSelectOptions(psOptionList& options) {
     addConditionOption<fileField>(options, "-m[-|+|=]<patrn> = run (don't run) tests registered "
                                            "in file with pattern in file name\n");
     psAddOption<PS_USED_IN_LIST, logicInfo, setLogic>(
-        options, 'k',
-        "-k<and|or>       = compose different keys (-f,-t,-m) by logical operation\n",
+        options, 'k', "-k<and|or>       = compose different keys (-f,-t,-m) by logical operation\n",
         logicDetail + psLastKeyText("-k"));
     psAddOption<PS_USED_IN_RUN, startInfo, setStart>(
-        options, 'F',
-        "-F<func-name>    = start testing from function with func-name full name\n",
+        options, 'F', "-F<func-name>    = start testing from function with func-name full name\n",
         psLastKeyText("-F"));
 }

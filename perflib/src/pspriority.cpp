@@ -11,17 +11,10 @@ int g_savedNice = 0;
 // False for a class that has no nice value.
 bool niceOfClass(int priorityClass, int& nice) {
     switch (priorityClass) {
-    case 1:
-        nice = -20;
-        return true;
-    case 2:
-        nice = 0;
-        return true;
-    case 3:
-        nice = 10;
-        return true;
-    default:
-        return false;
+    case 1: nice = -20; return true;
+    case 2: nice = 0; return true;
+    case 3: nice = 10; return true;
+    default: return false;
     }
 }
 } // namespace

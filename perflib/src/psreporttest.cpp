@@ -87,7 +87,8 @@ psReportTestResult::psReportTestResult(psTest& test)
 psOStream& operator<<(psOStream& out, const psReportTestResult& report) {
     if (report.result() >= PS_ACCUR_WARN && !out.accepts(PS_NORMAL)) {
         out << psResultLevel(report.result()) << "-- " << report.cells().front() << ": "
-            << psResultWord(report.result()) << "\n" << PS_END;
+            << psResultWord(report.result()) << "\n"
+            << PS_END;
     }
     return out << report.text();
 }

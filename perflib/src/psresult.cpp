@@ -20,7 +20,9 @@ constexpr ResultText resultTexts[psResultCount] = {
     {"fail", "FAIL"},
 };
 
-bool isKnown(int result) { return result >= 0 && result < psResultCount; }
+bool isKnown(int result) {
+    return result >= 0 && result < psResultCount;
+}
 } // namespace
 
 const char* psResultWord(int result) {
@@ -31,7 +33,9 @@ const char* psResultShortName(int result) {
     return isKnown(result) ? resultTexts[result].shortName : "UNKNOWN";
 }
 
-MessageLevel psResultLevel(int result) { return psIsNote(result) ? PS_WARN : PS_ERR; }
+MessageLevel psResultLevel(int result) {
+    return psIsNote(result) ? PS_WARN : PS_ERR;
+}
 
 psResult psResultAtLevel(psResult result, int outLevel) {
     return outLevel < PS_WARN && psIsNote(result) ? PS_OK : result;

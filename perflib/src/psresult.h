@@ -20,9 +20,15 @@ enum psResult : int {
 };
 constexpr int psResultCount = 12;
 
-constexpr bool psIsFail(int r) { return r >= PS_ACCUR_FAIL; }
-constexpr bool psIsNote(int r) { return r >= PS_ACCUR_WARN && r <= PS_NOTE; }
-constexpr psResult psWorse(psResult a, psResult b) { return a > b ? a : b; }
+constexpr bool psIsFail(int r) {
+    return r >= PS_ACCUR_FAIL;
+}
+constexpr bool psIsNote(int r) {
+    return r >= PS_ACCUR_WARN && r <= PS_NOTE;
+}
+constexpr psResult psWorse(psResult a, psResult b) {
+    return a > b ? a : b;
+}
 
 // "accuracy fail" and alike; "was not run" and "successfully" for 0 and 1, "unknown result"
 // outside 0 to 11.

@@ -49,14 +49,10 @@ volatile sig_atomic_t tsSignal::m_armed = 0;
 
 const char* tsSignal::getInfo(int code) {
     switch (code) {
-    case SIGSEGV:
-        return "Illegal storage access.";
-    case SIGFPE:
-        return "FP fail, such as overflow, division by zero, invalid operation.";
-    case SIGILL:
-        return "Illegal instruction.";
-    default:
-        return "Unknown exception";
+    case SIGSEGV: return "Illegal storage access.";
+    case SIGFPE: return "FP fail, such as overflow, division by zero, invalid operation.";
+    case SIGILL: return "Illegal instruction.";
+    default: return "Unknown exception";
     }
 }
 

@@ -40,17 +40,10 @@ bool progressionFields(const psString& text, psString (&fields)[3]) {
 void psProgression::validate() const {
     bool fits = false;
     switch (operation) {
-    case PS_STEP_ADD:
-        fits = (step >= 1) != descending();
-        break;
-    case PS_STEP_SUB:
-        fits = (step >= 1) == descending();
-        break;
-    case PS_STEP_MUL:
-        fits = step >= 2 && (descending() ? first < 0 : first > 0);
-        break;
-    case PS_STEP_LIST:
-        break;
+    case PS_STEP_ADD: fits = (step >= 1) != descending(); break;
+    case PS_STEP_SUB: fits = (step >= 1) == descending(); break;
+    case PS_STEP_MUL: fits = step >= 2 && (descending() ? first < 0 : first > 0); break;
+    case PS_STEP_LIST: break;
     }
     if (!fits) {
         refuseConflict();
@@ -60,12 +53,9 @@ void psProgression::validate() const {
 long long psProgression::after(int value) const {
     const long long from = value;
     switch (operation) {
-    case PS_STEP_SUB:
-        return from - step;
-    case PS_STEP_MUL:
-        return from * step;
-    default:
-        return from + step;
+    case PS_STEP_SUB: return from - step;
+    case PS_STEP_MUL: return from * step;
+    default: return from + step;
     }
 }
 
@@ -73,8 +63,7 @@ bool psProgression::contains(long long value) const {
     return descending() ? value >= last : value <= last;
 }
 
-void psStepIterator<int>::init(int defaultValue, const psString& name,
-                               const psString& promptName) {
+void psStepIterator<int>::init(int defaultValue, const psString& name, const psString& promptName) {
     m_progression = {};
     psIterator<int>::init(defaultValue, name, promptName);
 }

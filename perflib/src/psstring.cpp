@@ -163,8 +163,8 @@ psString psString::substr(int pos) const {
 psString& psString::append(const char* text, int length) {
     const int oldLength = m_length;
     // Growing moves the buffer, and text may lie inside it (s += s).
-    const bool inside = m_data && std::greater_equal<>()(text, m_data) &&
-                        std::less<>()(text, m_data + m_capacity);
+    const bool inside =
+        m_data && std::greater_equal<>()(text, m_data) && std::less<>()(text, m_data + m_capacity);
     const ptrdiff_t offset = inside ? text - m_data : 0;
     growBy(length);
     if (length > 0 && m_length == oldLength + length) {

@@ -35,7 +35,7 @@ public:
     int capacity() const { return m_capacity; }
     bool empty() const { return m_length == 0; }
     char operator[](int i) const { return m_data ? m_data[i] : '\0'; } // i in 0..length()
-    char& at(int i) { return m_data[i]; }               // i in 0..length()-1
+    char& at(int i) { return m_data[i]; }                              // i in 0..length()-1
 
     // The flag of the last conversion from this string; cleared by assignment and by the next
     // conversion attempt.

@@ -200,7 +200,7 @@ private:
     bool m_noCombination = true;
     psList<psParameter*> m_parms;
     psList<std::function<void()>> m_keptDefinitions; // from before this test read its own
-    psCacheIterator* m_cacheIterator = nullptr; // owned
+    psCacheIterator* m_cacheIterator = nullptr;      // owned
     bool m_cacheInvalid = false;
     bool m_dataHeld = false; // between initData() and flushData()
     bool m_measured = false;

@@ -176,19 +176,14 @@ void psTool::runMethod() {
         autoLoopTiming();
         break;
     }
-    case PS_LOOP:
-        loopTimingOrStat();
-        break;
-    case PS_STAT:
-        statTimingOrLoop();
-        break;
+    case PS_LOOP: loopTimingOrStat(); break;
+    case PS_STAT: statTimingOrLoop(); break;
     case PS_BEST: {
         const psTraceScope trace("iterativeTiming");
         bestTiming(bestMinLoops, bestMaxLoops, bestMinClocks);
         break;
     }
-    default:
-        updateResult(internalFail(864));
+    default: updateResult(internalFail(864));
     }
 }
 

@@ -20,8 +20,8 @@ inline Bytes randomBytes(std::size_t size, unsigned seed = 1) {
 
 // Words of a small vocabulary in random order.
 inline Bytes textBytes(std::size_t size, unsigned seed = 1) {
-    static const char* const words[] = {"the ",   "measure ", "of ",    "a ",      "processor ",
-                                        "clock ", "and ",     "cache ", "branch ", "in order\n",
+    static const char* const words[] = {"the ",   "measure ", "of ",    "a ",       "processor ",
+                                        "clock ", "and ",     "cache ", "branch ",  "in order\n",
                                         "load ",  "store ",   "which ", "retires ", "late, "};
     std::mt19937 generator(seed);
     std::string text;

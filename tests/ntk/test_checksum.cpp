@@ -37,8 +37,8 @@ struct Checksum {
     ntk::Choice<ntk::ChecksumFunction>& kernel;
     Judge judge;
     Ntk32u start;
-    Ntk32u checkValue;   // of "123456789"
-    Ntk32u zeroesValue;  // of 32 zero bytes
+    Ntk32u checkValue;  // of "123456789"
+    Ntk32u zeroesValue; // of 32 zero bytes
 };
 
 const Checksum checksums[] = {
@@ -55,8 +55,7 @@ Ntk64u machineFeatures() {
 }
 
 // Calls f with every candidate that this machine can run.
-template <class Visit>
-void forEachKernel(const Checksum& checksum, Visit visit) {
+template <class Visit> void forEachKernel(const Checksum& checksum, Visit visit) {
     const Ntk64u machine = machineFeatures();
     for (const auto& candidate : checksum.kernel.candidates()) {
         if (ntk::isEligible(candidate, machine, machine)) {
@@ -162,7 +161,7 @@ TEST(Choice, FollowsTheEnabledFeatures) {
     };
     const Case cases[] = {
         {ntk::crc32Kernel, avx512, avx512, "isal"},
-        {ntk::crc32Kernel, avx512, avx2, "clmul"},  // libisal would use AVX512 all the same
+        {ntk::crc32Kernel, avx512, avx2, "clmul"}, // libisal would use AVX512 all the same
         {ntk::crc32Kernel, avx2, avx2, "isal"},
         {ntk::crc32Kernel, avx2, sse42, "generic"},
         {ntk::crc32cKernel, avx512, sse42, "sse42"},
@@ -192,4 +191,4 @@ TEST(Choice, ChangesWithTheFeaturesInForce) {
     }
 }
 
-}  // namespace
+} // namespace

@@ -127,4 +127,4 @@ TEST(ByteVectors, CopyAndZeroExactlyTheLength) {
     EXPECT_EQ(target[0], 1);
 }
 
-}  // namespace
+} // namespace

@@ -72,4 +72,4 @@ TEST(SharedObjects, NameThemselvesWithoutCommas) {
     EXPECT_STREQ(ntkdcGetLibVersion()->name, "ntkDC");
 }
 
-}  // namespace
+} // namespace

@@ -51,20 +51,15 @@ const Machine* s_machine = nullptr;
 
 ntk::Registers recorded(Ntk32u leaf, Ntk32u subleaf) {
     switch (leaf) {
-    case 0:
-        return {s_machine->maxLeaf, 0, 0, 0};
-    case 1:
-        return {0x000c06f2, 0x00020800, s_machine->leaf1Ecx, 0x1f8bfbff};
+    case 0: return {s_machine->maxLeaf, 0, 0, 0};
+    case 1: return {0x000c06f2, 0x00020800, s_machine->leaf1Ecx, 0x1f8bfbff};
     case 7:
         return subleaf == 0 || s_machine->lastSubleaf == 0
                    ? ntk::Registers{s_machine->lastSubleaf, 0xf1bf2ffb, 0x1a415f46, 0x20814010}
                    : ntk::Registers{0x00001c30, 0, 0, 0};
-    case 0x80000000:
-        return {0x80000021, 0, 0, 0};
-    case 0x80000001:
-        return {0, 0, 0x00000121, 0x2c100800};
-    default:
-        return {};
+    case 0x80000000: return {0x80000021, 0, 0, 0};
+    case 0x80000001: return {0, 0, 0x00000121, 0x2c100800};
+    default: return {};
     }
 }
 
@@ -82,14 +77,12 @@ TEST(Features, NeedTheProcessorAndTheOperatingSystem) {
 // Nothing but the bits that the recorded processor lacks.
 ntk::Registers rare(Ntk32u leaf, Ntk32u subleaf) {
     switch (leaf) {
-    case 1:
-        return {0, 0, osxsaveBit, 0};
+    case 1: return {0, 0, osxsaveBit, 0};
     case 7:
         return subleaf == 0 ? ntk::Registers{1, 1U << 14 | bit_AVX512PF | bit_AVX512ER, 0,
                                              bit_AVX5124VNNIW | bit_AVX5124FMAPS}
                             : ntk::Registers{0, 0, 0, 1U << 4 | 1U << 10};
-    default:
-        return {0x24, 3U << 17, 0, 0};
+    default: return {0x24, 3U << 17, 0, 0};
     }
 }
 

@@ -22,11 +22,19 @@ const Case cases[] = {
     {"literals only", {0x30, 'a', 'b', 'c'}, 3, ntkStsNoErr, "abc"},
     {"literals, no room for the last", {0x30, 'a', 'b', 'c'}, 2, ntkStsDstTooSmall, ""},
     {"match and literals",
-     {0x11, 'a', 1, 0, 0x70, 't', 'u', 'v', 'w', 'x', 'y', 'z'}, 13, ntkStsNoErr, "aaaaaatuvwxyz"},
+     {0x11, 'a', 1, 0, 0x70, 't', 'u', 'v', 'w', 'x', 'y', 'z'},
+     13,
+     ntkStsNoErr,
+     "aaaaaatuvwxyz"},
     {"the same, one byte short",
-     {0x11, 'a', 1, 0, 0x70, 't', 'u', 'v', 'w', 'x', 'y', 'z'}, 12, ntkStsDstTooSmall, ""},
+     {0x11, 'a', 1, 0, 0x70, 't', 'u', 'v', 'w', 'x', 'y', 'z'},
+     12,
+     ntkStsDstTooSmall,
+     ""},
     {"long match",
-     {0x1f, 'a', 1, 0, 255, 1, 0x50, 'v', 'w', 'x', 'y', 'z'}, 281, ntkStsNoErr,
+     {0x1f, 'a', 1, 0, 255, 1, 0x50, 'v', 'w', 'x', 'y', 'z'},
+     281,
+     ntkStsNoErr,
      std::string(276, 'a') + "vwxyz"},
     {"literals cut off", {0x50, 'a', 'b'}, 100, ntkStsBadSrcData, ""},
     {"length cut off", {0xf0, 255, 255}, 1000, ntkStsBadSrcData, ""},
@@ -94,4 +102,4 @@ TEST(Lz4Decode, RefusesBadArguments) {
     EXPECT_EQ(ntksDecodeLZ4_8u(block, 2, dst, &length), ntkStsBadSize);
 }
 
-}  // namespace
+} // namespace

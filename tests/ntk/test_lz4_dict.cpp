@@ -18,8 +18,7 @@ constexpr Mode modes[] = {Mode::none, Mode::inPlace, Mode::elsewhere};
 
 struct Halves {
     explicit Halves(const Bytes& bytes)
-        : data(bytes),
-          first(data.size() - data.size() / 2),
+        : data(bytes), first(data.size() - data.size() / 2),
           copy(Bytes(bytes.begin(), bytes.begin() + first)),
           second(bytes.begin() + first, bytes.end()) {}
 
@@ -38,8 +37,7 @@ struct Halves {
     Bytes second;
 };
 
-template <class Visit>
-void forEachDictEncoder(Visit visit) {
+template <class Visit> void forEachDictEncoder(Visit visit) {
     for (const Lz4Encoder& encoder : lz4Encoders) {
         if (encoder.takesDictionary) {
             SCOPED_TRACE(encoder.name);
@@ -149,9 +147,9 @@ TEST(Lz4Dict, StopsAtAFullDestinationWithADictionary) {
                 const bool isWhole = call.srcLen == h.data.size() - h.first;
                 ASSERT_EQ(status, isWhole ? ntkStsNoErr : ntkStsDstFull) << capacity;
                 ASSERT_GT(call.srcLen, 0);
-                ASSERT_EQ(decodedByLiblz4(dst.data(), call.dstLen, call.srcLen, h.copy.data(),
-                                          h.first),
-                          Bytes(h.second.begin(), h.second.begin() + call.srcLen))
+                ASSERT_EQ(
+                    decodedByLiblz4(dst.data(), call.dstLen, call.srcLen, h.copy.data(), h.first),
+                    Bytes(h.second.begin(), h.second.begin() + call.srcLen))
                     << capacity;
             }
         }
@@ -257,4 +255,4 @@ TEST(Lz4Tables, ScanFindsAnIndexAboveTheLimitAnywhere) {
     }
 }
 
-}  // namespace
+} // namespace

@@ -165,4 +165,4 @@ TEST(Lz4Encode, RefusesBadArgumentsAndTouchesNothing) {
     EXPECT_EQ(ntksEncodeLZ4HashTableGetSize_8u(nullptr), ntkStsNullPtr);
 }
 
-}  // namespace
+} // namespace

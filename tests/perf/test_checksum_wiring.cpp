@@ -32,8 +32,8 @@ TEST_F(ChecksumWiring, EveryCallGoesOnFromTheValueBefore) {
         EXPECT_EQ(test.runTiming(), PS_OK);
         const Ntk32u after = checksum;
         checksum = before;
-        const auto call = std::string(function) == "ntksAdler32_8u"   ? ntksAdler32_8u
-                          : std::string(function) == "ntksCRC32_8u"   ? ntksCRC32_8u
+        const auto call = std::string(function) == "ntksAdler32_8u"  ? ntksAdler32_8u
+                          : std::string(function) == "ntksCRC32_8u"  ? ntksCRC32_8u
                           : std::string(function) == "ntksCRC32C_8u" ? ntksCRC32C_8u
                                                                      : ntksCRC32_BZ2_8u;
         for (int i = 0; i < 3; i++) {

@@ -93,23 +93,23 @@ NtkStatus ntksEncodeLZ4HCHashTableInit_8u(Ntk8u** tables) {
 NtkStatus ntksEncodeLZ4Dict_8u(const Ntk8u* src, int srcIdx, int srcLen, Ntk8u* dst, int* dstLen,
                                Ntk8u* table, const Ntk8u* dict, int length) {
     const std::string call = encoding("", src, srcIdx, srcLen, dst, *dstLen, dict, length);
-    const NtkStatus status = PASS_ON(ntksEncodeLZ4Dict_8u, src, srcIdx, srcLen, dst, dstLen, table,
-                                     dict, length);
+    const NtkStatus status =
+        PASS_ON(ntksEncodeLZ4Dict_8u, src, srcIdx, srcLen, dst, dstLen, table, dict, length);
     return noted(call, status, *dstLen);
 }
 NtkStatus ntksEncodeLZ4DictSafe_8u(const Ntk8u* src, int srcIdx, int* srcLen, Ntk8u* dst,
                                    int* dstLen, Ntk8u* table, const Ntk8u* dict, int length) {
     const std::string call = encoding("", src, srcIdx, *srcLen, dst, *dstLen, dict, length);
-    const NtkStatus status = PASS_ON(ntksEncodeLZ4DictSafe_8u, src, srcIdx, srcLen, dst, dstLen,
-                                     table, dict, length);
+    const NtkStatus status =
+        PASS_ON(ntksEncodeLZ4DictSafe_8u, src, srcIdx, srcLen, dst, dstLen, table, dict, length);
     return noted(call, status, *dstLen);
 }
 NtkStatus ntksEncodeLZ4HC_8u(const Ntk8u* src, int srcIdx, int* srcLen, Ntk8u* dst, int* dstLen,
                              Ntk8u** tables, const Ntk8u* dict, int length, int level) {
-    const std::string call = encoding(level ? "level" : "", src, srcIdx, *srcLen, dst, *dstLen,
-                                      dict, length);
-    const NtkStatus status = PASS_ON(ntksEncodeLZ4HC_8u, src, srcIdx, srcLen, dst, dstLen, tables,
-                                     dict, length, level);
+    const std::string call =
+        encoding(level ? "level" : "", src, srcIdx, *srcLen, dst, *dstLen, dict, length);
+    const NtkStatus status =
+        PASS_ON(ntksEncodeLZ4HC_8u, src, srcIdx, srcLen, dst, dstLen, tables, dict, length, level);
     return noted(call, status, *dstLen);
 }
 

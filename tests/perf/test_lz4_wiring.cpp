@@ -107,8 +107,8 @@ TEST_F(Lz4Wiring, LengthsThatWouldMeasureTheSameBytesArePassedOver) {
         const char* lengths;
         int measured;
     } cases[] = {
-        {10000, "16384;262144;*2", 1},  {16384, "16384;262144;*2", 1},
-        {16385, "16384;262144;*2", 2},  {262145, "16384;262144;*2", 5},
+        {10000, "16384;262144;*2", 1}, {16384, "16384;262144;*2", 1},
+        {16385, "16384;262144;*2", 2}, {262145, "16384;262144;*2", 5},
         {10000, "16384;32768", 2}, // a list asks for what it says
         {0, "16384;262144;*2", 0},
     };
@@ -157,13 +157,13 @@ TEST_F(Lz4Wiring, CellsOfTheTable) {
         const std::string path = testPath("cells.csv");
         ASSERT_TRUE(g_cstrm.addStream(path.c_str(), false));
         psTest& test = call(function, *dict == '-' ? nullptr : dict);
-        const int blockLen = std::string(function) == "ntksDecodeLZ4_8u" ? decodeSrcLen
-                                                                         : encodeDstLen;
+        const int blockLen =
+            std::string(function) == "ntksDecodeLZ4_8u" ? decodeSrcLen : encodeDstLen;
         test.parmsToCstrm();
         g_cstrm << "\n";
         g_cstrm.close();
         test.flushData();
-        EXPECT_EQ(readFile(path), "16384," + file + "," + dict + "," +
-                                      psText(16384.0 / blockLen).c_str() + "\n");
+        EXPECT_EQ(readFile(path),
+                  "16384," + file + "," + dict + "," + psText(16384.0 / blockLen).c_str() + "\n");
     }
 }

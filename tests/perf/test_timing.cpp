@@ -10,7 +10,7 @@
 namespace {
 unsigned long long g_now;
 int g_inits, g_calls, g_status;
-int g_badCall; // the call that returns g_status
+int g_badCall;        // the call that returns g_status
 int g_longInitClocks; // 0: init bodies are short; else of every third, the others are disturbed
 
 unsigned long long readClock() {

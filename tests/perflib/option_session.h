@@ -66,7 +66,8 @@ public:
         put(std::string("end=") + sglName().c_str(), !sglName().empty());
         for (const RunCondition* condition : conditions()) {
             put("cond=" + std::to_string(condition->group()) + std::to_string(condition->kind()) +
-                    condition->pattern().c_str(), true);
+                    condition->pattern().c_str(),
+                true);
         }
         put("or", conditions().logic() == 1);
         number("names=", m_nameMode, 0);
@@ -107,9 +108,7 @@ private:
         int ext = psTool::m_numExtLoops, min = psTool::m_minNumLoops;
         int milliseconds = psTool::m_numMilliseconds;
     } m_loops;
-    const struct {
-        unsigned x87 = ts87Base::Exception, ssx = tsSSXBase::Exception;
-    } m_exceptions;
+    const struct { unsigned x87 = ts87Base::Exception, ssx = tsSSXBase::Exception; } m_exceptions;
 };
 
 inline int timesIn(const std::string& text, const std::string& part) {

@@ -38,12 +38,15 @@ private:
 };
 
 TEST_F(Alloc, PlacementArithmetic) {
-    const struct { int shift, offset, unit; std::uintptr_t base, pointer; } cases[] = {
-        {0, 0, 64, 0x10080, 0x10080},     {0, 1, 64, 0x10080, 0x100c0},
-        {0, 512, 64, 0x10080, 0x10280},   {64, 0, 64, 0x10080, 0x10080},
-        {-1, 0, 64, 0x10080, 0x100bf},    {-1, 0, 64, 0x100c0, 0x100bf},
-        {-4, 0, 64, 0x10080, 0x100bc},    {-65, 512, 64, 0x10080, 0x102bf},
-        {4, 0, 64, 0x10080, 0x10084},     {0, 8, 16, 0x10080, 0x10090},
+    const struct {
+        int shift, offset, unit;
+        std::uintptr_t base, pointer;
+    } cases[] = {
+        {0, 0, 64, 0x10080, 0x10080},   {0, 1, 64, 0x10080, 0x100c0},
+        {0, 512, 64, 0x10080, 0x10280}, {64, 0, 64, 0x10080, 0x10080},
+        {-1, 0, 64, 0x10080, 0x100bf},  {-1, 0, 64, 0x100c0, 0x100bf},
+        {-4, 0, 64, 0x10080, 0x100bc},  {-65, 512, 64, 0x10080, 0x102bf},
+        {4, 0, 64, 0x10080, 0x10084},   {0, 8, 16, 0x10080, 0x10090},
     };
     for (const auto& c : cases) {
         EXPECT_EQ(psBlockPointer(c.base, c.shift, c.offset, c.unit), c.pointer)
@@ -60,8 +63,8 @@ TEST_F(Alloc, VectorArithmetic) {
     EXPECT_EQ(psVectorMisalignment(4, 3, true, 0), -12);
     EXPECT_EQ(psVectorMisalignment(4, 3, true, 1), 0) << "only the first of a combination";
     EXPECT_EQ(psVectorMisalignment(4, 3, false, 1), -12);
-    const int steps[][3] = {{0, 512, 512}, {32256, 512, 0}, {32255, 512, 32767}, {64, -512, 0},
-                            {32767, INT_MAX, 0}};
+    const int steps[][3] = {
+        {0, 512, 512}, {32256, 512, 0}, {32255, 512, 32767}, {64, -512, 0}, {32767, INT_MAX, 0}};
     for (const auto& [current, step, next] : steps) {
         EXPECT_EQ(psNextVectorShift(current, step), next);
     }
@@ -109,7 +112,11 @@ TEST_F(Alloc, ImpossibleSizesAreReported) {
 // A misaligned block of a large unit may come to lie before what the system gave, depending on the
 // address it gave.
 TEST_F(Alloc, BlocksOutsideTheSystemsBlockAreRefused) {
-    const struct { std::uintptr_t raw; int size, shift, offset, unit; bool fits; } cases[] = {
+    const struct {
+        std::uintptr_t raw;
+        int size, shift, offset, unit;
+        bool fits;
+    } cases[] = {
         {0x10010, 1000, 0, 0, 64, true},        {0x10010, 1000, -63, 0, 64, true},
         {0x20010, 1000, -4095, 0, 4096, false}, {0x21010, 1000, -4095, 0, 4096, true},
         {0x10010, 1000, 0, -300, 64, false},    {0x10010, 0, 0, -64, 64, true},
@@ -194,8 +201,10 @@ TEST_F(Alloc, VectorsOfACombinationAreSpread) {
 
 TEST_F(Alloc, VectorsAreMisalignedAsTheSessionSays) {
     psSetVectorAlign(3);
-    const struct { bool firstOnly; unsigned first, second; } cases[] = {{true, 64 - 6, 0},
-                                                                        {false, 64 - 6, 64 - 6}};
+    const struct {
+        bool firstOnly;
+        unsigned first, second;
+    } cases[] = {{true, 64 - 6, 0}, {false, 64 - 6, 64 - 6}};
     for (const auto& c : cases) {
         psSetAlignSrc(c.firstOnly);
         g_vectorNum = 0;

@@ -11,11 +11,15 @@ std::string str(const psString& s) {
 }
 
 TEST(TypeName, CodesAndNamesAreInverse) {
-    const struct { int code; const char* name; int bytes; } cases[] = {
-        {8, "8u", 1},      {16, "16u", 2},    {32, "32u", 4},     {64, "64u", 8},
-        {264, "8s", 1},    {272, "16s", 2},   {288, "32s", 4},    {320, "64s", 8},
-        {544, "32f", 4},   {576, "64f", 8},   {1040, "16uc", 4},  {1288, "8sc", 2},
-        {1296, "16sc", 4}, {1312, "32sc", 8}, {1344, "64sc", 16}, {1568, "32fc", 8},
+    const struct {
+        int code;
+        const char* name;
+        int bytes;
+    } cases[] = {
+        {8, "8u", 1},       {16, "16u", 2},    {32, "32u", 4},     {64, "64u", 8},
+        {264, "8s", 1},     {272, "16s", 2},   {288, "32s", 4},    {320, "64s", 8},
+        {544, "32f", 4},    {576, "64f", 8},   {1040, "16uc", 4},  {1288, "8sc", 2},
+        {1296, "16sc", 4},  {1312, "32sc", 8}, {1344, "64sc", 16}, {1568, "32fc", 8},
         {1600, "64fc", 16},
     };
     for (const auto& c : cases) {
@@ -34,8 +38,11 @@ TEST(TypeName, CodesAndNamesAreInverse) {
 }
 
 TEST(TypeName, LengthOfTheTokenInFront) {
-    const struct { const char* text; int length; } cases[] = {
-        {"8u", 2}, {"32fc_x", 4}, {"16s16u", 3}, {"8", 0},   {"u8", 0},  {"", 0},
+    const struct {
+        const char* text;
+        int length;
+    } cases[] = {
+        {"8u", 2}, {"32fc_x", 4}, {"16s16u", 3}, {"8", 0},     {"u8", 0},  {"", 0},
         {"8x", 0}, {"24u", 3},    {"8cu", 0},    {"64fcc", 4}, {"_8u", 0},
     };
     for (const auto& c : cases) {
@@ -44,7 +51,9 @@ TEST(TypeName, LengthOfTheTokenInFront) {
 }
 
 TEST(FuncName, Parts) {
-    const struct { const char *name, *prefix, *base, *types, *descr; } cases[] = {
+    const struct {
+        const char *name, *prefix, *base, *types, *descr;
+    } cases[] = {
         {"ntksEncodeLZ4_8u", "ntks", "EncodeLZ4", "8u", ""},
         {"EncodeLZ4_8u", "", "EncodeLZ4", "8u", ""},
         {"ntksReduceDictionary_8u_I", "ntks", "ReduceDictionary", "8u", "I"},
@@ -66,9 +75,14 @@ TEST(FuncName, Parts) {
 }
 
 TEST(FuncName, TypeTokensApart) {
-    const struct { const char *name, *tokens; } cases[] = {
-        {"f_8u", "8u,8u,8u"}, {"f_8u16s", "8u,16s,16s"}, {"f_8u16s32fc", "8u,16s,32fc"},
-        {"f_8u16s32f64f", "8u,16s,32f"}, {"f", ",,"},
+    const struct {
+        const char *name, *tokens;
+    } cases[] = {
+        {"f_8u", "8u,8u,8u"},
+        {"f_8u16s", "8u,16s,16s"},
+        {"f_8u16s32fc", "8u,16s,32fc"},
+        {"f_8u16s32f64f", "8u,16s,32f"},
+        {"f", ",,"},
     };
     for (const auto& c : cases) {
         psString base, t1, t2, t3, descr;
@@ -78,7 +92,9 @@ TEST(FuncName, TypeTokensApart) {
 }
 
 TEST(FuncName, ArgumentTypes) {
-    const struct { const char *name, *types; } cases[] = {
+    const struct {
+        const char *name, *types;
+    } cases[] = {
         {"ntksEncodeLZ4_8u", "8u 8u 8u 8u"},
         {"ntksDecodeHuff_BZ2_8u16u", "8u 8u 16u 16u"},
         {"ntksF_8u16s", "8u 8u 16s 16s"},
@@ -122,8 +138,10 @@ TEST(FuncName, DerivedDescriptorsCorrectTheTypes) {
 }
 
 TEST(FuncName, DescriptorLetters) {
-    const struct { const char *name, *letters; } cases[] = {
-        {"ntksMTFFwd_8u", ""}, {"ntksExpand_8u_I", "I"}, {"ntkiAdd_8u_C1MIR", "IMR"},
+    const struct {
+        const char *name, *letters;
+    } cases[] = {
+        {"ntksMTFFwd_8u", ""},    {"ntksExpand_8u_I", "I"}, {"ntkiAdd_8u_C1MIR", "IMR"},
         {"ntksAdd_16s_Sfs", "S"}, {"ntksISMR_8u", ""},
     };
     for (const auto& c : cases) {
@@ -136,11 +154,13 @@ TEST(FuncName, DescriptorLetters) {
 }
 
 TEST(FuncName, PixelLayout) {
-    const struct { const char *descr, *layout; } cases[] = {
+    const struct {
+        const char *descr, *layout;
+    } cases[] = {
         // source and destination: channels, p(lanes), a(lpha); then coi
-        {"", "1 1"},          {"C3R", "3 3"},     {"C3P3R", "3 3p"},
-        {"P3C4R", "3p 4"},    {"AC4R", "4a 4a"},  {"C3AC4R", "3 4a"},
-        {"C1C3R", "1 3"},     {"C3CR", "3 3 coi"}, {"Sfs", "1 1"},
+        {"", "1 1"},       {"C3R", "3 3"},      {"C3P3R", "3 3p"},
+        {"P3C4R", "3p 4"}, {"AC4R", "4a 4a"},   {"C3AC4R", "3 4a"},
+        {"C1C3R", "1 3"},  {"C3CR", "3 3 coi"}, {"Sfs", "1 1"},
     };
     for (const auto& c : cases) {
         const kxFunc f(psString("f_8u_") + c.descr);
@@ -156,7 +176,7 @@ TEST(FuncName, PixelLayout) {
 TEST(FuncName, Order) {
     // Each one before the next.
     const char* const names[] = {"ntksAdd_8u", "ntksAdd_16u", "ntksAdd_16u_I", "ntksAdd_16u16s",
-                                 "ntksAdd_8s", "ntksAdd_32f", "ntksAdd_8sc", "ntksMul_8u"};
+                                 "ntksAdd_8s", "ntksAdd_32f", "ntksAdd_8sc",   "ntksMul_8u"};
     const int count = static_cast<int>(std::size(names));
     for (int a = 0; a < count; ++a) {
         for (int b = 0; b < count; ++b) {

@@ -104,17 +104,17 @@ TEST(StepIterator, RefusalNamesTheFaultAndKeepsTheProgression) {
         const char* text;
         std::string message;
     };
-    std::vector<Case> cases = {{"x;10;+1", "--NTK. Exception: Invalid first value = x"},
-                               {"1;y;+1", "--NTK. Exception: Invalid last value = y"},
-                               {"1;10;+z", "--NTK. Exception: Invalid step = z"},
-                               {"10;1;+", "--NTK. Exception: Invalid step = "},
-                               {"1;2;3;*4", "--NTK. Exception: Invalid value of Length = *4"},
-                               {"1;two", "--NTK. Exception: Invalid value of Length = two"},
-                               {"16k", "--NTK. Exception: Invalid value of Length = 16k"},
-                               {"4294967300",
-                                "--NTK. Exception: Invalid value of Length = 4294967300"},
-                               {"", "--NTK. Signal: Empty iterator definition"},
-                               {";;", "--NTK. Signal: Empty iterator definition"}};
+    std::vector<Case> cases = {
+        {"x;10;+1", "--NTK. Exception: Invalid first value = x"},
+        {"1;y;+1", "--NTK. Exception: Invalid last value = y"},
+        {"1;10;+z", "--NTK. Exception: Invalid step = z"},
+        {"10;1;+", "--NTK. Exception: Invalid step = "},
+        {"1;2;3;*4", "--NTK. Exception: Invalid value of Length = *4"},
+        {"1;two", "--NTK. Exception: Invalid value of Length = two"},
+        {"16k", "--NTK. Exception: Invalid value of Length = 16k"},
+        {"4294967300", "--NTK. Exception: Invalid value of Length = 4294967300"},
+        {"", "--NTK. Signal: Empty iterator definition"},
+        {";;", "--NTK. Signal: Empty iterator definition"}};
     for (const char* const text :
          {"1;10;-3", "1;10;-1", "10;1;+3", "1;10;+0", "1;10;+-1", "10;1;-0", "7;7;-1", "1;100;*1",
           "0;100;*2", "-8;100;*2", "8;1;*2", "8;-8;*2", "-8;-1;*2", "-3;-3;*2"})

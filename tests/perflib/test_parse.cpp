@@ -18,7 +18,9 @@ std::string words(const char* text, const char* separators) {
 }
 
 TEST(Parse, Words) {
-    const struct { const char *text, *separators, *words; } cases[] = {
+    const struct {
+        const char *text, *separators, *words;
+    } cases[] = {
         {"a b  c", " ", "<a><b><c>"},
         {"16;1024; *2", "; ", "<16><1024><*2>"},
         {";;", ";", ""},

@@ -189,8 +189,8 @@ TEST(Reports, TestResultIsOneRecord) {
         for (const int level : {PS_OUT_ERR, PS_OUT_WARN}) {
             const Captured terse(level);
             g_ostrm << report;
-            const bool told = report.measuredNothing() ||
-                              (c.outcome == PS_FUNC_NOTE && level == PS_OUT_WARN);
+            const bool told =
+                report.measuredNothing() || (c.outcome == PS_FUNC_NOTE && level == PS_OUT_WARN);
             const std::string word = psResultWord(report.result());
             EXPECT_EQ(terse.text(), told ? "-- ntksName: " + word + "\n" : "");
         }

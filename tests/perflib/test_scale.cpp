@@ -17,7 +17,9 @@ std::string steps(kxScaleIterator& scale) {
 }
 
 TEST(ScaleFactor, IteratesOnlyWhereTheFunctionScales) {
-    const struct { const char *function, *defaultSteps, *givenSteps; } cases[] = {
+    const struct {
+        const char *function, *defaultSteps, *givenSteps;
+    } cases[] = {
         {"ntksAdd_16s_Sfs", "ScaleFactor: 0 1 2 -1", "ScaleFactor: 4 -4"},
         {"ntksAdd_16s_FixI", "ScaleFactor: 0 1 2 -1", "ScaleFactor: 4 -4"},
         {"ntksAdd_16s_I", ": 0", ": 0"},

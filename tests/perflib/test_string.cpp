@@ -92,7 +92,11 @@ TEST(String, Parts) {
 }
 
 TEST(String, Searches) {
-    const struct { const char* text; const char* word; int first, last; } cases[] = {
+    const struct {
+        const char* text;
+        const char* word;
+        int first, last;
+    } cases[] = {
         {"abcabc", "bc", 1, 4}, {"abcabc", "x", -1, -1}, {"ab", "abc", -1, -1},
         {"aaa", "aa", 0, 1},    {"abc", "", 0, 3},       {"", "", 0, 0},
     };
@@ -108,9 +112,13 @@ TEST(String, Searches) {
 }
 
 TEST(String, Compare) {
-    const struct { const char* a; const char* b; int order; } cases[] = {
-        {"abc", "abcd", -1}, {"abd", "abc", 1}, {"abc", "abd", -1}, {"abc", "abc", 0},
-        {"abcdef", "abc", 3}, {"", "ab", -2},   {"\xe4", "a", -1},
+    const struct {
+        const char* a;
+        const char* b;
+        int order;
+    } cases[] = {
+        {"abc", "abcd", -1},  {"abd", "abc", 1}, {"abc", "abd", -1}, {"abc", "abc", 0},
+        {"abcdef", "abc", 3}, {"", "ab", -2},    {"\xe4", "a", -1},
     };
     for (const auto& c : cases) {
         EXPECT_EQ(psString(c.a).compare(c.b), c.order) << c.a << " " << c.b;
@@ -131,9 +139,13 @@ TEST(String, TrimKeepsLineFeedsInFrontAndCarriageReturnsBehind) {
 }
 
 TEST(String, PathParts) {
-    const struct { const char *path, *dir, *name, *title; } cases[] = {
-        {"a/b\\c.txt", "a/b\\", "c.txt", "c"}, {"a\\b/c.tar.gz", "a\\b/", "c.tar.gz", "c.tar"},
-        {"plain", "", "plain", "plain"},       {"dir.d/file", "dir.d/", "file", "file"},
+    const struct {
+        const char *path, *dir, *name, *title;
+    } cases[] = {
+        {"a/b\\c.txt", "a/b\\", "c.txt", "c"},
+        {"a\\b/c.tar.gz", "a\\b/", "c.tar.gz", "c.tar"},
+        {"plain", "", "plain", "plain"},
+        {"dir.d/file", "dir.d/", "file", "file"},
         {"dir/", "dir/", "", ""},
     };
     for (const auto& c : cases) {
@@ -164,7 +176,9 @@ template <class T> std::string read(const char* text) {
 }
 
 TEST(Convert, ReadersOfNumbers) {
-    const struct { const char *text, *asInt, *asInt64, *asUnsigned64, *asDouble; } cases[] = {
+    const struct {
+        const char *text, *asInt, *asInt64, *asUnsigned64, *asDouble;
+    } cases[] = {
         {"", "77", "77", "77", "77"},
         {"  ", "77", "77", "77", "77"},
         {"x1", "77!", "77!", "77!", "77!"},
@@ -191,9 +205,9 @@ TEST(Convert, ReadersOfNumbers) {
 
 TEST(Convert, ReadersOfBool) {
     const char* const cases[][2] = {
-        {"Yes", "yes"}, {"true", "yes"}, {"1", "yes"},  {" T ", "yes"}, {"No", "no"},
-        {"false", "no"}, {"0", "no"},    {"", "no!"},   {" ", "no!"},   {"maybe", "no!"},
-        {"10", "no!"},   {"00", "no!"},
+        {"Yes", "yes"}, {"true", "yes"},  {"1", "yes"},  {" T ", "yes"},
+        {"No", "no"},   {"false", "no"},  {"0", "no"},   {"", "no!"},
+        {" ", "no!"},   {"maybe", "no!"}, {"10", "no!"}, {"00", "no!"},
     };
     for (const auto& [text, expected] : cases) {
         EXPECT_EQ(read<bool>(text), expected) << text;
@@ -212,11 +226,20 @@ const int levelValues[] = {1, 2, 4, 6};
 const psString levelNames[] = {"ERR", "WARN", "PERF", "PERFALL"};
 
 TEST(Keyword, FitIsACaseInsensitivePrefix) {
-    const struct { const char *text, *name; int skip; bool fits; } cases[] = {
-        {"err", "ERR", 0, true},  {"E", "ERR", 0, true},    {"ERR", "ERR", 0, true},
-        {"errs", "ERR", 0, false}, {"", "ERR", 0, true},
-        {"enc", "ntksEncodeLZ4_8u", 4, true}, {"NTKSenc", "ntksEncodeLZ4_8u", 4, true},
-        {"enc", "ntksEncodeLZ4_8u", 0, false}, {"x", "abc", 4, false},
+    const struct {
+        const char *text, *name;
+        int skip;
+        bool fits;
+    } cases[] = {
+        {"err", "ERR", 0, true},
+        {"E", "ERR", 0, true},
+        {"ERR", "ERR", 0, true},
+        {"errs", "ERR", 0, false},
+        {"", "ERR", 0, true},
+        {"enc", "ntksEncodeLZ4_8u", 4, true},
+        {"NTKSenc", "ntksEncodeLZ4_8u", 4, true},
+        {"enc", "ntksEncodeLZ4_8u", 0, false},
+        {"x", "abc", 4, false},
     };
     for (const auto& c : cases) {
         EXPECT_EQ(fitString(c.text, c.name, c.skip), c.fits) << c.text << " " << c.name;
@@ -241,7 +264,11 @@ TEST(Keyword, FlagTexts) {
     EXPECT_EQ(str(flagString(0, flags, names, 2)), "0");
     EXPECT_EQ(str(flagString(5, flags, names, 2)), "A|B");
     EXPECT_EQ(str(flagString(2, flags, names, 2)), "2");
-    const struct { const char* text; int value; bool bad; } cases[] = {
+    const struct {
+        const char* text;
+        int value;
+        bool bad;
+    } cases[] = {
         {"", 0, false}, {"a|b", 5, false}, {"b,;a a", 5, false}, {"a x b", 5, true}, {"x", 0, true},
     };
     for (const auto& c : cases) {

@@ -222,7 +222,7 @@ TEST_F(ToolTest, AFailedRunEndsTheAutoMethodAndShowsItsHistory) {
 TEST_F(ToolTest, AFailureInAnyRunEndsTheAutoMethodAtOnce) {
     const Captured log;
     const struct {
-        size_t failing; // the run that fails
+        size_t failing;                // the run that fails
         std::vector<long long> clocks; // 3% more per call in 4 loops: confirming runs follow
     } cases[] = {{2, {20000, 80000}}, {2, {20000, 0}}, {3, {20000, 82400}}};
     for (const auto& c : cases) {

@@ -85,8 +85,11 @@ TEST(Vector, AForgottenBlockIsNotReleasedForItsNextOwner) {
 }
 
 TEST(Vector, FailuresAreReportedAndLeaveItEmpty) {
-    const struct { kxType type; int len; const char* size; } cases[] = {
-        {kx64fc, INT_MAX, "34359738352"}, {kx8u, -5, "-5"}, {kxUndef, 4, "0"}};
+    const struct {
+        kxType type;
+        int len;
+        const char* size;
+    } cases[] = {{kx64fc, INT_MAX, "34359738352"}, {kx8u, -5, "-5"}, {kxUndef, 4, "0"}};
     for (const auto& c : cases) {
         const Captured captured(PS_OUT_ERR);
         kxVector vector(c.type);
@@ -99,8 +102,11 @@ TEST(Vector, FailuresAreReportedAndLeaveItEmpty) {
 }
 
 TEST(Vector, AlignmentCountsBytesOrElements) {
-    const struct { bool byByte; int n; unsigned below; } cases[] = {
-        {true, 0, 3}, {false, 0, 12}, {true, 2, 6}, {false, 2, 6}};
+    const struct {
+        bool byByte;
+        int n;
+        unsigned below;
+    } cases[] = {{true, 0, 3}, {false, 0, 12}, {true, 2, 6}, {false, 2, 6}};
     psSetVectorAlign(3);
     for (const auto& c : cases) {
         psSetAlignByByte(c.byByte);
@@ -144,7 +150,13 @@ TEST(Vector, ReservedCopyBringsTheDataBack) {
 }
 
 TEST(Vector, PlainFills) {
-    const struct { kxType type; int len; int mode; double a, b; const char* values; } cases[] = {
+    const struct {
+        kxType type;
+        int len;
+        int mode;
+        double a, b;
+        const char* values;
+    } cases[] = {
         {kx8u, 3, SET_NONE, 5, 5, "0 0 0"},
         {kx8u, 2, SET_CONST, 3.9, 0, "3 3"},
         {kx8u, 2, SET_CONST, 1e9, 0, "255 255"},
@@ -195,7 +207,11 @@ TEST(Vector, LimitsAreUsableNumbers) {
 }
 
 TEST(Vector, JaehneFill) {
-    const struct { kxType type; double magnitude; const char* values; } cases[] = {
+    const struct {
+        kxType type;
+        double magnitude;
+        const char* values;
+    } cases[] = {
         // offset + magnitude * sin(pi/2 * n * n / 4), n = 0..3
         {kx8u, 100, "127 165 227 89"},
         {kx8u, 1000, "127 176 255 78"}, // cut to half the range: 127.5
@@ -216,10 +232,13 @@ TEST(Vector, JaehneFill) {
 }
 
 TEST(Vector, RandomStaysInItsRangeAndFillsIt) {
-    const struct { kxType type; double low, high, expectedLow, expectedHigh; } cases[] = {
-        {kx8u, 0, 0, 0, 255},         {kx8s, 0, 0, -128, 127},    {kx8u, 10, 12, 10, 12},
-        {kx8s, 3, -3, -3, 3},         {kx8u, 0.2, 3.9, 1, 3},     {kx8u, 0.2, 0.9, 0, 0},
-        {kx8u, -50, 300, 0, 255},     {kx8sc, -2, 2, -2, 2},
+    const struct {
+        kxType type;
+        double low, high, expectedLow, expectedHigh;
+    } cases[] = {
+        {kx8u, 0, 0, 0, 255},     {kx8s, 0, 0, -128, 127}, {kx8u, 10, 12, 10, 12},
+        {kx8s, 3, -3, -3, 3},     {kx8u, 0.2, 3.9, 1, 3},  {kx8u, 0.2, 0.9, 0, 0},
+        {kx8u, -50, 300, 0, 255}, {kx8sc, -2, 2, -2, 2},
     };
     for (const auto& c : cases) {
         kxVector vector(c.type);
@@ -269,7 +288,11 @@ TEST(Vector, RandomDataFollowTheSeed) {
 }
 
 TEST(Vector, TextColumns) {
-    const struct { kxType type; double re, im; const char* text; } cases[] = {
+    const struct {
+        kxType type;
+        double re, im;
+        const char* text;
+    } cases[] = {
         {kx8u, 255, 0, " 255 255"},
         {kx16u, 65535, 0, " 65535 65535"},
         {kx32u, 4294967295.0, 0, " 4294967295 4294967295"},
@@ -284,11 +307,13 @@ TEST(Vector, TextColumns) {
         {kx8sc, -1, 2, " (   -1,    2) (   -1,    2)"},
         {kx16sc, -1, 2, " (     -1,      2) (     -1,      2)"},
         {kx32sc, -1, 2, " (          -1,           2) (          -1,           2)"},
-        {kx64sc, 1, 2, " (                       1,                       2)"
-                       " (                       1,                       2)"},
+        {kx64sc, 1, 2,
+         " (                       1,                       2)"
+         " (                       1,                       2)"},
         {kx32fc, 1.5, -2, " (           1.5,            -2) (           1.5,            -2)"},
-        {kx64fc, 1e-300, 2, " (              1e-300,                   2)"
-                            " (              1e-300,                   2)"},
+        {kx64fc, 1e-300, 2,
+         " (              1e-300,                   2)"
+         " (              1e-300,                   2)"},
     };
     for (const auto& c : cases) {
         kxVector vector(c.type);

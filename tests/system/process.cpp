@@ -133,20 +133,13 @@ struct Files {
 
     void setConsole(Console console) {
         switch (console) {
-        case Console::closed:
-            posix_spawn_file_actions_addclose(&actions, STDOUT_FILENO);
-            return;
+        case Console::closed: posix_spawn_file_actions_addclose(&actions, STDOUT_FILENO); return;
         case Console::fullDisk:
             posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/full", O_WRONLY, 0);
             return;
-        case Console::brokenPipe:
-            output.reader.close();
-            break;
-        case Console::terminal:
-            output = terminal(60);
-            break;
-        case Console::read:
-            break;
+        case Console::brokenPipe: output.reader.close(); break;
+        case Console::terminal: output = terminal(60); break;
+        case Console::read: break;
         }
         posix_spawn_file_actions_adddup2(&actions, output.writer.number(), STDOUT_FILENO);
     }

@@ -26,8 +26,9 @@ protected:
 };
 
 TEST_F(SettingsFiles, ArgumentFilesStandInPlaceOfTheirKey) {
-    write("a.arg", "-B;-dMethod=Manual\n\t-dNumLoops=1 -f=ntksAdler32_8u\r\n"
-                   "\"-olog with blanks.txt\" -r \"table with blanks.csv\" -@b.arg -@a.arg stray\n");
+    write("a.arg",
+          "-B;-dMethod=Manual\n\t-dNumLoops=1 -f=ntksAdler32_8u\r\n"
+          "\"-olog with blanks.txt\" -r \"table with blanks.csv\" -@b.arg -@a.arg stray\n");
     write("b.arg", "-Zneverseen");
     write("empty.arg", "");
     const Outcome outcome = runWell({"-f=ntksCRC32_8u", "-@a.arg", "-@", "empty.arg", "-s-"});
@@ -162,8 +163,8 @@ TEST_F(SettingsFiles, ASectionHoldsForItsTestAlone) {
     EXPECT_EQ(timesIn(asked.output, "for CodeLength [32]: "), 2) << asked.output;
     EXPECT_EQ(timesIn(asked.output, "\nntksCRC32_8u: CodeLength="), 1) << asked.output;
     // What the file sets for all is not asked for each.
-    const Outcome set = run(Texts{"-A", "-dMethod=Manual", "-dNumLoops=1"} + keys,
-                            {.input = "\n\n\n\n\n\n\n\n"});
+    const Outcome set =
+        run(Texts{"-A", "-dMethod=Manual", "-dNumLoops=1"} + keys, {.input = "\n\n\n\n\n\n\n\n"});
     EXPECT_EQ(timesIn(set.output, "for CodeLength ["), 0) << set.output;
 }
 

@@ -73,7 +73,7 @@ unsigned byteAt(const std::string& bytes, std::size_t at) {
     return static_cast<unsigned char>(bytes.at(at));
 }
 
-}  // namespace
+} // namespace
 
 TEST(CorpusKinds, TextFilesHoldPrintableLinesOfSensibleLength) {
     struct Case {
@@ -82,9 +82,9 @@ TEST(CorpusKinds, TextFilesHoldPrintableLinesOfSensibleLength) {
         std::size_t meanLineAtLeast, meanLineAtMost;
     };
     const std::vector<Case> cases{
-        {"bib", 240, 10, 40},    {"book1", 200, 30, 55},   {"book2", 240, 30, 76},
-        {"news", 200, 20, 72},   {"paper1", 240, 20, 66},  {"paper2", 240, 25, 76},
-        {"progc", 200, 10, 40},  {"progl", 200, 20, 60},   {"progp", 200, 15, 45},
+        {"bib", 240, 10, 40},   {"book1", 200, 30, 55},  {"book2", 240, 30, 76},
+        {"news", 200, 20, 72},  {"paper1", 240, 20, 66}, {"paper2", 240, 25, 76},
+        {"progc", 200, 10, 40}, {"progl", 200, 20, 60},  {"progp", 200, 15, 45},
     };
     for (const Case& given : cases) {
         SCOPED_TRACE(given.name);
@@ -129,7 +129,7 @@ TEST(CorpusKinds, NewsArticlesHaveTheLengthsThatTheirHeadersState) {
         const std::size_t start = all.find('\n', at) + 1;
         const std::size_t length = std::stoul(all.substr(at + mark.size()));
         if (start + length > all.size()) {
-            break;  // the last article is cut
+            break; // the last article is cut
         }
         const std::string article = all.substr(start, length);
         const std::size_t body = article.find("\n\n") + 2;
@@ -163,8 +163,8 @@ TEST(CorpusKinds, SurveySamplesAreNormalisedNumbersThatVarySlowly) {
         sizes += std::abs(value);
         last = value;
     }
-    EXPECT_GT(sizes / 1440, 10);  // not all zero
-    EXPECT_LT(steps, sizes);      // noise would step by more than its own size
+    EXPECT_GT(sizes / 1440, 10); // not all zero
+    EXPECT_LT(steps, sizes);     // noise would step by more than its own size
 }
 
 TEST(CorpusKinds, FaxPageHasMarginsAndRowsLikeTheirNeighbours) {
@@ -178,9 +178,9 @@ TEST(CorpusKinds, FaxPageHasMarginsAndRowsLikeTheirNeighbours) {
         changes += static_cast<std::size_t>(
             __builtin_popcount(byteAt(bytes, at) ^ byteAt(bytes, at - kRowBytes)));
     }
-    EXPECT_GT(ink * 100, bytes.size() * 8 * 3);  // percent of the page
+    EXPECT_GT(ink * 100, bytes.size() * 8 * 3); // percent of the page
     EXPECT_LT(ink * 100, bytes.size() * 8 * 15);
-    EXPECT_LT(changes, ink);  // with a wrong row length about twice the ink would change
+    EXPECT_LT(changes, ink); // with a wrong row length about twice the ink would change
     const std::string firstRows = bytes.substr(0, 100 * kRowBytes);
     EXPECT_GT(std::count(firstRows.begin(), firstRows.end(), '\0'), 100 * 216 - 50);
 }
@@ -235,7 +235,7 @@ TEST(CorpusKinds, SessionUsesWellFormedEscapeSequences) {
         ASSERT_EQ(text.at(at + 1), '[');
         const std::size_t end = text.find_first_not_of("0123456789;", at + 2);
         if (end == std::string::npos || end + 1 == text.size()) {
-            break;  // cut off by the end of the file
+            break; // cut off by the end of the file
         }
         EXPECT_NE(std::string("HKm@L").find(text[end]), std::string::npos) << text[end];
         ++sequences;

@@ -25,30 +25,44 @@ constexpr Rule kRules[] = {
     {"path", Split::Lines, corpus::kEven, "a/b"},
     {"block", Split::Blocks, corpus::kEven, "\nif\n\tx\n\nend"},
     {"tail", Split::Blocks, corpus::kEven, "\n$none\nnext"},
-    {"nest", Split::Lines, corpus::kEven, "end\nstop\ndone\n($nest $nest)\n"
+    {"nest", Split::Lines, corpus::kEven,
+     "end\nstop\ndone\n($nest $nest)\n"
      "[$nest $nest]\n{$nest $nest}\n<$nest $nest>"},
 };
 
-}  // namespace
+} // namespace
 
 TEST(Inflect, MakesTheFormsOfRegularAndListedWords) {
     struct Case {
         std::string word, form, expected;
     };
     const std::vector<Case> cases{
-        {"take/took/taken", "", "take"},     {"take/took/taken", "ed", "took"},
-        {"take/took/taken", "en", "taken"},  {"take/took/taken", "ing", "taking"},
-        {"steal/stole", "en", "stole"},      {"open", "ed", "opened"},
-        {"stop", "ing", "stopping"},         {"carry", "ed", "carried"},
-        {"stay", "ed", "stayed"},            {"regret", "ed", "regretted"},
-        {"see/saw/seen", "ing", "seeing"},   {"fix", "ing", "fixing"},
-        {"box", "pl", "boxes"},              {"foot/feet", "pl", "feet"},
-        {"city", "pl", "cities"},            {"quay", "pl", "quays"},
-        {"branch", "s", "branches"},         {"simple", "ly", "simply"},
-        {"happy", "ly", "happily"},          {"basic", "ly", "basically"},
-        {"big", "er", "bigger"},             {"mysterious", "er", "more mysterious"},
-        {"owl", "an", "an owl"},             {"a/b", "cap", "A/b"},
-        {"half-open door", "id", "half_open_door"}, {"x1y", "up", "X1Y"},
+        {"take/took/taken", "", "take"},
+        {"take/took/taken", "ed", "took"},
+        {"take/took/taken", "en", "taken"},
+        {"take/took/taken", "ing", "taking"},
+        {"steal/stole", "en", "stole"},
+        {"open", "ed", "opened"},
+        {"stop", "ing", "stopping"},
+        {"carry", "ed", "carried"},
+        {"stay", "ed", "stayed"},
+        {"regret", "ed", "regretted"},
+        {"see/saw/seen", "ing", "seeing"},
+        {"fix", "ing", "fixing"},
+        {"box", "pl", "boxes"},
+        {"foot/feet", "pl", "feet"},
+        {"city", "pl", "cities"},
+        {"quay", "pl", "quays"},
+        {"branch", "s", "branches"},
+        {"simple", "ly", "simply"},
+        {"happy", "ly", "happily"},
+        {"basic", "ly", "basically"},
+        {"big", "er", "bigger"},
+        {"mysterious", "er", "more mysterious"},
+        {"owl", "an", "an owl"},
+        {"a/b", "cap", "A/b"},
+        {"half-open door", "id", "half_open_door"},
+        {"x1y", "up", "X1Y"},
     };
     for (const Case& given : cases) {
         EXPECT_EQ(corpus::inflect(given.word, given.form), given.expected) << given.word;
@@ -126,7 +140,7 @@ TEST(RankPicker, PrefersTheFirstRanksUnlessEven) {
 
 TEST(TextFlow, FillsLinesToTheWidthAndFitsToASize) {
     corpus::TextFlow flow(10);
-    flow.fill("abcd efghi jklm nopqrs");  // ten columns fit, eleven do not
+    flow.fill("abcd efghi jklm nopqrs"); // ten columns fit, eleven do not
     flow.fill("incomprehensible");
     flow.line(".sp");
     flow.fill("end");

@@ -181,7 +181,7 @@ $nothing
         Internal Report $two/$d19)"},
 };
 
-}  // namespace
+} // namespace
 
 std::string makeBibliography(std::size_t sizeBytes) {
     const Grammar grammar({technicalWords(), names(), reportSentences(), kRules}, kFlatnessPercent);
@@ -203,4 +203,4 @@ std::string makeBibliography(std::size_t sizeBytes) {
     return fitTo(std::move(all), sizeBytes);
 }
 
-}  // namespace corpus
+} // namespace corpus

@@ -7,9 +7,7 @@
 namespace corpus {
 
 Bitmap::Bitmap(int widthPixels, int heightPixels)
-    : m_width(widthPixels),
-      m_height(heightPixels),
-      m_rowBytes((widthPixels + 7) / 8),
+    : m_width(widthPixels), m_height(heightPixels), m_rowBytes((widthPixels + 7) / 8),
       m_bytes(static_cast<std::size_t>(m_rowBytes * heightPixels), '\0') {}
 
 bool Bitmap::isBlack(int x, int y) const {
@@ -22,8 +20,8 @@ bool Bitmap::isBlack(int x, int y) const {
 
 bool Bitmap::isAtEdge(int x, int y) const {
     const bool black = isBlack(x, y);
-    return black != isBlack(x - 1, y) || black != isBlack(x + 1, y) ||
-           black != isBlack(x, y - 1) || black != isBlack(x, y + 1);
+    return black != isBlack(x - 1, y) || black != isBlack(x + 1, y) || black != isBlack(x, y - 1) ||
+           black != isBlack(x, y + 1);
 }
 
 void Bitmap::setPixel(int x, int y, bool black) {
@@ -116,4 +114,4 @@ void Bitmap::scan(int roughPerMille, Random& random) {
     }
 }
 
-}  // namespace corpus
+} // namespace corpus

@@ -45,4 +45,4 @@ constexpr int kGlyphDots = 6;
 // Nine rows of five dots, the leftmost in bit 4; characters without a glyph are blank.
 const unsigned char* glyphRows(char character);
 
-}  // namespace corpus
+} // namespace corpus

@@ -31,4 +31,4 @@ inline void appendLittle32(std::uint32_t value, std::string& out) {
     appendLittle16(value >> 16, out);
 }
 
-}  // namespace corpus
+} // namespace corpus

@@ -33,7 +33,7 @@ int make(const std::string& directory, bool replaceOthers, std::ostream& out, st
     return kSuccess;
 }
 
-}  // namespace
+} // namespace
 
 int runCommand(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err) {
     bool replaceOthers = false;
@@ -59,4 +59,4 @@ int runCommand(const std::vector<std::string>& arguments, std::ostream& out, std
     return make(directory, replaceOthers, out, err);
 }
 
-}  // namespace corpus
+} // namespace corpus

@@ -17,8 +17,9 @@ constexpr std::size_t kEndingAlternatives = 3;
 
 // White space as wide as the last line of out, tabs kept.
 std::string marginAtEnd(const std::string& out) {
-    std::string margin = out.substr(out.rfind('\n') + 1);  // npos + 1 is 0
-    std::replace_if(margin.begin(), margin.end(), [](char c) { return c != '\t'; }, ' ');
+    std::string margin = out.substr(out.rfind('\n') + 1); // npos + 1 is 0
+    std::replace_if(
+        margin.begin(), margin.end(), [](char c) { return c != '\t'; }, ' ');
     return margin;
 }
 
@@ -36,7 +37,7 @@ void appendAligned(const std::string& text, std::string& out) {
     }
 }
 
-}  // namespace
+} // namespace
 
 std::string Expander::expand(std::string_view text) {
     std::string out;
@@ -120,4 +121,4 @@ std::string Expander::drawWord(std::string_view name, const Grammar::CompiledRul
     return words[rule.picker.pick(m_random)];
 }
 
-}  // namespace corpus
+} // namespace corpus

@@ -55,4 +55,4 @@ private:
     int m_depth = 0;
 };
 
-}  // namespace corpus
+} // namespace corpus

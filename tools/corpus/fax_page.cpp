@@ -27,10 +27,8 @@ constexpr int kFigurePixels = 300;
 class FaxPage {
 public:
     explicit FaxPage(int heightPixels)
-        : m_height(heightPixels),
-          m_page(kWidthPixels, heightPixels),
-          m_grammar({technicalWords(), names(), reportSentences()}, 100),
-          m_text(m_grammar, 13) {}
+        : m_height(heightPixels), m_page(kWidthPixels, heightPixels),
+          m_grammar({technicalWords(), names(), reportSentences()}, 100), m_text(m_grammar, 13) {}
 
     std::string write() {
         const int top = m_height / 10;
@@ -114,7 +112,7 @@ private:
     int m_figure = 1;
 };
 
-}  // namespace
+} // namespace
 
 std::string makeFaxPage(std::size_t sizeBytes) {
     std::string page = FaxPage(static_cast<int>(sizeBytes / kRowBytes)).write();
@@ -122,4 +120,4 @@ std::string makeFaxPage(std::size_t sizeBytes) {
     return page;
 }
 
-}  // namespace corpus
+} // namespace corpus

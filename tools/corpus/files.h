@@ -21,4 +21,4 @@ std::string makeLispProgram(std::size_t sizeBytes);   // progl
 std::string makePascalProgram(std::size_t sizeBytes); // progp
 std::string makeSession(std::size_t sizeBytes);       // trans
 
-}  // namespace corpus
+} // namespace corpus

@@ -87,7 +87,7 @@ constexpr Glyph kGlyphs[] = {
 
 constexpr unsigned char kBlank[9] = {};
 
-}  // namespace
+} // namespace
 
 const unsigned char* glyphRows(char character) {
     for (const Glyph& glyph : kGlyphs) {
@@ -98,4 +98,4 @@ const unsigned char* glyphRows(char character) {
     return kBlank;
 }
 
-}  // namespace corpus
+} // namespace corpus

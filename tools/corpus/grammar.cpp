@@ -13,7 +13,7 @@ unsigned scaledFlatness(unsigned flatness, unsigned percent) {
     return flatness == kEven ? kEven : std::max(kSteep, flatness * percent / 100);
 }
 
-}  // namespace
+} // namespace
 
 Grammar::Grammar(std::initializer_list<RuleBook> books, unsigned flatnessPercent) {
     for (const RuleBook& book : books) {
@@ -39,4 +39,4 @@ const Grammar::CompiledRule* Grammar::find(std::string_view name) const {
     return found == m_rules.end() ? nullptr : &found->second;
 }
 
-}  // namespace corpus
+} // namespace corpus

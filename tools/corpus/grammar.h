@@ -42,8 +42,8 @@ public:
     struct CompiledRule {
         Split split;
         RankPicker picker;
-        std::vector<Alternative> alternatives;  // of a rule of lines or blocks
-        std::vector<std::string> words;         // of a word list
+        std::vector<Alternative> alternatives; // of a rule of lines or blocks
+        std::vector<std::string> words;        // of a word list
     };
 
     // The rule, or null when there is none of that name.
@@ -53,4 +53,4 @@ private:
     std::map<std::string, CompiledRule, std::less<>> m_rules;
 };
 
-}  // namespace corpus
+} // namespace corpus

@@ -145,7 +145,7 @@ std::string pluralOf(std::string_view word) {
     return irregular.empty() ? withS(field(word, 0)) : std::string(irregular);
 }
 
-}  // namespace
+} // namespace
 
 bool isTextForm(std::string_view form) {
     return form == "cap" || form == "up" || form == "id" || form == "an";
@@ -179,4 +179,4 @@ std::string inflect(std::string_view word, std::string_view form) {
     throw std::logic_error("unknown word form '" + std::string(form) + "'");
 }
 
-}  // namespace corpus
+} // namespace corpus

@@ -22,4 +22,4 @@ std::string inflect(std::string_view word, std::string_view form);
 // True for the forms of the second group.
 bool isTextForm(std::string_view form);
 
-}  // namespace corpus
+} // namespace corpus

@@ -14,7 +14,7 @@ int hexDigit(char c) {
     return c >= 'A' && c <= 'F' ? c - 'A' + 10 : -1;
 }
 
-}  // namespace
+} // namespace
 
 void appendCode(std::string_view pattern, const std::function<void(char)>& appendOperand,
                 std::string& out) {
@@ -41,8 +41,7 @@ void RecentStatements::add(std::string code) {
     }
 }
 
-void RecentStatements::repeat(std::uint32_t maxStatements, Random& random,
-                              std::string& out) const {
+void RecentStatements::repeat(std::uint32_t maxStatements, Random& random, std::string& out) const {
     if (m_codes.empty()) {
         return;
     }
@@ -53,4 +52,4 @@ void RecentStatements::repeat(std::uint32_t maxStatements, Random& random,
     }
 }
 
-}  // namespace corpus
+} // namespace corpus

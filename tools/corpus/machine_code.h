@@ -33,4 +33,4 @@ private:
     std::deque<std::string> m_codes;
 };
 
-}  // namespace corpus
+} // namespace corpus

@@ -247,10 +247,10 @@ private:
     int m_topic = 0;
 };
 
-}  // namespace
+} // namespace
 
 std::string makeNews(std::size_t sizeBytes) {
     return Spool().write(sizeBytes);
 }
 
-}  // namespace corpus
+} // namespace corpus

@@ -43,12 +43,10 @@ std::string scanned(std::string text, Random& random) {
 class Novel {
 public:
     explicit Novel(std::size_t sizeBytes)
-        : m_sizeBytes(sizeBytes),
-          m_grammar({everydayNouns(), everydayVerbsAndAdjectives(), names(), storyParts(),
-                     storyClauses(), storyTalk()},
-                    kFlatnessPercent),
-          m_text(m_grammar, 1),
-          m_flow(kLineColumns) {}
+        : m_sizeBytes(sizeBytes), m_grammar({everydayNouns(), everydayVerbsAndAdjectives(), names(),
+                                             storyParts(), storyClauses(), storyTalk()},
+                                            kFlatnessPercent),
+          m_text(m_grammar, 1), m_flow(kLineColumns) {}
 
     std::string write() {
         m_flow.line("<Y 1881>\n<A ANON.>\n<T The Lights of Saltmouth>");
@@ -110,10 +108,10 @@ private:
     std::size_t m_pageEnd = kPrintedPageBytes;
 };
 
-}  // namespace
+} // namespace
 
 std::string makeNovel(std::size_t sizeBytes) {
     return Novel(sizeBytes).write();
 }
 
-}  // namespace corpus
+} // namespace corpus

@@ -88,9 +88,7 @@ public:
     explicit LargeObject(std::size_t sizeBytes)
         : m_sizeBytes(sizeBytes),
           m_grammar({technicalWords(), names(), reportSentences(), kRules}, 100),
-          m_text(m_grammar, 12),
-          m_random(m_text.random()),
-          m_patterns(std::size(kPatterns), 8),
+          m_text(m_grammar, 12), m_random(m_text.random()), m_patterns(std::size(kPatterns), 8),
           m_jumps(kJumps, kJumpFlatness) {}
 
     std::string write() {
@@ -142,7 +140,8 @@ private:
         }
         appendBig16(0x4CDF, m_out);
         appendBig16(savedRegisters == 0x0020 ? 0x0400 : 0x1C08, m_out);
-        appendCode("4E5E 205F 4FEF 000A 4ED0", [](char) {}, m_out);
+        appendCode(
+            "4E5E 205F 4FEF 000A 4ED0", [](char) {}, m_out);
         writeLiterals();
     }
 
@@ -152,8 +151,9 @@ private:
             return;
         }
         const std::size_t start = m_out.size();
-        appendCode(kPatterns[m_patterns.pick(m_random)],
-                   [this](char kind) { appendOperand(kind); }, m_out);
+        appendCode(
+            kPatterns[m_patterns.pick(m_random)], [this](char kind) { appendOperand(kind); },
+            m_out);
         m_recent.add(m_out.substr(start));
     }
 
@@ -181,24 +181,22 @@ private:
 
     void appendOperand(char kind) {
         switch (kind) {
-            case 'h': return appendBig16(m_random.pick(m_locals), m_out);
-            case 'i': return appendBig16(8 + 2 * m_random.below(5), m_out);
-            case 'j': return appendBig16(m_random.pick(m_ownJumps), m_out);
-            case 'k': return appendBig16(smallConstant(), m_out);
-            case 'l': return appendBig16(0xE000 + 2 * m_random.below(900), m_out);
-            case 'm': return appendBig16(4 + 2 * m_random.below(branchReach()), m_out);
-            case 'n': return append8(0x07 + m_random.below(6), m_out);
-            case 'o': return append8(0x60 + m_random.below(90), m_out);
-            default: return appendBig16(2 * m_random.below(100), m_out);
+        case 'h': return appendBig16(m_random.pick(m_locals), m_out);
+        case 'i': return appendBig16(8 + 2 * m_random.below(5), m_out);
+        case 'j': return appendBig16(m_random.pick(m_ownJumps), m_out);
+        case 'k': return appendBig16(smallConstant(), m_out);
+        case 'l': return appendBig16(0xE000 + 2 * m_random.below(900), m_out);
+        case 'm': return appendBig16(4 + 2 * m_random.below(branchReach()), m_out);
+        case 'n': return append8(0x07 + m_random.below(6), m_out);
+        case 'o': return append8(0x60 + m_random.below(90), m_out);
+        default: return appendBig16(2 * m_random.below(100), m_out);
         }
     }
 
     // Half of the branches skip a statement or two.
     std::uint32_t branchReach() { return m_random.chance(500) ? 20 : 200; }
 
-    std::uint32_t smallConstant() {
-        return m_random.below(m_random.chance(700) ? 16 : 256);
-    }
+    std::uint32_t smallConstant() { return m_random.below(m_random.chance(700) ? 16 : 256); }
 
     std::size_t m_sizeBytes;
     Grammar m_grammar;
@@ -212,10 +210,10 @@ private:
     std::string m_out;
 };
 
-}  // namespace
+} // namespace
 
 std::string makeLargeObject(std::size_t sizeBytes) {
     return LargeObject(sizeBytes).write();
 }
 
-}  // namespace corpus
+} // namespace corpus

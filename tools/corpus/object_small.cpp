@@ -34,11 +34,38 @@ constexpr int kFunctions = 60;
 // s source operand, t target, l literal, j short jump, k far jump, p procedure, v variable,
 // r register. The frequent patterns first.
 constexpr std::string_view kPatterns[] = {
-    "DD s", "D0 s t", "FB l EF p", "D0 s r", "DD s FB 01 EF p", "D5 s 13 j", "D1 s s 14 j",
-    "DE EF v r", "91 EF v s 12 j", "C1 l r r", "DD s DD s FB 02 EF p", "11 j", "98 EF v r",
-    "C4 14 r C1 r 8F n r D0 r r", "DD r", "D6 s", "D4 s", "32 EF v 7E FB 01 EF p", "6E s r",
-    "31 k", "C2 r r", "D5 r 12 05 D0 01 r 11 02 D4 r", "95 s 13 j", "90 s t", "70 r s",
-    "F6 r EF v", "9A s r", "E9 s j", "CA r r", "78 l r r", "D0 r t 11 j", "64 t r",
+    "DD s",
+    "D0 s t",
+    "FB l EF p",
+    "D0 s r",
+    "DD s FB 01 EF p",
+    "D5 s 13 j",
+    "D1 s s 14 j",
+    "DE EF v r",
+    "91 EF v s 12 j",
+    "C1 l r r",
+    "DD s DD s FB 02 EF p",
+    "11 j",
+    "98 EF v r",
+    "C4 14 r C1 r 8F n r D0 r r",
+    "DD r",
+    "D6 s",
+    "D4 s",
+    "32 EF v 7E FB 01 EF p",
+    "6E s r",
+    "31 k",
+    "C2 r r",
+    "D5 r 12 05 D0 01 r 11 02 D4 r",
+    "95 s 13 j",
+    "90 s t",
+    "70 r s",
+    "F6 r EF v",
+    "9A s r",
+    "E9 s j",
+    "CA r r",
+    "78 l r r",
+    "D0 r t 11 j",
+    "64 t r",
 };
 
 constexpr Rule kRules[] = {
@@ -66,12 +93,9 @@ constexpr Rule kRules[] = {
 class SmallObject {
 public:
     explicit SmallObject(std::size_t sizeBytes)
-        : m_sizeBytes(sizeBytes),
-          m_codeEnd(kPageBytes + sizeBytes * kCodePercent / 100),
-          m_grammar({technicalWords(), names(), kRules}, 100),
-          m_text(m_grammar, 11),
-          m_random(m_text.random()),
-          m_patterns(std::size(kPatterns), 8) {
+        : m_sizeBytes(sizeBytes), m_codeEnd(kPageBytes + sizeBytes * kCodePercent / 100),
+          m_grammar({technicalWords(), names(), kRules}, 100), m_text(m_grammar, 11),
+          m_random(m_text.random()), m_patterns(std::size(kPatterns), 8) {
         for (int i = 0; i < kVariables; ++i) {
             m_variables.push_back(static_cast<std::uint32_t>(m_codeEnd) + 4 * m_random.below(2000));
         }
@@ -95,8 +119,8 @@ public:
 
 private:
     void writeHeader() {
-        const std::size_t sizes[] = {0x108, m_codeEnd - kPageBytes, 0x1400, 0x3C0A, 0x2C8, 0,
-                                     0x340, 0};
+        const std::size_t sizes[] = {0x108, m_codeEnd - kPageBytes, 0x1400, 0x3C0A, 0x2C8, 0, 0x340,
+                                     0};
         for (const std::size_t size : sizes) {
             appendLittle32(static_cast<std::uint32_t>(size), m_out);
         }
@@ -106,7 +130,8 @@ private:
     void writeFunction() {
         m_locals = m_random.between(2, 9);
         appendLittle16(0x0FC0 & (0xFFFFu << m_random.between(6, 11)), m_out);
-        appendCode("C2 l 5E", [this](char kind) { appendOperand(kind); }, m_out);
+        appendCode(
+            "C2 l 5E", [this](char kind) { appendOperand(kind); }, m_out);
         for (int count = m_random.between(5, 40); count > 0; --count) {
             writeStatement();
         }
@@ -120,22 +145,23 @@ private:
             return;
         }
         const std::size_t start = m_out.size();
-        appendCode(kPatterns[m_patterns.pick(m_random)],
-                   [this](char kind) { appendOperand(kind); }, m_out);
+        appendCode(
+            kPatterns[m_patterns.pick(m_random)], [this](char kind) { appendOperand(kind); },
+            m_out);
         m_recent.add(m_out.substr(start));
     }
 
     void appendOperand(char kind) {
         switch (kind) {
-            case 's': return appendSource();
-            case 't': return m_random.chance(600) ? appendLocal() : appendVariable();
-            case 'l': return append8(m_random.chance(300) ? 1 : 4 * m_random.below(8), m_out);
-            case 'r': return append8(0x50 + m_random.below(m_random.chance(600) ? 3 : 10), m_out);
-            case 'j': return append8(m_random.below(m_random.chance(500) ? 32 : 256), m_out);
-            case 'k': return appendLittle16(m_random.below(1200), m_out);
-            case 'n': return appendLittle32(0x4000 + 8 * m_random.below(900), m_out);
-            case 'v': return appendDistance(m_random.pick(m_variables));
-            default: return appendDistance(m_random.pick(m_functions));
+        case 's': return appendSource();
+        case 't': return m_random.chance(600) ? appendLocal() : appendVariable();
+        case 'l': return append8(m_random.chance(300) ? 1 : 4 * m_random.below(8), m_out);
+        case 'r': return append8(0x50 + m_random.below(m_random.chance(600) ? 3 : 10), m_out);
+        case 'j': return append8(m_random.below(m_random.chance(500) ? 32 : 256), m_out);
+        case 'k': return appendLittle16(m_random.below(1200), m_out);
+        case 'n': return appendLittle32(0x4000 + 8 * m_random.below(900), m_out);
+        case 'v': return appendDistance(m_random.pick(m_variables));
+        default: return appendDistance(m_random.pick(m_functions));
         }
     }
 
@@ -212,10 +238,10 @@ private:
     std::string m_out;
 };
 
-}  // namespace
+} // namespace
 
 std::string makeSmallObject(std::size_t sizeBytes) {
     return SmallObject(sizeBytes).write();
 }
 
-}  // namespace corpus
+} // namespace corpus

@@ -51,7 +51,7 @@ constexpr Rule kRules[] = {
         $tclause, so $tverb $tobj)"},
 };
 
-}  // namespace
+} // namespace
 
 RuleBook programWords() {
     return kRules;
@@ -99,4 +99,4 @@ std::string ProgramNames::freshName(std::string_view rule) {
     return name;
 }
 
-}  // namespace corpus
+} // namespace corpus

@@ -38,4 +38,4 @@ private:
     std::vector<std::string> m_used;
 };
 
-}  // namespace corpus
+} // namespace corpus

@@ -175,15 +175,14 @@ case $const:
 	break;
 case $size:
 	$stmt
-	return($size);)"}
-};
+	return($size);)"}};
 
-}  // namespace
+} // namespace
 
 std::string makeCProgram(std::size_t sizeBytes) {
-    const Grammar grammar({technicalWords(), names(), reportSentences(), programWords(), kRules,
-                           cStatements()},
-                          kFlatnessPercent);
+    const Grammar grammar(
+        {technicalWords(), names(), reportSentences(), programWords(), kRules, cStatements()},
+        kFlatnessPercent);
     Expander text(grammar, 7);
     ProgramNames programNames(text, 4, 8, 8);
     text.bindSeries("m", 4, "$(short)_$root");
@@ -198,4 +197,4 @@ std::string makeCProgram(std::size_t sizeBytes) {
     return fitTo(std::move(all), sizeBytes);
 }
 
-}  // namespace corpus
+} // namespace corpus

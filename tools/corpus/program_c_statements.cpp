@@ -165,10 +165,10 @@ fatal("$tadj $tnoun");)"},
         printf("$tadj $tnoun: %s\n", $var))"},
 };
 
-}  // namespace
+} // namespace
 
 RuleBook cStatements() {
     return kRules;
 }
 
-}  // namespace corpus
+} // namespace corpus

@@ -198,7 +198,7 @@ $call
 // One function in so many starts a new part of the file under a ruled heading.
 constexpr int kFunctionsPerHeading = 6;
 
-}  // namespace
+} // namespace
 
 std::string makeLispProgram(std::size_t sizeBytes) {
     const Grammar grammar({technicalWords(), names(), reportSentences(), programWords(), kRules},
@@ -217,4 +217,4 @@ std::string makeLispProgram(std::size_t sizeBytes) {
     return fitTo(std::move(all), sizeBytes);
 }
 
-}  // namespace corpus
+} // namespace corpus

@@ -231,7 +231,7 @@ std::string procedures(Expander& text, ProgramNames& programNames, std::size_t s
     }
 }
 
-}  // namespace
+} // namespace
 
 std::string makePascalProgram(std::size_t sizeBytes) {
     const Grammar grammar({technicalWords(), names(), reportSentences(), programWords(), kRules},
@@ -246,4 +246,4 @@ std::string makePascalProgram(std::size_t sizeBytes) {
            mainPart;
 }
 
-}  // namespace corpus
+} // namespace corpus

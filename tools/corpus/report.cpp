@@ -80,13 +80,12 @@ $tnoun $tnoun, $tnoun, $number $tnoun
 .sp)"},
 };
 
-}  // namespace
+} // namespace
 
 Report::Report(const ReportStyle& style)
     : m_style(style),
       m_grammar({technicalWords(), names(), reportSentences(), kDisplays}, style.flatnessPercent),
-      m_text(m_grammar, style.seed),
-      m_flow(style.widthColumns) {
+      m_text(m_grammar, style.seed), m_flow(style.widthColumns) {
     m_text.setCoinedShare(style.coinedPerMille);
 }
 
@@ -121,4 +120,4 @@ void Report::display() {
     m_flow.line(m_text.expand("$display"));
 }
 
-}  // namespace corpus
+} // namespace corpus

@@ -50,4 +50,4 @@ private:
     int m_topic = 0;
 };
 
-}  // namespace corpus
+} // namespace corpus

@@ -52,7 +52,7 @@ void writeFront(Report& report, std::string_view title) {
     report.line("$(statement:cap)\n$(statement:cap)\n$(statement:cap)\n.in 0\n.bp");
 }
 
-}  // namespace
+} // namespace
 
 std::string makeTextbook(std::size_t sizeBytes) {
     Report report(kTextbook);
@@ -86,4 +86,4 @@ std::string makeEssay(std::size_t sizeBytes) {
     return report.finish(sizeBytes);
 }
 
-}  // namespace corpus
+} // namespace corpus

@@ -49,4 +49,4 @@ std::size_t RankPicker::pick(Random& random) const {
     return static_cast<std::size_t>(found - m_cumulative.begin());
 }
 
-}  // namespace corpus
+} // namespace corpus

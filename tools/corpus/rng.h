@@ -27,8 +27,7 @@ public:
     // Bell-shaped noise around 0, within +-4 * spread: the sum of four even draws.
     int bell(int spread);
 
-    template <typename T>
-    const T& pick(const std::vector<T>& items) {
+    template <typename T> const T& pick(const std::vector<T>& items) {
         return items[below(static_cast<std::uint32_t>(items.size()))];
     }
 
@@ -49,4 +48,4 @@ private:
     std::vector<std::uint32_t> m_cumulative;
 };
 
-}  // namespace corpus
+} // namespace corpus

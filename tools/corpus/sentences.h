@@ -18,4 +18,4 @@ RuleBook reportSentences();
 // $remark in the tone of letters between strangers; all word lists and reportSentences.
 RuleBook chatSentences();
 
-}  // namespace corpus
+} // namespace corpus

@@ -119,10 +119,10 @@ constexpr Rule kRules[] = {
         $town $thing $idea)"},
 };
 
-}  // namespace
+} // namespace
 
 RuleBook chatSentences() {
     return kRules;
 }
 
-}  // namespace corpus
+} // namespace corpus

@@ -153,10 +153,10 @@ constexpr Rule kRules[] = {
         $tadj $tabstract of $(tnoun:pl))"},
 };
 
-}  // namespace
+} // namespace
 
 RuleBook reportSentences() {
     return kRules;
 }
 
-}  // namespace corpus
+} // namespace corpus

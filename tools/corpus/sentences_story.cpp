@@ -255,7 +255,7 @@ constexpr Rule kClauses[] = {
         $idea $where -- $who $did)"},
 };
 
-}  // namespace
+} // namespace
 
 RuleBook storyParts() {
     return kParts;
@@ -265,4 +265,4 @@ RuleBook storyClauses() {
     return kClauses;
 }
 
-}  // namespace corpus
+} // namespace corpus

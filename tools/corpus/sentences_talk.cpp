@@ -86,10 +86,10 @@ constexpr Rule kTalk[] = {
         "$(utterance:cap) $(utterance:cap) $(utterance:cap)")T"},
 };
 
-}  // namespace
+} // namespace
 
 RuleBook storyTalk() {
     return kTalk;
 }
 
-}  // namespace corpus
+} // namespace corpus

@@ -117,8 +117,7 @@ class Session {
 public:
     Session()
         : m_grammar({technicalWords(), names(), reportSentences(), kRules}, kFlatnessPercent),
-          m_text(m_grammar, 14),
-          m_random(m_text.random()) {
+          m_text(m_grammar, 14), m_random(m_text.random()) {
         for (int i = 0; i < kFiles; ++i) {
             m_files.push_back(makeFile());
         }
@@ -130,9 +129,9 @@ public:
         while (m_out.size() < sizeBytes) {
             selectFile();
             switch (m_random.below(5)) {
-                case 0: page(); break;
-                case 1: edit(); break;
-                default: command(); break;
+            case 0: page(); break;
+            case 1: edit(); break;
+            default: command(); break;
             }
         }
         return fitTo(m_out, sizeBytes);
@@ -197,8 +196,8 @@ private:
             m_out += line + "\r\n";
             if (++shown % kScreenLines == 0) {
                 const int percent = shown * 100 / static_cast<int>(m_file->lines.size());
-                m_out += kReverse + numbered("--More--(", percent, "%)") + kPlain + "\r" +
-                         kClearLine;
+                m_out +=
+                    kReverse + numbered("--More--(", percent, "%)") + kPlain + "\r" + kClearLine;
             }
         }
     }
@@ -266,10 +265,10 @@ private:
     std::string m_out;
 };
 
-}  // namespace
+} // namespace
 
 std::string makeSession(std::size_t sizeBytes) {
     return Session().write(sizeBytes);
 }
 
-}  // namespace corpus
+} // namespace corpus

@@ -67,7 +67,7 @@ void appendHeader(int record, Random& random, std::string& out) {
     appendBig32(static_cast<std::uint32_t>(5000 + 25 * record), out);
     appendBig32(0xFFFF0000u + random.below(64), out);
     appendBig16(kSamplesPerRecord, out);
-    appendBig16(2000, out);  // microseconds between samples
+    appendBig16(2000, out); // microseconds between samples
     for (int i = 0; i < 12; ++i) {
         appendBig16(random.below(4) == 0 ? random.below(200) : 0, out);
     }
@@ -87,7 +87,7 @@ void appendTrace(Random& random, std::string& out) {
     }
 }
 
-}  // namespace
+} // namespace
 
 std::string makeSurvey(std::size_t sizeBytes) {
     Random random(10);
@@ -100,4 +100,4 @@ std::string makeSurvey(std::size_t sizeBytes) {
     return out;
 }
 
-}  // namespace corpus
+} // namespace corpus

@@ -99,7 +99,7 @@ Piece takeReference(std::string_view& rest) {
     return piece;
 }
 
-}  // namespace
+} // namespace
 
 bool isOfWords(Split split) {
     return split == Split::Words || split == Split::OpenWords;
@@ -107,10 +107,10 @@ bool isOfWords(Split split) {
 
 std::vector<std::string> splitAlternatives(Split split, std::string_view text) {
     switch (split) {
-        case Split::Words:
-        case Split::OpenWords: return splitWords(text);
-        case Split::Lines: return splitLines(text);
-        case Split::Blocks: break;
+    case Split::Words:
+    case Split::OpenWords: return splitWords(text);
+    case Split::Lines: return splitLines(text);
+    case Split::Blocks: break;
     }
     return splitBlocks(text);
 }
@@ -138,4 +138,4 @@ std::vector<Piece> parseTemplate(std::string_view text) {
     return pieces;
 }
 
-}  // namespace corpus
+} // namespace corpus

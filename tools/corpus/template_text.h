@@ -8,10 +8,10 @@ namespace corpus {
 
 // How the text of a rule falls into alternatives.
 enum class Split {
-    Words,      // at blanks and line ends; a "+" stands for a blank inside a word
-    OpenWords,  // the same, for a list that a text may enlarge with coined words
-    Lines,      // one alternative per line; empty lines and leading blanks do not count
-    Blocks,     // several lines each, parted by lines of "%%"
+    Words,     // at blanks and line ends; a "+" stands for a blank inside a word
+    OpenWords, // the same, for a list that a text may enlarge with coined words
+    Lines,     // one alternative per line; empty lines and leading blanks do not count
+    Blocks,    // several lines each, parted by lines of "%%"
 };
 
 bool isOfWords(Split split);
@@ -29,4 +29,4 @@ struct Piece {
 // without its ")" is a fault of the template and throws std::logic_error.
 std::vector<Piece> parseTemplate(std::string_view text);
 
-}  // namespace corpus
+} // namespace corpus

@@ -42,4 +42,4 @@ std::string fitTo(std::string text, std::size_t sizeBytes) {
     return text;
 }
 
-}  // namespace corpus
+} // namespace corpus

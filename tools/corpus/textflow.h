@@ -32,4 +32,4 @@ private:
 // Cuts or lengthens a text to exactly this size; its last byte is a line end.
 std::string fitTo(std::string text, std::size_t sizeBytes);
 
-}  // namespace corpus
+} // namespace corpus

@@ -186,7 +186,7 @@ constexpr Rule kDeedsAndQualities[] = {
         remarkably uncommonly particularly exceedingly a+little no+less half more+than+usually)"},
 };
 
-}  // namespace
+} // namespace
 
 RuleBook everydayNouns() {
     return kPeopleAndThings;
@@ -196,4 +196,4 @@ RuleBook everydayVerbsAndAdjectives() {
     return kDeedsAndQualities;
 }
 
-}  // namespace corpus
+} // namespace corpus

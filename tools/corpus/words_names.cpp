@@ -95,10 +95,10 @@ constexpr Rule kRules[] = {
         forty fifty sixty a+hundred some+hundred)"},
 };
 
-}  // namespace
+} // namespace
 
 RuleBook names() {
     return kRules;
 }
 
-}  // namespace corpus
+} // namespace corpus

@@ -101,10 +101,10 @@ constexpr Rule kRules[] = {
         $tadj $tnoun $tabstract)"},
 };
 
-}  // namespace
+} // namespace
 
 RuleBook technicalWords() {
     return kRules;
 }
 
-}  // namespace corpus
+} // namespace corpus

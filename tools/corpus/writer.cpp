@@ -20,7 +20,7 @@ namespace {
 struct MadeFile {
     fs::path path;
     std::string bytes;
-    bool isThere;  // with these very bytes
+    bool isThere; // with these very bytes
 };
 
 [[noreturn]] void fail(const std::string& action, const fs::path& path, const std::string& reason) {
@@ -67,7 +67,7 @@ std::vector<MadeFile> makeFiles(const fs::path& directory, bool replaceOthers) {
     return files;
 }
 
-}  // namespace
+} // namespace
 
 void writeFile(const fs::path& path, std::string_view bytes) {
     std::FILE* const file = std::fopen(path.c_str(), "wb");
@@ -119,4 +119,4 @@ MakeResult makeCorpus(const fs::path& directory, bool replaceOthers, std::ostrea
     return result;
 }
 
-}  // namespace corpus
+} // namespace corpus

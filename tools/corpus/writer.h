@@ -16,7 +16,7 @@ public:
 
 struct MakeResult {
     int written = 0;
-    int unchanged = 0;  // were there already, byte by byte the same
+    int unchanged = 0; // were there already, byte by byte the same
 };
 
 // Writes the files of the catalog into a directory, which is created when it is missing, and
@@ -33,4 +33,4 @@ void replaceFile(const std::filesystem::path& path, std::string_view bytes);
 // Writes a file in place. Throws CorpusError with the name and the reason of the system.
 void writeFile(const std::filesystem::path& path, std::string_view bytes);
 
-}  // namespace corpus
+} // namespace corpus

@@ -125,14 +125,10 @@ private:
         }
         const int codesPerRefill = 56 / table.maxLength();
         switch (codesPerRefill) {
-        case 2:
-            return decodeGroup<2>(table);
-        case 3:
-            return decodeGroup<3>(table);
-        case 4:
-            return decodeGroup<4>(table);
-        default:
-            return decodeGroup<5>(table);
+        case 2: return decodeGroup<2>(table);
+        case 3: return decodeGroup<3>(table);
+        case 4: return decodeGroup<4>(table);
+        default: return decodeGroup<5>(table);
         }
     }
 

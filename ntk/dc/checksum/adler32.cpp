@@ -19,8 +19,8 @@ constexpr Ntk32u modulus = 65521;
 constexpr std::size_t longestRun = 5552;
 
 struct Sums {
-    Ntk32u bytes;  // 1 + sum of the bytes
-    Ntk32u sums;   // sum of the values that `bytes` went through
+    Ntk32u bytes; // 1 + sum of the bytes
+    Ntk32u sums;  // sum of the values that `bytes` went through
 
     explicit Sums(Ntk32u value) : bytes(value & 0xffff), sums(value >> 16) {}
 
@@ -52,8 +52,7 @@ Ntk32u runLibdeflate(Ntk32u value, const Ntk8u* data, std::size_t length) {
 [[gnu::target("ssse3")]] void addBlocks(Sums& s, const Ntk8u* data, std::size_t blocks) {
     const __m128i zero = _mm_setzero_si128();
     const __m128i ones = _mm_set1_epi16(1);
-    const __m128i weights =
-        _mm_set_epi8(1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16);
+    const __m128i weights = _mm_set_epi8(1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16);
     __m128i bytes = zero;
     __m128i before = zero;
     __m128i weighted = zero;
@@ -62,8 +61,7 @@ Ntk32u runLibdeflate(Ntk32u value, const Ntk8u* data, std::size_t length) {
         const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(data));
         before = _mm_add_epi32(before, bytes);
         bytes = _mm_add_epi32(bytes, _mm_sad_epu8(block, zero));
-        weighted = _mm_add_epi32(weighted,
-                                 _mm_madd_epi16(_mm_maddubs_epi16(block, weights), ones));
+        weighted = _mm_add_epi32(weighted, _mm_madd_epi16(_mm_maddubs_epi16(block, weights), ones));
     }
     s.bytes += horizontalSum(bytes);
     s.sums += horizontalSum(weighted) + 16 * horizontalSum(before);
@@ -100,8 +98,8 @@ constexpr Candidate<ChecksumFunction> candidates[] = {
     {"generic", 0, 0, runGeneric},
 };
 
-}  // namespace
+} // namespace
 
 constinit Choice<ChecksumFunction> adler32Kernel(candidates);
 
-}  // namespace ntk
+} // namespace ntk

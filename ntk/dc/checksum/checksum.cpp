@@ -49,9 +49,9 @@ NtkStatus continueCrc(Choice<ChecksumFunction>& kernel, const Ntk8u* pSrc, int s
     return status;
 }
 
-}  // namespace
+} // namespace
 
-}  // namespace ntk
+} // namespace ntk
 
 NtkStatus ntksAdler32_8u(const Ntk8u* pSrc, int srcLen, Ntk32u* pAdler32) {
     const NtkStatus status = ntk::checkArguments(pSrc, srcLen, pAdler32);

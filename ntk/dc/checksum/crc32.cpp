@@ -30,8 +30,8 @@ constexpr Candidate<ChecksumFunction> candidates[] = {
     {"generic", 0, 0, runGeneric},
 };
 
-}  // namespace
+} // namespace
 
 constinit Choice<ChecksumFunction> crc32Kernel(candidates);
 
-}  // namespace ntk
+} // namespace ntk

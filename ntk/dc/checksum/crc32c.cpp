@@ -46,8 +46,8 @@ constexpr Candidate<ChecksumFunction> candidates[] = {
     {"generic", 0, 0, runGeneric},
 };
 
-}  // namespace
+} // namespace
 
 constinit Choice<ChecksumFunction> crc32cKernel(candidates);
 
-}  // namespace ntk
+} // namespace ntk

@@ -34,8 +34,7 @@ struct FoldConstants {
     Ntk64u high;
 };
 
-template <Ntk32u polynomial>
-struct ReflectedFold {
+template <Ntk32u polynomial> struct ReflectedFold {
     using Tables = ReflectedCrc<polynomial>;
 
     static constexpr FoldConstants constants(int bits) {
@@ -48,8 +47,7 @@ struct ReflectedFold {
     }
 };
 
-template <Ntk32u polynomial>
-struct ForwardFold {
+template <Ntk32u polynomial> struct ForwardFold {
     using Tables = ForwardCrc<polynomial>;
 
     static constexpr FoldConstants constants(int bits) {
@@ -64,8 +62,7 @@ struct ForwardFold {
     }
 };
 
-template <class Fold>
-struct FoldedCrc {
+template <class Fold> struct FoldedCrc {
     [[gnu::target("sse4.1,pclmul")]] static Ntk32u update(Ntk32u crc, const Ntk8u* data,
                                                           std::size_t length) {
         if (length < stride) {
@@ -111,4 +108,4 @@ private:
     }
 };
 
-}  // namespace ntk
+} // namespace ntk

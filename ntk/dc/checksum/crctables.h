@@ -27,8 +27,7 @@ constexpr Ntk32u reflected(Ntk32u word) {
 }
 
 // Least significant bit first. Polynomials are written most significant bit first everywhere.
-template <Ntk32u polynomial>
-struct ReflectedCrc {
+template <Ntk32u polynomial> struct ReflectedCrc {
     static constexpr CrcTables tables = [] {
         CrcTables t{};
         for (Ntk32u byte = 0; byte < 256; ++byte) {
@@ -67,8 +66,7 @@ struct ReflectedCrc {
 };
 
 // Most significant bit first.
-template <Ntk32u polynomial>
-struct ForwardCrc {
+template <Ntk32u polynomial> struct ForwardCrc {
     static constexpr CrcTables tables = [] {
         CrcTables t{};
         for (Ntk32u byte = 0; byte < 256; ++byte) {
@@ -107,4 +105,4 @@ struct ForwardCrc {
     }
 };
 
-}  // namespace ntk
+} // namespace ntk

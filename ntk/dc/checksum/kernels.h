@@ -22,4 +22,4 @@ inline constexpr Ntk64u isalMayUse =
     NTK_CPU_AVX2 | NTK_CPU_AVX512F | NTK_CPU_AVX512CD | NTK_CPU_AVX512BW | NTK_CPU_AVX512DQ |
     NTK_CPU_AVX512VL | NTK_CPU_AVX512_BITALG | NTK_CPU_AVX512VPOPCNTDQ;
 
-}  // namespace ntk
+} // namespace ntk

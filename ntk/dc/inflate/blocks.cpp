@@ -16,14 +16,11 @@ Outcome readBlockHeader(Stream& s) {
         s.in.drop(s.in.count % 8);
         s.mode = modeStoredLength;
         return Outcome::goOn;
-    case 1:
-        s.mode = ntkInflateFixed;
-        return Outcome::goOn;
+    case 1: s.mode = ntkInflateFixed; return Outcome::goOn;
     case 2:
         s.mode = modeCodeCounts;
         return s.work == nullptr ? Outcome::noWorkBuffer : Outcome::goOn;
-    default:
-        return Outcome::malformed;
+    default: return Outcome::malformed;
     }
 }
 

@@ -142,36 +142,25 @@ void Call::end(const Stream& s) const {
 
 Outcome step(Stream& s) {
     switch (s.mode) {
-    case ntkInflateBlockHeader:
-        return readBlockHeader(s);
-    case ntkInflateFixed:
-        return decodeSymbols(s, fixedLiteralTable, fixedDistanceTable);
+    case ntkInflateBlockHeader: return readBlockHeader(s);
+    case ntkInflateFixed: return decodeSymbols(s, fixedLiteralTable, fixedDistanceTable);
     case ntkInflateDynamic:
         return decodeSymbols(s, {s.work->literals.data(), lowMask(s.work->literalBits)},
                              {s.work->distances.data(), lowMask(s.work->distanceBits)});
-    case ntkInflateStored:
-        return copyStored(s);
-    case modeStoredLength:
-        return readStoredLength(s);
-    case modeCodeCounts:
-        return readCodeCounts(s);
-    case modeLengthCodeLengths:
-        return readLengthCodeLengths(s);
-    default:
-        return readCodeLengths(s);
+    case ntkInflateStored: return copyStored(s);
+    case modeStoredLength: return readStoredLength(s);
+    case modeCodeCounts: return readCodeCounts(s);
+    case modeLengthCodeLengths: return readLengthCodeLengths(s);
+    default: return readCodeLengths(s);
     }
 }
 
 NtkStatus statusOf(Outcome outcome) {
     switch (outcome) {
-    case Outcome::destinationFull:
-        return ntkStsDstFull;
-    case Outcome::malformed:
-        return ntkStsBadSrcData;
-    case Outcome::noWorkBuffer:
-        return ntkStsNullPtr;
-    default:
-        return ntkStsNoErr;
+    case Outcome::destinationFull: return ntkStsDstFull;
+    case Outcome::malformed: return ntkStsBadSrcData;
+    case Outcome::noWorkBuffer: return ntkStsNullPtr;
+    default: return ntkStsNoErr;
     }
 }
 

@@ -56,4 +56,4 @@ inline NtkStatus encodeEmpty(Ntk8u* pDst, int* pDstLen) {
 // The farthest that a match may lie back, rounded up as liblz4 does.
 inline constexpr int windowBytes = 65536;
 
-}  // namespace ntk::lz4
+} // namespace ntk::lz4

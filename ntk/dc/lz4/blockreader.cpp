@@ -48,4 +48,4 @@ bool BlockReader::next(Sequence& sequence) {
     return true;
 }
 
-}  // namespace ntk::lz4
+} // namespace ntk::lz4

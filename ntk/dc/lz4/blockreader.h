@@ -10,8 +10,8 @@ namespace ntk::lz4 {
 struct Sequence {
     const Ntk8u* literals;
     std::size_t literalLength;
-    std::size_t offset;       // distance back to the match
-    std::size_t matchLength;  // 0 in the last sequence of a block, which has no match
+    std::size_t offset;      // distance back to the match
+    std::size_t matchLength; // 0 in the last sequence of a block, which has no match
 };
 
 class BlockReader {
@@ -36,4 +36,4 @@ private:
     std::size_t m_position = 0;
 };
 
-}  // namespace ntk::lz4
+} // namespace ntk::lz4

@@ -34,9 +34,9 @@ NtkStatus whyRefused(const Ntk8u* block, int length, int capacity) {
     return ntkStsBadSrcData;
 }
 
-}  // namespace
+} // namespace
 
-}  // namespace ntk::lz4
+} // namespace ntk::lz4
 
 using namespace ntk::lz4;
 

@@ -71,8 +71,8 @@ void attachDictionary(HashTable& table, const DictArguments& d) {
 int encodeWithDictionary(HashTable& table, const DictArguments& d, const Ntk8u* src, int srcLen,
                          Ntk8u* dst, int capacity) {
     attachDictionary(table, d);
-    const int length = LZ4_compress_fast_continue(&table.stream, chars(src), chars(dst), srcLen,
-                                                  capacity, 1);
+    const int length =
+        LZ4_compress_fast_continue(&table.stream, chars(src), chars(dst), srcLen, capacity, 1);
     table.position = length > 0 ? d.srcIdx + srcLen : noPosition;
     return std::max(length, 0);
 }
@@ -98,9 +98,9 @@ NtkStatus makeEmpty(Ntk8u* pHashTable, int srcLen) {
     return srcLen < 0 ? ntkStsBadSize : ntksZero_8u(pHashTable, blockBytes<HashTable>());
 }
 
-}  // namespace
+} // namespace
 
-}  // namespace ntk::lz4
+} // namespace ntk::lz4
 
 using namespace ntk::lz4;
 
@@ -153,8 +153,8 @@ NtkStatus ntksEncodeLZ4Safe_8u(const Ntk8u* pSrc, int* pSrcLen, Ntk8u* pDst, int
     return finishSafe(length, windowOf({0, nullptr, 0}, pSrc, *pSrcLen), pSrcLen, pDst, pDstLen);
 }
 
-NtkStatus ntksEncodeLZ4Dict_8u(const Ntk8u* pSrc, int srcIdx, int srcLen, Ntk8u* pDst,
-                               int* pDstLen, Ntk8u* pHashTable, const Ntk8u* pDict, int dictLen) {
+NtkStatus ntksEncodeLZ4Dict_8u(const Ntk8u* pSrc, int srcIdx, int srcLen, Ntk8u* pDst, int* pDstLen,
+                               Ntk8u* pHashTable, const Ntk8u* pDict, int dictLen) {
     if (anyNull(pSrc, pDst, pDstLen, pHashTable) || (pDict == nullptr && dictLen != 0)) {
         return ntkStsNullPtr;
     }

@@ -101,9 +101,9 @@ int encodeThoroughly(HcTables& t, const DictArguments& d, int level, const Ntk8u
     return length;
 }
 
-}  // namespace
+} // namespace
 
-}  // namespace ntk::lz4
+} // namespace ntk::lz4
 
 using namespace ntk::lz4;
 
@@ -124,9 +124,8 @@ NtkStatus ntksEncodeLZ4HCHashTableInit_8u(Ntk8u** ppHashTables) {
     return ntksZero_8u(ppHashTables[1], blockBytes<HcRecord>());
 }
 
-NtkStatus ntksEncodeLZ4HC_8u(const Ntk8u* pSrc, int srcIdx, int* pSrcLen, Ntk8u* pDst,
-                             int* pDstLen, Ntk8u** ppHashTables, const Ntk8u* pDict, int dictLen,
-                             int level) {
+NtkStatus ntksEncodeLZ4HC_8u(const Ntk8u* pSrc, int srcIdx, int* pSrcLen, Ntk8u* pDst, int* pDstLen,
+                             Ntk8u** ppHashTables, const Ntk8u* pDict, int dictLen, int level) {
     if (anyNull(pSrc, pSrcLen, pDst, pDstLen, ppHashTables) ||
         anyNull(ppHashTables[0], ppHashTables[1]) || (pDict == nullptr && dictLen != 0)) {
         return ntkStsNullPtr;
@@ -146,8 +145,7 @@ NtkStatus ntksEncodeLZ4HC_8u(const Ntk8u* pSrc, int srcIdx, int* pSrcLen, Ntk8u*
         return ntkStsDstTooSmall;
     }
     HcTables tables = tablesIn(ppHashTables);
-    const int length =
-        encodeThoroughly(tables, d, level == 0 ? LZ4HC_CLEVEL_DEFAULT : level, pSrc, *pSrcLen,
-                         pDst, *pDstLen);
+    const int length = encodeThoroughly(tables, d, level == 0 ? LZ4HC_CLEVEL_DEFAULT : level, pSrc,
+                                        *pSrcLen, pDst, *pDstLen);
     return finishSafe(length, windowOf(d, pSrc, *pSrcLen), pSrcLen, pDst, pDstLen);
 }

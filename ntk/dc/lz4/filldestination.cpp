@@ -62,7 +62,7 @@ std::size_t writeLastLiterals(const Ntk8u* literals, std::size_t count, Ntk8u* d
     return written + count;
 }
 
-}  // namespace
+} // namespace
 
 Filled fillDestination(const Window& window, Ntk8u* dst, std::size_t capacity) {
     BlockReader reader(dst, capacity);
@@ -97,4 +97,4 @@ NtkStatus finishSafe(int length, const Window& window, int* pSrcLen, Ntk8u* pDst
     return isWhole ? ntkStsNoErr : ntkStsDstFull;
 }
 
-}  // namespace ntk::lz4
+} // namespace ntk::lz4

@@ -11,7 +11,7 @@ namespace ntk::lz4 {
 struct Window {
     const Ntk8u* src;
     std::size_t srcLen;
-    const Ntk8u* dictEnd;  // one behind the last byte of the dictionary; null without one
+    const Ntk8u* dictEnd; // one behind the last byte of the dictionary; null without one
     std::size_t dictLen;
 };
 
@@ -21,8 +21,8 @@ inline Window windowOf(const DictArguments& d, const Ntk8u* src, int srcLen) {
 }
 
 struct Filled {
-    std::size_t blockBytes;  // length of the block in the destination
-    std::size_t srcBytes;    // how much of the source it holds
+    std::size_t blockBytes; // length of the block in the destination
+    std::size_t srcBytes;   // how much of the source it holds
 };
 
 // Makes a block that fills a destination from what an encoder left there when it gave up. Where a
@@ -35,4 +35,4 @@ Filled fillDestination(const Window& window, Ntk8u* dst, std::size_t capacity);
 // failed.
 NtkStatus finishSafe(int length, const Window& window, int* pSrcLen, Ntk8u* pDst, int* pDstLen);
 
-}  // namespace ntk::lz4
+} // namespace ntk::lz4

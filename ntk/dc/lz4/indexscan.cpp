@@ -40,8 +40,8 @@ constexpr Candidate<IndexScanFunction> candidates[] = {
     {"generic", 0, 0, scanGeneric},
 };
 
-}  // namespace
+} // namespace
 
 constinit Choice<IndexScanFunction> noneAbove(candidates);
 
-}  // namespace ntk::lz4
+} // namespace ntk::lz4

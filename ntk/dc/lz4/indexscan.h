@@ -12,4 +12,4 @@ using IndexScanFunction = bool(const Ntk32u* words, std::size_t count, Ntk32u li
 
 extern Choice<IndexScanFunction> noneAbove;
 
-}  // namespace ntk::lz4
+} // namespace ntk::lz4

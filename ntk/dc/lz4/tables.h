@@ -31,13 +31,11 @@ struct HcRecord {
 };
 
 // The caller's blocks have any alignment; liblz4 wants that of its structures.
-template <class Table>
-constexpr int blockBytes() {
+template <class Table> constexpr int blockBytes() {
     return static_cast<int>(sizeof(Table) + alignof(Table) - 1);
 }
 
-template <class Table>
-Table& tableIn(Ntk8u* block) {
+template <class Table> Table& tableIn(Ntk8u* block) {
     constexpr std::uintptr_t mask = alignof(Table) - 1;
     const auto address = reinterpret_cast<std::uintptr_t>(block);
     return *reinterpret_cast<Table*>(block + (((address + mask) & ~mask) - address));
@@ -49,4 +47,4 @@ inline bool knowsFields() {
     return LZ4_versionNumber() == LZ4_VERSION_NUMBER;
 }
 
-}  // namespace ntk::lz4
+} // namespace ntk::lz4
