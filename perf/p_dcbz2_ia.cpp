@@ -6,7 +6,7 @@
 #include <ntks.h>
 
 #include "dchooks.h"
-#include "dctiming.h"
+#include "kxtiming.h"
 #include "kxdc.h"
 
 namespace dcbz2 {
@@ -273,7 +273,7 @@ static int tinit_ntksEncodeRLE_BZ2_8u() {
 static int tcall_ntksEncodeRLE_BZ2_8u() {
     return ntksEncodeRLE_BZ2_8u(&pSrc, &srcLen, pDst, &dstLen, pRLEState);
 }
-DC_TIMING_I(ntksEncodeRLE_BZ2_8u)
+KX_TIMING_I(ntksEncodeRLE_BZ2_8u)
 
 // Every call reduces what the call before it made: meant so.
 static int tinit_ntksReduceDictionary_8u_I() {
@@ -284,7 +284,7 @@ static int tinit_ntksReduceDictionary_8u_I() {
 static int tcall_ntksReduceDictionary_8u_I() {
     return ntksReduceDictionary_8u_I(inUse, pSrc, srcLen, &sizeDictionary);
 }
-DC_TIMING_I(ntksReduceDictionary_8u_I)
+KX_TIMING_I(ntksReduceDictionary_8u_I)
 
 // Every call expands what the call before it made: meant so.
 static int tinit_ntksExpandDictionary_8u_I() {
@@ -295,7 +295,7 @@ static int tinit_ntksExpandDictionary_8u_I() {
 static int tcall_ntksExpandDictionary_8u_I() {
     return ntksExpandDictionary_8u_I(inUse, pSrc, srcLen, sizeDictionary);
 }
-DC_TIMING_I(ntksExpandDictionary_8u_I)
+KX_TIMING_I(ntksExpandDictionary_8u_I)
 
 static int tinit_ntksBWTFwd_8u() {
     setCall(pSrcBWT, srcBWTLen, pSrcMTF, maxLen);
@@ -305,7 +305,7 @@ static int tinit_ntksBWTFwd_8u() {
 static int tcall_ntksBWTFwd_8u() {
     return ntksBWTFwd_8u(pSrc, pDst, srcLen, &idx, pBWTBuff);
 }
-DC_TIMING_I(ntksBWTFwd_8u)
+KX_TIMING_I(ntksBWTFwd_8u)
 
 static int tinit_ntksBWTInv_8u() {
     setCall(pSrcMTF, srcMTFLen, pSrcBWT, maxLen);
@@ -314,7 +314,7 @@ static int tinit_ntksBWTInv_8u() {
 static int tcall_ntksBWTInv_8u() {
     return ntksBWTInv_8u(pSrc, pDst, srcLen, idx, pBWTBuff);
 }
-DC_TIMING_I(ntksBWTInv_8u)
+KX_TIMING_I(ntksBWTInv_8u)
 
 // The list goes on from call to call, in both directions: meant so.
 static int tinit_ntksMTFFwd_8u() {
@@ -325,7 +325,7 @@ static int tinit_ntksMTFFwd_8u() {
 static int tcall_ntksMTFFwd_8u() {
     return ntksMTFFwd_8u(pSrc, pDst, srcLen, pMTFState);
 }
-DC_TIMING_I(ntksMTFFwd_8u)
+KX_TIMING_I(ntksMTFFwd_8u)
 
 static int tinit_ntksMTFInv_8u() {
     setCall(pSrcZ1Z2, srcZ1Z2Len, pSrcMTF, maxLen);
@@ -334,7 +334,7 @@ static int tinit_ntksMTFInv_8u() {
 static int tcall_ntksMTFInv_8u() {
     return ntksMTFInv_8u(pSrc, pDst, srcLen, pMTFState);
 }
-DC_TIMING_I(ntksMTFInv_8u)
+KX_TIMING_I(ntksMTFInv_8u)
 
 // Every call adds to the counts: meant so.
 static int tinit_ntksEncodeZ1Z2_BZ2_8u16u() {
@@ -344,7 +344,7 @@ static int tinit_ntksEncodeZ1Z2_BZ2_8u16u() {
 static int tcall_ntksEncodeZ1Z2_BZ2_8u16u() {
     return ntksEncodeZ1Z2_BZ2_8u16u(&pSrc, &srcLen, symbols(pDst), &dstLen, freqTable);
 }
-DC_TIMING_I(ntksEncodeZ1Z2_BZ2_8u16u)
+KX_TIMING_I(ntksEncodeZ1Z2_BZ2_8u16u)
 
 static int tinit_ntksDecodeZ1Z2_BZ2_16u8u() {
     setCall(pDstZ1Z2, dstZ1Z2Len, pSrcZ1Z2, maxLen);
@@ -356,7 +356,7 @@ static int tcall_ntksDecodeZ1Z2_BZ2_16u8u() {
     pSrc = reinterpret_cast<Ntk8u*>(from);
     return status;
 }
-DC_TIMING_I(ntksDecodeZ1Z2_BZ2_16u8u)
+KX_TIMING_I(ntksDecodeZ1Z2_BZ2_16u8u)
 
 static int tinit_ntksDecodeBlock_BZ2_16u8u() {
     return tinit_ntksDecodeZ1Z2_BZ2_16u8u();
@@ -365,7 +365,7 @@ static int tcall_ntksDecodeBlock_BZ2_16u8u() {
     return ntksDecodeBlock_BZ2_16u8u(symbols(pSrc), srcLen, pDst, &dstLen, idx, sizeDictionary,
                                      inUse, pBWTBuff);
 }
-DC_TIMING_I(ntksDecodeBlock_BZ2_16u8u)
+KX_TIMING_I(ntksDecodeBlock_BZ2_16u8u)
 
 // The encoder's state, and ranks for bytes: the decoder's output is not the file. Meant so.
 static int tinit_ntksDecodeRLEState_BZ2_8u() {
@@ -375,7 +375,7 @@ static int tinit_ntksDecodeRLEState_BZ2_8u() {
 static int tcall_ntksDecodeRLEState_BZ2_8u() {
     return ntksDecodeRLEState_BZ2_8u(&pSrc, &srcLen, &pDst, &dstLen, pRLEState);
 }
-DC_TIMING_I(ntksDecodeRLEState_BZ2_8u)
+KX_TIMING_I(ntksDecodeRLEState_BZ2_8u)
 
 static int tinit_ntksBWTFwd_SelectSort_8u() {
     return tinit_ntksBWTFwd_8u();
@@ -383,28 +383,28 @@ static int tinit_ntksBWTFwd_SelectSort_8u() {
 static int tcall_ntksBWTFwd_SelectSort_8u() {
     return ntksBWTFwd_SelectSort_8u(pSrc, pDst, srcLen, &idx, pBWTBuff, hint.value());
 }
-DC_TIMING_I(ntksBWTFwd_SelectSort_8u)
+KX_TIMING_I(ntksBWTFwd_SelectSort_8u)
 
 static int tcall_ntksEncodeHuffInit_BZ2_16u8u() {
     return initHuffman();
 }
-DC_TIMING(ntksEncodeHuffInit_BZ2_16u8u)
+KX_TIMING(ntksEncodeHuffInit_BZ2_16u8u)
 
 [[maybe_unused]] static const bool g_registered = [] {
     constexpr const char* source = "perf/p_dcbz2_ia";
     registerHooks();
-    DC_REGISTER_I(Timdc_BZ2, ntksEncodeRLE_BZ2_8u, source);
-    DC_REGISTER_I(Timdc_BZ2, ntksReduceDictionary_8u_I, source);
-    DC_REGISTER_I(Timdc_BZ2, ntksExpandDictionary_8u_I, source);
-    DC_REGISTER_I(Timdc_BZ2, ntksBWTFwd_8u, source);
-    DC_REGISTER_I(Timdc_BZ2, ntksBWTInv_8u, source);
-    DC_REGISTER_I(Timdc_BZ2, ntksMTFFwd_8u, source);
-    DC_REGISTER_I(Timdc_BZ2, ntksMTFInv_8u, source);
-    DC_REGISTER_I(Timdc_BZ2, ntksEncodeZ1Z2_BZ2_8u16u, source);
-    DC_REGISTER_I(Timdc_BZ2, ntksDecodeZ1Z2_BZ2_16u8u, source);
-    DC_REGISTER_I(Timdc_BZ2, ntksDecodeBlock_BZ2_16u8u, source);
-    DC_REGISTER_I(Timdc_BZ2, ntksDecodeRLEState_BZ2_8u, source);
-    DC_REGISTER_I(Timdc_BZ2, ntksBWTFwd_SelectSort_8u, source);
-    DC_REGISTER(Timdc_BZ2, ntksEncodeHuffInit_BZ2_16u8u, source);
+    KX_REGISTER_I(Timdc_BZ2, ntksEncodeRLE_BZ2_8u, source);
+    KX_REGISTER_I(Timdc_BZ2, ntksReduceDictionary_8u_I, source);
+    KX_REGISTER_I(Timdc_BZ2, ntksExpandDictionary_8u_I, source);
+    KX_REGISTER_I(Timdc_BZ2, ntksBWTFwd_8u, source);
+    KX_REGISTER_I(Timdc_BZ2, ntksBWTInv_8u, source);
+    KX_REGISTER_I(Timdc_BZ2, ntksMTFFwd_8u, source);
+    KX_REGISTER_I(Timdc_BZ2, ntksMTFInv_8u, source);
+    KX_REGISTER_I(Timdc_BZ2, ntksEncodeZ1Z2_BZ2_8u16u, source);
+    KX_REGISTER_I(Timdc_BZ2, ntksDecodeZ1Z2_BZ2_16u8u, source);
+    KX_REGISTER_I(Timdc_BZ2, ntksDecodeBlock_BZ2_16u8u, source);
+    KX_REGISTER_I(Timdc_BZ2, ntksDecodeRLEState_BZ2_8u, source);
+    KX_REGISTER_I(Timdc_BZ2, ntksBWTFwd_SelectSort_8u, source);
+    KX_REGISTER(Timdc_BZ2, ntksEncodeHuffInit_BZ2_16u8u, source);
     return true;
 }();

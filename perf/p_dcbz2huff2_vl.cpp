@@ -7,7 +7,7 @@
 #include <ntks.h>
 
 #include "dchooks.h"
-#include "dctiming.h"
+#include "kxtiming.h"
 #include "kxdc.h"
 
 namespace dcbz2huff {
@@ -233,7 +233,7 @@ static int tcall_ntksEncodeHuff_BZ2_16u8u() {
     return ntksEncodeHuff_BZ2_16u8u(&pCode, &pCodeLenBits, &pSrc, &len, pDst + tmpLen, &dstLen,
                                     pEncodeHuffState);
 }
-DC_TIMING_I(ntksEncodeHuff_BZ2_16u8u)
+KX_TIMING_I(ntksEncodeHuff_BZ2_16u8u)
 
 static int tinit_ntksDecodeHuff_BZ2_8u16u() {
     return resetArguments();
@@ -242,12 +242,12 @@ static int tcall_ntksDecodeHuff_BZ2_8u16u() {
     return ntksDecodeHuff_BZ2_8u16u(&pCode, &pCodeLenBits, &pDst, &dstLen, pSrc, &len,
                                     pDecodeHuffState);
 }
-DC_TIMING_I(ntksDecodeHuff_BZ2_8u16u)
+KX_TIMING_I(ntksDecodeHuff_BZ2_8u16u)
 
 [[maybe_unused]] static const bool g_registered = [] {
     constexpr const char* source = "perf/p_dcbz2huff2_vl";
     registerHooks();
-    DC_REGISTER_I(Timdcbz2Huff, ntksEncodeHuff_BZ2_16u8u, source);
-    DC_REGISTER_I(Timdcbz2Huff, ntksDecodeHuff_BZ2_8u16u, source);
+    KX_REGISTER_I(Timdcbz2Huff, ntksEncodeHuff_BZ2_16u8u, source);
+    KX_REGISTER_I(Timdcbz2Huff, ntksDecodeHuff_BZ2_8u16u, source);
     return true;
 }();

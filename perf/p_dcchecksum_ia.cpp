@@ -1,7 +1,7 @@
 #include "p_dcchecksum_ia.h"
 
 #include "dchooks.h"
-#include "dctiming.h"
+#include "kxtiming.h"
 #include "kxdc.h"
 
 namespace dcchecksum {
@@ -48,17 +48,17 @@ static int tcall_ntksCRC32_BZ2_8u() {
     return ntksCRC32_BZ2_8u(pSrc, srcLen, &checksum);
 }
 
-DC_TIMING(ntksAdler32_8u)
-DC_TIMING(ntksCRC32_8u)
-DC_TIMING(ntksCRC32C_8u)
-DC_TIMING(ntksCRC32_BZ2_8u)
+KX_TIMING(ntksAdler32_8u)
+KX_TIMING(ntksCRC32_8u)
+KX_TIMING(ntksCRC32C_8u)
+KX_TIMING(ntksCRC32_BZ2_8u)
 
 [[maybe_unused]] static const bool g_registered = [] {
     constexpr const char* source = "perf/p_dcchecksum_ia";
     registerHooks();
-    DC_REGISTER(TimdcChecksum, ntksAdler32_8u, source);
-    DC_REGISTER(TimdcChecksum, ntksCRC32_8u, source);
-    DC_REGISTER(TimdcChecksum, ntksCRC32C_8u, source);
-    DC_REGISTER(TimdcChecksum, ntksCRC32_BZ2_8u, source);
+    KX_REGISTER(TimdcChecksum, ntksAdler32_8u, source);
+    KX_REGISTER(TimdcChecksum, ntksCRC32_8u, source);
+    KX_REGISTER(TimdcChecksum, ntksCRC32C_8u, source);
+    KX_REGISTER(TimdcChecksum, ntksCRC32_BZ2_8u, source);
     return true;
 }();

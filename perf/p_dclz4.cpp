@@ -7,7 +7,7 @@
 
 #include "dchooks.h"
 #include "dcprepare.h"
-#include "dctiming.h"
+#include "kxtiming.h"
 #include "kxdc.h"
 
 namespace dclz4 {
@@ -206,7 +206,7 @@ static int tinit_ntksEncodeLZ4_8u() {
 static int tcall_ntksEncodeLZ4_8u() {
     return ntksEncodeLZ4_8u(pEncodeSrc, encodeSrcLen, pEncodeDst, &encodeDstLen, pHashTable);
 }
-DC_TIMING_I(ntksEncodeLZ4_8u)
+KX_TIMING_I(ntksEncodeLZ4_8u)
 
 static int tinit_ntksEncodeLZ4Safe_8u() {
     return tinit_ntksEncodeLZ4_8u();
@@ -214,7 +214,7 @@ static int tinit_ntksEncodeLZ4Safe_8u() {
 static int tcall_ntksEncodeLZ4Safe_8u() {
     return ntksEncodeLZ4Safe_8u(pEncodeSrc, &encodeSrcLen, pEncodeDst, &encodeDstLen, pHashTable);
 }
-DC_TIMING_I(ntksEncodeLZ4Safe_8u)
+KX_TIMING_I(ntksEncodeLZ4Safe_8u)
 
 static int tinit_ntksDecodeLZ4_8u() {
     decodeDstLen = decomprBuf.size();
@@ -225,7 +225,7 @@ static int tinit_ntksDecodeLZ4_8u() {
 static int tcall_ntksDecodeLZ4_8u() {
     return ntksDecodeLZ4_8u(pDecodeSrc, decodeSrcLen, pDecodeDst, &decodeDstLen);
 }
-DC_TIMING_I(ntksDecodeLZ4_8u)
+KX_TIMING_I(ntksDecodeLZ4_8u)
 
 // The first part of the data is the larger half.
 static int firstPartLen() {
@@ -270,7 +270,7 @@ static int tcall_ntksEncodeLZ4Dict_8u() {
     return ntksEncodeLZ4Dict_8u(pEncodeSrc, srcIdx, encodeSrcLen, pEncodeDst, &encodeDstLen,
                                 pHashTable, pDict, dictLen);
 }
-DC_TIMING_I(ntksEncodeLZ4Dict_8u)
+KX_TIMING_I(ntksEncodeLZ4Dict_8u)
 
 static int tinit_ntksEncodeLZ4DictSafe_8u() {
     ntksEncodeLZ4DictHashTableInit_8u(pHashTable, fileLen);
@@ -287,7 +287,7 @@ static int tcall_ntksEncodeLZ4DictSafe_8u() {
     return ntksEncodeLZ4DictSafe_8u(pEncodeSrc, srcIdx, &encodeSrcLen, pEncodeDst, &encodeDstLen,
                                     pHashTable, pDict, dictLen);
 }
-DC_TIMING_I(ntksEncodeLZ4DictSafe_8u)
+KX_TIMING_I(ntksEncodeLZ4DictSafe_8u)
 
 static void setWholeFile() {
     tinit_ntksEncodeLZ4_8u();
@@ -316,16 +316,16 @@ static int tcall_ntksEncodeLZ4HC_8u() {
     return ntksEncodeLZ4HC_8u(pEncodeSrc, srcIdx, &encodeSrcLen, pEncodeDst, &encodeDstLen,
                               hashTables, pDict, dictLen, 0);
 }
-DC_TIMING_I(ntksEncodeLZ4HC_8u)
+KX_TIMING_I(ntksEncodeLZ4HC_8u)
 
 [[maybe_unused]] static const bool g_registered = [] {
     constexpr const char* source = "perf/p_dclz4";
     registerHooks();
-    DC_REGISTER_I(TimdcLZ4, ntksEncodeLZ4_8u, source);
-    DC_REGISTER_I(TimdcLZ4, ntksEncodeLZ4Safe_8u, source);
-    DC_REGISTER_I(TimdcLZ4Dict, ntksEncodeLZ4Dict_8u, source);
-    DC_REGISTER_I(TimdcLZ4Dict, ntksEncodeLZ4DictSafe_8u, source);
-    DC_REGISTER_I(TimdcLZ4Dict, ntksEncodeLZ4HC_8u, source);
-    DC_REGISTER_I(TimdcLZ4, ntksDecodeLZ4_8u, source);
+    KX_REGISTER_I(TimdcLZ4, ntksEncodeLZ4_8u, source);
+    KX_REGISTER_I(TimdcLZ4, ntksEncodeLZ4Safe_8u, source);
+    KX_REGISTER_I(TimdcLZ4Dict, ntksEncodeLZ4Dict_8u, source);
+    KX_REGISTER_I(TimdcLZ4Dict, ntksEncodeLZ4DictSafe_8u, source);
+    KX_REGISTER_I(TimdcLZ4Dict, ntksEncodeLZ4HC_8u, source);
+    KX_REGISTER_I(TimdcLZ4, ntksDecodeLZ4_8u, source);
     return true;
 }();

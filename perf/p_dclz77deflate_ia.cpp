@@ -7,7 +7,7 @@
 #include <climits>
 
 #include "dchooks.h"
-#include "dctiming.h"
+#include "kxtiming.h"
 #include "kxdc.h"
 
 constexpr int dataBytes = 102400;
@@ -98,7 +98,7 @@ static int tcall_ntksDeflateLZ77_8u() {
                               positions(pHashPrev), windowSize, pLitFreqTable, pDistFreqTable, pLit,
                               words(pDst), &dstLen, comprLevel.value(), ntkDeflateFinish);
 }
-DC_TIMING_I(ntksDeflateLZ77_8u)
+KX_TIMING_I(ntksDeflateLZ77_8u)
 
 static int tinit_ntksDeflateHuff_8u() {
     pSrc = pDist;
@@ -113,7 +113,7 @@ static int tcall_ntksDeflateHuff_8u() {
     return ntksDeflateHuff_8u(pLit, words(pSrc), srcLen, &code, &codeLen, pLitHuffCodes.data(),
                               pDistHuffCodes.data(), pDst, &dstIdx);
 }
-DC_TIMING_I(ntksDeflateHuff_8u)
+KX_TIMING_I(ntksDeflateHuff_8u)
 
 // The stream starts within its block and overwrites the file's data, which nothing needs any more;
 // nobody compares what comes out: meant so. Of the waiting bits only the number is reset: meant so,
@@ -132,7 +132,7 @@ static int tcall_ntksInflate_8u() {
     return ntksInflate_8u(&pSrc, &srcLen, &code, &codeLen, nullptr, &pDst, &dstLen, 0, &mode,
                           &inflateState);
 }
-DC_TIMING_I(ntksInflate_8u)
+KX_TIMING_I(ntksInflate_8u)
 
 // ---- Preparation ------------------------------------------------------------------------------
 
@@ -252,8 +252,8 @@ void Timdc_Deflate::parmsToCstrm() {
 [[maybe_unused]] static const bool g_registered = [] {
     constexpr const char* source = "perf/p_dclz77deflate_ia";
     registerHooks();
-    DC_REGISTER_I(Timdc_Deflate, ntksDeflateLZ77_8u, source);
-    DC_REGISTER_I(Timdc_Deflate, ntksDeflateHuff_8u, source);
-    DC_REGISTER_I(Timdc_Deflate, ntksInflate_8u, source);
+    KX_REGISTER_I(Timdc_Deflate, ntksDeflateLZ77_8u, source);
+    KX_REGISTER_I(Timdc_Deflate, ntksDeflateHuff_8u, source);
+    KX_REGISTER_I(Timdc_Deflate, ntksInflate_8u, source);
     return true;
 }();

@@ -2,7 +2,7 @@
 
 #include "dchooks.h"
 #include "dcprepare.h"
-#include "dctiming.h"
+#include "kxtiming.h"
 #include "kxdc.h"
 
 namespace dclzo {
@@ -110,7 +110,7 @@ static int tinit_ntksEncodeLZO_8u() {
 static int tcall_ntksEncodeLZO_8u() {
     return ntksEncodeLZO_8u(pSrc, srcLen, pDst, &dstLen, pState);
 }
-DC_TIMING_I(ntksEncodeLZO_8u)
+KX_TIMING_I(ntksEncodeLZO_8u)
 
 // The decoders write the data back over the source, the same bytes: meant so.
 static int tinit_ntksDecodeLZO_8u() {
@@ -120,7 +120,7 @@ static int tinit_ntksDecodeLZO_8u() {
 static int tcall_ntksDecodeLZO_8u() {
     return ntksDecodeLZO_8u(pDst, dstLen, pSrc, &srcLen);
 }
-DC_TIMING_I(ntksDecodeLZO_8u)
+KX_TIMING_I(ntksDecodeLZO_8u)
 
 static int tinit_ntksDecodeLZOSafe_8u() {
     return tinit_ntksDecodeLZO_8u();
@@ -128,13 +128,13 @@ static int tinit_ntksDecodeLZOSafe_8u() {
 static int tcall_ntksDecodeLZOSafe_8u() {
     return ntksDecodeLZOSafe_8u(pDst, dstLen, pSrc, &srcLen);
 }
-DC_TIMING_I(ntksDecodeLZOSafe_8u)
+KX_TIMING_I(ntksDecodeLZOSafe_8u)
 
 [[maybe_unused]] static const bool g_registered = [] {
     constexpr const char* source = "perf/p_dclzo_ia";
     registerHooks();
-    DC_REGISTER_I(TimdcLZO, ntksEncodeLZO_8u, source);
-    DC_REGISTER_I(TimdcLZO, ntksDecodeLZO_8u, source);
-    DC_REGISTER_I(TimdcLZO, ntksDecodeLZOSafe_8u, source);
+    KX_REGISTER_I(TimdcLZO, ntksEncodeLZO_8u, source);
+    KX_REGISTER_I(TimdcLZO, ntksDecodeLZO_8u, source);
+    KX_REGISTER_I(TimdcLZO, ntksDecodeLZOSafe_8u, source);
     return true;
 }();

@@ -2,7 +2,7 @@
 
 #include "dchooks.h"
 #include "dcprepare.h"
-#include "dctiming.h"
+#include "kxtiming.h"
 #include "kxdc.h"
 
 namespace dclzss {
@@ -107,7 +107,7 @@ static int tinit_ntksEncodeLZSS_8u() {
 static int tcall_ntksEncodeLZSS_8u() {
     return ntksEncodeLZSS_8u(&pSrc, &srcLen, &pDst, &dstLen, pState);
 }
-DC_TIMING_I(ntksEncodeLZSS_8u)
+KX_TIMING_I(ntksEncodeLZSS_8u)
 
 // The decoder reads dst and writes the data back over src; the status of its initialisation is
 // passed over, the measured call tells.
@@ -119,12 +119,12 @@ static int tinit_ntksDecodeLZSS_8u() {
 static int tcall_ntksDecodeLZSS_8u() {
     return ntksDecodeLZSS_8u(&pDst, &dstLen, &pSrc, &srcLen, pState);
 }
-DC_TIMING_I(ntksDecodeLZSS_8u)
+KX_TIMING_I(ntksDecodeLZSS_8u)
 
 [[maybe_unused]] static const bool g_registered = [] {
     constexpr const char* source = "perf/p_dclzss_ia";
     registerHooks();
-    DC_REGISTER_I(TimdcLZSS, ntksEncodeLZSS_8u, source);
-    DC_REGISTER_I(TimdcLZSS, ntksDecodeLZSS_8u, source);
+    KX_REGISTER_I(TimdcLZSS, ntksEncodeLZSS_8u, source);
+    KX_REGISTER_I(TimdcLZSS, ntksDecodeLZSS_8u, source);
     return true;
 }();

@@ -4,7 +4,7 @@
 #include "p_dczfp.h"
 
 #include "dchooks.h"
-#include "dctiming.h"
+#include "kxtiming.h"
 #include "kxdc.h"
 
 namespace dczfp {
@@ -54,7 +54,7 @@ static int tcall_ntksEncodeZfp444_32f() {
         [field](int offset) { return ntksEncodeZfp444_32f(field + offset, stepY, stepZ, pState); });
     return status == ntkStsNoErr ? ntksEncodeZfpFlush_32f(pState) : status;
 }
-DC_TIMING_I(ntksEncodeZfp444_32f)
+KX_TIMING_I(ntksEncodeZfp444_32f)
 
 static int tinit_ntksDecodeZfp444_32f() {
     ntksDecodeZfpInit_32f(bytes(comprBuf), comprLen, pState);
@@ -66,7 +66,7 @@ static int tcall_ntksDecodeZfp444_32f() {
     return forEachBlock(
         [field](int offset) { return ntksDecodeZfp444_32f(field + offset, stepY, stepZ, pState); });
 }
-DC_TIMING_I(ntksDecodeZfp444_32f)
+KX_TIMING_I(ntksDecodeZfp444_32f)
 
 // ---- Preparation ------------------------------------------------------------------------------
 
@@ -177,7 +177,7 @@ double TimdcZfpDecode444::getDivisor() {
 [[maybe_unused]] static const bool g_registered = [] {
     constexpr const char* source = "perf/p_dczfp";
     registerHooks();
-    DC_REGISTER_IBS_X(TimdcZfpEncode444, ntksEncodeZfp444_32f, source);
-    DC_REGISTER_IBS_X(TimdcZfpDecode444, ntksDecodeZfp444_32f, source);
+    KX_REGISTER_IBS_X(TimdcZfpEncode444, ntksEncodeZfp444_32f, source);
+    KX_REGISTER_IBS_X(TimdcZfpDecode444, ntksDecodeZfp444_32f, source);
     return true;
 }();

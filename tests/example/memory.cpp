@@ -4,7 +4,7 @@
 #include <climits>
 #include <cstring>
 
-#include "dctiming.h"
+#include "kxtiming.h"
 #include "example.h"
 
 namespace {
@@ -37,7 +37,7 @@ int tcall_memcpy() {
     memcpy(g_dst.data(), g_src.data(), static_cast<size_t>(g_length.value()));
     return 0;
 }
-DC_TIMING(memcpy)
+KX_TIMING(memcpy)
 
 // Moving the rows of an image down by one: source and destination overlap. Cache mode scales width
 // and height, and the size of the image alone counts.
@@ -69,7 +69,7 @@ int tcall_memmove() {
     memmove(image + rowBytes, image, rowBytes * static_cast<size_t>(g_size.value().height));
     return 0;
 }
-DC_TIMING(memmove)
+KX_TIMING(memmove)
 
 // Filling a vector: a test that does not support cache mode.
 class FillTest : public kxTest {
@@ -89,13 +89,13 @@ int tcall_memset() {
     memset(g_dst.data(), 1, static_cast<size_t>(g_length.value()));
     return 0;
 }
-DC_TIMING(memset)
+KX_TIMING(memset)
 
 [[maybe_unused]] const bool g_registered = [] {
     constexpr const char* source = "tests/example/memory";
-    DC_REGISTER(CopyTest, memcpy, source);
-    DC_REGISTER(MoveTest, memmove, source);
-    DC_REGISTER(FillTest, memset, source);
+    KX_REGISTER(CopyTest, memcpy, source);
+    KX_REGISTER(MoveTest, memmove, source);
+    KX_REGISTER(FillTest, memset, source);
     return true;
 }();
 

@@ -1,0 +1,261 @@
+#include "ps.h"
+
+#include "pscputick_gcc.h"
+#include "pscpuidtest.h"
+#include "psistream.h"
+#include "psoptionutil.h"
+#include "psreport.h"
+#include "psreportformat.h"
+#include "psreporttest.h"
+#include "pssettings.h"
+#include "pstable.h"
+#include "pstest.h"
+
+namespace {
+constexpr int bannerWidth = 78;
+
+psString blanks(int n) {
+    psString text;
+    text.resize(n > 0 ? n : 0);
+    return text;
+}
+} // namespace
+
+constinit int& psSession::m_exitLevel = g_settings.exitLevel;
+constinit int& psSession::m_nameMode = g_settings.nameMode;
+constinit bool& psSession::m_nameExit = g_settings.nameExit;
+
+psString psSession::getExitInfo() {
+    switch (m_exitLevel) {
+    case 1: return "ignored because of -e option";
+    case 2: return "ignored because of -h option";
+    case 3: return "ignored because of -v option";
+    default: return "ignored";
+    }
+}
+
+psString psSession::getEnterTitle(const psString& title) {
+    psString stars;
+    stars.resize(bannerWidth, '*');
+    const int length = title.length();
+    const int half = (80 - length) >> 1;
+    const psString row = " " + stars + "\n";
+    return row + " *" + blanks(half - 2) + title + blanks(bannerWidth - (half + length)) + "*\n" +
+           row;
+}
+
+void psSession::initSession() {
+    m_options.clear();
+    psInitInputOptions(m_options);
+    psInitOutputOptions(m_options);
+    psInitDirectoryOptions(m_options);
+    psInitSelectOptions(m_options);
+    psInitMeasureOptions(m_options);
+    psInitHelpOptions(m_options);
+}
+
+void psSession::setIniMode(const psString& name, bool write) {
+    m_iniName = name;
+    m_iniWrite = write;
+}
+
+void psSession::setSglName(const psString& argument) {
+    m_sglName = genPathName(m_outDir, argument, ".end");
+}
+
+void psSession::setHelp(char key, bool hidden) {
+    m_helpKey = key;
+    m_helpHidden = hidden;
+}
+
+int psSession::run(int argc, char** argv) {
+    g_ostrm.addConsole();
+    g_ostrm.setOutLevel(PS_OUT_PERF); // until "-L" takes effect, behind the common data
+    setNtkEnvironment();
+    initSession();
+    registerCpuTest();
+    pTestList->setStartTime(time(nullptr));
+    int result = 0;
+    if (prepare(argc, argv)) {
+        prepareLibrary();
+        if (!sortTests()) {
+            return 0;
+        }
+        result = runTests();
+    }
+    finish();
+    return result;
+}
+
+// False: there is nothing more to do.
+bool psSession::prepare(int argc, char** argv) {
+    return parseCommandLine(argc, argv) && startSession() && !hintOutput();
+}
+
+void psSession::registerCpuTest() {
+    psRegTest(new __psBraskCpuTest("__psBraskCpu", "Brask CPU information", "perflib/src/ps"));
+}
+
+bool psSession::sortTests() {
+    if (pTestList && !m_quickMode) {
+        g_ostrm << PS_NORMAL << "Sorting functions..." << PS_END_FLUSH;
+        pTestList->sortFunc();
+        g_ostrm << PS_NORMAL << "\n" << PS_END;
+    }
+    if (!pTestList) {
+        g_ostrm << PS_ERR << "Fail! pTestList is NULL\n" << PS_END_FLUSH;
+        return false;
+    }
+    pTestList->startWithCpuTest();
+    return true;
+}
+
+int psSession::runTests() {
+    outputHeader();
+    if (m_enumMode <= 1) {
+        listTests(m_enumMode);
+        pTestList->setEndTime(time(nullptr));
+        return 0;
+    }
+    if (s_parmFunc) {
+        s_parmFunc();
+    }
+    selectTestParameters();
+    beginCommonData();
+    readCommonData();
+    endCommonData();
+    g_istrm.setSection(psIStream::commonSection);
+    g_istrm.sectionDone();
+    if (!g_pHotList) {
+        g_pHotList = new psStringList;
+    }
+    putTableTitle();
+    const int result = pTestList->runTests(m_conditions);
+    pTestList->setEndTime(time(nullptr));
+    warnUnusedPresets();
+    warnUnusedSettings();
+    outputFooter();
+    return result;
+}
+
+void psSession::finish() {
+    if (pTestList->endTime() == 0) {
+        pTestList->setEndTime(time(nullptr));
+    }
+    g_istrm.closeIniFile();
+    g_ostrm.flush(); // who waits for the signal file finds the log whole
+    outputSignal();
+    delete pTestList;
+    pTestList = nullptr;
+    g_ostrm.flush();
+    g_cstrm.close();
+    g_ustrm.close();
+    g_nstrm.close();
+}
+
+void psSession::beginCommonData() {
+    g_ostrm.setOutLevel(PS_OUT_PERF);
+}
+
+void psSession::endCommonData() {
+    g_ostrm.setOutLevel(m_levelMode ? m_levelMode : int{PS_OUT_PERF});
+    if (!(m_askMode & PS_ASK_TESTS)) {
+        g_istrm.setIStream(nullptr);
+    }
+}
+
+void psSession::selectTestParameters() {
+    if (!g_pParmList) {
+        return;
+    }
+    knowCommonParms();
+    const int askMode = m_askMode;
+    const bool batMode = m_batMode;
+    m_askMode = 0;
+    m_batMode = true;
+    pTestList->selectCommonParms(m_conditions, *g_pParmList);
+    m_askMode = askMode;
+    m_batMode = batMode;
+}
+
+void psSession::readCommonData() {
+    int reported = psReadTimingMethod(*this);
+    reported += psReadTestParameters(*this);
+    reported += psReadDataOffset(*this);
+    if (reported > 0) {
+        g_ostrm << PS_ERR << getEnterTitle("End of common specifications") << PS_END;
+    }
+}
+
+void psSession::funcTitleToCStream() {
+    psFuncTitleToCStream(g_cstrm);
+}
+
+void psSession::parmsTitleToCStream() {
+    psParmsTitleToCStream(g_cstrm);
+}
+
+void psSession::resultTitleToCStream() {
+    psResultTitleToCStream(g_cstrm);
+}
+
+void psSession::putTableTitle() {
+    psSetTableColumns();
+    putTableTitleLine();
+}
+
+void psSession::putTableTitleLine() {
+    funcTitleToCStream();
+    parmsTitleToCStream();
+    resultTitleToCStream();
+    g_cstrm.lineOut(psTest::m_numParmsColm + psTest::m_numResultColm);
+}
+
+void psSession::listTests(int mode) {
+    const psReportTitle title(*pTestList);
+    const psReportList list(*pTestList, m_conditions, mode);
+    g_ostrm << PS_ERR << title << list << PS_END;
+    g_cstrm << title << list;
+}
+
+void psSession::outputHeader() {
+    const psReportTitle title(*pTestList);
+    g_ostrm << PS_ERR << title << PS_END;
+    g_cstrm << title;
+    g_nstrm << title;
+    psTitleToSummary(g_ustrm, title);
+    g_ustrm << psReportTestResult();
+}
+
+void psSession::outputFooter() {
+    const psReportEnd end(*pTestList);
+    g_ostrm << PS_ERR << end << PS_END_FLUSH;
+    g_ustrm << end;
+}
+
+void psSession::outputSignal() {
+    if (m_sglName.empty()) {
+        return;
+    }
+    o_stream file(m_sglName, PS_OPEN_WRITE | PS_OPEN_FILE);
+    const time_t end = pTestList->endTime();
+    const double seconds = difftime(end, pTestList->startTime());
+    file.write(psReportFormat::getTimeStr(seconds) + "\n" + ctime(&end) + "\n");
+    if (!file.flush() || file.failure()) {
+        g_ostrm.reportFailure(file);
+    }
+}
+
+bool psSession::hintOutput() {
+    if (!m_helpKey && !m_versionAsked) {
+        return false;
+    }
+    g_ostrm << PS_ERR << "\nBrask NTK. Performance System "
+            << "2.0"
+            << ", " << __DATE__ << "\n"
+            << PS_END;
+    if (m_helpKey) {
+        hint(m_helpKey, m_helpHidden);
+    }
+    return true;
+}

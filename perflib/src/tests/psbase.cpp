@@ -1,0 +1,87 @@
+#include "psbase.h"
+
+// Plain pointers without initialisers to run: they are null before the first static initialiser
+// of any file, and the first call that needs a list makes it.
+constinit psTestList* pTestList = nullptr;
+constinit psList<psParameter*>* g_pParmList = nullptr;
+constinit psHook s_parmFunc = nullptr;
+constinit psString* pCmdLine = nullptr;
+constinit psList<psVersionHook>* ntkVersionList = nullptr;
+constinit psTimingHook initTimingMethod = nullptr;
+constinit psStringList* g_pHotList = nullptr;
+constinit psSession* pSession = nullptr;
+constinit bool qKeys = false;
+constinit psStringList* g_pLibInfo = nullptr;
+constinit psStringList* g_pLibFunctions = nullptr;
+constinit psStringList* g_pParmColumns = nullptr;
+
+namespace {
+
+template <class T> T& made(T*& object) {
+    if (!object) {
+        object = new T;
+    }
+    return *object;
+}
+
+void appendOnce(psStringList& list, const psString& text) {
+    for (const psString& item : list) {
+        if (item == text) {
+            return;
+        }
+    }
+    list.append(text);
+}
+
+} // namespace
+
+void psRegTest(psTest* test) {
+    made(pTestList).append(test);
+}
+
+void psRegParm(psParameter& parm) {
+    made(g_pParmList).append(&parm);
+}
+
+bool psRegParmFunc(psHook fillsCommonParms) {
+    s_parmFunc = fillsCommonParms;
+    return true;
+}
+
+void psRegCmdLine(const psString& arguments) {
+    made(pCmdLine) += " " + arguments;
+}
+
+void psRegNtkVersion(psVersionHook hook) {
+    made(ntkVersionList).append(hook);
+}
+
+bool psRegTimingMethod(psTimingHook hook) {
+    initTimingMethod = hook;
+    return true;
+}
+
+void psRegHotFunction(const psString& name) {
+    made(g_pHotList).append(name);
+}
+
+bool psRegSession(psSession* session) {
+    pSession = session;
+    return true;
+}
+
+bool psRegQKeys() {
+    return qKeys = true;
+}
+
+void psRegLibInfo(const psString& info) {
+    appendOnce(made(g_pLibInfo), info);
+}
+
+void psRegLibFunction(const psString& name) {
+    appendOnce(made(g_pLibFunctions), name);
+}
+
+void psRegParmColumn(const psString& name) {
+    made(g_pParmColumns).append(name);
+}
