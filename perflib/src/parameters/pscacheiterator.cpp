@@ -7,6 +7,7 @@
 #include "pslibrary.h"
 #include "psobject.h"
 #include "psostream.h"
+#include "psvalue.h"
 
 namespace {
 
@@ -30,6 +31,11 @@ bool psCacheIterator::nextValue() {
     m_tries = "";
     m_factor = usualFactor;
     return psIterator<int>::nextValue() && setHasValue(m_wrapped->firstValue());
+}
+
+void psCacheIterator::addTo(psNamedValues& values) const {
+    values.add("Cache", getComment());
+    m_wrapped->addTo(values);
 }
 
 int psCacheIterator::cacheSize() {

@@ -45,6 +45,7 @@ public:
     bool fromIStream(psIStream& in) override { return m_wrapped->fromIStream(in); }
     void translate(const psString& text) override { m_wrapped->translate(text); }
     std::function<void()> keepDefinition() override { return m_wrapped->keepDefinition(); }
+    void addTo(psNamedValues& values) const override; // the mode, as "Cache", then the parameter
 
     // After a validation that failed: changes the wrapped parameter, so that the same combination
     // may be tried again. False: given up.

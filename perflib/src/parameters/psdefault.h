@@ -5,6 +5,7 @@
 #include "psexcept.h"
 #include "psnamemap.h"
 #include "psparameter.h"
+#include "psvalue.h"
 
 // A parameter of one value. Its definition is the default: a text that replaces it stands until
 // the next one, over any number of iterations.
@@ -60,6 +61,17 @@ public:
     void translate(const psString& text) override { setDefault(validItem(text.trimmed())); }
     std::function<void()> keepDefinition() override {
         return [this, value = m_default] { setDefault(value); };
+    }
+
+    void addTo(psNamedValues& values) const override {
+        if constexpr (std::is_arithmetic_v<T> && !std::is_same_v<T, bool>) {
+            if (validString().empty() && !name().empty()) {
+
+                values.add(name(), value());
+                return;
+            }
+        }
+        psParameter::addTo(values);
     }
 
     virtual T value() const { return m_value; }
@@ -137,6 +149,7 @@ public:
     psString validString() const override { return psJoined(m_map.names(), "|"); }
     psString valueToString(T value) const override { return m_map.nameOf(value); }
     T stringToValue(const psString& text) const override { return m_map.find(text); }
+    void addTo(psNamedValues& values) const override { psParameter::addTo(values); } // its name
 
 private:
     psNameMap<T> m_map;

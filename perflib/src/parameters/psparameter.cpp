@@ -4,6 +4,7 @@
 #include "psexcept.h"
 #include "psistream.h"
 #include "psostream.h"
+#include "psvalue.h"
 
 psParameter::psParameter(const psString& name, const psString& promptName) {
     setName(name, promptName);
@@ -61,6 +62,12 @@ void psParameter::toCStream(psCStream& table) const {
         }
     }
     putCell(table, text);
+}
+
+void psParameter::addTo(psNamedValues& values) const {
+    if (!m_name.empty()) {
+        values.add(m_name, valueString());
+    }
 }
 
 void psParameter::nameToCStream(psCStream& table) const {

@@ -7,6 +7,7 @@
 class psOStream;
 class psCStream;
 class psIStream;
+class psNamedValues;
 
 // Root of the named, typed, iterable parameters of the tests. A parameter has a definition (one
 // value, a list or a progression) that a test author gives in code and a user replaces by text,
@@ -59,6 +60,9 @@ public:
     // A function that puts the definition back to what it is now. (Not by way of its text, which
     // is shorter than some numbers and has no form for an empty list.)
     virtual std::function<void()> keepDefinition() = 0;
+    // Adds the current value under the parameter's name, with its own type: a number where the
+    // parameter is one. Nothing for a parameter without a name.
+    virtual void addTo(psNamedValues& values) const;
 
     const psString& name() const { return m_name; }
     const psString& promptName() const { return m_promptName; }

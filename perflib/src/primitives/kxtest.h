@@ -15,6 +15,7 @@ public:
 
     psResult run() override;
     void funcToCstrm() override;
+    psString typeNames() override { return m_func.typeName(); }
     void printAllMemoryBlocks(const psString& label) override;
     psString regInfo() override;
 

@@ -83,60 +83,49 @@ bool readChoice(Block& block, const char* name, bool current, const char* yes, c
     return choice.value();
 }
 
-int readMethod(Block& block) {
+const psTimingMethod& readMethod(Block& block) {
     psMapDefault<int> method(g_tool.method, "Method");
-    method.addMap("Auto", PS_AUTO);
-    method.addMap("Manual", PS_LOOP);
-    method.addMap("Statistic", PS_STAT);
-    method.addMap("Iterative", PS_BEST);
+    for (const psTimingMethod& candidate : psTool::methods()) {
+        method.addMap(candidate.name, candidate.id);
+    }
     block.read(method);
-    return method.value();
+    const psTimingMethod* const chosen = psTool::findMethod(method.value());
+    return chosen ? *chosen : psTool::methods().front();
 }
 
-void readManual(Block& block) {
-    g_tool.setMethodLoop(readNumber(block, Number<int>(g_tool.loopNumLoops, 1, "NumLoops")));
+void readSetting(Block& block, const psMethodSetting& setting) {
+    std::visit(
+        [&](auto member) {
+            using T = std::remove_reference_t<decltype(g_tool.*member)>;
+            g_tool.*member =
+                readNumber(block, Number<T>(g_tool.*member, setting.lowest, setting.name));
+        },
+        setting.value);
 }
 
-void readStatistic(Block& block) {
-    const int calls = readNumber(block, Number<int>(g_tool.statMinCalls, 1, "NumCalls"));
-    const long long clocks =
-        readNumber(block, Number<long long>(g_tool.statMaxClocks, 0, "TotalCpuClocks"));
-    g_tool.setMethodStat(calls, clocks);
-}
-
-void readIterative(Block& block) {
-    int first = 0, last = 0;
-    long long clocks = 0;
-    if (!g_tool.getMethodBest(first, last, clocks)) {
-        psTool::getAutoParameters(first, last, clocks);
+void readMethodSettings(Block& block, const psTimingMethod& method) {
+    if (g_tool.method != method.id) {
+        method.setDefaults(g_tool);
     }
-    first = readNumber(block, Number<int>(first, 1, "StartNumLoops"));
-    last = readNumber(block, Number<int>(last, 1, "StopNumLoops"));
-    clocks = readNumber(block, Number<long long>(clocks, 1, "MinCpuClocks"));
-    g_tool.setMethodBest(first, last, clocks);
-}
-
-void readMethodParameters(Block& block, int method) {
-    switch (method) {
-    case PS_LOOP: readManual(block); break;
-    case PS_STAT: readStatistic(block); break;
-    case PS_BEST: readIterative(block); break;
-    default: g_tool.setMethodAuto();
+    for (const psMethodSetting& setting : method.settings) {
+        readSetting(block, setting);
     }
+    method.choose(g_tool);
 }
 
 } // namespace
 
 int psReadTimingMethod(psSession& session) {
     Block block(session, PS_ASK_TIMING, "Specify timing method, please");
-    for (const char* const name : {"NumLoops", "NumCalls", "TotalCpuClocks", "StartNumLoops",
-                                   "StopNumLoops", "MinCpuClocks"}) {
-        g_istrm.know(name); // also those of the methods not chosen
+    for (const psTimingMethod& method : psTool::methods()) {
+        for (const psMethodSetting& setting : method.settings) {
+            g_istrm.know(setting.name); // also those of the methods not chosen
+        }
     }
     if (initTimingMethod) { // what it sets up is the default of the questions
         initTimingMethod(g_tool);
     }
-    readMethodParameters(block, readMethod(block));
+    readMethodSettings(block, readMethod(block));
     constexpr double leastPercent = 0.001;
     g_tool.accuracyLimit =
         readNumber(block, Number<double>(100 * g_tool.accuracyLimit, leastPercent, "Accuracy",

@@ -14,6 +14,7 @@ constinit bool qKeys = false;
 constinit psStringList* g_pLibInfo = nullptr;
 constinit psStringList* g_pLibFunctions = nullptr;
 constinit psStringList* g_pParmColumns = nullptr;
+constinit psList<psRecordWriter*>* g_pRecordWriters = nullptr;
 
 namespace {
 
@@ -84,4 +85,8 @@ void psRegLibFunction(const psString& name) {
 
 void psRegParmColumn(const psString& name) {
     made(g_pParmColumns).append(name);
+}
+
+void psRegRecordWriter(psRecordWriter& writer) {
+    made(g_pRecordWriters).append(&writer);
 }

@@ -8,6 +8,7 @@
 // library. Everything may be called from static initialisers of any file, in any order; lists keep
 // the order of the calls. Objects stay their owner's, except tests.
 
+class psRecordWriter;
 class psSession;
 class psTool;
 
@@ -31,6 +32,7 @@ void psRegLibFunction(const psString& name);
 // The next parameter column of the performance table has this name. Without any, the table has
 // a few unnamed ones.
 void psRegParmColumn(const psString& name);
+void psRegRecordWriter(psRecordWriter& writer);
 
 extern psTestList* pTestList;
 extern psList<psParameter*>* g_pParmList;
@@ -44,3 +46,4 @@ extern bool qKeys;
 extern psStringList* g_pLibInfo;
 extern psStringList* g_pLibFunctions;
 extern psStringList* g_pParmColumns;
+extern psList<psRecordWriter*>* g_pRecordWriters; // null: none

@@ -9,6 +9,8 @@
 class psCacheIterator;
 class psConditions;
 class psRunMark;
+struct psMeasurement;
+class psNamedValues;
 
 // What a test's registration text says: "name/second name/registering macro", each part empty
 // when absent. Tests of a library give their class as the name.
@@ -98,6 +100,12 @@ public:
     virtual void outputConst();
     virtual void outputRegInfo();
     virtual void putTextResult(psResult r);
+    // The types of the function's operands, "8u16u"; empty when there is nothing to say.
+    virtual psString typeNames() { return {}; }
+    // Asked after a measurement, when it is written: adds what tells measurements of the test
+    // apart or came out of them, under the names of the registered table columns ("Length",
+    // "Ratio"). A test that adds nothing has its parameters in the columns, in their order.
+    virtual void addValues(psNamedValues&) {}
 
     const psString& functionName() const { return m_function; }
     const psString& sourceName() const { return m_source; }
@@ -132,6 +140,8 @@ public:
     static void clearCtrlStatus();
     void setDeprecatedFlag(bool on);
     void setTimingResult(double clocks, const psString& comment);
+    // The record of the combination that was measured last.
+    psMeasurement record(psResult r);
     // Clocks per unit, or with rate the floating-point operations per second in millions.
     psString perfString(bool rate);
     psString testResultString();
@@ -148,10 +158,10 @@ public:
     static void raiseResult(psResult r) { m_currentResult = psWorse(m_currentResult, r); }
 
     static psResult m_currentResult; // of the test being run
-    static bool& m_cache;             // "-C"
-    static bool& m_unmasked;          // "-W": floating-point exceptions of the measured code trap
-    static bool& m_pressing;          // "-P"
-    static int& m_hot;                // "-H": 0 no, 1 with the column, 2 only hot lines
+    static bool& m_cache;            // "-C"
+    static bool& m_unmasked;         // "-W": floating-point exceptions of the measured code trap
+    static bool& m_pressing;         // "-P"
+    static int& m_hot;               // "-H": 0 no, 1 with the column, 2 only hot lines
     static int& m_vectorNum;         // vectors of the current combination
     static int& m_vectorShift;
     // Columns of the performance table: the function's and the parameters', then the result's.

@@ -40,7 +40,7 @@ public:
     time_t startTime() const { return m_startTime; }
     time_t endTime() const { return m_endTime; }
 
-    static psString& m_startFunc;   // "-F"; emptied when that function is reached
+    static psString& m_startFunc;  // "-F"; emptied when that function is reached
     static psTest* m_pCurrentTest; // null between tests
 
 private:

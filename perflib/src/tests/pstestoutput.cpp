@@ -2,11 +2,13 @@
 
 #include "pstest.h"
 
+#include "psbase.h"
 #include "pscacheiterator.h"
 #include "pscstream.h"
 #include "psctrl87.h"
 #include "psctrlstatus.h"
 #include "pssettings.h"
+#include "psrecordwriter.h"
 #include "pstable.h"
 #include "pstestformat.h"
 #include "pstestrun.h"
@@ -28,7 +30,7 @@ psString psTest::perfString(bool rate) {
 // The unit follows the accuracy in a column of its own, a blank in between.
 psString psTest::testResultString() {
     psString text;
-    if (m_tool.method == PS_AUTO || m_tool.method == PS_BEST) {
+    if (m_tool.times().hasAccuracy) {
         text += "acc=" + sFormat(psTool::getAccuracyStr(m_tool.accuracy), 5);
     }
     text += sFormat(" " + getUnit(), -10);
@@ -90,7 +92,7 @@ psString psTest::regInfo() {
     } else if (m_call && !m_loop && !m_stat) {
         text += "funcCall";
     } else if (m_loop || m_stat) {
-        text += m_loop && (m_tool.method == PS_LOOP || !m_stat) ? "loopMethod" : "statMethod";
+        text += m_loop && (m_tool.method == PS_MANUAL || !m_stat) ? "loopMethod" : "statMethod";
     } else {
         text += "oldMethod";
     }
@@ -149,13 +151,44 @@ void psTest::outputResult(psResult r) {
     } else {
         putTableResult(r);
     }
+    if (g_pRecordWriters) {
+        const psMeasurement m = record(r);
+        for (psRecordWriter* writer : *g_pRecordWriters) {
+            writer->write(m);
+        }
+    }
 }
 
 void psTest::funcToCstrm() {
     g_cstrm << m_function << psString();
 }
 
+psMeasurement psTest::record(psResult r) {
+    psMeasurement m;
+    m.function = m_function;
+    m.types = typeNames();
+    for (const psParameter* parm : m_parms) {
+        parm->addTo(m.parameters);
+    }
+    addValues(m.values);
+    m.times = m_tool.times();
+    m.unitsPerCall = getDivisor();
+    m.unit = getUnit();
+    m.flopsPerCall = isFloatFunction() ? getFlops() : 0;
+    m.result = r;
+    m.comment = getComment();
+    m.deprecated = m_deprecated;
+    m.hot = isHotLine();
+    return m;
+}
+
+// A test that adds no values has its parameters as they come in the columns.
 void psTest::parmsToCstrm() {
+    const psMeasurement m = record(PS_UNDEFINED);
+    if (!m.values.empty()) {
+        psValuesToCStream(g_cstrm, m);
+        return;
+    }
     for (const psParameter* parm : m_parms) {
         parm->toCStream(g_cstrm);
     }
@@ -174,14 +207,8 @@ void psTest::putTableParms() {
     g_cstrm.skipToColm(m_numParmsColm);
 }
 
-// A failed call has no clocks worth a cell.
 void psTest::resultToCstrm(psResult r) {
-    const bool measured = !psIsFail(r);
-    g_cstrm << (measured ? perfString(false) : psString()) << getUnit()
-            << (measured ? perfString(true) : psString()) << psResultShortName(r) << getComment();
-    if (m_hot) {
-        g_cstrm << psString(isHotLine() ? "+" : "");
-    }
+    psResultToCStream(g_cstrm, *this, record(r));
 }
 
 void psTest::putTableResult(psResult r) {
@@ -192,7 +219,7 @@ void psTest::putTableResult(psResult r) {
 
 void psTest::putTableResult_Deprecated(psResult r) {
     putTableParms();
-    g_cstrm << psString() << getUnit() << psString() << psResultShortName(r) << getComment();
+    psResultToCStream(g_cstrm, *this, record(r));
     g_cstrm.lineOut(m_numParmsColm + m_numResultColm);
 }
 

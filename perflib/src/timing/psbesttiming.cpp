@@ -12,22 +12,22 @@ constexpr int confirmingRuns = 3;
 constexpr int avoidingRuns = 6;
 } // namespace
 
-void psTool::collectLine(const char* label, const psString& value) {
-    collect(psString("        ") + label + value + "\n");
+void psTool::logLine(const char* label, const psString& value) {
+    log(psString("        ") + label + value + "\n");
 }
 
 // Other failures than of the accuracy have told their own story.
-psTool::Step psTool::exitFailed(psResult r) {
+psTool::Step psTool::failMeasurement(psResult r) {
     result = r;
-    collect("    Auto method: exit\n");
-    emitDetail();
+    log("    Auto method: exit\n");
+    flushLog();
     if (r == PS_ACCUR_FAIL) {
-        dumpDetail();
+        flushLogOnFailure();
     }
     return Step::exit;
 }
 
-void psTool::emitDetail() {
+void psTool::flushLog() {
     if (!g_ostrm.accepts(PS_DETAIL)) {
         return;
     }
@@ -36,7 +36,7 @@ void psTool::emitDetail() {
 }
 
 // A failed measurement shows its history also to those who did not ask for details.
-void psTool::dumpDetail() {
+void psTool::flushLogOnFailure() {
     if (g_ostrm.outLevel() < PS_DETAIL) {
         g_ostrm << PS_ERR << m_detail << PS_END;
     }
@@ -55,9 +55,9 @@ void psTool::bestTiming(int minLoops, int maxLoops, long long minClocks) {
     if (countCalls && !funcStat && !funcCall) {
         countCalls = false;
     }
-    collect("    Auto method: start\n");
-    collectLine("minClocks  = ", clockStr(minClocks));
-    emitDetail();
+    log("    Auto method: start\n");
+    logLine("minClocks  = ", clockStr(minClocks));
+    flushLog();
     Iteration it{minLoops, maxLoops, minClocks};
     if (!priorMeasurement(it)) {
         return;
@@ -74,14 +74,14 @@ void psTool::bestTiming(int minLoops, int maxLoops, long long minClocks) {
 // False when the measurement has failed and ended.
 bool psTool::priorMeasurement(Iteration& it) {
     for (bool first = true;; first = false) {
-        collect("    Prior Measurement: \n");
-        collectLine(psFormat("%s   = ", runLabel()).c_str(), psText(it.loops));
-        emitDetail();
+        log("    Prior Measurement: \n");
+        logLine(psFormat("%s   = ", runLabel()).c_str(), psText(it.loops));
+        flushLog();
         const psResult r = startIterations(it.loops, it.minClocks);
-        collectLine("numClocks  = ", psText(numClocks));
-        collectLine("funcClocks = ", psText(funcClocks));
-        collectLine("result     = ", psResultWord(r));
-        emitDetail();
+        logLine("numClocks  = ", psText(numClocks));
+        logLine("funcClocks = ", psText(funcClocks));
+        logLine("result     = ", psResultWord(r));
+        flushLog();
         if (r == PS_ACCUR_WARN && first) {
             const long long factor = psShortRunFactor(it.minClocks, numClocks);
             it.loops = psTimesLoops(it.loops, factor);
@@ -93,7 +93,7 @@ bool psTool::priorMeasurement(Iteration& it) {
             if (!psIsFail(r)) {
                 return true;
             }
-            exitFailed(r);
+            failMeasurement(r);
             return false;
         }
     }
@@ -103,7 +103,7 @@ psResult psTool::startIterations(int loops, long long minClocks) {
     numLoops = loops;
     double clocks = 0;
     runTimFunc(loops, &clocks, true);
-    funcClocks = clocks / numLoops;
+    funcClocks = clocksPerCall(Stored::sum);
     if (psIsFail(result)) {
         return result;
     }
@@ -122,22 +122,22 @@ void psTool::iterationMeasurement(Iteration& it) {
 }
 
 psTool::Step psTool::oneIteration(int startLoops, int maxLoops) {
-    collect("    Iteration Measurement: \n");
-    collectLine("startLoops = ", psText(startLoops));
-    collectLine("maxLoops   = ", psText(maxLoops));
-    emitDetail();
+    log("    Iteration Measurement: \n");
+    logLine("startLoops = ", psText(startLoops));
+    logLine("maxLoops   = ", psText(maxLoops));
+    flushLog();
     const psResult r = continueIterations(startLoops, maxLoops);
-    collectLine("stopLoops  = ", psText(numLoops));
-    collectLine("stopClocks = ", psText(numClocks));
-    collectLine("accuracy   = ", psAccuracyText(accuracy));
-    collectLine("funcClocks = ", psText(funcClocks));
-    collectLine("result     = ", psResultWord(r));
-    emitDetail();
+    logLine("stopLoops  = ", psText(numLoops));
+    logLine("stopClocks = ", psText(numClocks));
+    logLine("accuracy   = ", psAccuracyText(accuracy));
+    logLine("funcClocks = ", psText(funcClocks));
+    logLine("result     = ", psResultWord(r));
+    flushLog();
     if (r == PS_STATUS_WARN) {
         return Step::avoid;
     }
     if (psIsFail(r)) {
-        return exitFailed(r);
+        return failMeasurement(r);
     }
     return judgeIteration(maxLoops);
 }
@@ -146,11 +146,11 @@ psTool::Step psTool::judgeIteration(int maxLoops) {
     if (accuracy <= goodAccuracy) {
         return Step::stop;
     }
-    collect("    Simple Measurements: \n");
-    emitDetail();
+    log("    Simple Measurements: \n");
+    flushLog();
     const psResult r = repeatTiming(numLoops, confirmingRuns);
     if (psIsFail(r)) {
-        return exitFailed(r);
+        return failMeasurement(r);
     }
     if (r != PS_ACCUR_WARN || numLoops >= maxLoops) {
         return Step::stop;
@@ -172,7 +172,7 @@ psResult psTool::doubleLoops(int startLoops, int maxLoops) {
         if (psIsFail(result)) {
             return result;
         }
-        funcClocks = clocks / numLoops;
+        funcClocks = clocksPerCall(Stored::sum);
         if (funcClocks <= 0) {
             return PS_ACCUR_FAIL;
         }
@@ -201,7 +201,7 @@ psResult psTool::statRun() {
     if (psIsFail(result)) {
         return result;
     }
-    funcClocks = perCall(numClocks, numLoops, true);
+    funcClocks = clocksPerCall(storedBy(true));
     if (funcClocks <= 0) {
         return PS_ACCUR_FAIL;
     }
@@ -221,10 +221,10 @@ psResult psTool::repeatTiming(int loops, int n) {
     numLoops = loops;
     for (int i = reuse ? 1 : 0; i < n; i++) {
         runTimFunc(numLoops, &elements[i], false);
-        collectLine(psFormat("%s   = ", runLabel()).c_str(), psText(loops));
-        collectLine("numClocks  = ", psText(numClocks));
-        collectLine("funcClocks = ", psText(elements[i]));
-        emitDetail();
+        logLine(psFormat("%s   = ", runLabel()).c_str(), psText(loops));
+        logLine("numClocks  = ", psText(numClocks));
+        logLine("funcClocks = ", psText(elements[i]));
+        flushLog();
         if (psIsFail(result)) {
             return result;
         }
@@ -235,10 +235,10 @@ psResult psTool::repeatTiming(int loops, int n) {
     if (badStatusActive()) {
         r = PS_STATUS_WARN;
     }
-    collectLine("accuracy   = ", psAccuracyText(accuracy));
-    collectLine("bestClocks = ", psText(funcClocks));
-    collectLine("result     = ", psResultWord(r));
-    emitDetail();
+    logLine("accuracy   = ", psAccuracyText(accuracy));
+    logLine("bestClocks = ", psText(funcClocks));
+    logLine("result     = ", psResultWord(r));
+    flushLog();
     return r;
 }
 
@@ -249,21 +249,21 @@ void psTool::avoidBadStatus() {
         psPrintCtrlStatus(bad87, badSSX);
     }
     g_ostrm << PS_WARN << "-- Attempting to avoid bad control status\n" << PS_END;
-    collect("    Reduce loops to avoid bad ctrl status.\n");
-    collect("    Simple Measurements: \n");
-    emitDetail();
+    log("    Reduce loops to avoid bad ctrl status.\n");
+    log("    Simple Measurements: \n");
+    flushLog();
     psClearCtrlStatus();
     const psResult r = repeatTiming(numLoops, avoidingRuns);
     if (psIsFail(r)) {
-        exitFailed(r);
+        failMeasurement(r);
         return;
     }
     if (r != PS_STATUS_WARN && accuracy <= 2 * accuracyLimit) {
         g_ostrm << PS_WARN << "-- Attempt is successful\n" << PS_END;
         return;
     }
-    collect("    Cannot avoid bad ctrl status\n");
-    emitDetail();
+    log("    Cannot avoid bad ctrl status\n");
+    flushLog();
     g_ostrm << PS_WARN << "-- Attempt fails: "
             << (r == PS_STATUS_WARN ? "Bad control status repeats.\n"
                                     : "Accuracy is unsatisfactory.\n")
@@ -279,6 +279,6 @@ void psTool::finishBest() {
             note = "actual accuracy = " + psAccuracyText(accuracy);
         }
     }
-    collect("    Auto method: stop\n");
-    emitDetail();
+    log("    Auto method: stop\n");
+    flushLog();
 }

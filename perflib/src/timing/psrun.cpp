@@ -3,6 +3,7 @@
 
 #include "pstool.h"
 
+#include "psbatches.h"
 #include "pspriority.h"
 #include "psreserve.h"
 #include "pstrace.h"
@@ -37,11 +38,13 @@ psResult psTool::internalFail(int line) const {
     return PS_FAIL;
 }
 
-// A test's own function stores the clocks of one call; the tool's loops store the sum of their
-// calls.
-double psTool::perCall(long long clocks, int calls, bool byTest) const {
-    const bool isSum = harnessCalls || !byTest;
-    return static_cast<double>(clocks) / (isSum && calls ? calls : 1);
+psTool::Stored psTool::storedBy(bool byTest) const {
+    return byTest && !harnessCalls ? Stored::oneCall : Stored::sum;
+}
+
+double psTool::clocksPerCall(Stored stored) const {
+    const int calls = stored == Stored::sum && numLoops ? numLoops : 1;
+    return static_cast<double>(numClocks) / calls;
 }
 
 // One run of the statistic method; leaves the clocks per call in funcClocks and the calls made in
@@ -63,7 +66,7 @@ void psTool::runTimFuncStat(long long maxClocks, int calls) {
     }
     numClocks = clocks;
     numLoops = calls;
-    funcClocks = perCall(clocks, calls, funcStat != nullptr);
+    funcClocks = clocksPerCall(storedBy(funcStat != nullptr));
 }
 
 // One measured run, repeated once when it gave no clocks. *clocks is the clock budget of a
@@ -118,7 +121,7 @@ psResult psTool::callOnce(int& loops, double budget, bool loopMode) {
     if (funcCall) {
         return timCall_Loop(loops, &numClocks, false);
     }
-    return internalFail(288);
+    return internalFail(nothingToCallLine);
 }
 
 psResult psTool::statusResult(int status) const {
@@ -137,7 +140,7 @@ int psTool::warmUp() const {
 // this measures "set and use".
 psResult psTool::timCall_Loop(int loops, long long* clocks, bool reset) {
     if (!funcCall) {
-        return internalFail(288);
+        return internalFail(nothingToCallLine);
     }
     int kept = warmUp();
     if (m_pCheckStatus && kept < 0) {
@@ -167,7 +170,7 @@ psResult psTool::timCall_Loop(int loops, long long* clocks, bool reset) {
 // judges the status on data that the first call has already used: meant so.
 psResult psTool::timCall_Stat(int* calls, long long* clocks, bool reset) {
     if (!funcCall) {
-        return internalFail(288);
+        return internalFail(nothingToCallLine);
     }
     int kept = warmUp();
     if (m_pCheckStatus && kept < 0) {
@@ -185,7 +188,9 @@ psResult psTool::timCall_Stat(int* calls, long long* clocks, bool reset) {
             psRestoreBlocks();
         }
         const int first = funcCall();
-        total += spanClocks(start, ntk_StopCpuClocks());
+        const long long span = spanClocks(start, ntk_StopCpuClocks());
+        g_batches.add(span);
+        total += span;
         second = funcCall();
         kept = second != 0 ? second : first;
         count++;

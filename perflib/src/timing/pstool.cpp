@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "psbatches.h"
 #include "psctrl87.h"
 #include "psinit.h"
 #include "pspriority.h"
@@ -39,6 +40,63 @@ void detail(const char* label, const psString& value) {
 
 PS_INIT_SECOND psTool g_tool;
 
+std::span<const psTimingMethod> psTool::methods() {
+    using Tool = psToolSettings;
+    static constexpr psMethodSetting manual[] = {{"NumLoops", &Tool::loopNumLoops, 1}};
+    static constexpr psMethodSetting statistic[] = {{"NumCalls", &Tool::statMinCalls, 1},
+                                                    {"TotalCpuClocks", &Tool::statMaxClocks, 0}};
+    static constexpr psMethodSetting iterative[] = {{"StartNumLoops", &Tool::bestMinLoops, 1},
+                                                    {"StopNumLoops", &Tool::bestMaxLoops, 1},
+                                                    {"MinCpuClocks", &Tool::bestMinClocks, 1}};
+    static constexpr auto keepThem = [](psTool&) {};
+    static constexpr psTimingMethod table[] = {
+        {PS_AUTO,
+         "Auto",
+         {},
+         keepThem,
+         [](psTool& tool) { tool.setMethodAuto(); },
+         &psTool::runAuto,
+         true},
+        {PS_MANUAL, "Manual", manual, keepThem,
+         [](psTool& tool) { tool.setMethodLoop(tool.loopNumLoops); }, &psTool::runManual, false},
+        {PS_STATISTIC, "Statistic", statistic, keepThem,
+         [](psTool& tool) { tool.setMethodStat(tool.statMinCalls, tool.statMaxClocks); },
+         &psTool::runStatistic, false},
+        {PS_ITERATIVE, "Iterative", iterative,
+         [](psTool& tool) {
+             getAutoParameters(tool.bestMinLoops, tool.bestMaxLoops, tool.bestMinClocks);
+         },
+         [](psTool& tool) {
+             tool.setMethodBest(tool.bestMinLoops, tool.bestMaxLoops, tool.bestMinClocks);
+         },
+         &psTool::runIterative, true},
+    };
+    return table;
+}
+
+const psTimingMethod* psTool::findMethod(int id) {
+    for (const psTimingMethod& candidate : methods()) {
+        if (candidate.id == id) {
+            return &candidate;
+        }
+    }
+    return nullptr;
+}
+
+psTimes psTool::times() const {
+    const psTimingMethod* const used = findMethod(method);
+    psTimes t;
+    t.method = used ? used->name : "";
+    t.clocksPerCall = funcClocks;
+    t.calls = numLoops;
+    t.batches = g_batches.count();
+    t.spread = g_batches.spread();
+    t.accuracy = accuracy;
+    t.hasAccuracy = used && used->judgesAccuracy;
+    t.remark = methodInfo;
+    return t;
+}
+
 int psTool::numIntLoops = 1;
 int psTool::tResolution = 4;
 constinit int& psTool::m_numMilliseconds = g_settings.milliseconds;
@@ -62,31 +120,32 @@ void psTool::reset() {
     funcStat = nullptr;
     funcCall = nullptr;
     initFunc = nullptr;
+    g_batches.clear();
     startTime = time(nullptr);
     numClocks = 0;
     numLoops = 0;
 }
 
 void psTool::setMethodLoop(int loops) {
-    method = PS_LOOP;
+    method = PS_MANUAL;
     loopNumLoops = std::max(loops, 1);
 }
 
 void psTool::setMethodStat(int minCalls, long long maxClocks) {
-    method = PS_STAT;
+    method = PS_STATISTIC;
     statMinCalls = minCalls;
     statMaxClocks = maxClocks;
 }
 
 void psTool::setMethodBest(int minLoops, int maxLoops, long long minClocks) {
-    method = PS_BEST;
+    method = PS_ITERATIVE;
     bestMinLoops = std::max(minLoops, 1);
     bestMaxLoops = std::max(psTimesLoops(minLoops, 8), maxLoops);
     bestMinClocks = minClocks;
 }
 
 bool psTool::getMethodLoop(int& loops) const {
-    if (method != PS_LOOP) {
+    if (method != PS_MANUAL) {
         return false;
     }
     loops = loopNumLoops;
@@ -94,7 +153,7 @@ bool psTool::getMethodLoop(int& loops) const {
 }
 
 bool psTool::getMethodStat(int& minCalls, long long& maxClocks) const {
-    if (method != PS_STAT) {
+    if (method != PS_STATISTIC) {
         return false;
     }
     minCalls = statMinCalls;
@@ -103,7 +162,7 @@ bool psTool::getMethodStat(int& minCalls, long long& maxClocks) const {
 }
 
 bool psTool::getMethodBest(int& minLoops, int& maxLoops, long long& minClocks) const {
-    if (method != PS_BEST) {
+    if (method != PS_ITERATIVE) {
         return false;
     }
     minLoops = bestMinLoops;
@@ -159,7 +218,11 @@ psResult psTool::timing(psLoopFunc loop, psStatFunc stat, psCallFunc call, psCal
     funcStat = stat;
     funcCall = call;
     initFunc = init;
-    runMethod();
+    if (const psTimingMethod* const chosen = findMethod(method)) {
+        (this->*chosen->run)();
+    } else {
+        updateResult(internalFail(unknownMethodLine));
+    }
     return result;
 }
 
@@ -169,22 +232,14 @@ psResult psTool::timing(psOldFunc old) {
     return timing(oldLoop, nullptr, nullptr, nullptr);
 }
 
-void psTool::runMethod() {
-    switch (method) {
-    case PS_AUTO: {
-        const psTraceScope trace("autoTiming");
-        autoLoopTiming();
-        break;
-    }
-    case PS_LOOP: loopTimingOrStat(); break;
-    case PS_STAT: statTimingOrLoop(); break;
-    case PS_BEST: {
-        const psTraceScope trace("iterativeTiming");
-        bestTiming(bestMinLoops, bestMaxLoops, bestMinClocks);
-        break;
-    }
-    default: updateResult(internalFail(864));
-    }
+void psTool::runAuto() {
+    const psTraceScope trace("autoTiming");
+    autoLoopTiming();
+}
+
+void psTool::runIterative() {
+    const psTraceScope trace("iterativeTiming");
+    bestTiming(bestMinLoops, bestMaxLoops, bestMinClocks);
 }
 
 psResult psTool::autoLoopTiming() {
@@ -193,7 +248,7 @@ psResult psTool::autoLoopTiming() {
     return result;
 }
 
-void psTool::loopTimingOrStat() {
+void psTool::runManual() {
     if (funcLoop || funcCall) {
         const psTraceScope trace("customLoopTiming");
         customLoopTiming();
@@ -204,7 +259,7 @@ void psTool::loopTimingOrStat() {
     timing(nullptr, funcStat, nullptr, initFunc);
 }
 
-void psTool::statTimingOrLoop() {
+void psTool::runStatistic() {
     if (funcStat || funcCall) {
         const psTraceScope trace("statisticTiming");
         statisticTiming();
@@ -220,7 +275,7 @@ void psTool::customLoopTiming() {
     detail("numLoops   = ", psText(loopNumLoops));
     double clocks = 0;
     runTimFunc(loopNumLoops, &clocks, true);
-    funcClocks = perCall(numClocks, numLoops, funcLoop != nullptr);
+    funcClocks = clocksPerCall(storedBy(funcLoop != nullptr));
     accuracy = 0;
     methodInfo += "nLps=" + psText(numLoops);
     detail("funcClocks = ", psText(funcClocks));

@@ -1,8 +1,11 @@
 #pragma once
 
 #include <ctime>
+#include <span>
+#include <variant>
 
 #include "pscputick_gcc.h"
+#include "psmeasurement.h"
 #include "psresult.h"
 
 // The timing engine: how many clocks does one call of a primitive cost? A test hands over up to
@@ -10,12 +13,16 @@
 // around each run and judges the accuracy.
 //
 // The functions of a test:
-// - loop: calls the primitive numLoops times, stores the measured clocks.
+// - loop: calls the primitive numLoops times and stores in *clocks what its method takes: Manual
+//   takes the clocks of one call (such as the smallest), Auto and Iterative the sum of the calls.
+//   One that serves both because it stands beside a stat function stores those of one call: with
+//   a stat function the runs of a loop only find out how long a call lasts, from one loop on.
 // - stat: on entry *nCalls is the minimum number of timed calls and *clocks the clock budget; goes
 //   on, numIntLoops calls at a time, until both are reached; stores the calls made and the clocks
-//   of one call.
+//   of one call, in every method.
 // - call: one untimed call; returns the library's status.
 // - init: restores the input before a call; may be absent.
+// The tool's own loops over call store the sum. psTool::clocksPerCall is where this is acted on.
 using psLoopFunc = psResult (*)(int numLoops, long long* clocks);
 using psStatFunc = psResult (*)(int* nCalls, long long* clocks, int numIntLoops);
 using psCallFunc = int (*)();
@@ -23,7 +30,7 @@ class psTool;
 // The older kind of test: drives the tool itself and leaves its clocks in tool.numClocks.
 using psOldFunc = psResult (*)(psTool& tool, int loops);
 
-enum psMethod : int { PS_AUTO = 0, PS_LOOP = 1, PS_STAT = 2, PS_BEST = 3 };
+enum psMethod : int { PS_AUTO = 0, PS_MANUAL = 1, PS_STATISTIC = 2, PS_ITERATIVE = 3 };
 
 // What the session sets once and every test copies before it runs. Clocks are time-stamp-counter
 // clocks; nothing is converted to seconds.
@@ -46,6 +53,25 @@ struct psToolSettings {
     bool checkCtrlStatus = false;
 };
 
+// A setting of a timing method and the smallest value that makes sense.
+struct psMethodSetting {
+    const char* name;
+    std::variant<int psToolSettings::*, long long psToolSettings::*> value;
+    int lowest;
+};
+
+// One timing method: what the user calls it, what can be set, who runs it. The questions, the
+// settings file, the log and the results know the methods from psTool::methods() alone.
+struct psTimingMethod {
+    psMethod id;
+    const char* name;
+    std::span<const psMethodSetting> settings; // in the order of the questions
+    void (*setDefaults)(psTool&);              // for a tool that is set to another method
+    void (*choose)(psTool&);                   // sets a tool to it, with the settings it holds
+    void (psTool::*run)();
+    bool judgesAccuracy; // compares runs, and so has an accuracy to tell
+};
+
 class psTool : public psToolSettings {
 public:
     psTool() { reset(); }
@@ -55,6 +81,11 @@ public:
 
     void reset(); // forgets the last measurement; the settings stay
     void copySettings(const psTool& other) { static_cast<psToolSettings&>(*this) = other; }
+
+    static std::span<const psTimingMethod> methods();
+    static const psTimingMethod* findMethod(int id); // null: no such method
+    // What the last measurement gave.
+    psTimes times() const;
 
     void setMethodAuto() { method = PS_AUTO; }
     void setMethodLoop(int loops);
@@ -100,7 +131,7 @@ public:
     psCallFunc initFunc = nullptr;
 
     static int numIntLoops;
-    static int tResolution;       // of the timer, clocks
+    static int tResolution;        // of the timer, clocks
     static int& m_numMilliseconds; // "-c"
     static int& m_minNumLoops;     // "-j": calls of the iterative method's statistic run, at least
     static int m_extLoopIdx;
@@ -119,11 +150,14 @@ private:
     };
     enum class Step { again, avoid, stop, exit };
 
-    void runMethod();
+    // The runners of the methods.
+    void runAuto();
+    void runManual();    // or the statistic method, when there is no loop
+    void runStatistic(); // or the manual method, when there is no stat function
+    void runIterative();
+
     void customLoopTiming();
-    void loopTimingOrStat();
     void statisticTiming();
-    void statTimingOrLoop();
     void runTimFuncStat(long long maxClocks, int calls);
     void runTimFunc(int loops, double* clocks, bool loopMode);
     psResult callOnce(int& loops, double budget, bool loopMode);
@@ -133,7 +167,14 @@ private:
     psResult timCall_Loop(int loops, long long* clocks, bool reset);
     psResult timCall_Stat(int* calls, long long* clocks, bool reset);
     psResult statusResult(int status) const;
-    double perCall(long long clocks, int calls, bool byTest) const;
+    // What the clocks that a run stored stand for.
+    enum class Stored { oneCall, sum };
+    double clocksPerCall(Stored stored) const;
+    // By a function of the test that stores those of one call, else by a loop of the tool.
+    Stored storedBy(bool byTest) const;
+    // The lines that the message names are fixed: logs of many years are searched for them.
+    static constexpr int nothingToCallLine = 288; // a run without a function that it could call
+    static constexpr int unknownMethodLine = 864;
     psResult internalFail(int line) const;
 
     void bestTiming(int minLoops, int maxLoops, long long minClocks);
@@ -149,11 +190,11 @@ private:
     void avoidBadStatus();
     void finishBest();
     bool badStatusActive() const;
-    void collect(const psString& text) { m_detail += text; }
-    void collectLine(const char* label, const psString& value);
-    Step exitFailed(psResult r);
-    void emitDetail();
-    void dumpDetail();
+    void log(const psString& text) { m_detail += text; }
+    void logLine(const char* label, const psString& value);
+    Step failMeasurement(psResult r);
+    void flushLog();
+    void flushLogOnFailure();
     const char* runLabel() const { return countCalls ? "numCalls" : "numLoops"; }
 
     psString m_detail;

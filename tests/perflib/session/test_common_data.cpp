@@ -19,8 +19,8 @@ std::string methodText() {
     std::ostringstream text;
     switch (g_tool.method) {
     case PS_AUTO: text << "auto"; break;
-    case PS_LOOP: text << "manual " << g_tool.loopNumLoops; break;
-    case PS_STAT: text << "statistic " << g_tool.statMinCalls << " " << g_tool.statMaxClocks; break;
+    case PS_MANUAL: text << "manual " << g_tool.loopNumLoops; break;
+    case PS_STATISTIC: text << "statistic " << g_tool.statMinCalls << " " << g_tool.statMaxClocks; break;
     default:
         text << "iterative " << g_tool.bestMinLoops << " " << g_tool.bestMaxLoops << " "
              << g_tool.bestMinClocks;

@@ -168,14 +168,14 @@ TEST_F(ToolTest, AMethodThatTheTestCannotServeIsReplacedForGood) {
     tool.timing(nullptr, statFunc, nullptr, nullptr);
     EXPECT_EQ(log.text(), " ATTENTION! The test cannot execute Manual loop timing.\n"
                           " Statistic timing will be run instead.\n");
-    EXPECT_EQ(tool.method, PS_STAT);
+    EXPECT_EQ(tool.method, PS_STATISTIC);
     EXPECT_EQ(g_script.loops, std::vector<int>{17});
     EXPECT_EQ(g_script.budgets, std::vector<long long>{0});
 
     g_script.loops.clear();
     tool.setMethodStat(0, 5);
     tool.timing(loopFunc, nullptr, nullptr, nullptr);
-    EXPECT_EQ(tool.method, PS_LOOP);
+    EXPECT_EQ(tool.method, PS_MANUAL);
     EXPECT_EQ(g_script.loops, std::vector<int>{1});
 }
 
