@@ -21,7 +21,7 @@ MatchSearch searched(const Bytes& data, int level) {
 }
 
 Bytes standIn(const corpus::FileKind& kind) {
-    const std::string text = kind.make(kind.sizeBytes).substr(0, 102400);
+    const std::string text = kind.make().substr(0, 102400);
     return Bytes(text.begin(), text.end());
 }
 

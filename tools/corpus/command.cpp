@@ -1,36 +1,93 @@
 #include "command.h"
 
-#include <exception>
+#include <algorithm>
+#include <cerrno>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <ostream>
+#include <stdexcept>
 
-#include "writer.h"
+#include "catalog.h"
 
 namespace corpus {
 
+namespace fs = std::filesystem;
+
 namespace {
 
-constexpr int kSuccess = 0;
-constexpr int kFailure = 1;
-constexpr int kWrongArguments = 2;
+enum Status { kSuccess, kFailure, kWrongArguments };
 
 constexpr const char* kUsage =
     "usage: ntkcorpus [--force] DIR\n"
     "Writes fourteen stand-ins for the files of the benchmark corpus into the directory DIR,\n"
     "which is created when it is missing. Each has the name and size of the real file and about\n"
-    "its kind and packing ratio; the bytes are the same on every machine.\n"
+    "its packing ratio; the bytes are the same on every machine.\n"
     "  --force  replace files of these names that have other contents\n"
     "  --help   print this text\n";
 
-int make(const std::string& directory, bool replaceOthers, std::ostream& out, std::ostream& err) {
-    try {
-        const MakeResult result = makeCorpus(directory, replaceOthers, out);
-        out << result.written << " files written, " << result.unchanged << " already there, in "
-            << directory << "\n";
-    } catch (const std::exception& error) {
-        err << "ntkcorpus: " << error.what() << "\n";
-        return kFailure;
+[[noreturn]] void fail(const std::string& action, const fs::path& path, const std::string& reason) {
+    throw std::runtime_error("cannot " + action + " " + path.string() + ": " + reason);
+}
+
+// True when the file is there and the same; throws when something else has its name.
+bool isThereAlready(const fs::path& path, const std::string& bytes, bool replaceOthers) {
+    if (!fs::exists(path)) {
+        return false;
     }
-    return kSuccess;
+    if (!fs::is_regular_file(path)) {
+        fail("write", path, "something that is no file has this name");
+    }
+    std::ifstream file(path, std::ios::binary);
+    const bool same = std::string(std::istreambuf_iterator<char>(file), {}) == bytes;
+    if (!same && !replaceOthers) {
+        fail("write", path,
+             "a file of this name with other contents is there, perhaps a real corpus. Nothing was "
+             "written; choose another directory, or replace the files with --force");
+    }
+    return same;
+}
+
+// The file gets its name when it is complete: an interrupted run leaves no half file of that name.
+void replaceFile(const fs::path& path, const std::string& bytes) {
+    const fs::path part = path.string() + ".ntkcorpus-part";
+    std::ofstream file(part, std::ios::binary);
+    file << bytes;
+    file.close(); // what was still buffered meets a full disk only now
+    std::error_code error(errno, std::generic_category());
+    if (file) {
+        fs::rename(part, path, error);
+    }
+    if (error) {
+        fs::remove(part);
+        fail("write", path, error.message());
+    }
+}
+
+// All files are looked at before the first is written: one of them may be the user's real corpus.
+void makeCorpus(const fs::path& directory, bool replaceOthers, std::ostream& log) {
+    std::error_code error;
+    fs::create_directories(directory, error);
+    if (error) {
+        fail("create directory", directory, error.message());
+    }
+    std::vector<std::string> files;
+    std::vector<bool> isThere;
+    for (const FileKind& kind : catalog()) {
+        files.push_back(kind.make());
+        isThere.push_back(isThereAlready(directory / kind.name, files.back(), replaceOthers));
+    }
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        const fs::path path = directory / catalog()[i].name;
+        if (!isThere[i]) {
+            replaceFile(path, files[i]);
+        }
+        log << path.string() << ": " << files[i].size() << " bytes "
+            << (isThere[i] ? "already there" : "written") << "\n";
+    }
+    const auto written = std::count(isThere.begin(), isThere.end(), false);
+    log << written << " files written, " << std::ssize(files) - written << " already there, in "
+        << directory.string() << "\n";
 }
 
 } // namespace
@@ -56,7 +113,13 @@ int runCommand(const std::vector<std::string>& arguments, std::ostream& out, std
         err << "ntkcorpus: no directory given\n" << kUsage;
         return kWrongArguments;
     }
-    return make(directory, replaceOthers, out, err);
+    try {
+        makeCorpus(directory, replaceOthers, out);
+    } catch (const std::exception& error) {
+        err << "ntkcorpus: " << error.what() << "\n";
+        return kFailure;
+    }
+    return kSuccess;
 }
 
 } // namespace corpus
