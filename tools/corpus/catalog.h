@@ -7,7 +7,7 @@
 
 namespace corpus {
 
-// What makes a file of words as hard to compress as its namesake, as ntkcorpusfit found it.
+// What makes a file of words as hard to compress as its namesake; found by ntkcorpusfit.
 struct Recipe {
     int letterTilt; // of Zipf's law by which the successor of a letter is chosen
     int wordLength; // a word of rank r has up to 1 + wordLength/10 * log2(2r) letters

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdio>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -15,8 +17,6 @@ namespace corpus {
 namespace fs = std::filesystem;
 
 namespace {
-
-enum Status { kSuccess, kFailure, kWrongArguments };
 
 constexpr const char* kUsage =
     "usage: ntkcorpus [--force] DIR\n"
@@ -39,13 +39,13 @@ bool isThereAlready(const fs::path& path, const std::string& bytes, bool replace
         fail("write", path, "something that is no file has this name");
     }
     std::ifstream file(path, std::ios::binary);
-    const bool same = std::string(std::istreambuf_iterator<char>(file), {}) == bytes;
-    if (!same && !replaceOthers) {
+    const bool isSame = std::string(std::istreambuf_iterator<char>(file), {}) == bytes;
+    if (!isSame && !replaceOthers) {
         fail("write", path,
              "a file of this name with other contents is there, perhaps a real corpus. Nothing was "
              "written; choose another directory, or replace the files with --force");
     }
-    return same;
+    return isSame;
 }
 
 // The file gets its name when it is complete: an interrupted run leaves no half file of that name.
@@ -54,13 +54,10 @@ void replaceFile(const fs::path& path, const std::string& bytes) {
     std::ofstream file(part, std::ios::binary);
     file << bytes;
     file.close(); // what was still buffered meets a full disk only now
-    std::error_code error(errno, std::generic_category());
-    if (file) {
-        fs::rename(part, path, error);
-    }
-    if (error) {
+    if (!file || std::rename(part.c_str(), path.c_str()) != 0) {
+        const std::string reason = std::strerror(errno);
         fs::remove(part);
-        fail("write", path, error.message());
+        fail("write", path, reason);
     }
 }
 
@@ -82,8 +79,8 @@ void makeCorpus(const fs::path& directory, bool replaceOthers, std::ostream& log
         if (!isThere[i]) {
             replaceFile(path, files[i]);
         }
-        log << path.string() << ": " << files[i].size() << " bytes "
-            << (isThere[i] ? "already there" : "written") << "\n";
+        const char* const outcome = isThere[i] ? "already there" : "written";
+        log << path.string() << ": " << files[i].size() << " bytes " << outcome << "\n";
     }
     const auto written = std::count(isThere.begin(), isThere.end(), false);
     log << written << " files written, " << std::ssize(files) - written << " already there, in "
@@ -98,28 +95,28 @@ int runCommand(const std::vector<std::string>& arguments, std::ostream& out, std
     for (const std::string& argument : arguments) {
         if (argument == "--help" || argument == "-h") {
             out << kUsage;
-            return kSuccess;
+            return 0;
         }
         if (argument == "--force") {
             replaceOthers = true;
         } else if (argument.empty() || argument[0] == '-' || !directory.empty()) {
             err << "ntkcorpus: unexpected argument '" << argument << "'\n" << kUsage;
-            return kWrongArguments;
+            return 2;
         } else {
             directory = argument;
         }
     }
     if (directory.empty()) {
         err << "ntkcorpus: no directory given\n" << kUsage;
-        return kWrongArguments;
+        return 2;
     }
     try {
         makeCorpus(directory, replaceOthers, out);
     } catch (const std::exception& error) {
         err << "ntkcorpus: " << error.what() << "\n";
-        return kFailure;
+        return 1;
     }
-    return kSuccess;
+    return 0;
 }
 
 } // namespace corpus

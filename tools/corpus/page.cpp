@@ -1,25 +1,19 @@
 // Makes pic: a printed page, scanned with 1728 pixels in a row and a bit for each, set where there
 // is ink. A letter is two or three strokes, upright or lying, that wander sideways from row to row,
-// so that most inked bytes differ a little from those above them. Lines of letters stand between
-// margins.
-#include "catalog.h"
-
+// so that most inked bytes differ a little from those above them.
 #include <vector>
 
+#include "catalog.h"
 #include "random.h"
 
 namespace corpus {
 
 namespace {
 
-// Lengths are in pixels. These were found by hand.
+// Lengths are in pixels; these were found by hand.
 constexpr std::size_t kRowBytes = 216;
 constexpr int kTopMargin = 228, kBottomMargin = 420, kLeftMargin = 100, kLineWidth = 1250;
-constexpr int kLetters = 60; // in the alphabet
-constexpr int kHeight = 16;  // of a letter
-constexpr int kLeading = 15; // between two lines of letters
-constexpr int kThickness = 4;
-constexpr int kWander = 4;
+constexpr int kLetters = 60, kHeight = 16, kLeading = 15, kThickness = 4, kWander = 4;
 
 using Letter = std::vector<std::uint64_t>; // its rows, the leftmost pixel in the top bit
 
@@ -33,8 +27,7 @@ void addStroke(Letter& letter, Random& random) {
     int left = random.below(12);
     for (int row = top; row < top + rows; ++row) {
         letter[static_cast<std::size_t>(row)] |= ~std::uint64_t{0} << (64 - width) >> left;
-        const int step = random.below(1 + kWander);
-        left = std::clamp(left + (row < turn ? step : -step), 0, 24);
+        left = std::clamp(left + (row < turn ? 1 : -1) * random.below(1 + kWander), 0, 24);
     }
 }
 

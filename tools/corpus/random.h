@@ -6,9 +6,8 @@
 
 namespace corpus {
 
-// Pseudo-random numbers that are the same on every machine: a 64-bit counter whose value is
-// scrambled by shifts and multiplications (SplitMix64). The standard distributions differ from
-// library to library.
+// Pseudo-random numbers that are the same on every machine, unlike the standard distributions: a
+// counter whose value is scrambled by shifts and multiplications (SplitMix64).
 class Random {
 public:
     explicit Random(std::uint64_t seed) : m_state(seed) {}
@@ -17,10 +16,8 @@ public:
         std::uint64_t z = m_state += 0x9E3779B97F4A7C15u;
         z = (z ^ (z >> 30)) * 0xBF58476D1CE4E5B9u;
         z = (z ^ (z >> 27)) * 0x94D049BB133111EBu;
-        z = (z ^ (z >> 31)) >> 32;
-        return static_cast<int>((z * static_cast<std::uint64_t>(bound)) >> 32);
+        return static_cast<int>(((z ^ (z >> 31)) >> 32) * static_cast<std::uint64_t>(bound) >> 32);
     }
-
     bool chance(int perMille) { return below(1000) < perMille; }
 
 private:

@@ -12,11 +12,10 @@ namespace corpus {
 namespace {
 
 constexpr std::size_t kTraceBytes = 4096;
-constexpr int kPush = 1850;    // of the strongest noise
-constexpr int kPull = 25;      // per mille of the swing that its speed loses in a step
-constexpr int kFriction = 183; // per mille of the speed that is lost
-constexpr int kGain = 23;      // the largest, in eighths
-constexpr int kGainTilt = 1273;
+constexpr int kPush = 1850;                 // of the strongest noise
+constexpr int kPull = 25;                   // per mille of the swing that its speed loses in a step
+constexpr int kFriction = 183;              // per mille of the speed that is lost
+constexpr int kGain = 23, kGainTilt = 1273; // in eighths; of the choice of a gain
 
 std::uint32_t floatOf64ths(std::int64_t value) {
     // In 256ths, so that the point stands between two of the hexadecimal digits.
@@ -32,8 +31,7 @@ std::string makeTraces(const FileKind& kind) {
     const Zipf gains(kGain, kGainTilt);
     Random random(1);
     std::string file;
-    std::int64_t swing = 0;
-    std::int64_t speed = 0;
+    std::int64_t swing = 0, speed = 0;
     for (int gain = 0; file.size() < kind.sizeBytes;) {
         gain = file.size() % kTraceBytes == 0 ? gains.draw(random) : gain;
         speed += random.below(2 * kPush + 1) - kPush - (speed * kFriction + swing * kPull) / 1000;

@@ -94,12 +94,12 @@ private:
     }
 
     void repeatRun() {
-        std::size_t distance = 0;
-        do {
-            distance = static_cast<std::size_t>(m_distance.draw(m_random));
-        } while (distance > m_starts.size());
+        int distance = m_distance.draw(m_random);
+        while (distance > std::ssize(m_starts)) {
+            distance = m_distance.draw(m_random);
+        }
         for (int left = m_run.draw(m_random); left > 0; --left) {
-            const auto from = m_starts.end() - static_cast<std::ptrdiff_t>(distance);
+            const auto from = m_starts.end() - distance;
             append(m_file.substr(*from, (distance == 1 ? m_file.size() : from[1]) - *from));
         }
     }
