@@ -6,8 +6,8 @@
 
 namespace corpus {
 
-// The program without its process: takes the arguments behind the program name and returns the
-// exit status, 0 when all files are in place, 1 after a failure, 2 after wrong arguments.
+// Returns the exit status: 0 when all files are in place, 1 after a failure, 2 after wrong
+// arguments.
 int runCommand(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err);
 
 } // namespace corpus

@@ -33,7 +33,7 @@ struct Style {
 constexpr std::string_view kMarks = ",.-)(;'=\"/:0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZ";
 constexpr Style kText = {26, 'a', ' ', 8, " ", "\n", kMarks};
 constexpr Style kBinary = {256, '\0', '\0', 64, "", "", ""};
-constexpr std::size_t kLineBytes = 64; // then the line ends with the word
+constexpr std::size_t kLineBytes = 70; // then the line ends with the word
 constexpr int kRunTilt = 700;          // most repeated runs are short
 
 class WordMaker {
@@ -49,9 +49,7 @@ public:
             if (!m_starts.empty() && m_random.chance(m_recipe.repeats)) {
                 repeatRun();
             } else {
-                std::string word = chosenWord();
-                word += mark();
-                append(word += separator());
+                appendWord();
             }
         }
         return m_file.substr(0, sizeBytes);
@@ -75,22 +73,26 @@ private:
         return m_vocabulary[static_cast<std::size_t>(m_lastRank) - 1];
     }
 
-    std::string mark() {
-        if (!m_random.chance(m_recipe.marks)) {
-            return "";
+    char mark() {
+        if (m_style.marks.empty()) {
+            return static_cast<char>(m_random.below(256));
         }
-        const bool isByte = m_style.marks.empty();
-        const int drawn = isByte ? m_random.below(256) : m_mark.draw(m_random) - 1;
-        return {isByte ? static_cast<char>(drawn) : m_style.marks[static_cast<std::size_t>(drawn)]};
+        return m_style.marks[static_cast<std::size_t>(m_mark.draw(m_random)) - 1];
     }
 
-    std::string separator() {
-        if (m_random.chance(m_recipe.lineEnds)) {
-            const auto indent = static_cast<std::size_t>(m_indent.draw(m_random)) - 1;
-            return std::string(m_style.lineEnd).append(indent, m_style.filler);
+    void appendWord() {
+        m_starts.push_back(m_file.size());
+        m_file += chosenWord();
+        if (m_random.chance(m_recipe.marks)) {
+            m_file.push_back(mark());
         }
-        const bool isFull = m_file.size() - m_lineStart >= kLineBytes;
-        return std::string(isFull ? m_style.lineEnd : m_style.blank);
+        if (m_random.chance(m_recipe.lineEnds)) {
+            m_file += m_style.lineEnd;
+            m_file.append(static_cast<std::size_t>(m_indent.draw(m_random)) - 1, m_style.filler);
+        } else {
+            const bool isFull = m_file.size() - m_file.rfind('\n') > kLineBytes;
+            m_file += isFull ? m_style.lineEnd : m_style.blank;
+        }
     }
 
     void repeatRun() {
@@ -99,15 +101,10 @@ private:
             distance = m_distance.draw(m_random);
         }
         for (int left = m_run.draw(m_random); left > 0; --left) {
-            const auto from = m_starts.end() - distance;
-            append(m_file.substr(*from, (distance == 1 ? m_file.size() : from[1]) - *from));
+            const std::size_t from = m_starts[m_starts.size() - static_cast<std::size_t>(distance)];
+            m_starts.push_back(m_file.size());
+            m_file += m_file.substr(from, *(m_starts.end() - distance) - from);
         }
-    }
-
-    void append(const std::string& word) {
-        m_starts.push_back(m_file.size());
-        m_file += word;
-        m_lineStart = word.find('\n') == std::string::npos ? m_lineStart : m_file.size();
     }
 
     const Style m_style;
@@ -122,7 +119,6 @@ private:
     std::vector<std::string> m_vocabulary;
     std::string m_file;
     std::vector<std::size_t> m_starts; // of the words in the file
-    std::size_t m_lineStart = 0;
     int m_lastLetter = 0, m_lastRank = 1;
 };
 
