@@ -1,7 +1,7 @@
 // Makes geo: samples of the ground's swing, as traces with a gain each. A sample is a
 // floating-point number as mainframes had it, high byte first: a sign, an exponent of 16 that is
 // biased by 64, and 24 bits of fraction of which the first four are not all zero. It is held in
-// 64ths, and noise keeps the damped swing going. The constants were found as those of the recipes.
+// 64ths, and noise keeps the damped swing going. The constants were found by trial.
 #include <bit>
 
 #include "catalog.h"
