@@ -1,0 +1,150 @@
+// ntkbench as its users run it: the command line, and one round of every comparison on a small
+// stand-in. What the figures are is nobody's business here.
+#include <gtest/gtest.h>
+
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <regex>
+#include <sstream>
+
+#include "process.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// A folder with stand-ins: book1 and pic.
+class Ntkbench : public testing::Test {
+protected:
+    Ntkbench() {
+        fs::create_directory(m_corpus);
+        for (const char* name : {"book1", "pic"}) {
+            std::ofstream file(m_corpus / name);
+            for (int line = 0; line < 1000; ++line) {
+                file << name << " has a line of the number " << line * 7919 % 1000 << '\n';
+            }
+        }
+        std::ofstream(m_corpus / "empty");
+    }
+    ~Ntkbench() override { fs::remove_all(m_corpus); }
+
+    Outcome run(const std::vector<std::string>& arguments) const {
+        return runCommand({.program = NTK_BENCH_FILE,
+                           .arguments = arguments,
+                           .directory = m_corpus.string(),
+                           .environment = {"CORPUS="}});
+    }
+
+    const fs::path m_corpus =
+        fs::temp_directory_path() / ("ntkbench_" + std::to_string(getpid()) + "_" +
+                                     testing::UnitTest::GetInstance()->current_test_info()->name());
+};
+
+std::vector<std::string> linesOf(const std::string& text) {
+    std::istringstream in(text);
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(in, line);) {
+        lines.push_back(line);
+    }
+    return lines;
+}
+
+TEST_F(Ntkbench, WhatCannotBeDoneIsSaidOnStandardErrorWithItsStatus) {
+    struct Case {
+        std::vector<std::string> arguments;
+        int status;
+        const char* message;
+    };
+    const Case cases[] = {
+        {{"brotli"}, 2, "no comparison is named brotli"},
+        {{"checksum", "book1"}, 2, "leave out book1"},
+        {{"--quick"}, 2, "--quick"},
+        {{"--rounds", "0", "lz4"}, 2, "--rounds"},
+        {{"--rounds", "1", "lz4", "book3"}, 1, "book3: No such file or directory"},
+        {{"--rounds", "1", "lz4", "empty"}, 1, "empty: it is empty"},
+        {{"--rounds", "1", "lz4", "book1", "book3"}, 1, "book3: No such file or directory"},
+        {{"--corpus", "/nowhere", "lz4"}, 1, "/nowhere/book1"},
+    };
+    for (const Case& c : cases) {
+        const Outcome outcome = run(c.arguments);
+        EXPECT_EQ(outcome.status, c.status) << c.message;
+        EXPECT_EQ(outcome.output, "") << c.message;
+        EXPECT_EQ(outcome.errors.rfind("ntkbench: ", 0), 0u) << outcome.errors;
+        EXPECT_NE(outcome.errors.find(c.message), std::string::npos) << outcome.errors;
+    }
+}
+
+TEST_F(Ntkbench, OutputThatIsLostFailsTheRun) {
+    const Outcome outcome = runCommand(
+        {.program = NTK_BENCH_FILE, .arguments = {"--list"}, .console = Console::fullDisk});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_NE(outcome.errors.find("No space left on device"), std::string::npos) << outcome.errors;
+}
+
+// The document's template too, which is filled in from the comparisons.
+TEST_F(Ntkbench, EveryListedComparisonIsExplainedAndInTheDocument) {
+    const Outcome list = run({"--list"});
+    const std::string help = run({"--help"}).output;
+    std::stringstream document;
+    document << std::ifstream(NTK_MEASURING_FILE).rdbuf();
+    EXPECT_EQ(list.status, 0);
+    EXPECT_EQ(linesOf(list.output).size(), 10u);
+    for (const std::string& name : linesOf(list.output)) {
+        EXPECT_TRUE(std::regex_search(help, std::regex("\n  " + name + " +[A-Za-z]"))) << name;
+        EXPECT_NE(document.str().find("\n{{ntkbench " + name + "}}\n"), std::string::npos) << name;
+    }
+}
+
+// Also: calls of the library succeed, and decoders restore the data, else the run fails.
+TEST_F(Ntkbench, EveryComparisonPrintsATableOfFigures) {
+    const std::regex row(R"((\| [^|]+ )\| [a-z0-9]+ \| \d+ \| \d+\.\d{3} (\| [^|]+ )\| \d+\.\d{3} )"
+                         R"(\| \d+\.\d{3} \| \d+\.\d{3}-\d+\.\d{3} \| (\d\.\d{3})? \|)");
+    struct Case {
+        const char* name;
+        std::size_t rows; // with the file book1
+    };
+    const Case cases[] = {{"checksum", 8}, {"lz4", 8}, {"lzo", 5}, {"lzss", 2}, {"deflate", 9},
+                          {"inflate", 12}, {"bwt", 5}, {"bz2", 1}, {"zfp", 8},  {"handloop", 2}};
+    for (const Case& c : cases) {
+        std::vector<std::string> arguments = {"--markdown", "--rounds", "1", c.name};
+        if (std::string(c.name) != "checksum" && std::string(c.name) != "zfp") {
+            arguments.push_back("book1");
+        }
+        const Outcome outcome = run(arguments);
+        const std::vector<std::string> lines = linesOf(outcome.output);
+        EXPECT_EQ(outcome.status, 0) << c.name << ": " << outcome.errors;
+        ASSERT_EQ(lines.size(), 2 + c.rows) << outcome.output;
+        EXPECT_EQ(std::count(lines[1].begin(), lines[1].end(), '|'),
+                  std::count(lines[0].begin(), lines[0].end(), '|'));
+        for (std::size_t i = 2; i < lines.size(); ++i) {
+            EXPECT_TRUE(std::regex_match(lines[i], row)) << lines[i];
+        }
+    }
+}
+
+TEST_F(Ntkbench, FilesAreThoseOfTheCorpusOrPaths) {
+    struct Case {
+        std::vector<std::string> arguments;
+        std::vector<std::string> data; // of the rows, in this order
+    };
+    const fs::path elsewhere = m_corpus / "elsewhere";
+    fs::create_directory(elsewhere);
+    fs::copy(m_corpus / "pic", elsewhere / "pic2");
+    const Case cases[] = {{{"bz2"}, {"book1", "pic"}},
+                          {{"bz2", "elsewhere/pic2", "book1"}, {"pic2", "book1"}},
+                          {{"--corpus", "elsewhere", "bz2", "pic2", "pic"}, {"pic2", "pic"}}};
+    for (const Case& c : cases) {
+        std::vector<std::string> arguments = {"--rounds", "1"};
+        arguments.insert(arguments.end(), c.arguments.begin(), c.arguments.end());
+        const Outcome outcome = run(arguments);
+        const std::vector<std::string> lines = linesOf(outcome.output);
+        ASSERT_EQ(lines.size(), 2 + c.data.size()) << outcome.output << outcome.errors;
+        for (std::size_t i = 0; i < c.data.size(); ++i) {
+            EXPECT_NE(lines[2 + i].find(" " + c.data[i] + " "), std::string::npos) << lines[2 + i];
+        }
+    }
+}
+
+} // namespace
