@@ -28,10 +28,9 @@ struct Arguments {
 };
 
 const char* const description =
-    "Compares the library's functions with packaged libraries that do the same. Both sides run by\n"
-    "turns, so the ratio holds on a busy machine too: clocks of ours over clocks of the other, "
-    "below"
-    "\n1 ours is faster.";
+    "Compares the library's functions with packaged libraries that do the same. Both sides run\n"
+    "by turns, so the ratio holds on a busy machine too. It is clocks of ours over clocks of the\n"
+    "other: below 1 ours is faster.";
 
 std::string footer() {
     std::string text = "Comparisons (all of them in this order when none is named):\n";
@@ -51,8 +50,8 @@ void describe(CLI::App& app, Arguments& arguments) {
     app.footer(footer());
     app.add_option("COMPARISON", arguments.comparison, "What to compare")->type_name("");
     app.add_option("FILE", arguments.files,
-                   "Data: a path, or the name of a file of the corpus (default: book1 and pic, for "
-                   "some comparisons others)")
+                   "Data: a path, or the name of a file of the corpus (default: mostly book1 and "
+                   "pic)")
         ->type_name("");
     app.add_option("--corpus", arguments.corpus, "Folder of the corpus (default: the current one)")
         ->type_name("DIR")

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Makes docs/measuring.md anew: the text of scripts/measuring.template.md with the figures that
-# ntkbench gives on this machine. Takes about five minutes; until the end the document stays as it is.
+# ntkbench gives on this machine. Takes some minutes; until the end the document stays as it is.
 #
 #   scripts/measuring.sh [CORPUS]
 #
@@ -26,20 +26,20 @@ packages() {
         sed 's/,/, /g'
 }
 
-# Prints the template with its lines {{...}} replaced.
+# Prints the template with its {{...}} replaced.
 filled_in() {
     local line
     while IFS= read -r line; do
         case $line in
-        '{{processor}}') processor ;;
-        '{{packages}}') packages ;;
-        '{{load}}') cut -d ' ' -f 1 /proc/loadavg ;;
+        *'{{processor}}') printf '%s%s\n' "${line%'{{'*}" "$(processor)" ;;
+        *'{{packages}}') printf '%s%s\n' "${line%'{{'*}" "$(packages)" | fold -s -w 98 ;;
+        *'{{load}}') printf '%s%s\n' "${line%'{{'*}" "$(cut -d ' ' -f 1 /proc/loadavg)" ;;
         '{{ntkbench '*'}}')
             line=${line#'{{ntkbench '}
             say "ntkbench ${line%'}}'}" >&2
             "$ntkbench" --corpus "$corpus" --markdown "${line%'}}'}" </dev/null
             ;;
-        '{{'*) fail "$template: there is nothing to put in for $line" ;;
+        *'{{'*) fail "$template: there is nothing to put in for $line" ;;
         *) printf '%s\n' "$line" ;;
         esac
     done <"$template"
