@@ -18,7 +18,7 @@ struct Stream {
     const char* name;
     int level;
     int strategy;
-    int piece = std::numeric_limits<int>::max(); // most bytes of source and destination in a call
+    int piece = std::numeric_limits<int>::max();
 };
 const Stream streams[] = {
     {"level 1", 1, Z_DEFAULT_STRATEGY},   {"level 6", 6, Z_DEFAULT_STRATEGY},
@@ -43,33 +43,28 @@ Bytes deflated(const Bytes& data, const Stream& stream) {
     return bytes;
 }
 
-class OwnInflater {
-public:
-    OwnInflater() { must(ntksInflateInit_8u(&m_state, m_work.data())); }
-    void decode(const Bytes& stream, Bytes& data, int piece) {
-        const Ntk8u* src = stream.data();
-        Ntk8u* dst = data.data();
-        Ntk32u code = 0;
-        int codeLen = 0;
-        int mode = ntkInflateBlockHeader;
-        m_state.progress = 0;
-        while (mode != ntkInflateFinished) {
-            int srcLen = std::min(piece, static_cast<int>(stream.data() + stream.size() - src));
-            int dstLen = std::min(piece, static_cast<int>(data.data() + data.size() - dst));
-            must(ntksInflate_8u(&src, &srcLen, &code, &codeLen, nullptr, &dst, &dstLen, 0, &mode,
-                                &m_state));
-        }
+// Decodes in pieces of at most so many bytes of source and of destination.
+void decodeOwn(NtksInflateState& state, const Bytes& stream, Bytes& data, int piece) {
+    const Ntk8u* src = stream.data();
+    Ntk8u* dst = data.data();
+    Ntk32u code = 0;
+    int codeLen = 0;
+    int mode = ntkInflateBlockHeader;
+    state.progress = 0;
+    while (mode != ntkInflateFinished) {
+        int srcLen = std::min(piece, static_cast<int>(stream.data() + stream.size() - src));
+        int dstLen = std::min(piece, static_cast<int>(data.data() + data.size() - dst));
+        must(ntksInflate_8u(&src, &srcLen, &code, &codeLen, nullptr, &dst, &dstLen, 0, &mode,
+                            &state));
     }
-
-private:
-    NtksInflateState m_state;
-    Bytes m_work = sized(ntksInflateGetSize_8u);
-};
+}
 
 void compareStream(const Run& run, const Stream& stream) {
     const Bytes bytes = deflated(run.data, stream);
     Bytes decoded(run.data.size());
-    OwnInflater own;
+    Bytes work = sized(ntksInflateGetSize_8u);
+    NtksInflateState state;
+    must(ntksInflateInit_8u(&state, work.data()));
     z_stream z{};
     inflateInit2(&z, -MAX_WBITS);
     const std::unique_ptr<libdeflate_decompressor, void (*)(libdeflate_decompressor*)> d(
@@ -84,7 +79,7 @@ void compareStream(const Run& run, const Stream& stream) {
                                       decoded.size(), nullptr);
     };
     run.decodersSideBySide(stream.name, decoded,
-                           {{"", [&] { own.decode(bytes, decoded, stream.piece); }},
+                           {{"", [&] { decodeOwn(state, bytes, decoded, stream.piece); }},
                             {"zlib", decodeWithZlib},
                             {"libdeflate", decodeWithLibdeflate}});
     inflateEnd(&z);

@@ -101,15 +101,15 @@ Bytes readFile(const fs::path& path, std::size_t mostBytes) {
 std::vector<Run> runsOf(const Comparison& comparison, const Arguments& arguments) {
     const Run plain = {arguments.rounds > 0 ? arguments.rounds : comparison.rounds,
                        arguments.asMarkdown, "made"};
+    const fs::path corpus = arguments.corpus;
     std::vector<fs::path> paths;
-    for (const char* name : comparison.files) {
-        paths.push_back(fs::path(arguments.corpus) / name);
-    }
-    if (!arguments.files.empty()) {
-        paths.clear();
-    }
     for (const std::string& file : arguments.files) {
-        paths.push_back(fs::exists(file) ? fs::path(file) : fs::path(arguments.corpus) / file);
+        paths.push_back(fs::exists(file) ? fs::path(file) : corpus / file);
+    }
+    for (const char* name : comparison.files) {
+        if (arguments.files.empty()) {
+            paths.push_back(corpus / name);
+        }
     }
     std::vector<Run> runs(std::max<std::size_t>(paths.size(), 1), plain);
     for (std::size_t i = 0; i < paths.size(); ++i) {
