@@ -32,7 +32,8 @@ filled_in() {
     while IFS= read -r line; do
         case $line in
         *'{{processor}}') printf '%s%s\n' "${line%'{{'*}" "$(processor)" ;;
-        *'{{packages}}') printf '%s%s\n' "${line%'{{'*}" "$(packages)" | fold -s -w 98 ;;
+        *'{{packages}}') printf '%s%s\n' "${line%'{{'*}" "$(packages)" |
+            fold -s -w 98 | sed '2,$s/^/  /; s/ $//' ;;
         *'{{load}}') printf '%s%s\n' "${line%'{{'*}" "$(cut -d ' ' -f 1 /proc/loadavg)" ;;
         '{{ntkbench '*'}}')
             line=${line#'{{ntkbench '}
