@@ -34,6 +34,7 @@ filled_in() {
         *'{{processor}}') printf '%s%s\n' "${line%'{{'*}" "$(processor)" ;;
         *'{{packages}}') printf '%s%s\n' "${line%'{{'*}" "$(packages)" |
             fold -s -w 98 | sed '2,$s/^/  /; s/ $//' ;;
+        *'{{nice}}') printf '%s%s\n' "${line%'{{'*}" "$(nice)" ;;
         *'{{load}}') printf '%s%s\n' "${line%'{{'*}" "$(cut -d ' ' -f 1 /proc/loadavg)" ;;
         '{{ntkbench '*'}}')
             line=${line#'{{ntkbench '}
