@@ -2,11 +2,12 @@
 // stand-in. What the figures are is nobody's business here.
 #include <gtest/gtest.h>
 
+#include <regex.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
-#include <regex>
 #include <sstream>
 
 #include "process.h"
@@ -41,6 +42,16 @@ protected:
         fs::temp_directory_path() / ("ntkbench_" + std::to_string(getpid()) + "_" +
                                      testing::UnitTest::GetInstance()->current_test_info()->name());
 };
+
+// Whether the pattern fits somewhere in the text. (std::regex draws a false warning from gcc 12 in
+// the build with sanitizers.)
+bool fits(const std::string& text, const std::string& pattern) {
+    regex_t compiled;
+    EXPECT_EQ(regcomp(&compiled, pattern.c_str(), REG_EXTENDED | REG_NOSUB | REG_NEWLINE), 0);
+    const bool isFound = regexec(&compiled, text.c_str(), 0, nullptr, 0) == 0;
+    regfree(&compiled);
+    return isFound;
+}
 
 std::vector<std::string> linesOf(const std::string& text) {
     std::istringstream in(text);
@@ -92,15 +103,17 @@ TEST_F(Ntkbench, EveryListedComparisonIsExplainedAndInTheDocument) {
     EXPECT_EQ(list.status, 0);
     EXPECT_EQ(linesOf(list.output).size(), 10u);
     for (const std::string& name : linesOf(list.output)) {
-        EXPECT_TRUE(std::regex_search(help, std::regex("\n  " + name + " +[A-Za-z]"))) << name;
+        EXPECT_TRUE(fits(help, "^  " + name + " +[A-Za-z]")) << name;
         EXPECT_NE(document.str().find("\n{{ntkbench " + name + "}}\n"), std::string::npos) << name;
     }
 }
 
 // Also: calls of the library succeed, and decoders restore the data, else the run fails.
 TEST_F(Ntkbench, EveryComparisonPrintsATableOfFigures) {
-    const std::regex row(R"((\| [^|]+ )\| [a-z0-9]+ \| \d+ \| \d+\.\d{3} (\| [^|]+ )\| \d+\.\d{3} )"
-                         R"(\| \d+\.\d{3} \| \d+\.\d{3}-\d+\.\d{3} \| (\d\.\d{3})? \|)");
+    const std::string number = " [0-9]+\\.[0-9]{3} ";
+    const std::string row = "^\\| [^|]+ \\| [a-z0-9]+ \\| [0-9]+ \\|" + number + "\\| [^|]+ \\|" +
+                            number + "\\|" + number +
+                            "\\| [0-9]+\\.[0-9]{3}-[0-9]+\\.[0-9]{3} \\| ([0-9]\\.[0-9]{3})? \\|$";
     struct Case {
         const char* name;
         std::size_t rows; // with the file book1
@@ -119,7 +132,7 @@ TEST_F(Ntkbench, EveryComparisonPrintsATableOfFigures) {
         EXPECT_EQ(std::count(lines[1].begin(), lines[1].end(), '|'),
                   std::count(lines[0].begin(), lines[0].end(), '|'));
         for (std::size_t i = 2; i < lines.size(); ++i) {
-            EXPECT_TRUE(std::regex_match(lines[i], row)) << lines[i];
+            EXPECT_TRUE(fits(lines[i], row)) << lines[i];
         }
     }
 }
