@@ -25,7 +25,7 @@ Ntk32u runGeneric(Ntk32u value, const Ntk8u* data, std::size_t length) {
 }
 
 constexpr Candidate<ChecksumFunction> candidates[] = {
-    {"isal", NTK_CPU_SSE42 | NTK_CPU_CLMUL, isalMayUse, runIsal},
+    {"isal", NTK_CPU_SSE42 | NTK_CPU_CLMUL, isalOwnDispatchUses, runIsal},
     {"clmul", NTK_CPU_SSE41 | NTK_CPU_CLMUL, 0, runClmul},
     {"generic", 0, 0, runGeneric},
 };

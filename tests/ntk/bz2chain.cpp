@@ -1,4 +1,4 @@
-#include "bzip2chain.h"
+#include "bz2chain.h"
 
 #include <algorithm>
 #include <stdexcept>

@@ -8,7 +8,7 @@
 #include <fstream>
 #include <iterator>
 
-#include "bzip2chain.h"
+#include "bz2chain.h"
 #include "catalog.h"
 
 namespace {
@@ -21,7 +21,7 @@ Bytes readFile(const std::string& name) {
 
 // The output of "bzip2 <keys>" for the input.
 Bytes bzip2(const std::string& keys, const Bytes& input) {
-    const std::string name = testing::TempDir() + "bzip2_chain." + std::to_string(getpid());
+    const std::string name = testing::TempDir() + "bz2_chain." + std::to_string(getpid());
     std::ofstream(name, std::ios::binary)
         .write(reinterpret_cast<const char*>(input.data()),
                static_cast<std::streamsize>(input.size()));
@@ -55,7 +55,7 @@ Bytes periodic(std::size_t size, std::size_t period) {
 }
 
 // The stand-ins, or, with $CORPUS set, the files of that directory.
-TEST(Bzip2Chain, FilesOfTheCorpus) {
+TEST(Bz2Chain, FilesOfTheCorpus) {
     const char* const directory = std::getenv("CORPUS");
     for (const corpus::FileKind& kind : corpus::catalog()) {
         const std::string name(kind.name);
@@ -67,7 +67,7 @@ TEST(Bzip2Chain, FilesOfTheCorpus) {
     }
 }
 
-TEST(Bzip2Chain, SpecialContents) {
+TEST(Bz2Chain, SpecialContents) {
     Bytes runs; // of all lengths around those where a count is written and where a run is cut
     for (std::size_t length = 1; length < 600; ++length) {
         runs.insert(runs.end(), length, static_cast<Ntk8u>(length));
@@ -84,7 +84,7 @@ TEST(Bzip2Chain, SpecialContents) {
     }
 }
 
-TEST(Bzip2Chain, AllLevelsAndSeveralBlocks) {
+TEST(Bz2Chain, AllLevelsAndSeveralBlocks) {
     Bytes data = textBytes(950000, 3);
     data.insert(data.begin() + 99970, 300, 'r'); // a run over the end of a block
     for (int level = 1; level <= 9; ++level) {
@@ -96,7 +96,7 @@ TEST(Bzip2Chain, AllLevelsAndSeveralBlocks) {
 }
 
 // Bits that no symbol depends on may be damaged in vain; no other data may come out.
-TEST(Bzip2Chain, ADamagedFileIsRefused) {
+TEST(Bz2Chain, ADamagedFileIsRefused) {
     const Bytes data = textBytes(3000);
     const Bytes file = makeBzip2File(data, 1);
     const auto giveOtherData = [&](const Bytes& damaged) {
