@@ -205,6 +205,7 @@ TEST(Lz4Tables, OfAnyContentsAreSafe) {
 
 // The worst case: the position fits, but the rest is not what the last call left.
 TEST(Lz4Tables, AreNotTrustedForTheirPosition) {
+    using namespace ntk;
     using namespace ntk::lz4;
     const Halves h(textBytes(3000));
     const auto first = static_cast<Ntk32u>(h.first);
@@ -212,14 +213,14 @@ TEST(Lz4Tables, AreNotTrustedForTheirPosition) {
         for (const Mode mode : {Mode::inPlace, Mode::elsewhere}) {
             SCOPED_TRACE(index);
             Lz4Tables tables;
-            auto& table = tableIn<HashTable>(tables.hash());
+            auto& table = stateIn<HashTable>(tables.hash());
             prime(lz4Dict, h, tables);
             ASSERT_EQ(table.position, h.first);
             std::fill_n(table.stream.internal_donotuse.hashTable, LZ4_HASH_SIZE_U32, index);
             encodedLength(lz4Dict, h, mode, tables);
 
-            auto& stream = tableIn<HcState>(tables.hc()[0]).stream.internal_donotuse;
-            auto& record = tableIn<HcRecord>(tables.hc()[1]);
+            auto& stream = stateIn<HcState>(tables.hc()[0]).stream.internal_donotuse;
+            auto& record = stateIn<HcRecord>(tables.hc()[1]);
             prime(lz4Hc, h, tables);
             ASSERT_EQ(record.position, h.first);
             std::fill_n(stream.hashTable, LZ4HC_HASHTABLESIZE, index + 65536);

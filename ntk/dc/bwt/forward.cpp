@@ -19,6 +19,7 @@
 
 #include <cstring>
 
+#include "../callerblock.h"
 #include "sorts.h"
 #include "words.h"
 
@@ -75,6 +76,7 @@ int transform(const Ntk8u* src, Ntk8u* dst, int srcLen, const Workspace& work,
 
 } // namespace ntk::bwt
 
+using namespace ntk;
 using namespace ntk::bwt;
 
 NtkStatus ntksBWTFwdGetSize_8u(int srcLen, int* pSize) {
@@ -92,7 +94,7 @@ NtkStatus ntksBWTFwdGetSize_8u(int srcLen, int* pSize) {
 
 NtkStatus ntksBWTFwd_SelectSort_8u(const Ntk8u* pSrc, Ntk8u* pDst, int srcLen, int* pIdx,
                                    Ntk8u* pBuff, NtkBWTSortAlgorithmHint hint) {
-    if (pSrc == nullptr || pDst == nullptr || pIdx == nullptr || pBuff == nullptr) {
+    if (anyNull(pSrc, pDst, pIdx, pBuff)) {
         return ntkStsNullPtr;
     }
     if (!isLength(srcLen)) {

@@ -23,6 +23,7 @@
 #include <array>
 #include <cstddef>
 
+#include "../callerblock.h"
 #include "workspace.h"
 
 namespace ntk::bwt {
@@ -108,6 +109,7 @@ void walk(const Links& links, Ntk32u n, Ntk32u idx, Ntk8u* dst) {
 
 } // namespace ntk::bwt
 
+using namespace ntk;
 using namespace ntk::bwt;
 
 NtkStatus ntksBWTInvGetSize_8u(int srcLen, int* pSize) {
@@ -124,7 +126,7 @@ NtkStatus ntksBWTInvGetSize_8u(int srcLen, int* pSize) {
 }
 
 NtkStatus ntksBWTInv_8u(const Ntk8u* pSrc, Ntk8u* pDst, int srcLen, int idx, Ntk8u* pBuff) {
-    if (pSrc == nullptr || pDst == nullptr || pBuff == nullptr) {
+    if (anyNull(pSrc, pDst, pBuff)) {
         return ntkStsNullPtr;
     }
     if (srcLen < 0 || srcLen > maxTextLen) {

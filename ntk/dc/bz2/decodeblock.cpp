@@ -34,6 +34,7 @@ NtkStatus decodePositions(const Ntk16u* pSrc, int srcLen, int sizeDictionary, Sp
 
 } // namespace ntk::bz2
 
+using namespace ntk;
 using namespace ntk::bz2;
 
 NtkStatus ntksDecodeBlock_BZ2_16u8u(const Ntk16u* pSrc, int srcLen, Ntk8u* pDst, int* pDstLen,

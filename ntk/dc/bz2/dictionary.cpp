@@ -46,6 +46,7 @@ int valuesInUse(const Ntk8u inUse[256], Ntk8u values[256]) {
 
 } // namespace ntk::bz2
 
+using namespace ntk;
 using namespace ntk::bz2;
 
 NtkStatus ntksReduceDictionary_8u_I(const Ntk8u inUse[256], Ntk8u* pSrcDst, int srcLen,

@@ -42,6 +42,7 @@ NtkStatus run(Choice<MoveToFront>& kernel, const Ntk8u* pSrc, Ntk8u* pDst, int s
 
 } // namespace ntk::bz2
 
+using namespace ntk;
 using namespace ntk::bz2;
 
 NtkStatus ntksMTFGetSize_8u(int* pSize) {

@@ -76,6 +76,7 @@ bool decode(RleState& s, Span<Ntk8u>& src, Span<Ntk8u>& dst) {
 
 } // namespace ntk::bz2
 
+using namespace ntk;
 using namespace ntk::bz2;
 
 NtkStatus ntksDecodeRLEInit_BZ2_8u(Ntk8u* pState) {

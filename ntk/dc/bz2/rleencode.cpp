@@ -127,6 +127,7 @@ bool encode(RleState& s, Span<Ntk8u>& src, Span<Ntk8u>& dst) {
 
 } // namespace ntk::bz2
 
+using namespace ntk;
 using namespace ntk::bz2;
 
 NtkStatus ntksRLEGetSize_BZ2_8u(int* pSize) {

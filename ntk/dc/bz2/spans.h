@@ -3,13 +3,10 @@
 
 #include <cstddef>
 
+#include "../callerblock.h"
 #include "ntkdefs.h"
 
 namespace ntk::bz2 {
-
-constexpr bool anyNull(auto... pointers) {
-    return (... || (pointers == nullptr));
-}
 
 // What is left of a buffer that a call works through.
 template <class T> struct Span {

@@ -186,6 +186,7 @@ NtkStatus decodeZ1Z2(Span<const Symbol>& src, Span<Ntk8u>& dst, unsigned maxSymb
 
 } // namespace ntk::bz2
 
+using namespace ntk;
 using namespace ntk::bz2;
 
 NtkStatus ntksDecodeZ1Z2_BZ2_16u8u(Ntk16u** ppSrc, int* pSrcLen, Ntk8u* pDst, int* pDstLen) {

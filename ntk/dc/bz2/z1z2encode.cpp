@@ -159,6 +159,7 @@ void addFrequencies(const Symbol* symbols, std::size_t count, int freqTable[258]
 
 } // namespace ntk::bz2
 
+using namespace ntk;
 using namespace ntk::bz2;
 
 NtkStatus ntksEncodeZ1Z2_BZ2_8u16u(Ntk8u** ppSrc, int* pSrcLen, Ntk16u* pDst, int* pDstLen,

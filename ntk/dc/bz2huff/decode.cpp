@@ -201,6 +201,7 @@ private:
 
 } // namespace ntk::bz2huff
 
+using namespace ntk;
 using namespace ntk::bz2huff;
 
 NtkStatus ntksDecodeHuffGetSize_BZ2_8u16u(int blockLen, int* pStateSize) {

@@ -174,6 +174,7 @@ private:
 
 } // namespace ntk::bz2huff
 
+using namespace ntk;
 using namespace ntk::bz2huff;
 
 NtkStatus ntksEncodeHuffGetSize_BZ2_16u8u(int blockLen, int* pStateSize) {

@@ -1,8 +1,7 @@
 // The figures of the bzip2 format that encoder and decoder share, and how both find their state.
 #pragma once
 
-#include <cstdint>
-
+#include "../callerblock.h"
 #include "ntkdefs.h"
 
 namespace ntk::bz2huff {
@@ -20,10 +19,6 @@ inline constexpr int maxEncodedCodeBits = 17; // what the encoder makes
 inline constexpr int tableCountBits = 3;
 inline constexpr int selectorCountBits = 15;
 inline constexpr int firstLengthBits = 5;
-
-constexpr bool anyNull(auto... pointers) {
-    return (... || (pointers == nullptr));
-}
 
 constexpr bool isAlphabet(int symbols) {
     return symbols >= 1 && symbols <= maxAlphabet;
@@ -69,16 +64,6 @@ public:
 private:
     Ntk8u m_tables[maxTables] = {0, 1, 2, 3, 4, 5};
 };
-
-// A state lies in the caller's memory at the first address that suits it.
-template <class State> constexpr int stateBytes() {
-    return static_cast<int>(sizeof(State) + alignof(State) - 1);
-}
-template <class State> State& stateIn(Ntk8u* memory) {
-    const auto address = reinterpret_cast<std::uintptr_t>(memory);
-    const std::uintptr_t padding = -address % alignof(State);
-    return *reinterpret_cast<State*>(memory + padding);
-}
 
 template <class State> NtkStatus stateSize(int blockLen, int* pSize) {
     if (pSize == nullptr) {

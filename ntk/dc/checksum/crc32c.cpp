@@ -9,15 +9,11 @@ namespace ntk {
 
 namespace {
 
-constexpr Ntk32u polynomial = 0x1edc6f41;
+using Fold = ReflectedFold<0x1edc6f41>;
 
 // libisal works on the raw register; its pointer is writable, its data are only read.
 Ntk32u runIsal(Ntk32u value, const Ntk8u* data, std::size_t length) {
     return ~crc32_iscsi(const_cast<Ntk8u*>(data), static_cast<int>(length), ~value);
-}
-
-Ntk32u runClmul(Ntk32u value, const Ntk8u* data, std::size_t length) {
-    return ~FoldedCrc<ReflectedFold<polynomial>>::update(~value, data, length);
 }
 
 // One dependent instruction per 8 bytes: for machines with the instruction but no multiplier.
@@ -35,15 +31,11 @@ Ntk32u runClmul(Ntk32u value, const Ntk8u* data, std::size_t length) {
     return ~narrow;
 }
 
-Ntk32u runGeneric(Ntk32u value, const Ntk8u* data, std::size_t length) {
-    return ~ReflectedCrc<polynomial>::update(~value, data, length);
-}
-
 constexpr Candidate<ChecksumFunction> candidates[] = {
     {"isal", NTK_CPU_SSE42 | NTK_CPU_CLMUL, isalOwnDispatchUses, runIsal},
-    {"clmul", NTK_CPU_SSE41 | NTK_CPU_CLMUL, 0, runClmul},
+    {"clmul", NTK_CPU_SSE41 | NTK_CPU_CLMUL, 0, crcByFolding<Fold>},
     {"sse42", NTK_CPU_SSE42, 0, runSse42},
-    {"generic", 0, 0, runGeneric},
+    {"generic", 0, 0, crcByTables<Fold>},
 };
 
 } // namespace

@@ -108,4 +108,12 @@ private:
     }
 };
 
+// Our own kernels of a CRC: they take and return the finished value, the register complemented.
+template <class Fold> Ntk32u crcByFolding(Ntk32u value, const Ntk8u* data, std::size_t length) {
+    return ~FoldedCrc<Fold>::update(~value, data, length);
+}
+template <class Fold> Ntk32u crcByTables(Ntk32u value, const Ntk8u* data, std::size_t length) {
+    return ~Fold::Tables::update(~value, data, length);
+}
+
 } // namespace ntk

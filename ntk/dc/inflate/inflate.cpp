@@ -34,6 +34,7 @@
 #include <cstdint>
 #include <cstring>
 
+#include "../callerblock.h"
 #include "stream.h"
 
 namespace ntk::inflate {
@@ -73,9 +74,8 @@ struct Call {
 };
 
 NtkStatus Call::check() const {
-    if (ppSrc == nullptr || pSrcLen == nullptr || pCode == nullptr || pCodeLenBits == nullptr ||
-        ppDst == nullptr || pDstLen == nullptr || pMode == nullptr || pState == nullptr ||
-        *ppSrc == nullptr || *ppDst == nullptr || (pHistory == nullptr && historyLen != 0)) {
+    if (anyNull(ppSrc, pSrcLen, pCode, pCodeLenBits, ppDst, pDstLen, pMode, pState) ||
+        anyNull(*ppSrc, *ppDst) || (pHistory == nullptr && historyLen != 0)) {
         return ntkStsNullPtr;
     }
     if (*pSrcLen < 0 || *pDstLen < 0 || historyLen < 0) {
@@ -185,6 +185,7 @@ NtkStatus decode(const Call& call) {
 
 } // namespace ntk::inflate
 
+using namespace ntk;
 using namespace ntk::inflate;
 
 NtkStatus ntksInflateGetSize_8u(int* pSize) {
@@ -196,7 +197,7 @@ NtkStatus ntksInflateGetSize_8u(int* pSize) {
 }
 
 NtkStatus ntksInflateInit_8u(NtksInflateState* pState, Ntk8u* pWorkBuffer) {
-    if (pState == nullptr || pWorkBuffer == nullptr) {
+    if (anyNull(pState, pWorkBuffer)) {
         return ntkStsNullPtr;
     }
     const auto address = reinterpret_cast<std::uintptr_t>(pWorkBuffer);

@@ -5,6 +5,7 @@
 
 #include <lz4.h>
 
+#include "../callerblock.h"
 #include "ntkdefs.h"
 
 namespace ntk::lz4 {
@@ -15,10 +16,6 @@ inline const char* chars(const Ntk8u* bytes) {
 }
 inline char* chars(Ntk8u* bytes) {
     return reinterpret_cast<char*>(bytes);
-}
-
-constexpr bool anyNull(auto... pointers) {
-    return (... || (pointers == nullptr));
 }
 
 // For calls without a dictionary.

@@ -38,6 +38,7 @@ NtkStatus whyRefused(const Ntk8u* block, int length, int capacity) {
 
 } // namespace ntk::lz4
 
+using namespace ntk;
 using namespace ntk::lz4;
 
 NtkStatus ntksDecodeLZ4_8u(const Ntk8u* pSrc, int srcLen, Ntk8u* pDst, int* pDstLen) {

@@ -95,20 +95,21 @@ NtkStatus makeEmpty(Ntk8u* pHashTable, int srcLen) {
     if (pHashTable == nullptr) {
         return ntkStsNullPtr;
     }
-    return srcLen < 0 ? ntkStsBadSize : ntksZero_8u(pHashTable, blockBytes<HashTable>());
+    return srcLen < 0 ? ntkStsBadSize : ntksZero_8u(pHashTable, stateBytes<HashTable>());
 }
 
 } // namespace
 
 } // namespace ntk::lz4
 
+using namespace ntk;
 using namespace ntk::lz4;
 
 NtkStatus ntksEncodeLZ4HashTableGetSize_8u(int* pSize) {
     if (pSize == nullptr) {
         return ntkStsNullPtr;
     }
-    *pSize = blockBytes<HashTable>();
+    *pSize = stateBytes<HashTable>();
     return ntkStsNoErr;
 }
 
@@ -132,7 +133,7 @@ NtkStatus ntksEncodeLZ4_8u(const Ntk8u* pSrc, int srcLen, Ntk8u* pDst, int* pDst
     if (srcLen == 0) {
         return encodeEmpty(pDst, pDstLen);
     }
-    auto& table = tableIn<HashTable>(pHashTable);
+    auto& table = stateIn<HashTable>(pHashTable);
     return finishWhole(encodeAlone(table, pSrc, srcLen, pDst, *pDstLen), pDstLen);
 }
 
@@ -148,7 +149,7 @@ NtkStatus ntksEncodeLZ4Safe_8u(const Ntk8u* pSrc, int* pSrcLen, Ntk8u* pDst, int
     if (*pSrcLen == 0) {
         return encodeEmpty(pDst, pDstLen);
     }
-    auto& table = tableIn<HashTable>(pHashTable);
+    auto& table = stateIn<HashTable>(pHashTable);
     const int length = encodeAlone(table, pSrc, *pSrcLen, pDst, *pDstLen);
     return finishSafe(length, windowOf({0, nullptr, 0}, pSrc, *pSrcLen), pSrcLen, pDst, pDstLen);
 }
@@ -166,7 +167,7 @@ NtkStatus ntksEncodeLZ4Dict_8u(const Ntk8u* pSrc, int srcIdx, int srcLen, Ntk8u*
     if (srcLen == 0) {
         return encodeEmpty(pDst, pDstLen);
     }
-    auto& table = tableIn<HashTable>(pHashTable);
+    auto& table = stateIn<HashTable>(pHashTable);
     return finishWhole(encodeWithDictionary(table, d, pSrc, srcLen, pDst, *pDstLen), pDstLen);
 }
 
@@ -184,7 +185,7 @@ NtkStatus ntksEncodeLZ4DictSafe_8u(const Ntk8u* pSrc, int srcIdx, int* pSrcLen, 
     if (*pSrcLen == 0) {
         return encodeEmpty(pDst, pDstLen);
     }
-    auto& table = tableIn<HashTable>(pHashTable);
+    auto& table = stateIn<HashTable>(pHashTable);
     const int length = encodeWithDictionary(table, d, pSrc, *pSrcLen, pDst, *pDstLen);
     return finishSafe(length, windowOf(d, pSrc, *pSrcLen), pSrcLen, pDst, pDstLen);
 }

@@ -41,7 +41,7 @@ struct HcTables {
 };
 
 HcTables tablesIn(Ntk8u** blocks) {
-    return {tableIn<HcState>(blocks[0]).stream, tableIn<HcRecord>(blocks[1])};
+    return {stateIn<HcState>(blocks[0]).stream, stateIn<HcRecord>(blocks[1])};
 }
 
 bool continuesAt(const HcTables& t, int srcIdx) {
@@ -105,14 +105,15 @@ int encodeThoroughly(HcTables& t, const DictArguments& d, int level, const Ntk8u
 
 } // namespace ntk::lz4
 
+using namespace ntk;
 using namespace ntk::lz4;
 
 NtkStatus ntksEncodeLZ4HCHashTableGetSize_8u(int* pHashTableSize, int* pChainTableSize) {
     if (anyNull(pHashTableSize, pChainTableSize)) {
         return ntkStsNullPtr;
     }
-    *pHashTableSize = blockBytes<HcState>();
-    *pChainTableSize = blockBytes<HcRecord>();
+    *pHashTableSize = stateBytes<HcState>();
+    *pChainTableSize = stateBytes<HcRecord>();
     return ntkStsNoErr;
 }
 
@@ -120,8 +121,8 @@ NtkStatus ntksEncodeLZ4HCHashTableInit_8u(Ntk8u** ppHashTables) {
     if (ppHashTables == nullptr || anyNull(ppHashTables[0], ppHashTables[1])) {
         return ntkStsNullPtr;
     }
-    ntksZero_8u(ppHashTables[0], blockBytes<HcState>());
-    return ntksZero_8u(ppHashTables[1], blockBytes<HcRecord>());
+    ntksZero_8u(ppHashTables[0], stateBytes<HcState>());
+    return ntksZero_8u(ppHashTables[1], stateBytes<HcRecord>());
 }
 
 NtkStatus ntksEncodeLZ4HC_8u(const Ntk8u* pSrc, int srcIdx, int* pSrcLen, Ntk8u* pDst, int* pDstLen,

@@ -1,8 +1,6 @@
 // The tables of the LZ4 encoders, as they lie in the caller's blocks.
 #pragma once
 
-#include <cstdint>
-
 #include <lz4.h>
 #include <lz4hc.h>
 
@@ -29,17 +27,6 @@ struct HcRecord {
     // liblz4's index of that position.
     Ntk32u endIndex;
 };
-
-// The caller's blocks have any alignment; liblz4 wants that of its structures.
-template <class Table> constexpr int blockBytes() {
-    return static_cast<int>(sizeof(Table) + alignof(Table) - 1);
-}
-
-template <class Table> Table& tableIn(Ntk8u* block) {
-    constexpr std::uintptr_t mask = alignof(Table) - 1;
-    const auto address = reinterpret_cast<std::uintptr_t>(block);
-    return *reinterpret_cast<Table*>(block + (((address + mask) & ~mask) - address));
-}
 
 // Whether the liblz4 at hand is the one whose structures this was compiled with. Their fields may
 // change from version to version, so without this they are not touched.

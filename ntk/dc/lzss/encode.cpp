@@ -128,7 +128,7 @@ NtkStatus ntksLZSSGetSize_8u(int* pSize) {
     if (pSize == nullptr) {
         return ntkStsNullPtr;
     }
-    *pSize = static_cast<int>(std::max(stateBytes<Encoder>(), stateBytes<Decoder>()));
+    *pSize = std::max(stateBytes<Encoder>(), stateBytes<Decoder>());
     return ntkStsNoErr;
 }
 

@@ -88,16 +88,17 @@ NtkStatus decodeNearEnd(State& state, Block& block) {
 }
 
 NtkStatus checkCall(const void* values, const Ntk8u* pState, Mark mark) {
-    if (values == nullptr || pState == nullptr) {
+    if (anyNull(values, pState)) {
         return ntkStsNullPtr;
     }
-    return stateIn(pState).mark == mark ? ntkStsNoErr : ntkStsBadValue;
+    return stateIn<State>(pState).mark == mark ? ntkStsNoErr : ntkStsBadValue;
 }
 
 } // namespace
 
 } // namespace ntk::zfp
 
+using namespace ntk;
 using namespace ntk::zfp;
 
 NtkStatus ntksEncodeZfp444_32f(const Ntk32f* pSrc, int stepY, int stepZ, Ntk8u* pState) {
@@ -108,7 +109,7 @@ NtkStatus ntksEncodeZfp444_32f(const Ntk32f* pSrc, int stepY, int stepZ, Ntk8u* 
     Block block;
     forEachRow(reinterpret_cast<const Ntk8u*>(pSrc), stepY, stepZ, block,
                [](Ntk32f* row, const Ntk8u* values) { std::memcpy(row, values, rowBytes); });
-    State& state = stateIn(pState);
+    State& state = stateIn<State>(pState);
     if (isNearEnd(stream_wtell(&state.bits), state)) {
         return encodeNearEnd(state, block);
     }
@@ -122,7 +123,7 @@ NtkStatus ntksDecodeZfp444_32f(Ntk32f* pDst, int stepY, int stepZ, Ntk8u* pState
         return status;
     }
     Block block;
-    State& state = stateIn(pState);
+    State& state = stateIn<State>(pState);
     if (isNearEnd(stream_rtell(&state.bits), state)) {
         status = decodeNearEnd(state, block);
     } else {

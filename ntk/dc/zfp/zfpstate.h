@@ -1,8 +1,6 @@
 // The state of a ZFP stream, as it lies in the caller's block.
 #pragma once
 
-#include <cstdint>
-
 // libzfp makes its bit stream on the heap only. Its installed sources, included this way, tell what
 // a bit stream is, so that one can lie in the state instead; knowsFields() tells whether the
 // library at hand was built from the same.
@@ -12,6 +10,7 @@
 
 #include <zfp.h>
 
+#include "../callerblock.h"
 #include "ntkdefs.h"
 
 namespace ntk::zfp {
@@ -41,18 +40,6 @@ struct State {
     size_t spare[2]; // zeros: a libzfp built with strides has two more fields behind
     Ntk8u scratch[scratchBytes];
 };
-
-inline constexpr int stateBytes = static_cast<int>(sizeof(State) + alignof(State) - 1);
-
-// The caller's block has any alignment.
-inline State& stateIn(Ntk8u* block) {
-    constexpr std::uintptr_t mask = alignof(State) - 1;
-    const auto address = reinterpret_cast<std::uintptr_t>(block);
-    return *reinterpret_cast<State*>(block + (((address + mask) & ~mask) - address));
-}
-inline const State& stateIn(const Ntk8u* block) {
-    return stateIn(const_cast<Ntk8u*>(block));
-}
 
 inline bool isMade(const State& state) {
     return state.mark == Mark::encoder || state.mark == Mark::ended || state.mark == Mark::decoder;
