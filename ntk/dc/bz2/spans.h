@@ -1,4 +1,4 @@
-// What the calls of the bzip2 stages have in common.
+// Source and destination of a call, common to the bzip2 stages.
 #pragma once
 
 #include <cstddef>
@@ -18,8 +18,8 @@ template <class T> struct Span {
     bool empty() const { return p == end; }
 };
 
-// Moves a pointer of the caller's on to where the work stands, and its length down.
-template <class T> void giveBack(const Span<T>& span, T** pointer, int* length) {
+// Sets the caller's pointer and length to what is left.
+template <class T> void returnRest(const Span<T>& span, T** pointer, int* length) {
     *pointer = span.p;
     *length = static_cast<int>(span.left());
 }

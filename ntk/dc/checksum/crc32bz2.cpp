@@ -11,7 +11,7 @@ namespace {
 
 using Fold = ForwardFold<0x04c11db7>;
 
-// libisal takes and returns the finished value; its pointer is writable, its data are only read.
+// libisal takes and returns the finished value.
 Ntk32u runIsal(Ntk32u value, const Ntk8u* data, std::size_t length) {
     return crc32_ieee(value, data, length);
 }

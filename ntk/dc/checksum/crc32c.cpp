@@ -11,12 +11,13 @@ namespace {
 
 using Fold = ReflectedFold<0x1edc6f41>;
 
-// libisal works on the raw register; its pointer is writable, its data are only read.
+// libisal works on the raw register; it takes a pointer to non-const data but only reads them.
 Ntk32u runIsal(Ntk32u value, const Ntk8u* data, std::size_t length) {
     return ~crc32_iscsi(const_cast<Ntk8u*>(data), static_cast<int>(length), ~value);
 }
 
-// One dependent instruction per 8 bytes: for machines with the instruction but no multiplier.
+// One dependent instruction per 8 bytes: for machines with the CRC32 instruction but without
+// carry-less multiplication.
 [[gnu::target("sse4.2")]] Ntk32u runSse42(Ntk32u value, const Ntk8u* data, std::size_t length) {
     Ntk64u crc = static_cast<Ntk32u>(~value);
     for (; length >= 8; data += 8, length -= 8) {

@@ -7,8 +7,8 @@
 
 namespace ntk {
 
-// Continues a checksum over `length` bytes. The value is that of the public call: the finished
-// checksum in and out. An Adler-32 value comes in with both halves reduced.
+// Continues a checksum over `length` bytes. Takes and returns the finished checksum, as the public
+// call does. Both halves of the Adler-32 value passed in are reduced.
 using ChecksumFunction = Ntk32u(Ntk32u value, const Ntk8u* data, std::size_t length);
 
 extern Choice<ChecksumFunction> adler32Kernel;

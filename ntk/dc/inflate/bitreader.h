@@ -64,7 +64,7 @@ struct BitReader {
     }
 
     // Returns whole bytes to this call's source; keeps only bits that are counted.
-    void giveBack() {
+    void unreadBytes() {
         const auto taken = static_cast<std::size_t>(next - begin);
         const std::size_t bytes = count / 8 < taken ? count / 8 : taken;
         next -= bytes;

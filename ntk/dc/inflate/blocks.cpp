@@ -35,7 +35,7 @@ Outcome readStoredLength(Stream& s) {
 }
 
 Outcome copyStored(Stream& s) {
-    s.in.giveBack();
+    s.in.unreadBytes();
     // Bytes passed in as pending bits come before those of the source.
     while (s.storedBytes > 0 && s.in.count >= 8 && s.out.room() > 0) {
         *s.out.next++ = static_cast<Ntk8u>(s.in.take(8));

@@ -174,7 +174,7 @@ NtkStatus decode(const Call& call) {
     const NtkStatus status = statusOf(outcome);
     if (status >= 0) {
         if (outcome != Outcome::sourceUsedUp) {
-            s.in.giveBack();
+            s.in.unreadBytes();
         }
         call.end(s);
     }

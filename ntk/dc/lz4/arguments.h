@@ -1,4 +1,4 @@
-// What the LZ4 calls have in common: the checks of their arguments and the empty source.
+// Common to the LZ4 calls: the checks of their arguments and the empty source.
 #pragma once
 
 #include <climits>
@@ -10,7 +10,7 @@
 
 namespace ntk::lz4 {
 
-// liblz4 takes plain characters.
+// liblz4 takes pointers to char.
 inline const char* chars(const Ntk8u* bytes) {
     return reinterpret_cast<const char*>(bytes);
 }
@@ -23,8 +23,8 @@ constexpr NtkStatus checkLengths(int srcLen, int capacity) {
     return srcLen < 0 || srcLen > LZ4_MAX_INPUT_SIZE || capacity < 0 ? ntkStsBadSize : ntkStsNoErr;
 }
 
-// The dictionary arguments and the position of a call. A dictionary of length 0 is none, wherever
-// it points.
+// The position and dictionary arguments of a call. With a length of 0 there is no dictionary,
+// whatever the pointer.
 struct DictArguments {
     int srcIdx;
     const Ntk8u* dict;
@@ -50,7 +50,7 @@ inline NtkStatus encodeEmpty(Ntk8u* pDst, int* pDstLen) {
     return ntkStsNoErr;
 }
 
-// The farthest that a match may lie back, rounded up as liblz4 does.
+// The largest distance of a match, rounded up as liblz4 does.
 inline constexpr int windowBytes = 65536;
 
 } // namespace ntk::lz4

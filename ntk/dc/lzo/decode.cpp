@@ -1,7 +1,7 @@
 // LZO1X decoders, on liblzo2's checking one. Format and frame: see encode.cpp.
 //
-// Both calls check everything: liblzo2's decoder without checks is faster by 2 to 9 percent only,
-// on text as well as on runs, and reads and writes wherever a damaged stream sends it.
+// Both calls use the checking decoder: liblzo2's decoder without checks is only 2 to 9 percent
+// faster, on text as well as on runs, and a damaged stream makes it read and write anywhere.
 
 #include "ntkdc.h"
 
@@ -46,7 +46,7 @@ Ntk64u decodedLength(const Frame& frame) {
     return length;
 }
 
-// src: the first stream, all of them there; dst: room for all of their data.
+// src: the streams, all of them complete; dst: has room for all of their data.
 bool decodePieces(const Frame& frame, const Ntk8u* src, Ntk8u* dst) {
     Piece pieces[maxPieces];
     for (Ntk32u i = 0; i < frame.count; ++i) {

@@ -1,4 +1,4 @@
-// ZFP streams: begin, mode, end and length. The method: see block.cpp.
+// ZFP streams: begin, mode, end and length. Method: see block.cpp.
 
 #include <cmath>
 
@@ -10,7 +10,7 @@ namespace ntk::zfp {
 
 namespace {
 
-// Whether the libzfp at hand has the bit stream that this was compiled with.
+// Whether the libzfp found at run time has the bit stream that this was compiled with.
 bool knowsFields() {
     constexpr unsigned patchBits = 8;
     return stream_word_bits == bitsPerWord &&
@@ -93,7 +93,7 @@ NtkStatus ntksEncodeZfpFlush_32f(Ntk8u* pState) {
     if (state.mark != Mark::encoder && state.mark != Mark::ended) {
         return ntkStsBadValue;
     }
-    stream_flush(&state.bits); // what was taken into the stream has its last byte in the buffer
+    stream_flush(&state.bits); // there is room: blocks are only accepted if their last byte fits
     state.mark = Mark::ended;
     return ntkStsNoErr;
 }
@@ -106,7 +106,7 @@ NtkStatus ntksZfpGetLength_32f(int* pLength, const Ntk8u* pState) {
     if (!isMade(state)) {
         return ntkStsBadValue;
     }
-    // A reader has taken the byte that it is in, a writer has not yet written it.
+    // A reader has taken its partial byte from the buffer, a writer has not yet written it.
     const bool isByteBegun = state.mark != Mark::decoder && state.bits.bits > 0;
     *pLength = static_cast<int>(state.bits.ptr - state.bits.begin) + isByteBegun;
     return ntkStsNoErr;
