@@ -3,6 +3,7 @@
 
 #include <vector>
 
+#include "callerblocks.h"
 #include "ntkdc.h"
 #include "samples.h"
 
@@ -23,11 +24,10 @@ inline void flushBits(PendingBits bits, Bytes& bytes) {
 
 struct HuffEncoder {
     HuffEncoder(const Symbols& block, int alphabet) {
-        int size = 0;
-        ntksEncodeHuffGetSize_BZ2_16u8u(static_cast<int>(block.size()), &size);
-        state.resize(static_cast<std::size_t>(size));
-        initStatus = ntksEncodeHuffInit_BZ2_16u8u(alphabet, nullptr, block.data(),
-                                                  static_cast<int>(block.size()), state.data());
+        const auto blockLen = static_cast<int>(block.size());
+        state = blockFor(ntksEncodeHuffGetSize_BZ2_16u8u, blockLen);
+        initStatus =
+            ntksEncodeHuffInit_BZ2_16u8u(alphabet, nullptr, block.data(), blockLen, state.data());
     }
     NtkStatus pack(Bytes& out) {
         return append(out, 21000, [&](Ntk8u* dst, int* length) {
@@ -74,12 +74,7 @@ inline Bytes encodedBlock(Symbols block, int alphabet, PendingBits before = {}) 
 }
 
 struct HuffDecoder {
-    explicit HuffDecoder(int alphabet) {
-        int size = 0;
-        ntksDecodeHuffGetSize_BZ2_8u16u(900000, &size);
-        state.resize(static_cast<std::size_t>(size));
-        ntksDecodeHuffInit_BZ2_8u16u(alphabet, state.data());
-    }
+    explicit HuffDecoder(int alphabet) { ntksDecodeHuffInit_BZ2_8u16u(alphabet, state.data()); }
     // Both move the source on.
     NtkStatus unpack(Ntk8u*& src, int& srcLen) {
         return ntksUnpackHuffContext_BZ2_8u16u(&bits.code, &bits.count, &src, &srcLen,
@@ -96,5 +91,5 @@ struct HuffDecoder {
     }
 
     PendingBits bits;
-    Bytes state;
+    Bytes state = blockFor(ntksDecodeHuffGetSize_BZ2_8u16u, 900000);
 };

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -132,13 +133,12 @@ inline Inflated inflatedInPieces(const Bytes& stream, std::size_t capacity, std:
     NtkStatus status = ntkStsNoErr;
     for (;;) {
         const std::size_t n = std::min(srcPiece, stream.size() - taken);
-        Bytes piece(stream.begin() + static_cast<std::ptrdiff_t>(taken),
-                    stream.begin() + static_cast<std::ptrdiff_t>(taken + n));
-        piece.reserve(1);
-        const Ntk8u* src = piece.data();
+        const auto piece = std::make_unique<Ntk8u[]>(n);
+        std::copy_n(stream.data() + taken, n, piece.get());
+        const Ntk8u* src = piece.get();
         const std::size_t room = std::min(dstPiece, static_cast<std::size_t>(dstEnd - dst));
         status = inflater.call(src, n, dst, room);
-        taken += static_cast<std::size_t>(src - piece.data());
+        taken += static_cast<std::size_t>(src - piece.get());
         const bool isAtEnd = status == ntkStsDstFull ? dst == dstEnd : taken == stream.size();
         if (status < 0 || inflater.isFinished() || isAtEnd) {
             break;

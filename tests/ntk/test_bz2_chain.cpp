@@ -36,7 +36,7 @@ Bytes bzip2(const std::string& keys, const Bytes& input) {
 // Both ways at the level. Not much longer than what bzip2 makes, either.
 void compareWithBzip2(const std::string& name, const Bytes& data, int level) {
     const Bytes own = makeBzip2File(data, level);
-    const Bytes theirs = bzip2("-" + std::to_string(level), data);
+    const Bytes theirs = bzip2({'-', static_cast<char>('0' + level)}, data);
     EXPECT_TRUE(bzip2("-dc", own) == data) << name << " at level " << level;
     EXPECT_LE(own.size(), theirs.size() + theirs.size() / 200) << name;
     try {

@@ -69,7 +69,7 @@ TEST(DeflateHuff, PiecesMakeTheSameBytes) {
 TEST(DeflateHuff, ShortestAndLongestCodes) {
     NtkHuffCode lit[288] = {};
     NtkHuffCode dist[30] = {};
-    lit['a'] = {1, 1};
+    lit[Ntk8u{'a'}] = {1, 1};
     const Entries ones{Bytes(1000, 'a'), std::vector<Ntk16u>(1000)};
     Stream small(125);
     EXPECT_EQ(small.put(ones, 0, 1000, lit, dist), ntkStsNoErr);
@@ -102,7 +102,7 @@ TEST(DeflateHuff, Faults) {
         };
         for (const auto& c : cases) {
             FixedCodes codes;
-            codes.lit['n'].len = codes.lit[257 + 20].len = 0; // lengths 67 to 82
+            codes.lit[Ntk8u{'n'}].len = codes.lit[257 + 20].len = 0; // lengths 67 to 82
             codes.dist[4].len = 0;
             codes.lit[c.longCode].len = c.longCode ? 16 : 8;
             Entries entries = good;

@@ -7,6 +7,7 @@
 #include "dc/lz4/indexscan.h"
 #include "dc/lz4/tables.h"
 #include "guarded.h"
+#include "kernels.h"
 #include "lz4calls.h"
 
 namespace {
@@ -239,21 +240,17 @@ TEST(Lz4Tables, AreNotTrustedForTheirPosition) {
 }
 
 TEST(Lz4Tables, ScanFindsAnIndexAboveTheLimitAnywhere) {
-    for (const auto& candidate : ntk::lz4::noneAbove.candidates()) {
-        Ntk64u machine = 0;
-        ntkGetCpuFeatures(&machine, nullptr);
-        if (ntk::isEligible(candidate, machine, machine)) {
-            std::vector<Ntk32u> words(128, 1000);
-            EXPECT_TRUE(candidate.run(words.data(), words.size(), 1000)) << candidate.name;
-            for (Ntk32u& word : words) {
-                for (const Ntk32u bad : {1001U, 0x7fffffffU, 0x80000000U, ~0U}) {
-                    word = bad;
-                    EXPECT_FALSE(candidate.run(words.data(), words.size(), 1000)) << bad;
-                }
-                word = 1000;
+    forEachKernel(ntk::lz4::noneAbove, [](ntk::lz4::IndexScanFunction& noneAbove) {
+        std::vector<Ntk32u> words(128, 1000);
+        EXPECT_TRUE(noneAbove(words.data(), words.size(), 1000));
+        for (Ntk32u& word : words) {
+            for (const Ntk32u bad : {1001U, 0x7fffffffU, 0x80000000U, ~0U}) {
+                word = bad;
+                EXPECT_FALSE(noneAbove(words.data(), words.size(), 1000)) << bad;
             }
+            word = 1000;
         }
-    }
+    });
 }
 
 } // namespace

@@ -11,12 +11,12 @@
 
 #include <zfp.h>
 
+#include "callerblocks.h"
 #include "guarded.h"
 #include "ntkdc.h"
 
 namespace {
 
-using Bytes = std::vector<Ntk8u>;
 using Values = std::vector<Ntk32f>;
 constexpr int nx = 12, ny = 8, nz = 16;
 constexpr int blocks = nx * ny * nz / 64;
@@ -48,9 +48,7 @@ void set(const Mode& mode, Ntk8u* state) {
 }
 
 Bytes newState() {
-    int size = 0;
-    EXPECT_EQ(ntksZfpGetSize_32f(&size), ntkStsNoErr);
-    return Bytes(static_cast<std::size_t>(size), Ntk8u(0xa5));
+    return blockFor(ntksZfpGetSize_32f);
 }
 
 int lengthOf(const Bytes& state) {
@@ -121,7 +119,7 @@ int decode(Values& field, const Mode& mode, const GuardedBlock& in, Bytes& state
 }
 
 // libzfp on the whole array: values to bytes (isEncoder) or bytes to values; gives the length.
-std::size_t judge(bool isEncoder, Values& field, const Mode& mode, Bytes& bytes) {
+std::size_t codeWithLibzfp(bool isEncoder, Values& field, const Mode& mode, Bytes& bytes) {
     const std::unique_ptr<zfp_field, decltype(&zfp_field_free)> array(
         zfp_field_3d(field.data(), zfp_type_float, nx, ny, nz), zfp_field_free);
     const std::unique_ptr<bitstream, decltype(&stream_close)> bits(
@@ -137,16 +135,16 @@ std::size_t judge(bool isEncoder, Values& field, const Mode& mode, Bytes& bytes)
                      : zfp_decompress(zfp.get(), array.get());
 }
 
-Bytes judgesStream(Values field, const Mode& mode) {
+Bytes referenceStream(Values field, const Mode& mode) {
     Bytes bytes(1 << 16);
-    bytes.resize(judge(true, field, mode, bytes));
+    bytes.resize(codeWithLibzfp(true, field, mode, bytes));
     return bytes;
 }
 
-Values judgesValues(Bytes bytes, const Mode& mode) {
+Values referenceValues(Bytes bytes, const Mode& mode) {
     Values field(nx * ny * nz);
     bytes.resize(bytes.size() + (1 << 16)); // it reads on past a stream that is cut
-    judge(false, field, mode, bytes);
+    codeWithLibzfp(false, field, mode, bytes);
     return field;
 }
 
@@ -164,7 +162,7 @@ TEST(Zfp, StreamsAndValuesAreThoseOfLibzfp) {
     Bytes state = newState();
     for (const Values& field : fields()) {
         for (const Mode& mode : modes) {
-            const Bytes expected = judgesStream(field, mode);
+            const Bytes expected = referenceStream(field, mode);
             const GuardedBlock out(expected.size()); // and not a byte more
             EXPECT_EQ(encode(field, mode, out, state), blocks) << text(mode);
             EXPECT_EQ(lengthOf(state), out.size()) << text(mode);
@@ -173,7 +171,7 @@ TEST(Zfp, StreamsAndValuesAreThoseOfLibzfp) {
             Values decoded(field.size(), -1);
             EXPECT_EQ(decode(decoded, mode, GuardedBlock(expected), state), blocks) << text(mode);
             EXPECT_EQ(lengthOf(state), out.size()) << text(mode);
-            const Values expectedValues = judgesValues(expected, mode);
+            const Values expectedValues = referenceValues(expected, mode);
             EXPECT_EQ(
                 std::memcmp(decoded.data(), expectedValues.data(), sizeof(float) * nx * ny * nz), 0)
                 << text(mode);
@@ -186,8 +184,8 @@ TEST(Zfp, BuffersCutAtEveryByte) {
     Bytes state = newState();
     const Values field = fields()[4];
     for (const Mode& mode : {modes[2], modes[8], modes[6]}) {
-        const Bytes all = judgesStream(field, mode);
-        const Values values = judgesValues(all, mode);
+        const Bytes all = referenceStream(field, mode);
+        const Values values = referenceValues(all, mode);
         for (std::size_t size = 0; size < all.size(); size++) {
             const GuardedBlock out(size);
             const int fitted = encode(field, mode, out, state);
@@ -221,7 +219,7 @@ TEST(Zfp, AnyBytesAreBlocksOrRefused) {
         }
         Values decoded(nx * ny * nz, -1);
         const int count = decode(decoded, mode, GuardedBlock(bytes), state);
-        const Values expected = judgesValues(bytes, mode);
+        const Values expected = referenceValues(bytes, mode);
         for (int i = 0; i < count; i++) {
             ASSERT_TRUE(isSame(decoded, expected, i)) << round << text(mode);
         }
