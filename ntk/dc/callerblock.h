@@ -18,6 +18,15 @@ template <class State> constexpr int stateBytes() {
     return static_cast<int>(sizeof(State) + alignof(State) - 1);
 }
 
+// The body of a GetSize function.
+inline NtkStatus returnSize(int bytes, int* pSize) {
+    if (pSize == nullptr) {
+        return ntkStsNullPtr;
+    }
+    *pSize = bytes;
+    return ntkStsNoErr;
+}
+
 template <class State> State& stateIn(Ntk8u* block) {
     constexpr std::uintptr_t mask = alignof(State) - 1;
     const auto address = reinterpret_cast<std::uintptr_t>(block);

@@ -37,7 +37,7 @@ Ntk32u combined(Ntk32u all, Ntk32u block) {
 }
 
 struct Block {
-    Bytes bytes; // run-length coded, then reduced, transformed, ranked
+    Bytes bytes; // after the last stage applied
     Ntk8u inUse[256];
     int sizeDictionary = 0;
     int row = 0;

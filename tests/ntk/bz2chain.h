@@ -1,5 +1,5 @@
-// Whole .bz2 files out of the library's stages, and back. Headers, checksums and block limits are
-// all that is done here.
+// Encodes whole .bz2 files with the library's stages, and decodes them. Only headers, checksums and
+// block limits are handled here.
 #pragma once
 
 #include "samples.h"
@@ -7,5 +7,5 @@
 // level: 1 to 9, the longest block in units of 100000 bytes.
 Bytes makeBzip2File(Bytes data, int level);
 
-// Takes a file of one stream apart. Throws std::runtime_error saying what is wrong with it.
+// Decodes a file of one stream. Throws std::runtime_error saying what is wrong with it.
 Bytes readBzip2File(Bytes file);

@@ -5,7 +5,7 @@
 
 #include "samples.h"
 
-// A block of the size that a GetSize function gives for the arguments, holding no zeroes.
+// A block of the size that a GetSize function gives for the arguments, filled with nonzero bytes.
 template <class GetSize, class... Arguments>
 Bytes blockFor(GetSize* getSize, Arguments... arguments) {
     int size = 0;

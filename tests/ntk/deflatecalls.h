@@ -1,4 +1,4 @@
-// The two steps of the deflate encoder, and zlib as their judge.
+// The two steps of the deflate encoder, and zlib as the reference.
 #pragma once
 
 #include <zlib.h>
@@ -28,7 +28,7 @@ struct MatchSearch {
     Entries entries = {};
     int srcIdx = 0;
 
-    // One call on the source at *src, with room for some entries, which are appended.
+    // One call on the source at *src, with room for `room` entries, which are appended.
     NtkStatus call(const Ntk8u** src, int* srcLen, const Ntk8u* window, int room, int flush) {
         const GuardedBlock lit(static_cast<std::size_t>(room));
         const GuardedBlock dist(2 * static_cast<std::size_t>(room));
@@ -51,7 +51,7 @@ struct MatchSearch {
     }
 };
 
-// A block of the fixed codes, the only one of its stream.
+// A stream of one block with the fixed codes.
 inline Bytes blockOf(const Entries& entries) {
     Bytes block(8 + 4 * entries.lit.size());
     Ntk32u code = 3;
@@ -66,7 +66,7 @@ inline Bytes blockOf(const Entries& entries) {
     return block;
 }
 
-// What zlib makes of a stream whose data should have a size; empty when it refuses it.
+// The data that zlib decodes from a stream, of the given size; empty if it rejects the stream.
 inline Bytes inflatedByZlib(Bytes stream, std::size_t size) {
     Bytes data(size + 1);
     z_stream z{};

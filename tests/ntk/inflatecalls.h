@@ -1,4 +1,4 @@
-// What the tests of the inflater share: streams by zlib and by hand, and the call in pieces.
+// Shared by the tests of the inflater: streams by zlib and by hand, and the call in pieces.
 #pragma once
 
 #include <zlib.h>
@@ -14,7 +14,7 @@
 #include "ntkdc.h"
 #include "samples.h"
 
-// How zlib makes a raw deflate stream.
+// Parameters of zlib's encoder.
 struct DeflateWay {
     int level = 6;
     int strategy = Z_DEFAULT_STRATEGY;
@@ -38,9 +38,9 @@ inline Bytes deflated(const Bytes& data, const DeflateWay& way, const Bytes& dic
     return stream;
 }
 
-enum class Verdict { sound, malformed, destinationFull, unfinished };
+enum class Verdict { valid, malformed, destinationFull, unfinished };
 
-// What came of a stream.
+// The result of decoding a stream.
 struct Inflated {
     Verdict verdict = Verdict::unfinished;
     std::size_t taken = 0; // bytes of the stream
@@ -59,7 +59,7 @@ inline Inflated zlibInflated(const Bytes& stream, std::size_t capacity) {
     z.avail_out = static_cast<uInt>(capacity);
     const int status = inflate(&z, Z_SYNC_FLUSH);
     data.resize(z.total_out);
-    const Inflated result{status == Z_STREAM_END   ? Verdict::sound
+    const Inflated result{status == Z_STREAM_END   ? Verdict::valid
                           : status == Z_DATA_ERROR ? Verdict::malformed
                           : z.avail_out == 0       ? Verdict::destinationFull
                                                    : Verdict::unfinished,
@@ -76,7 +76,7 @@ public:
         ntksInflateGetSize_8u(&size);
         m_work.resize(64 + static_cast<std::size_t>(size) + behindWork, filler);
         Ntk8u* work = m_work.data();
-        // One behind a multiple of 64: the buffer is used up to its last byte.
+        // One after a multiple of 64, the worst alignment: the buffer is used up to its last byte.
         while (reinterpret_cast<std::uintptr_t>(work) % 64 != 1) {
             ++work;
         }
@@ -117,12 +117,12 @@ private:
 inline Verdict verdictOf(NtkStatus status, const Inflater& inflater) {
     return status == ntkStsDstFull ? Verdict::destinationFull
            : status < 0            ? Verdict::malformed
-           : inflater.isFinished() ? Verdict::sound
+           : inflater.isFinished() ? Verdict::valid
                                    : Verdict::unfinished;
 }
 
-// Decodes with pieces of at most these lengths. Every piece of the source has a block of its own,
-// and guards stand around the destination.
+// Decodes in pieces of at most these lengths. Every piece of the source has a block of its own, and
+// there are guards around the destination.
 inline Inflated inflatedInPieces(const Bytes& stream, std::size_t capacity, std::size_t srcPiece,
                                  std::size_t dstPiece) {
     Inflater inflater;
@@ -151,7 +151,7 @@ inline Inflated inflated(const Bytes& stream, std::size_t capacity) {
     return inflatedInPieces(stream, capacity, stream.size(), capacity);
 }
 
-// Bits, least significant first. A code is given as it is written down: first bit first.
+// Writes bits, least significant first. A code is passed as a text, first bit first.
 class BitWriter {
 public:
     BitWriter& bits(unsigned value, unsigned count) {

@@ -329,7 +329,8 @@ struct Block {
     Ntk8u inUse[256] = {};
 };
 
-// Encoded by the oracles, but for the transform, which has tests of its own and is faster.
+// Encoded by the oracles except for the transform: the library's is faster and has tests of its
+// own.
 Block blockOf(const Bytes& text) {
     Block block;
     for (const Ntk8u b : text) {

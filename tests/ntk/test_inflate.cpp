@@ -1,5 +1,5 @@
-// The inflater on sound streams: all ways of zlib's encoder, whole and in pieces, and the places
-// where the data before may lie.
+// The inflater on valid streams: all parameters of zlib's encoder, whole and in pieces, and all
+// places of the history.
 #include <gtest/gtest.h>
 
 #include <bit>
@@ -21,7 +21,7 @@ const DeflateWay ways[] = {
     {9, Z_FIXED, 8},
 };
 
-// Matches at every short distance and of every length, between bytes of all values.
+// Matches at every short distance and of every length, separated by arbitrary bytes.
 Bytes repetitiveBytes(std::size_t size, unsigned seed) {
     std::mt19937 generator(seed);
     Bytes bytes = randomBytes(64, seed);
@@ -36,7 +36,8 @@ Bytes repetitiveBytes(std::size_t size, unsigned seed) {
     return bytes;
 }
 
-// Symbols whose frequencies fall by half, which makes codes of 15 bits, and rare far matches.
+// Bytes each half as frequent as the one before, which gives codes of 15 bits, and rare far
+// matches.
 Bytes skewedBytes(std::size_t size) {
     std::mt19937 generator(5);
     Bytes bytes(size);
@@ -82,7 +83,7 @@ TEST(Inflate, GoesOnWhereverSourceOrDestinationWereCut) {
     const Bytes large = textBytes(60000);
     for (const DeflateWay& way : ways) {
         const Bytes stream = withTrailer(deflated(small, way));
-        const Inflated expected = {Verdict::sound, stream.size() - 40, small};
+        const Inflated expected = {Verdict::valid, stream.size() - 40, small};
         for (const std::size_t srcPiece : pieces) {
             for (const std::size_t dstPiece : pieces) {
                 ASSERT_EQ(inflatedInPieces(stream, small.size(), srcPiece, dstPiece), expected)
@@ -102,7 +103,7 @@ TEST(Inflate, GoesOnWhereverSourceOrDestinationWereCut) {
     }
 }
 
-// Each piece is decoded into a block of its own, and what came before is given as the history.
+// Each piece is decoded into a block of its own; the data before are passed as the history.
 TEST(Inflate, FindsItsHistoryElsewhere) {
     const Bytes dictionary = textBytes(5000, 8);
     const Bytes data = textBytes(90000, 9);
@@ -123,7 +124,7 @@ TEST(Inflate, FindsItsHistoryElsewhere) {
     }
 }
 
-// A history that ends at the destination, then none given: the calls know what they decoded.
+// A history that ends at the destination, then none: the calls know what they have decoded.
 TEST(Inflate, KeepsToTheHistoryItWasGiven) {
     const Bytes dictionary = textBytes(500, 8);
     const Bytes stream = deflated(dictionary, {9}, dictionary);
@@ -148,8 +149,8 @@ TEST(Inflate, KeepsToTheHistoryItWasGiven) {
     EXPECT_TRUE(std::equal(dictionary.begin(), dictionary.end(), buffer.begin() + 500));
 }
 
-// As the deflate family calls it: no header, no state but what the call before left, which stopped
-// within a match, and bits of an earlier stream in the code.
+// As the benchmark calls it: no header, the state as left by the call before, which stopped within
+// a match, and bits of an earlier stream in the code.
 TEST(Inflate, StartsWithinAFixedBlockAsOftenAsAsked) {
     const Bytes data = textBytes(3000);
     const Bytes stream = deflated(data, {6, Z_FIXED});
@@ -158,7 +159,7 @@ TEST(Inflate, StartsWithinAFixedBlockAsOftenAsAsked) {
     for (int round = 0; round < 40; ++round) {
         const bool isWhole = round % 2 == 1;
         Bytes out(isWhole ? data.size() : 1000 + static_cast<std::size_t>(round));
-        // The 3 bits of the header are taken by hand: the other 5 of its byte are pending.
+        // The 3 bits of the header are skipped; the other 5 bits of its byte are pending.
         code = ((code | 0xdeadbe00U) << 5) | (stream[0] >> 3);
         int codeLen = 5;
         const Ntk8u* src = stream.data() + 1;

@@ -1,4 +1,4 @@
-// LZ4 encoders with a dictionary, and what they do with tables that do not fit the call.
+// LZ4 encoders with a dictionary, and with tables that do not fit the call.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -12,8 +12,8 @@
 
 namespace {
 
-// The second half of the data is encoded after the first, with the first as dictionary: none of
-// it, where it lies, or a copy elsewhere.
+// The second half of the data is encoded after the first, without a dictionary, or with the first
+// half as dictionary: in place, or a copy elsewhere.
 enum class Mode { none, inPlace, elsewhere };
 constexpr Mode modes[] = {Mode::none, Mode::inPlace, Mode::elsewhere};
 
@@ -54,7 +54,7 @@ void prime(const Lz4Encoder& encoder, const Halves& h, Lz4Tables& tables) {
 }
 
 // Encodes the second half and checks that the block decodes to it with the dictionary of the mode
-// and, of a table of any use, not without.
+// and, unless the table is useless, not without it.
 int encodedLength(const Lz4Encoder& encoder, const Halves& h, Mode mode, Lz4Tables& tables,
                   bool tableIsOfUse = true) {
     const GuardedBlock dst(static_cast<std::size_t>(LZ4_compressBound(h.data.size())));
@@ -99,8 +99,8 @@ TEST(Lz4Dict, HandlesTheSmallestData) {
     }
 }
 
-// The data that the table has seen are gone; a second call finds it at a position that does not
-// fit and makes it anew.
+// The data that the table has seen are inaccessible; a second call finds the table at a position
+// that does not fit and rebuilds it.
 TEST(Lz4Dict, KeepsNoPointerToAnEarlierSource) {
     const Bytes bytes = textBytes(20000);
     const Halves h(bytes);
@@ -157,7 +157,7 @@ TEST(Lz4Dict, StopsAtAFullDestinationWithADictionary) {
     });
 }
 
-// Sequences that were in the destination before, true or not; liblz4 is not asked at all.
+// Sequences that are already in the destination, correct or not, without a call of liblz4.
 TEST(Lz4Fill, KeepsOnlyWhatIsProven) {
     const GuardedBlock mixed(Bytes{'a', 'b', 'a', 'b', 'a', 'b', 'a', 'b', '0', '1', '2', '3',
                                    '4', '5', '6', '7', '8', '9', 'x', 'y', 'z', 'x', 'y', 'z'});
@@ -172,7 +172,7 @@ TEST(Lz4Fill, KeepsOnlyWhatIsProven) {
         {"true", mixed, {0x22, 'a', 'b', 2, 0}, 22},
         {"other literals", mixed, {0x22, 'a', 'c', 2, 0}, 18},
         {"other match", mixed, {0x22, 'a', 'b', 1, 0}, 18},
-        {"distance of nothing", mixed, {0x22, 'a', 'b', 0, 0}, 18},
+        {"distance of 0", mixed, {0x22, 'a', 'b', 0, 0}, 18},
         {"distance before everything", mixed, {0x22, 'a', 'b', 9, 0}, 18},
         {"match past the end", run, {0x1f, 'r', 1, 0, 10}, 18},
     };
@@ -204,7 +204,7 @@ TEST(Lz4Tables, OfAnyContentsAreSafe) {
     }
 }
 
-// The worst case: the position fits, but the rest is not what the last call left.
+// The worst case: the position fits, but the rest is not what the previous call left.
 TEST(Lz4Tables, AreNotTrustedForTheirPosition) {
     using namespace ntk;
     using namespace ntk::lz4;
@@ -228,7 +228,7 @@ TEST(Lz4Tables, AreNotTrustedForTheirPosition) {
             stream.nextToUpdate = index;
             encodedLength(lz4Hc, h, mode, tables, false);
 
-            // All positions a little above the lowest one in use, all links far below it.
+            // All positions just above the lowest one in use, all links far below it.
             tables.clear();
             prime(lz4Hc, h, tables);
             record.endIndex = index;

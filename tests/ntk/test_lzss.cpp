@@ -10,7 +10,7 @@
 
 namespace {
 
-Ntk8u nothing[1]; // where an empty buffer points
+Ntk8u nothing[1]; // address of an empty buffer
 
 class Coder {
 public:
@@ -56,7 +56,7 @@ Bytes decoded(const Bytes& stream, Pieces pieces = {whole, whole}) {
     return decoder.out();
 }
 
-// Text, runs, noise and repeats across the window, several buffers long.
+// Text, runs, random bytes and repeats across the window, several buffers long.
 Bytes mixedBytes() {
     Bytes all;
     for (unsigned i = 0; i < 12; ++i) {
@@ -94,8 +94,7 @@ TEST(Lzss, CutsChangeNothing) {
     }
 }
 
-// 16383 bytes back are in reach, 16384 are not: from 16384 bytes on, data passed again do not meet
-// themselves.
+// 16383 bytes back are in reach, 16384 are not.
 TEST(Lzss, FindsMatchesAcrossTheWindow) {
     for (const auto& [distance, isFound] : {std::pair{8191, true}, {16383, true}, {16384, false}}) {
         Bytes data = randomBytes(static_cast<std::size_t>(distance));
@@ -129,8 +128,8 @@ TEST(Lzss, GoesOnAfterAFlush) {
     }
 }
 
-// The state as a benchmark uses it: the same data again and again, no flush, gigabytes in the end.
-// Positions that ran over would break the stream long before.
+// As a benchmark uses the state: the same data again and again without a flush. Positions that
+// overflow would break the stream.
 TEST(Lzss, AnEncoderThatIsNeverResetGoesOn) {
     const Bytes text = textBytes(100000);
     Coder encoder(ntksEncodeLZSSInit_8u);
@@ -164,15 +163,15 @@ const Case cases[] = {
     {"longest of all", {2, 'a', 1 << 3 | 7, 0, 254, 255}, ntkStsNoErr, std::string(387, 'a')},
     {"end of a group", {2, 'a', 0, 0, 0, 'b'}, ntkStsNoErr, "ab"},
     {"ends of groups alone", {1, 0, 0, 255, 0, 0}, ntkStsNoErr, ""},
-    {"match cut off", {2, 'a', 1 << 3 | 7, 0}, ntkStsNoErr, "a"},
-    {"distance of nothing", {2, 'a', 1, 0}, ntkStsBadSrcData, ""},
-    {"long distance of nothing", {2, 'a', 7, 0, 8}, ntkStsBadSrcData, ""},
+    {"match truncated", {2, 'a', 1 << 3 | 7, 0}, ntkStsNoErr, "a"},
+    {"distance of 0", {2, 'a', 1, 0}, ntkStsBadSrcData, ""},
+    {"long distance of 0", {2, 'a', 7, 0, 8}, ntkStsBadSrcData, ""},
     {"before the start", {2, 'a', 2 << 3, 0}, ntkStsBadSrcData, ""},
     {"match first", {1, 1 << 3, 0}, ntkStsBadSrcData, ""},
     {"far before the start", {2, 'a', 1 << 3 | 7, 0, 1}, ntkStsBadSrcData, ""},
 };
 
-// Each with and without groups after it, which let the decoder take it at one go.
+// Each with and without groups after it; with them, the decoder takes whole groups.
 TEST(Lzss, TellsMalformedStreams) {
     for (const Case& c : cases) {
         for (const std::size_t cut : {std::size_t{1}, whole}) {
@@ -186,7 +185,7 @@ TEST(Lzss, TellsMalformedStreams) {
             }
         }
         Bytes longer = c.stream;
-        longer.resize(longer.size() + 90); // literals 0, or what completes a token
+        longer.resize(longer.size() + 90); // literals of 0, or the rest of a token
         Coder decoder(ntksDecodeLZSSInit_8u);
         EXPECT_EQ(decoder.feed(ntksDecodeLZSS_8u, longer, {whole, whole}), c.expected) << c.name;
         if (c.expected == ntkStsNoErr) {
@@ -204,21 +203,20 @@ TEST(Lzss, AStreamCutOffGivesTheDataBefore) {
         ASSERT_LE(got.size(), data.size());
         ASSERT_TRUE(std::equal(got.begin(), got.end(), data.begin())) << cut;
     }
-    EXPECT_TRUE(decoded(stream, {whole, data.size()}) == data); // room for the data and no more
+    EXPECT_TRUE(decoded(stream, {whole, data.size()}) == data); // exactly the room needed
 }
 
-// Guards around both buffers and the state's end; damage is decoded, refused, or told by the
-// length alone.
+// Guards around both buffers and the state; a damaged stream is decoded, rejected, or truncated.
 TEST(Lzss, StaysWithinItsBuffersOnDamagedStreams) {
-    const Bytes sound = encoded(mixedBytes());
+    const Bytes valid = encoded(mixedBytes());
     int size = 0;
     ntksLZSSGetSize_8u(&size);
     const GuardedBlock state(static_cast<std::size_t>(size));
     const GuardedBlock dst(std::size_t{1500000});
     std::mt19937 generator(9);
-    int refused = 0;
+    int rejected = 0;
     for (int round = 0; round < 300; ++round) {
-        Bytes stream = round % 4 == 0 ? randomBytes(5000, generator()) : sound;
+        Bytes stream = round % 4 == 0 ? randomBytes(5000, generator()) : valid;
         for (int damage = 0; damage <= round % 20; ++damage) {
             stream[generator() % stream.size()] = static_cast<Ntk8u>(generator());
         }
@@ -230,12 +228,12 @@ TEST(Lzss, StaysWithinItsBuffersOnDamagedStreams) {
         int dstLen = static_cast<int>(generator() % 1500000);
         const NtkStatus status = ntksDecodeLZSS_8u(&pSrc, &srcLen, &pDst, &dstLen, state.data());
         ASSERT_TRUE(status == ntkStsNoErr || status == ntkStsBadSrcData || status == ntkStsDstFull);
-        refused += status == ntkStsBadSrcData;
+        rejected += status == ntkStsBadSrcData;
     }
-    EXPECT_GT(refused, 50);
+    EXPECT_GT(rejected, 50);
 }
 
-TEST(Lzss, RefusesBadArguments) {
+TEST(Lzss, RejectsBadArguments) {
     EXPECT_EQ(ntksLZSSGetSize_8u(nullptr), ntkStsNullPtr);
     EXPECT_EQ(ntksEncodeLZSSInit_8u(nullptr), ntkStsNullPtr);
     EXPECT_EQ(ntksDecodeLZSSInit_8u(nullptr), ntkStsNullPtr);

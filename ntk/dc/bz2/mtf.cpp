@@ -46,11 +46,7 @@ using namespace ntk;
 using namespace ntk::bz2;
 
 NtkStatus ntksMTFGetSize_8u(int* pSize) {
-    if (pSize == nullptr) {
-        return ntkStsNullPtr;
-    }
-    *pSize = listBytes;
-    return ntkStsNoErr;
+    return returnSize(listBytes, pSize);
 }
 
 NtkStatus ntksMTFInit_8u(Ntk8u* pState) {

@@ -132,11 +132,7 @@ using namespace ntk;
 using namespace ntk::bz2;
 
 NtkStatus ntksRLEGetSize_BZ2_8u(int* pSize) {
-    if (pSize == nullptr) {
-        return ntkStsNullPtr;
-    }
-    *pSize = sizeof(RleState);
-    return ntkStsNoErr;
+    return returnSize(sizeof(RleState), pSize);
 }
 
 NtkStatus ntksEncodeRLEInit_BZ2_8u(Ntk8u* pState) {

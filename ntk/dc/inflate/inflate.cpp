@@ -189,11 +189,7 @@ using namespace ntk;
 using namespace ntk::inflate;
 
 NtkStatus ntksInflateGetSize_8u(int* pSize) {
-    if (pSize == nullptr) {
-        return ntkStsNullPtr;
-    }
-    *pSize = static_cast<int>(sizeof(WorkBuffer) + workAlignment - 1);
-    return ntkStsNoErr;
+    return returnSize(static_cast<int>(sizeof(WorkBuffer) + workAlignment - 1), pSize);
 }
 
 NtkStatus ntksInflateInit_8u(NtksInflateState* pState, Ntk8u* pWorkBuffer) {

@@ -108,11 +108,7 @@ using namespace ntk;
 using namespace ntk::lz4;
 
 NtkStatus ntksEncodeLZ4HashTableGetSize_8u(int* pSize) {
-    if (pSize == nullptr) {
-        return ntkStsNullPtr;
-    }
-    *pSize = stateBytes<HashTable>();
-    return ntkStsNoErr;
+    return returnSize(stateBytes<HashTable>(), pSize);
 }
 
 NtkStatus ntksEncodeLZ4HashTableInit_8u(Ntk8u* pHashTable, int srcLen) {

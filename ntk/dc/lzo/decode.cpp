@@ -19,7 +19,7 @@ struct Piece {
     Ntk32u srcLen;
     Ntk8u* dst;
     Ntk32u dstLen; // of the piece's data
-    bool isSound;  // after decoding
+    bool isValid;  // after decoding
 };
 
 NtkStatus decodeStream(const Ntk8u* src, Ntk32u srcLen, Ntk8u* dst, Ntk32u* dstLen) {
@@ -35,7 +35,7 @@ NtkStatus decodeStream(const Ntk8u* src, Ntk32u srcLen, Ntk8u* dst, Ntk32u* dstL
 void decodePiece(void* pieces, unsigned i) {
     Piece& p = static_cast<Piece*>(pieces)[i];
     Ntk32u length = p.dstLen;
-    p.isSound = decodeStream(p.src, p.srcLen, p.dst, &length) == ntkStsNoErr && length == p.dstLen;
+    p.isValid = decodeStream(p.src, p.srcLen, p.dst, &length) == ntkStsNoErr && length == p.dstLen;
 }
 
 Ntk64u decodedLength(const Frame& frame) {
@@ -56,11 +56,11 @@ bool decodePieces(const Frame& frame, const Ntk8u* src, Ntk8u* dst) {
         dst += lengths.decoded;
     }
     runJobs(frame.count, allowedWorkers(), decodePiece, pieces);
-    bool areSound = true;
+    bool areValid = true;
     for (Ntk32u i = 0; i < frame.count; ++i) {
-        areSound = areSound && pieces[i].isSound;
+        areValid = areValid && pieces[i].isValid;
     }
-    return areSound;
+    return areValid;
 }
 
 NtkStatus decodeFrame(const Ntk8u* src, Ntk32u srcLen, Ntk8u* dst, Ntk32u* dstLen) {

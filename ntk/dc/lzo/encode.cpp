@@ -65,6 +65,17 @@ bool isMethod(NtkLZOMethod method) {
     return method == ntkLZOST || method == ntkLZOMT || method == ntkLZOST1X;
 }
 
+// Of GetSize and Init.
+NtkStatus checkArguments(const void* pointer, NtkLZOMethod method, Ntk32u maxInputLen) {
+    if (pointer == nullptr) {
+        return ntkStsNullPtr;
+    }
+    if (maxInputLen > maxLen) {
+        return ntkStsBadSize;
+    }
+    return isMethod(method) ? ntkStsNoErr : ntkStsBadValue;
+}
+
 Ntk32u areaCount(Ntk32u method, Ntk32u maxInputLen) {
     return method == ntkLZOMT ? mostPieces(maxInputLen) : 1;
 }
@@ -140,14 +151,9 @@ using namespace ntk;
 using namespace ntk::lzo;
 
 NtkStatus ntksEncodeLZOGetSize(NtkLZOMethod method, Ntk32u maxInputLen, Ntk32u* pStateSize) {
-    if (pStateSize == nullptr) {
-        return ntkStsNullPtr;
-    }
-    if (maxInputLen > maxLen) {
-        return ntkStsBadSize;
-    }
-    if (!isMethod(method)) {
-        return ntkStsBadValue;
+    const NtkStatus status = checkArguments(pStateSize, method, maxInputLen);
+    if (status != ntkStsNoErr) {
+        return status;
     }
     const Ntk32u areas = areaCount(method, maxInputLen);
     const std::size_t areaBytes = areas * workBytes;
@@ -157,14 +163,9 @@ NtkStatus ntksEncodeLZOGetSize(NtkLZOMethod method, Ntk32u maxInputLen, Ntk32u* 
 }
 
 NtkStatus ntksEncodeLZOInit_8u(NtkLZOMethod method, Ntk32u maxInputLen, Ntk8u* pState) {
-    if (pState == nullptr) {
-        return ntkStsNullPtr;
-    }
-    if (maxInputLen > maxLen) {
-        return ntkStsBadSize;
-    }
-    if (!isMethod(method)) {
-        return ntkStsBadValue;
+    const NtkStatus status = checkArguments(pState, method, maxInputLen);
+    if (status != ntkStsNoErr) {
+        return status;
     }
     auto& state = stateIn<State>(pState);
     state.tag = stateTag;

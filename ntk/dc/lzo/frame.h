@@ -22,7 +22,7 @@ struct PieceLengths {
 };
 
 struct Frame {
-    Ntk32u count; // pieces, 2 to maxPieces in a sound frame
+    Ntk32u count; // pieces, 2 to maxPieces in a valid frame
     PieceLengths pieces[maxPieces];
 };
 

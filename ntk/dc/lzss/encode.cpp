@@ -127,11 +127,7 @@ using namespace ntk;
 using namespace ntk::lzss;
 
 NtkStatus ntksLZSSGetSize_8u(int* pSize) {
-    if (pSize == nullptr) {
-        return ntkStsNullPtr;
-    }
-    *pSize = std::max(stateBytes<Encoder>(), stateBytes<Decoder>());
-    return ntkStsNoErr;
+    return returnSize(std::max(stateBytes<Encoder>(), stateBytes<Decoder>()), pSize);
 }
 
 NtkStatus ntksEncodeLZSSInit_8u(Ntk8u* pState) {

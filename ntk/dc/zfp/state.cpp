@@ -53,11 +53,7 @@ using namespace ntk;
 using namespace ntk::zfp;
 
 NtkStatus ntksZfpGetSize_32f(int* pSize) {
-    if (pSize == nullptr) {
-        return ntkStsNullPtr;
-    }
-    *pSize = stateBytes<State>();
-    return ntkStsNoErr;
+    return returnSize(stateBytes<State>(), pSize);
 }
 
 NtkStatus ntksEncodeZfpInit_32f(Ntk8u* pDst, int dstLen, Ntk8u* pState) {
