@@ -241,14 +241,16 @@ TEST(Lz4Tables, AreNotTrustedForTheirPosition) {
 
 TEST(Lz4Tables, ScanFindsAnIndexAboveTheLimitAnywhere) {
     forEachKernel(ntk::lz4::noneAbove, [](ntk::lz4::IndexScanFunction& noneAbove) {
-        std::vector<Ntk32u> words(128, 1000);
-        EXPECT_TRUE(noneAbove(words.data(), words.size(), 1000));
-        for (Ntk32u& word : words) {
-            for (const Ntk32u bad : {1001U, 0x7fffffffU, 0x80000000U, ~0U}) {
-                word = bad;
-                EXPECT_FALSE(noneAbove(words.data(), words.size(), 1000)) << bad;
+        for (const Ntk32u limit : {1000U, 0x7ffffffeU}) {
+            std::vector<Ntk32u> words(128, limit);
+            EXPECT_TRUE(noneAbove(words.data(), words.size(), limit));
+            for (Ntk32u& word : words) {
+                for (const Ntk32u bad : {limit + 1, 0x7fffffffU, 0x80000000U, ~0U}) {
+                    word = bad;
+                    EXPECT_FALSE(noneAbove(words.data(), words.size(), limit)) << bad;
+                }
+                word = limit;
             }
-            word = 1000;
         }
     });
 }
