@@ -9,7 +9,7 @@
 
 namespace {
 
-const DeflateWay ways[] = {
+const ZlibOptions allOptions[] = {
     {0, Z_DEFAULT_STRATEGY, 8},
     {1, Z_DEFAULT_STRATEGY, 8},
     {6, Z_DEFAULT_STRATEGY, 8},
@@ -57,8 +57,8 @@ TEST(Inflate, DecodesWhatZlibEncodesAndTakesNoMore) {
     all.push_back({"repetitive", repetitiveBytes(200000, 2)});
     all.push_back({"skewed", skewedBytes(200000)});
     for (const Sample& sample : all) {
-        for (const DeflateWay& way : ways) {
-            const Bytes stream = deflated(sample.bytes, way);
+        for (const ZlibOptions& options : allOptions) {
+            const Bytes stream = deflated(sample.bytes, options);
             const GuardedBlock src(stream);
             const GuardedBlock dst(sample.bytes.size());
             Inflater inflater;
@@ -70,7 +70,8 @@ TEST(Inflate, DecodesWhatZlibEncodesAndTakesNoMore) {
             EXPECT_EQ(next, src.data() + stream.size());
             EXPECT_LT(inflater.codeLen, 8);
             ASSERT_TRUE(std::equal(sample.bytes.begin(), sample.bytes.end(), dst.data()))
-                << sample.name << " at level " << way.level << ", strategy " << way.strategy;
+                << sample.name << " at level " << options.level << ", strategy "
+                << options.strategy;
             EXPECT_EQ(inflated(withTrailer(stream), sample.bytes.size() + 300).taken,
                       stream.size());
         }
@@ -81,13 +82,13 @@ TEST(Inflate, GoesOnWhereverSourceOrDestinationWereCut) {
     const std::size_t pieces[] = {1, 2, 5, 31, 300, 1000000};
     const Bytes small = repetitiveBytes(1500, 3);
     const Bytes large = textBytes(60000);
-    for (const DeflateWay& way : ways) {
-        const Bytes stream = withTrailer(deflated(small, way));
+    for (const ZlibOptions& options : allOptions) {
+        const Bytes stream = withTrailer(deflated(small, options));
         const Inflated expected = {Verdict::valid, stream.size() - 40, small};
         for (const std::size_t srcPiece : pieces) {
             for (const std::size_t dstPiece : pieces) {
                 ASSERT_EQ(inflatedInPieces(stream, small.size(), srcPiece, dstPiece), expected)
-                    << srcPiece << " to " << dstPiece << " at level " << way.level;
+                    << srcPiece << " to " << dstPiece << " at level " << options.level;
             }
         }
         for (std::size_t cut = 1; cut < expected.taken; ++cut) {
@@ -96,7 +97,7 @@ TEST(Inflate, GoesOnWhereverSourceOrDestinationWereCut) {
         for (std::size_t cut = 1; cut < small.size(); ++cut) {
             ASSERT_EQ(inflatedInPieces(stream, small.size(), stream.size(), cut), expected) << cut;
         }
-        const Bytes long_ = deflated(large, way);
+        const Bytes long_ = deflated(large, options);
         for (const std::size_t piece : {701, 1009, 4099}) {
             ASSERT_EQ(inflatedInPieces(long_, large.size(), piece, piece + 13).data, large);
         }

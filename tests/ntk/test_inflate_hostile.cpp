@@ -214,8 +214,8 @@ TEST(InflateHostile, KeepsToItsWorkBufferWhenCalledAgainAfterAnError) {
 TEST(InflateHostile, WantsMoreOfAStreamCutOffAnywhere) {
     Bytes data = textBytes(2000);
     data.insert(data.begin() + 1000, 1000, 'r'); // matches of 258
-    for (const DeflateWay& way : {DeflateWay{0}, DeflateWay{6, Z_FIXED}, DeflateWay{9}}) {
-        const Bytes stream = deflated(data, way);
+    for (const ZlibOptions& options : {ZlibOptions{0}, ZlibOptions{6, Z_FIXED}, ZlibOptions{9}}) {
+        const Bytes stream = deflated(data, options);
         for (std::size_t n = 0; n < stream.size(); ++n) {
             Bytes part(stream.begin(), stream.begin() + static_cast<std::ptrdiff_t>(n));
             part.reserve(1);
