@@ -1,7 +1,7 @@
-// Processors describe their caches in one of three places. Leaf 4 lists them, one per subleaf, on
-// most. Where that leaf is empty, extended leaf 0x8000001D holds the same list in the same layout,
-// if the processor has the topology extensions.
-// Older processors have neither and give whole sizes of levels 2 and 3 in leaf 0x80000006.
+// Processors describe their caches in one of three places. On most, leaf 4 lists them, one per
+// subleaf. If that leaf is empty, extended leaf 0x8000001D has the same list in the same layout,
+// provided that the processor has the topology extensions.
+// Older processors have neither and report the total sizes of levels 2 and 3 in leaf 0x80000006.
 
 #include "cachesize.h"
 
@@ -14,15 +14,15 @@ namespace {
 
 constexpr Ntk32u standardCacheLeaf = 4;
 constexpr Ntk32u extendedCacheLeaf = 0x8000001dU;
-constexpr Ntk32u wholeSizesLeaf = 0x80000006U;
+constexpr Ntk32u totalSizesLeaf = 0x80000006U;
 
-// No processor has as many caches; a broken hypervisor may never end its list.
+// No processor has this many caches; the list of a broken hypervisor may never end.
 constexpr Ntk32u maxListedCaches = 32;
 
-// Ways, partitions, line size and sets are each stored less one, in 10, 10, 12 and 32 bits. Their
-// product can reach 2^64; cut at INT_MAX before the last factor it stays below, and is still at
-// least INT_MAX where it was. All of them zero: a hypervisor has left the cache's kind and hidden
-// the rest.
+// Ways, partitions, line size and sets are each stored minus one, in 10, 10, 12 and 32 bits. Their
+// product can reach 2^64; limited to INT_MAX before the last factor it cannot overflow, and is at
+// least INT_MAX whenever the product is. If all fields are zero, a hypervisor has hidden everything
+// but the type of the cache.
 Ntk64u listedCacheBytes(const Registers& r) {
     if (r.ebx == 0 && r.ecx == 0) {
         return 0;
@@ -53,8 +53,8 @@ bool hasTopologyExtensions(const Processor& processor) {
 }
 
 // Level 2 in KiB, level 3 in units of 512 KiB.
-Ntk64u largestWholeSizeBytes(const Processor& processor) {
-    const Registers r = leafOrZero(processor, wholeSizesLeaf, 0);
+Ntk64u largestTotalSizeBytes(const Processor& processor) {
+    const Registers r = leafOrZero(processor, totalSizesLeaf, 0);
     const Ntk64u level2 = static_cast<Ntk64u>(r.ecx >> 16) << 10;
     const Ntk64u level3 = static_cast<Ntk64u>(r.edx >> 18) << 19;
     return std::max(level2, level3);
@@ -68,7 +68,7 @@ int maxCacheSizeBytes(const Processor& processor) {
         bytes = largestListedBytes(processor, extendedCacheLeaf);
     }
     if (bytes == 0) {
-        bytes = largestWholeSizeBytes(processor);
+        bytes = largestTotalSizeBytes(processor);
     }
     return static_cast<int>(std::min<Ntk64u>(bytes, INT_MAX));
 }

@@ -5,7 +5,7 @@
 
 namespace ntk {
 
-// Size in bytes of the largest cache that the processor describes, at most INT_MAX; 0 when it
+// Size in bytes of the largest cache that the processor describes, at most INT_MAX; 0 if it
 // describes none.
 int maxCacheSizeBytes(const Processor& processor);
 

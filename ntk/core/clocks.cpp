@@ -1,22 +1,22 @@
-// Clock readers.
+// Readers of the time-stamp counter.
 //
-// The processor runs ahead: RDTSC alone may read the counter while earlier instructions are still
-// at work and after later ones have begun, a leak of tens of clocks at either end of a span. The
-// fence used is LFENCE, the cheapest that stops it: nothing after it begins before everything
-// ahead of it has completed. (CPUID, the classic choice, costs over a hundred clocks, and under a
-// hypervisor thousands. Where a processor's LFENCE orders loads only, Linux sets the switch that
-// gives it this meaning.)
+// The processor executes out of order: RDTSC alone may read the counter while earlier instructions
+// are still executing and after later ones have begun, an error of tens of clocks at either end of
+// an interval. The fence used is LFENCE, the cheapest that prevents this: nothing after it begins
+// before everything before it has completed. (CPUID, the classic choice, takes over a hundred
+// clocks, and under a hypervisor thousands. On processors whose LFENCE only orders loads, Linux
+// sets the control bit that makes it serialise dispatch.)
 //
-// - Start needs both sides. The fence ahead keeps what came before out of the span; the fence
-//   behind keeps the measured code from starting before the counter is read.
-// - Stop needs the fence ahead only. What comes after it is not part of the span, so it may begin
-//   early.
-// - RDTSCP waits by itself for everything ahead of it to be executed and so replaces the first
-//   fence, but not the second.
+// - Start needs both fences. The first keeps earlier code out of the interval; the second keeps the
+//   measured code from starting before the counter is read.
+// - Stop needs the first fence only. What comes after it is not measured, so it may begin early.
+// - RDTSCP itself waits for everything before it to be executed and so replaces the first fence,
+// but
+//   not the second.
 //
-// Stores are complete for LFENCE once they are queued; they may reach the cache after the reading.
-// Waiting for that (MFENCE) would cost more than it is worth and charge the measured code with
-// emptying the queue that every later piece of code profits from.
+// For LFENCE, stores are complete once they are in the store buffer; they may reach the cache after
+// the counter is read. Waiting for that (MFENCE) would take longer and charge the measured code for
+// draining a buffer that is there to be drained later.
 
 #include "ntkcore.h"
 

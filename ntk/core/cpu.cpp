@@ -1,9 +1,9 @@
 // Processor features, the set of them that is enabled, and the cache size.
 //
-// The state is two words: what the machine has, and what is enabled of it. Either holds `unknown`
-// until someone asks, so that no static initialiser has to run before the first call. Threads that
-// ask at the same time store the same value; a change of the enabled set by another thread in
-// between is kept, because the first value is only put in place of `unknown`.
+// The state is two words: what the machine has, and what is enabled of it. Either is `unknown`
+// until the first query, so that no static initialiser has to run before the first call. Threads
+// that query at the same time store the same value; if another thread changes the enabled set in
+// between, its change is kept, because the initial value only ever replaces `unknown`.
 
 #include "ntkcore.h"
 

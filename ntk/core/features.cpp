@@ -4,9 +4,9 @@ namespace ntk {
 
 namespace {
 
-// States of XCR0 that must all be saved before the registers may be used: SSE and the upper halves
-// of the 256-bit registers; besides them the masks and both parts of the 512-bit registers; the
-// two bound-register states.
+// States in XCR0 that must all be saved for the registers to be usable: SSE and the upper halves of
+// the 256-bit registers; in addition the mask registers and both parts of the 512-bit registers;
+// the two bound-register states.
 constexpr Ntk64u avxStates = 0x06;
 constexpr Ntk64u avx512States = 0xe6;
 constexpr Ntk64u mpxStates = 0x18;
@@ -67,17 +67,17 @@ constexpr FeatureBit featureBits[] = {
     {NTK_CPU_AVX10_512, 0x24, 0, ebx, 18, avx512States},
 };
 
-// The saved states, none where the operating system does not let them be read.
+// The saved states; none if the operating system does not let programs read them.
 Ntk64u savedStatesOf(const Processor& processor) {
     constexpr int osxsave = 27;
     return bit(leafOrZero(processor, 1, 0).ecx, osxsave) ? processor.savedStates() : 0;
 }
 
-// Subleaf 0 of leaf 7 tells the last one in EAX. A hypervisor may answer those above it with the
-// data of subleaf 0, whose bits mean something else.
+// EAX of subleaf 0 of leaf 7 is the number of its last subleaf. For those above it a hypervisor may
+// return the data of subleaf 0, whose bits mean something else.
 Registers featureLeaf(const Processor& processor, Ntk32u leaf, Ntk32u subleaf) {
-    const bool isTold = subleaf == 0 || subleaf <= leafOrZero(processor, leaf, 0).eax;
-    return isTold ? leafOrZero(processor, leaf, subleaf) : Registers{};
+    const bool exists = subleaf == 0 || subleaf <= leafOrZero(processor, leaf, 0).eax;
+    return exists ? leafOrZero(processor, leaf, subleaf) : Registers{};
 }
 
 } // namespace
@@ -88,7 +88,7 @@ Ntk64u featuresOf(const Processor& processor) {
     Registers r{};
     const FeatureBit* previous = nullptr;
     for (const FeatureBit& f : featureBits) {
-        // Identification can cost microseconds under a hypervisor: once per leaf, not per bit.
+        // CPUID can take microseconds under a hypervisor: once per leaf, not per bit.
         if (previous == nullptr || f.leaf != previous->leaf || f.subleaf != previous->subleaf) {
             r = featureLeaf(processor, f.leaf, f.subleaf);
         }

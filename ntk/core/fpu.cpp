@@ -1,10 +1,10 @@
-// The floating-point words of the calling thread: x87 control and status, SIMD control/status.
+// The floating-point control and status words of the calling thread: those of the x87, and MXCSR.
 
 #include "ntkcore.h"
 
 namespace {
 
-// Bits that may be written. The others are reserved: in the SIMD register writing one faults.
+// Bits that may be written. The others are reserved: writing one to MXCSR faults.
 constexpr Ntk32u x87Writable = 0x1f3f;
 constexpr Ntk32u simdWritable = 0xffff;
 constexpr Ntk32u simdFlags = 0x3f;

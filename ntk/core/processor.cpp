@@ -24,8 +24,8 @@ Ntk64u savedStatesHere() {
 const Processor thisProcessor = {identifyHere, savedStatesHere};
 
 Registers leafOrZero(const Processor& processor, Ntk32u leaf, Ntk32u subleaf) {
-    // The largest leaf of the standard or the extended range. A processor without extended leaves
-    // answers with something below all of them.
+    // The largest leaf of the standard or the extended range. On a processor without extended
+    // leaves it is below all of them.
     const Ntk32u largest = processor.identify(leaf & 0x80000000U, 0).eax;
     return largest < leaf ? Registers{} : processor.identify(leaf, subleaf);
 }

@@ -1,5 +1,5 @@
-// What the identification instruction and the operating system tell about a processor, behind two
-// functions, so that the arithmetic on it runs on recorded registers too.
+// What CPUID and the operating system report about a processor, as two functions, so that tests can
+// evaluate recorded registers.
 #pragma once
 
 #include "ntkdefs.h"
@@ -14,18 +14,18 @@ struct Registers {
 };
 
 struct Processor {
-    // Executes the identification instruction for a leaf and subleaf.
+    // Executes CPUID for a leaf and subleaf.
     Registers (*identify)(Ntk32u leaf, Ntk32u subleaf);
-    // The vector states that the operating system saves (XCR0). Called only where leaf 1 says that
-    // the register can be read.
+    // The vector states that the operating system saves (XCR0). Called only if leaf 1 says that the
+    // register can be read.
     Ntk64u (*savedStates)();
 };
 
 // The processor that executes this code.
 extern const Processor thisProcessor;
 
-// The registers of a leaf, or zeroes where the processor has no such leaf: what the instruction
-// gives above the largest one is another leaf's data.
+// The registers of a leaf, or zeroes if the processor has no such leaf: above the largest one,
+// CPUID may return the data of another leaf.
 Registers leafOrZero(const Processor& processor, Ntk32u leaf, Ntk32u subleaf);
 
 constexpr bool bit(Ntk32u word, int index) {

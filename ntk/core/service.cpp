@@ -12,18 +12,18 @@ constinit std::atomic<int> s_numThreads{1};
 
 const char* ntkGetStatusString(NtkStatus status) {
     switch (status) {
-    case ntkStsSrcEnd: return "The source ends before what it holds does";
+    case ntkStsSrcEnd: return "The source ends before its contents are complete";
     case ntkStsDstFull: return "The destination is full before the end of the source";
     case ntkStsFeaturesUnavailable:
-        return "Some of the features are not available on this machine and stay off";
+        return "Some of the features are not available on this machine and stay disabled";
     case ntkStsNoErr: return "No error";
     case ntkStsNotImplemented: return "The function is not implemented";
     case ntkStsNullPtr: return "A pointer is null";
     case ntkStsBadSize: return "A length is negative or too large";
-    case ntkStsBadValue: return "An argument is out of its range";
+    case ntkStsBadValue: return "An argument is out of range";
     case ntkStsDstTooSmall: return "The result does not fit the destination";
     case ntkStsBadSrcData: return "The source data are malformed";
-    case ntkStsNoProcessorInfo: return "The processor does not give this information";
+    case ntkStsNoProcessorInfo: return "The processor does not provide this information";
     default: return status < 0 ? "Unknown error" : "Unknown warning";
     }
 }

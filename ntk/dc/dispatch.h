@@ -1,8 +1,9 @@
 // The choice among the kernels of one primitive.
 //
-// A primitive with several kernels has one constant table of named candidates, the best first and
-// the generic one last. The choice follows the enabled features at every call; it costs a load and
-// a comparison, because the candidate last chosen is kept beside the features it was chosen for.
+// A primitive with several kernels has one constant table of named candidates, the best one first
+// and the generic one last. The choice follows the enabled features at every call; it costs a load
+// and a comparison, because the candidate chosen last is cached with the features that it was
+// chosen for.
 #pragma once
 
 #include <atomic>
@@ -16,14 +17,13 @@ template <class Function> struct Candidate {
     const char* name;
     // Features without which the kernel cannot run.
     Ntk64u needs;
-    // Features that the kernel uses on its own account where the machine has them: a packaged
-    // library looks at the processor, not at what is enabled here. Such a kernel is passed over
-    // when one of them is present but switched off.
-    Ntk64u mayUse;
+    // Features that a packaged library's own dispatch may pick: it looks at the processor, not at
+    // what is enabled here. The kernel is skipped if one of them is present but not enabled.
+    Ntk64u ownDispatchUses;
     Function* run;
 };
 
-// A table of candidates, for those that walk over it.
+// A table of candidates to iterate over.
 template <class Function> struct CandidateList {
     const Candidate<Function>* first;
     std::size_t count;
@@ -32,10 +32,10 @@ template <class Function> struct CandidateList {
     const Candidate<Function>* end() const { return first + count; }
 };
 
-// Whether the kernel may run with the enabled ones of the machine's features.
+// Whether the kernel may run with these features enabled on a machine that has those.
 template <class Function>
 constexpr bool isEligible(const Candidate<Function>& c, Ntk64u enabled, Ntk64u machine) {
-    const Ntk64u wanted = c.needs | (c.mayUse & machine);
+    const Ntk64u wanted = c.needs | (c.ownDispatchUses & machine);
     return (wanted & ~enabled) == 0;
 }
 
@@ -50,7 +50,7 @@ constexpr std::size_t bestCandidate(const CandidateList<Function>& list, Ntk64u 
     return i;
 }
 
-// The kernel in force for one primitive. Constant-initialised; safe from any thread.
+// The current kernel of one primitive. Constant-initialised; may be used by any thread.
 template <class Function> class Choice {
 public:
     template <std::size_t N>
@@ -80,8 +80,8 @@ private:
     }
 
     CandidateList<Function> m_list;
-    // Features and index in one word, so that no thread sees one without the other. Masks have
-    // fewer than 56 bits; all bits set stands for nothing chosen yet.
+    // Features and index in one word, so that no thread sees one without the other. Feature masks
+    // have fewer than 56 bits; all bits set means that nothing is chosen yet.
     std::atomic<Ntk64u> m_chosen{~0ULL};
 };
 

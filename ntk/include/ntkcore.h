@@ -1,5 +1,6 @@
-/* libntkcore.so.12: processor features and the choice of kernels, cache size, status texts,
- * thread count, clock readers, floating-point words. Any function may be called before ntkInit.
+/* libntkcore.so.12: processor features and the selection of kernels, cache size, status texts,
+ * thread count, time-stamp counter, floating-point control and status words. Any function may be
+ * called before ntkInit.
  */
 #pragma once
 
@@ -9,9 +10,9 @@
 extern "C" {
 #endif
 
-/* Bits of a feature mask. The AVX bits and those built on it are present only when the operating
- * system saves the 256-bit vector state, the AVX512 and AVX10 bits only when it saves the 512-bit
- * state too. Bits 12, 31 and 33 are never set by this library.
+/* Bits of a feature mask. The AVX bits and those that build on AVX are present only if the
+ * operating system saves the 256-bit vector state, the AVX512 and AVX10 bits only if it saves the
+ * 512-bit state too. This library never sets bits 12, 31 and 33.
  */
 #define NTK_CPU_MMX 0x1ULL
 #define NTK_CPU_SSE 0x2ULL
@@ -53,79 +54,82 @@ extern "C" {
 #define NTK_CPU_AVX10_256 0x10000000000ULL
 #define NTK_CPU_AVX10_512 0x20000000000ULL
 
-/* The 8 bytes which, found in *pFeatures, ask ntkGetCpuFeatures for the raw registers alone. */
+/* The 8 bytes that, in *pFeatures, ask ntkGetCpuFeatures for the raw registers only. */
 #define NTK_GET_INFO_MARKER "getinfoa"
 
-/* Largest thread count that ntkSetNumThreads takes. */
+/* Largest thread count that ntkSetNumThreads accepts. */
 #define NTK_MAX_NUM_THREADS 1024
 
-/* The library's name, number and build day. Never null; the record is the library's. */
+/* The library's name, version and build date. Never null; the library owns the record. */
 NTK_API const NtkLibraryVersion* ntkcoreGetLibVersion(void);
 
-/* Enables every feature that this machine has. That is also the state at start, so the call
- * serves to return to it after ntkSetCpuFeatures.
+/* Enables every feature that this machine has. This is also the initial state; call it to return
+ * there after ntkSetCpuFeatures.
  * Returns ntkStsNoErr.
  */
 NTK_API NtkStatus ntkInit(void);
 
-/* Tells what the processor and the operating system support, whatever is enabled.
+/* Gets the features that the processor has and the operating system supports, enabled or not.
  *
- * pFeatures: 8 bytes. Receives the feature mask, unless it holds NTK_GET_INFO_MARKER and
- *   registers is given: then it is left alone.
- * registers: null, or four words. On entry registers[0] is the leaf and registers[2] the subleaf
- *   of the processor's identification instruction; on return the words hold EAX, EBX, ECX, EDX.
- *   The instruction is executed for any leaf: what it gives above the largest supported leaf
- *   (leaf 0, or 0x80000000 for the extended ones) is the processor's affair.
+ * pFeatures: 8 bytes. Receives the feature mask; if it holds NTK_GET_INFO_MARKER and registers is
+ *   not null, it is left unchanged.
+ * registers: null, or four words. On entry registers[0] is the leaf and registers[2] the subleaf of
+ *   the CPUID instruction; on return the words hold EAX, EBX, ECX, EDX. The instruction is executed
+ *   for any leaf: what it returns above the largest supported leaf (in EAX of leaf 0, or of
+ *   0x80000000 for the extended ones) depends on the processor.
  * The two must not overlap.
- * Returns ntkStsNoErr; ntkStsNullPtr when pFeatures is null (registers stays as it was).
+ * Returns ntkStsNoErr; ntkStsNullPtr if pFeatures is null (registers is unchanged).
  */
 NTK_API NtkStatus ntkGetCpuFeatures(Ntk64u* pFeatures, Ntk32u registers[4]);
 
-/* The features from which kernels are chosen now: those of the machine, or what the last
- * ntkSetCpuFeatures left of them. Two clocks or so; may be called per operation.
+/* The features that kernels are currently chosen by: those of the machine, or those of them that
+ * the last ntkSetCpuFeatures enabled. Takes about two clocks; may be called per operation.
  */
 NTK_API Ntk64u ntkGetEnabledCpuFeatures(void);
 
-/* Enables exactly the features of the mask that the machine has; later calls of every library of
- * the family, in all threads, choose their kernels from them. Bits imply no other bits: a mask of
- * NTK_CPU_AVX2 alone leaves a kernel that also needs NTK_CPU_CLMUL out. 0 leaves the generic
- * kernels. A call running in another thread keeps the kernel with which it began.
- * Returns ntkStsNoErr; ntkStsFeaturesUnavailable (a warning) when the machine lacks some of the
- * features asked for: the others are enabled.
+/* Enables exactly those features of the mask that the machine has; later calls into any of the
+ * three libraries, from all threads, choose their kernels by them. No bit implies another: a mask
+ * of NTK_CPU_AVX2 alone excludes a kernel that also needs NTK_CPU_CLMUL. A mask of 0 leaves only
+ * the generic kernels. A call already running in another thread keeps its kernel. Returns
+ * ntkStsNoErr; ntkStsFeaturesUnavailable (a warning) if the machine lacks some of the requested
+ * features: the others are enabled.
  */
 NTK_API NtkStatus ntkSetCpuFeatures(Ntk64u features);
 
-/* The largest cache of the processor.
+/* Gets the size of the processor's largest cache.
  *
  * pSizeBytes: receives the size in bytes, above 0 (INT_MAX for a larger one).
- * Returns ntkStsNoErr; ntkStsNullPtr; ntkStsNoProcessorInfo when the processor describes no cache
- * (*pSizeBytes stays as it was).
+ * Returns ntkStsNoErr; ntkStsNullPtr; ntkStsNoProcessorInfo if the processor describes no cache
+ * (*pSizeBytes is unchanged).
  */
 NTK_API NtkStatus ntkGetMaxCacheSizeB(int* pSizeBytes);
 
-/* One line of text for any status, also for one that no function returns. Never null; constant. */
+/* A one-line text for any status, even one that no function returns. Never null; constant. */
 NTK_API const char* ntkGetStatusString(NtkStatus status);
 
-/* Sets the number of threads that functions may use, for the whole process. LZO takes
- * notice of it: the encoder of the method ntkLZOMT and the decoders of its streams. All other
- * functions of this build work on the caller's thread.
- * Returns ntkStsNoErr; ntkStsBadValue when numThreads is not within 1 to NTK_MAX_NUM_THREADS (the
- * number stays as it was).
+/* Sets the number of threads that functions may use, for the whole process. In this build it
+ * affects LZO only: the encoder with the method ntkLZOMT and the decoders of its streams. All other
+ * functions work on the caller's thread.
+ * Returns ntkStsNoErr; ntkStsBadValue if numThreads is not within 1 to NTK_MAX_NUM_THREADS (the
+ * number is unchanged).
  */
 NTK_API NtkStatus ntkSetNumThreads(int numThreads);
 
-/* pNumThreads: receives the number of threads, 1 until ntkSetNumThreads changes it.
+/* Gets the number of threads that functions may use.
+ *
+ * pNumThreads: receives the number, 1 until ntkSetNumThreads changes it.
  * Returns ntkStsNoErr; ntkStsNullPtr.
  */
 NTK_API NtkStatus ntkGetNumThreads(int* pNumThreads);
 
-/* The time-stamp counter as it stands, without fences: for spans of milliseconds and more. */
+/* Reads the time-stamp counter without fences: for intervals of a millisecond or more. */
 NTK_API Ntk64u ntkGetCpuClocks(void);
 
-/* The time-stamp counter at the ends of a measured span. Everything before a Start is done when
- * the counter is read, and nothing after it has begun; everything before a Stop is done when the
- * counter is read. What follows a Stop may begin earlier: it is outside the span.
- * The Tscp forms need the RDTSCP instruction (leaf 0x80000001, EDX bit 27) and fault without it.
+/* Read the time-stamp counter at the start and the end of a measured interval. When a Start reads
+ * the counter, all instructions before it have executed and none after it has begun. When a Stop
+ * reads it, all instructions before it have executed; those after it may already have begun, as
+ * they are not measured. The Tscp forms need the RDTSCP instruction (CPUID leaf 0x80000001, EDX bit
+ * 27) and fault without it.
  */
 NTK_API Ntk64u ntkStartTsc(void);
 NTK_API Ntk64u ntkStopTsc(void);
@@ -134,21 +138,21 @@ NTK_API Ntk64u ntkStopTscp(void);
 
 /* Operations of ntkFpuSsx4TS. */
 enum {
-    ntkFpuSetControl = 1, /* x87 control word: the bits of mask become those of value */
+    ntkFpuSetControl = 1, /* sets the bits of the x87 control word that mask selects to value's */
     ntkFpuGetControl = 2, /* returns the x87 control word */
     ntkFpuGetStatus = 3,  /* returns the x87 status word */
     ntkFpuClear = 4,      /* clears the x87 exception flags */
-    ntkSsxSet = 5,        /* SIMD control/status register: as operation 1 */
-    ntkSsxGet = 6,        /* returns the SIMD control/status register */
-    ntkSsxClear = 7       /* clears the six exception flags of the SIMD register */
+    ntkSsxSet = 5,  /* as ntkFpuSetControl, for the SIMD control and status register (MXCSR) */
+    ntkSsxGet = 6,  /* returns MXCSR */
+    ntkSsxClear = 7 /* clears the six exception flags of MXCSR */
 };
 
-/* Reads and writes the floating-point words of the calling thread. value and mask are used by
- * operations 1 and 5 only; bits that the processor reserves are left alone, whatever the mask.
- * Operations 1 and 5 return the word as it is afterwards, 4 and 7 return 0, and so does any other
- * number, which does nothing.
- * Operation 1 with a flag raised whose exception it unmasks makes the next x87 instruction trap:
- * clear first.
+/* Reads or writes the floating-point control and status words of the calling thread. Only
+ * operations 1 and 5 use value and mask; bits that the processor reserves stay unchanged whatever
+ * the mask. Operations 1 and 5 return the new word, 4 and 7 return 0. Any other number does nothing
+ * and returns 0.
+ * If operation 1 unmasks an exception whose flag is raised, the next x87 instruction traps: clear
+ * the flags first.
  */
 NTK_API Ntk32u ntkFpuSsx4TS(int op, Ntk32u value, Ntk32u mask);
 

@@ -1,29 +1,29 @@
 /* Stages of the bzip2 format: part of libntkdc.so.12, included by ntkdc.h.
  *
- * Chained, they make and read the contents of bzip2's blocks:
+ * Called one after another, they encode the contents of bzip2's blocks:
  *
- *   ntksEncodeRLE_BZ2_8u .. Flush    runs of four and more bytes to five; the block's in-use table
- *   ntksReduceDictionary_8u_I        byte values to their ranks among those in use
- *   ntksBWTFwd_8u                    rotations sorted (ntkdcbwt.h)
- *   ntksMTFFwd_8u                    move-to-front ranks, from a new state for every block
- *   ntksEncodeZ1Z2_BZ2_8u16u         runs of zeroes to digits, all else one up; then the caller
+ *   ntksEncodeRLE_BZ2_8u .. Flush    shortens runs of four and more bytes; makes the in-use table
+ *   ntksReduceDictionary_8u_I        replaces byte values by their ranks among those in use
+ *   ntksBWTFwd_8u                    Burrows-Wheeler transform (ntkdcbwt.h)
+ *   ntksMTFFwd_8u                    move-to-front, with a new state for every block
+ *   ntksEncodeZ1Z2_BZ2_8u16u         encodes runs of zeroes, makes 16-bit symbols; then the caller
  *                                    appends the end-of-block symbol, sizeDictionary + 1
- *   ntksEncodeHuff*_BZ2_16u8u        coding of the symbols (ntkdcbz2huff.h)
+ *   ntksEncodeHuff*_BZ2_16u8u        Huffman coding of the symbols (ntkdcbz2huff.h)
  *
- * and backwards: ntksDecodeHuff_BZ2_8u16u, ntksDecodeBlock_BZ2_16u8u (all between), and
- * ntksDecodeRLEState_BZ2_8u. Stream and block headers are the caller's.
+ * and decode them: ntksDecodeHuff_BZ2_8u16u, ntksDecodeBlock_BZ2_16u8u (the four stages in
+ * between), ntksDecodeRLEState_BZ2_8u. Stream and block headers are up to the caller.
  *
  * Common to the functions:
- * - States are blocks of the caller's, of the sizes that the GetSize functions give, made by an
- *   Init function. They refer to no buffer and may be copied.
- * - A function that takes Ntk8u** (Ntk16u**) and int* moves the pointer on over what it has read
- *   or written, and leaves in the int the number of elements (not bytes) between there and the
- *   buffer's end. A function that takes a destination by Ntk8u* (Ntk16u*) and int* has the
- *   capacity in elements in the int on entry, and the number of elements written on return.
+ * - The caller provides the states, in the sizes that the GetSize functions give; an Init function
+ *   initialises them. They refer to no buffer and may be copied.
+ * - A function that takes Ntk8u** (Ntk16u**) and int* advances the pointer past what it has read or
+ *   written, and sets the int to the number of elements (not bytes) left. For a destination passed
+ *   as Ntk8u* (Ntk16u*) and int*, the int is the capacity in elements on entry, and the number of
+ *   elements written on return.
  * - Source, destination, state and tables must not overlap.
  * - Statuses: ntkStsNoErr; ntkStsNullPtr; ntkStsBadSize for a negative length or capacity; those
- *   named at the function. ntkStsDstFull leaves pointers and lengths where the work stands, to go
- *   on with in another call.
+ *   named at the function. After ntkStsDstFull pointers and lengths are where the work stopped;
+ *   another call continues it.
  */
 #pragma once
 
@@ -34,27 +34,26 @@ extern "C" {
 #endif
 
 /* ---- Run-length coding ------------------------------------------------------------------------
- * The first stage of bzip2: of 4 to 255 equal bytes, four are kept and a byte follows that says
- * how many more there were (0 to 251). Longer runs are cut.
+ * The first stage of bzip2: of a run of 4 to 255 equal bytes, four are kept, followed by a count
+ * byte that says how many more there were (0 to 251). Longer runs are split.
  */
 
 /* Size in bytes of a run-length state. Returns ntkStsNoErr; ntkStsNullPtr. */
 NTK_API NtkStatus ntksRLEGetSize_BZ2_8u(int* pSize);
 
-/* Makes the state of a new block: nothing pending, no byte in use. The state serves an encoder
- * and a decoder, which do not disturb each other; ntksDecodeRLEInit_BZ2_8u does the same.
+/* Initialise the state for a new block: nothing pending, no byte in use. Both do the same: a state
+ * serves an encoder and a decoder, which do not affect each other.
  * Returns ntkStsNoErr; ntkStsNullPtr.
  */
 NTK_API NtkStatus ntksEncodeRLEInit_BZ2_8u(Ntk8u* pState);
 NTK_API NtkStatus ntksDecodeRLEInit_BZ2_8u(Ntk8u* pState);
 
-/* Goes on encoding. The last run of the source stays pending in the state, up to 255 bytes,
- * because the next call's source may continue it: see ntksEncodeRLEFlush_BZ2_8u. What has been
- * written is added to the in-use table.
+/* Encodes a piece of a block. The last run of the source, up to 255 bytes, stays pending in the
+ * state because the source of the next call may continue it; see ntksEncodeRLEFlush_BZ2_8u. The
+ * bytes written are added to the in-use table.
  *
- * pDst, pDstLen: a capacity of 5 or more is sure of some progress; srcLen * 5 / 4 + 5 takes
- *   everything.
- * Also returns ntkStsDstFull when the next run does not fit; a run that has been read may then be
+ * pDst, pDstLen: a capacity of 5 or more guarantees progress; srcLen * 5 / 4 + 5 is always enough.
+ * Also returns ntkStsDstFull if the next run does not fit; a run that has been read may then be
  * pending.
  */
 NTK_API NtkStatus ntksEncodeRLE_BZ2_8u(Ntk8u** ppSrc, int* pSrcLen, Ntk8u* pDst, int* pDstLen,
@@ -62,23 +61,23 @@ NTK_API NtkStatus ntksEncodeRLE_BZ2_8u(Ntk8u** ppSrc, int* pSrcLen, Ntk8u* pDst,
 
 /* Writes the pending run, 0 to 5 bytes, and adds it to the in-use table. This ends a block.
  *
- * pDst: 5 bytes; fewer where less than that can be pending (a run of 1 to 3 takes as many).
- * pDstLen: receives the number of bytes written; what it holds before does not matter.
+ * pDst: 5 bytes; fewer if the pending run is known to be shorter (a run of 1 to 3 takes as many).
+ * pDstLen: receives the number of bytes written; its value on entry does not matter.
  * Returns ntkStsNoErr; ntkStsNullPtr.
  */
 NTK_API NtkStatus ntksEncodeRLEFlush_BZ2_8u(Ntk8u* pDst, int* pDstLen, Ntk8u* pState);
 
-/* The byte values that the encoder has written since the Init: 1 for each in use, else 0.
+/* Gets the byte values that the encoder has written since the Init: 1 for each in use, else 0.
  * Returns ntkStsNoErr; ntkStsNullPtr.
  */
 NTK_API NtkStatus ntksRLEGetInUseTable_8u(Ntk8u inUse[256], const Ntk8u* pState);
 
-/* Goes on decoding. Source and destination may be cut anywhere. A count of 252 to 255, which no
- * encoder writes, stands for as many bytes.
+/* Decodes a piece of a block. Source and destination may be split anywhere. A count of 252 to 255,
+ * which no encoder writes, is decoded like any other.
  *
- * pState: made by either Init; an encoder's state, flushed or not, serves too.
- * Also returns ntkStsDstFull when there is more to write than there is room for. With ntkStsNoErr
- * the source is at its end, which may be the middle of a run.
+ * pState: initialised by either Init; an encoder's state, flushed or not, may be used too.
+ * Also returns ntkStsDstFull if the data do not fit. After ntkStsNoErr the whole source is taken;
+ * it may have ended within a run.
  */
 NTK_API NtkStatus ntksDecodeRLEState_BZ2_8u(Ntk8u** ppSrc, int* pSrcLen, Ntk8u** ppDst,
                                             int* pDstLen, Ntk8u* pState);
@@ -88,7 +87,7 @@ NTK_API NtkStatus ntksDecodeRLEState_BZ2_8u(Ntk8u** ppSrc, int* pSrcLen, Ntk8u**
  */
 
 /* Replaces every byte by the number of values in use below it: for a value in use, its rank. The
- * result is defined for all bytes; reducing what is reduced already gives ranks of ranks.
+ * result is defined for all bytes, in use or not.
  *
  * pSrcDst: srcLen bytes, changed in place.
  * pSizeDictionary: receives the number of values in use, 0 to 256.
@@ -96,76 +95,76 @@ NTK_API NtkStatus ntksDecodeRLEState_BZ2_8u(Ntk8u** ppSrc, int* pSrcLen, Ntk8u**
 NTK_API NtkStatus ntksReduceDictionary_8u_I(const Ntk8u inUse[256], Ntk8u* pSrcDst, int srcLen,
                                             int* pSizeDictionary);
 
-/* Replaces every rank by the value in use that has it. Bytes that are no rank of the dictionary
- * stay as they are.
+/* Replaces every rank by the value in use that has it. Bytes that are no rank stay unchanged.
  *
- * sizeDictionary: 0 to 256; where inUse has another number of values, the smaller one counts.
- * Also returns ntkStsBadValue when sizeDictionary is out of its range.
+ * sizeDictionary: 0 to 256; if inUse has another number of values, the smaller number applies.
+ * Also returns ntkStsBadValue if sizeDictionary is out of range.
  */
 NTK_API NtkStatus ntksExpandDictionary_8u_I(const Ntk8u inUse[256], Ntk8u* pSrcDst, int srcLen,
                                             int sizeDictionary);
 
 /* ---- Move-to-front ----------------------------------------------------------------------------
- * Every byte becomes its position in a list of all byte values, and moves to the list's front.
+ * Every byte is replaced by its position in a list of all byte values, then moved to the front of
+ * the list.
  */
 
 /* Size in bytes of a move-to-front state. Returns ntkStsNoErr; ntkStsNullPtr. */
 NTK_API NtkStatus ntksMTFGetSize_8u(int* pSize);
 
-/* Makes the list 0, 1 .. 255. Returns ntkStsNoErr; ntkStsNullPtr. */
+/* Sets the list to 0, 1 .. 255. Returns ntkStsNoErr; ntkStsNullPtr. */
 NTK_API NtkStatus ntksMTFInit_8u(Ntk8u* pState);
 
-/* Bytes to positions, and back. The list stays in the state from call to call, so that pieces
- * chain in order; both directions change it alike.
+/* Bytes to positions, and back. The state keeps the list from call to call, so data may be passed
+ * in pieces; both directions change it in the same way.
  *
  * pSrc, pDst: srcLen bytes each.
- * pState: made by the Init; what else it may hold leads to undefined output, but not outside the
- *   buffers.
+ * pState: initialised by the Init. Other contents give undefined output, but nothing outside the
+ *   buffers is read or written.
  */
 NTK_API NtkStatus ntksMTFFwd_8u(const Ntk8u* pSrc, Ntk8u* pDst, int srcLen, Ntk8u* pState);
 NTK_API NtkStatus ntksMTFInv_8u(const Ntk8u* pSrc, Ntk8u* pDst, int srcLen, Ntk8u* pState);
 
 /* ---- Runs of zeroes ---------------------------------------------------------------------------
- * A run of n zeroes becomes the digits of n in the bijective system of base 2, the least one
- * first, with the symbols 0 for the digit 1 (RUNA) and 1 for the digit 2 (RUNB). Any other byte
- * becomes the symbol one above it, 2 to 256.
+ * A run of n zeroes is encoded as the digits of n in bijective base 2, least significant first,
+ * with the symbols 0 for the digit 1 (RUNA) and 1 for the digit 2 (RUNB). Any other byte b is
+ * encoded as the symbol b + 1, 2 to 256.
  */
 
-/* Encodes a block. A run ends where the source ends: a block must come whole, or in pieces that do
- * not cut a run.
+/* Encodes a block. A run ends at the end of the source: pass a block in one call, or in pieces that
+ * do not split a run.
  *
- * pDst, pDstLen: in 16-bit symbols; srcLen of them take everything.
+ * pDst, pDstLen: in 16-bit symbols; srcLen of them are always enough.
  * freqTable: the number of times that each symbol was written is added, modulo 2^32.
- * Also returns ntkStsDstFull when the next symbol or run does not fit.
+ * Also returns ntkStsDstFull if the next symbol or run does not fit.
  */
 NTK_API NtkStatus ntksEncodeZ1Z2_BZ2_8u16u(Ntk8u** ppSrc, int* pSrcLen, Ntk16u* pDst, int* pDstLen,
                                            int freqTable[258]);
 
-/* Decodes a block, which must come whole, or in pieces that do not cut the digits of a run, and
- * without an end-of-block symbol.
+/* Decodes a block without its end-of-block symbol. Pass it in one call, or in pieces that do not
+ * split the digits of a run.
  *
  * pSrcLen: in 16-bit symbols.
- * Also returns ntkStsDstFull when the next byte or run does not fit (the source stands before it),
- * and ntkStsBadSrcData for a symbol above 256 and for a run longer than an int counts. After
- * ntkStsBadSrcData pointers and lengths are as they were.
+ * Also returns ntkStsDstFull if the next byte or run does not fit (the source is left before it),
+ * and ntkStsBadSrcData for a symbol above 256 and for a run longer than INT_MAX. After
+ * ntkStsBadSrcData pointers and lengths are unchanged.
  */
 NTK_API NtkStatus ntksDecodeZ1Z2_BZ2_16u8u(Ntk16u** ppSrc, int* pSrcLen, Ntk8u* pDst, int* pDstLen);
 
-/* Decodes a block from its symbols to the bytes that were run-length coded: runs of zeroes,
- * move-to-front from a new list, expansion, inverse Burrows-Wheeler transform. The source may hold
- * anything.
+/* Decodes a block from its symbols to its run-length coded bytes: runs of zeroes, move-to-front
+ * from a new list, expansion of the dictionary, inverse Burrows-Wheeler transform. The source may
+ * hold anything.
  *
  * pSrc: srcLen 16-bit symbols, without an end-of-block symbol.
  * pDst, pDstLen: *pDstLen is the capacity on entry and the number of bytes decoded on return.
- * idx: row of the text among its sorted rotations. Any row gives some rotation of the text.
+ * idx: row of the text among its sorted rotations. Any other row gives another rotation.
  * sizeDictionary, inUse: the dictionary that the block was reduced with.
- * pBuff: ntksBWTInvGetSize_8u(length of the block) bytes; where the length is not known
- *   beforehand, those of the capacity.
- * Also returns ntkStsBadSize when the block exceeds 16777216 bytes; ntkStsBadValue when idx is
- * negative or not below the block's length, or when
- * sizeDictionary is not the number of values in use; ntkStsDstTooSmall when the block exceeds the
- * capacity; ntkStsBadSrcData for a symbol above sizeDictionary and for a run longer than an int
- * counts. An empty block decodes to nothing with an idx of 0. After an error *pDstLen is as it was.
+ * pBuff: a work buffer of the size that ntksBWTInvGetSize_8u gives for the length of the block or,
+ *   if that is not known in advance, for the capacity.
+ * Also returns ntkStsBadSize if the block exceeds 16777216 bytes; ntkStsBadValue if idx is negative
+ * or not below the length of the block, or if sizeDictionary is not the number of values in use;
+ * ntkStsDstTooSmall if the block exceeds the capacity; ntkStsBadSrcData for a symbol above
+ * sizeDictionary and for a run longer than INT_MAX. An empty block needs an idx of 0. After an
+ * error *pDstLen is unchanged.
  */
 NTK_API NtkStatus ntksDecodeBlock_BZ2_16u8u(const Ntk16u* pSrc, int srcLen, Ntk8u* pDst,
                                             int* pDstLen, int idx, int sizeDictionary,

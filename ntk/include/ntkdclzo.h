@@ -1,14 +1,17 @@
 /* LZO: part of libntkdc.so.12, included by ntkdc.h.
  *
- * Streams in the LZO1X format of liblzo2, without header, length or checksum: the decoder's caller
- * knows the stream's length and a bound of the data's. Several threads make a frame of several such
- * streams (see ntk/dc/lzo/encode.cpp). Source of the method: M. F. X. J. Oberhumer's LZO.
+ * Streams in the LZO1X format of liblzo2, without header, length or checksum: the caller of the
+ * decoder must know the length of the stream and an upper bound for the length of the data. Several
+ * threads produce a frame of several such streams (see ntk/dc/lzo/encode.cpp). Source of the
+ * method: M. F. X. J. Oberhumer's LZO.
  *
  * Common to all:
  * - Lengths are Ntk32u. No source to encode may exceed 0x7e000000 (2113929216) bytes.
  * - Source, destination, state and lengths must not overlap one another.
+ * - Threads that the system cannot start are done without: the others take their share.
  * - Statuses: ntkStsNoErr; ntkStsNullPtr; ntkStsBadSize for a length out of range; those named at
- *   the function. On an error *pDstLen stays as it was; what the destination holds is undefined.
+ *   the function. After an error *pDstLen is unchanged and the contents of the destination
+ * undefined.
  */
 #pragma once
 
@@ -18,23 +21,23 @@
 extern "C" {
 #endif
 
-/* How the encoder searches and on how many threads. */
+/* The size of the encoder's dictionary, and whether it uses threads. */
 typedef enum {
     ntkLZOST = 0,  /* one thread, a dictionary of 2^14 entries */
-    ntkLZOMT = 1,  /* the search of ntkLZOST, the source split over ntkGetNumThreads threads */
+    ntkLZOMT = 1,  /* as ntkLZOST, with the source split among ntkGetNumThreads threads */
     ntkLZOST1X = 2 /* one thread, a dictionary of 2^11 entries: faster, longer streams */
 } NtkLZOMethod;
 
 /* Size in bytes of the encoder's state. The state has room for the longest stream, so it is larger
  * than the longest source by 128 KiB and more, with ntkLZOMT by 128 KiB per piece of 32 KiB (64
- * pieces at most). What is not needed is not touched.
+ * pieces at most). Parts of it that a call does not need are not touched.
  * maxInputLen: length in bytes of the longest source to come.
- * Returns also ntkStsBadValue for another method.
+ * Also returns ntkStsBadValue if method is none of the above.
  */
 NTK_API NtkStatus ntksEncodeLZOGetSize(NtkLZOMethod method, Ntk32u maxInputLen, Ntk32u* pStateSize);
 
-/* Prepares a state of the size that ntksEncodeLZOGetSize gives for the same arguments.
- * Returns also ntkStsBadValue for another method.
+/* Initialises a state of the size that ntksEncodeLZOGetSize gives for the same arguments.
+ * Also returns ntkStsBadValue if method is none of the above.
  */
 NTK_API NtkStatus ntksEncodeLZOInit_8u(NtkLZOMethod method, Ntk32u maxInputLen, Ntk8u* pState);
 
@@ -42,28 +45,27 @@ NTK_API NtkStatus ntksEncodeLZOInit_8u(NtkLZOMethod method, Ntk32u maxInputLen, 
  *
  * pSrc: srcLen bytes, 0 to the state's maxInputLen (ntkStsBadSize for more).
  * pDst, pDstLen: *pDstLen is the capacity of pDst on entry and the length of the stream on return.
- *   The stream of n bytes has at most n + n/16 + 67 bytes, plus 7 and 75 per piece where it is
- *   split. A smaller capacity serves when the stream fits it; unless all of that bound is there,
- *   the call copies the stream once.
- * pState: prepared by ntksEncodeLZOInit_8u, used by one call at a time.
+ *   The stream of n bytes has at most n + n/16 + 67 bytes, plus 7 and 75 per piece if it is split.
+ *   A smaller capacity is enough if the stream fits; below that bound, the call copies the stream
+ *   once.
+ * pState: initialised by ntksEncodeLZOInit_8u, used by one call at a time.
  * With ntkLZOMT the source is split into as many pieces as there are threads, of 32 KiB or more
- * each; all but one piece run on threads made for the call. With one piece no thread is made and
- * the stream is that of ntkLZOST.
- * Also returns ntkStsDstTooSmall when the stream does not fit; ntkStsBadValue when pState was not
- * prepared.
+ * each; the caller's thread and threads started for the call encode them. One piece starts no
+ * thread and gives the stream of ntkLZOST. Also returns ntkStsDstTooSmall if the stream does not
+ * fit; ntkStsBadValue if pState was not initialised.
  */
 NTK_API NtkStatus ntksEncodeLZO_8u(const Ntk8u* pSrc, Ntk32u srcLen, Ntk8u* pDst, Ntk32u* pDstLen,
                                    Ntk8u* pState);
 
 /* Decodes one stream of any method, or of liblzo2's LZO1X encoders. The source may hold anything:
- * nothing outside the two buffers is read or written. The pieces of a split stream are shared out
- * over ntkGetNumThreads threads.
+ * nothing outside the two buffers is read or written. The pieces of a split stream are distributed
+ * among ntkGetNumThreads threads.
  *
  * pSrc: srcLen bytes, the whole stream.
  * pDst, pDstLen: *pDstLen is the capacity of pDst on entry and the number of bytes decoded on
  *   return.
- * Also returns ntkStsDstTooSmall when the stream asks for more than the capacity before any other
- * fault is met; ntkStsBadSrcData when it is not a stream; a source of no bytes is none.
+ * Also returns ntkStsDstTooSmall if the stream exceeds the capacity before any other fault is
+ * found; ntkStsBadSrcData if the source is not a valid stream; an empty source is not.
  */
 NTK_API NtkStatus ntksDecodeLZO_8u(const Ntk8u* pSrc, Ntk32u srcLen, Ntk8u* pDst, Ntk32u* pDstLen);
 

@@ -1,23 +1,22 @@
 /* LZSS, streaming: part of libntkdc.so.12, included by ntkdc.h.
  *
- * A stream of literals and matches of 3 to 386 bytes at distances up to 16383; the note at the
- * head of ntk/dc/lzss/encode.cpp has the format to the bit. Source of the method: J. A. Storer, T.
- * G. Szymanski, "Data Compression via Textual Substitution", 1982. A stream holds neither its
- * length nor that of its data.
+ * A stream of literals and matches of 3 to 386 bytes at distances up to 16383; the comment at the
+ * top of ntk/dc/lzss/encode.cpp specifies the format bit by bit. Source of the method: J. A.
+ * Storer, T. G. Szymanski, "Data Compression via Textual Substitution", 1982. A stream contains
+ * neither its length nor that of its data.
  *
- * Common to the calls that code:
- * - *ppSrc, *pSrcLen, *ppDst, *pDstLen: what is left of source and destination, moved on by what
- *   the call took and gave. The window is in the state: both may be cut anywhere, and a piece may
- *   be moved or freed after the call. How they are cut does not change the stream. On an error the
- *   arguments stay as they were; the destination may have been written to, and data not yet
- *   delivered are lost.
+ * Common to the encoding and decoding calls:
+ * - *ppSrc, *pSrcLen, *ppDst, *pDstLen: source and destination; advanced past what the call has
+ * taken and written. The window is in the state: both may be split anywhere, and a piece may be
+ * moved or freed after the call. How they are split does not change the stream. After an error the
+ * arguments are unchanged; the destination may have been written to, and data not yet delivered are
+ * lost.
  * - Source, destination and state must not overlap.
  * - pState: a block of the size that ntksLZSSGetSize_8u gives, for encoding or decoding, whichever
- *   it was last initialised for. Any length of data may pass through it.
- * - Statuses: ntkStsNoErr; ntkStsNullPtr for a null pointer, or one pointed to; ntkStsBadSize when
- *   a length is negative; ntkStsDstFull (a warning: everything else is done as far as it goes; call
- *   again with more room, even with an empty source); ntkStsBadValue when the state is not
- *   initialised for the call.
+ *   it was last initialised for. The length of the data is unlimited.
+ * - Statuses: ntkStsNoErr; ntkStsNullPtr for a null pointer or a pointer to one; ntkStsBadSize if a
+ *   length is negative; ntkStsDstFull (a warning: the destination is full; call again with more
+ * room, even with an empty source); ntkStsBadValue if the state is not initialised for the call.
  */
 #pragma once
 
@@ -30,36 +29,35 @@ extern "C" {
 /* Size in bytes of a state. Returns ntkStsNoErr; ntkStsNullPtr. */
 NTK_API NtkStatus ntksLZSSGetSize_8u(int* pSize);
 
-/* Makes the state that of an encoder at the start of a stream.
+/* Initialises the state for an encoder, at the start of a stream.
  * Returns ntkStsNoErr; ntkStsNullPtr.
  */
 NTK_API NtkStatus ntksEncodeLZSSInit_8u(Ntk8u* pState);
 
-/* Takes the source and writes what can be written: the encoder looks ahead, so that up to 3088
- * bytes of the source are written by later calls or by a flush. After ntkStsNoErr the source is
- * taken whole.
+/* Takes the source and writes what can be written: because the encoder looks ahead, up to 3088
+ * bytes of the source are encoded by later calls or by a flush. After ntkStsNoErr the whole source
+ * is taken.
  */
 NTK_API NtkStatus ntksEncodeLZSS_8u(Ntk8u** ppSrc, int* pSrcLen, Ntk8u** ppDst, int* pDstLen,
                                     Ntk8u* pState);
 
-/* Writes all that was taken: after ntkStsNoErr what was written so far decodes to all of it. The
- * stream may go on after a flush, at the price of a few bytes; to go on after ntkStsDstFull without
- * ending the flush is sound, too. A second flush writes nothing.
+/* Writes everything that was taken: after ntkStsNoErr the output so far decodes to all of it. The
+ * stream may be continued after a flush, at the cost of a few bytes, and also after ntkStsDstFull
+ * without completing the flush. A second flush writes nothing.
  */
 NTK_API NtkStatus ntksEncodeLZSSFlush_8u(Ntk8u** ppDst, int* pDstLen, Ntk8u* pState);
 
-/* Makes the state that of a decoder at the start of a stream.
+/* Initialises the state for a decoder, at the start of a stream.
  * Returns ntkStsNoErr; ntkStsNullPtr.
  */
 NTK_API NtkStatus ntksDecodeLZSSInit_8u(Ntk8u* pState);
 
 /* Decodes the source, which may hold anything: nothing outside the buffers is read or written. The
- * decoder may run ahead of the destination: after ntkStsDstFull the state holds data to come, and
- * the source may be taken whole. Where the destination takes exactly the data of the source, the
+ * decoder may run ahead of the destination: after ntkStsDstFull the state holds data still to be
+ * delivered, and the whole source may have been taken. If the data fit the destination exactly, the
  * status is ntkStsNoErr.
- * Also returns ntkStsBadSrcData when the stream is malformed, in this call or in an earlier one;
- * then the state must be initialised again. A stream that is cut off is no error: the rest may
- * come.
+ * Also returns ntkStsBadSrcData if the stream is malformed, in this call or in an earlier one; the
+ * state must then be initialised again. A truncated stream is no error: the rest may follow.
  */
 NTK_API NtkStatus ntksDecodeLZSS_8u(Ntk8u** ppSrc, int* pSrcLen, Ntk8u** ppDst, int* pDstLen,
                                     Ntk8u* pState);

@@ -7,16 +7,16 @@
 extern "C" {
 #endif
 
-/* The library's name, number and build day. Never null; the record is the library's. */
+/* The library's name, version and build date. Never null; the library owns the record. */
 NTK_API const NtkLibraryVersion* ntksGetLibVersion(void);
 
-/* Copies len bytes from pSrc to pDst; the two must not overlap. A len of 0 copies nothing.
- * Returns ntkStsNoErr; ntkStsNullPtr; ntkStsBadSize when len is negative. After an error the
- * destination is as it was.
+/* Copies len bytes, 0 or more, from pSrc to pDst; the two must not overlap.
+ * Returns ntkStsNoErr; ntkStsNullPtr; ntkStsBadSize if len is negative. After an error the
+ * destination is unchanged.
  */
 NTK_API NtkStatus ntksCopy_8u(const Ntk8u* pSrc, Ntk8u* pDst, int len);
 
-/* Sets len bytes at pDst to 0. A len of 0 sets nothing. Statuses as for ntksCopy_8u. */
+/* Sets len bytes, 0 or more, at pDst to 0. Statuses as for ntksCopy_8u. */
 NTK_API NtkStatus ntksZero_8u(Ntk8u* pDst, int len);
 
 #ifdef __cplusplus

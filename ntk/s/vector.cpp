@@ -1,5 +1,5 @@
-// Elementary operations on byte vectors. The C library's own are the fastest at hand, chosen for
-// the processor when the program is loaded; what is added here is the checking of arguments.
+// Elementary operations on byte vectors. The C library's functions are the fastest available,
+// chosen for the processor when the program is loaded; this file adds the checks of the arguments.
 
 #include "ntks.h"
 

@@ -3,18 +3,19 @@
 
 #include <vector>
 
+#include "callerblocks.h"
 #include "ntkdc.h"
 #include "samples.h"
 
 using Symbols = std::vector<Ntk16u>;
 
-// Bits that a call leaves to the next one.
+// Bits pending between two calls.
 struct PendingBits {
     Ntk32u code = 0;
     int count = 0;
 };
 
-// Appends what is pending, the last byte filled up with zeros.
+// Appends the pending bits, with the last byte padded with zeros.
 inline void flushBits(PendingBits bits, Bytes& bytes) {
     for (; bits.count > 0; bits.count -= 8, bits.code <<= 8) {
         bytes.push_back(static_cast<Ntk8u>(bits.code >> 24));
@@ -23,11 +24,10 @@ inline void flushBits(PendingBits bits, Bytes& bytes) {
 
 struct HuffEncoder {
     HuffEncoder(const Symbols& block, int alphabet) {
-        int size = 0;
-        ntksEncodeHuffGetSize_BZ2_16u8u(static_cast<int>(block.size()), &size);
-        state.resize(static_cast<std::size_t>(size));
-        initStatus = ntksEncodeHuffInit_BZ2_16u8u(alphabet, nullptr, block.data(),
-                                                  static_cast<int>(block.size()), state.data());
+        const auto blockLen = static_cast<int>(block.size());
+        state = blockFor(ntksEncodeHuffGetSize_BZ2_16u8u, blockLen);
+        initStatus =
+            ntksEncodeHuffInit_BZ2_16u8u(alphabet, nullptr, block.data(), blockLen, state.data());
     }
     NtkStatus pack(Bytes& out) {
         return append(out, 21000, [&](Ntk8u* dst, int* length) {
@@ -35,7 +35,7 @@ struct HuffEncoder {
                                                  state.data());
         });
     }
-    // Takes what was coded from the front of the source.
+    // Removes what was encoded from the front of the source.
     NtkStatus encode(Symbols& src, Bytes& out, int capacity) {
         Ntk16u* at = src.data();
         auto left = static_cast<int>(src.size());
@@ -62,7 +62,7 @@ private:
     }
 };
 
-// Context and symbols of a block that ends with its end-of-block symbol.
+// Encodes context and symbols of a block that ends with its end-of-block symbol.
 inline Bytes encodedBlock(Symbols block, int alphabet, PendingBits before = {}) {
     HuffEncoder encoder(block, alphabet);
     encoder.bits = before;
@@ -74,13 +74,8 @@ inline Bytes encodedBlock(Symbols block, int alphabet, PendingBits before = {}) 
 }
 
 struct HuffDecoder {
-    explicit HuffDecoder(int alphabet) {
-        int size = 0;
-        ntksDecodeHuffGetSize_BZ2_8u16u(900000, &size);
-        state.resize(static_cast<std::size_t>(size));
-        ntksDecodeHuffInit_BZ2_8u16u(alphabet, state.data());
-    }
-    // Both move the source on.
+    explicit HuffDecoder(int alphabet) { ntksDecodeHuffInit_BZ2_8u16u(alphabet, state.data()); }
+    // Both advance the source.
     NtkStatus unpack(Ntk8u*& src, int& srcLen) {
         return ntksUnpackHuffContext_BZ2_8u16u(&bits.code, &bits.count, &src, &srcLen,
                                                state.data());
@@ -96,5 +91,5 @@ struct HuffDecoder {
     }
 
     PendingBits bits;
-    Bytes state;
+    Bytes state = blockFor(ntksDecodeHuffGetSize_BZ2_8u16u, 900000);
 };

@@ -1,13 +1,12 @@
-// The two steps of the deflate encoder, and zlib as their judge.
+// The two steps of the deflate encoder, and zlib as the reference.
 #pragma once
-
-#include <zlib.h>
 
 #include <utility>
 
 #include "fixedcodes.h"
 #include "guarded.h"
 #include "samples.h"
+#include "zlibcalls.h"
 
 struct Entries {
     Bytes lit;
@@ -28,7 +27,7 @@ struct MatchSearch {
     Entries entries = {};
     int srcIdx = 0;
 
-    // One call on the source at *src, with room for some entries, which are appended.
+    // One call on the source at *src, with room for `room` entries, which are appended.
     NtkStatus call(const Ntk8u** src, int* srcLen, const Ntk8u* window, int room, int flush) {
         const GuardedBlock lit(static_cast<std::size_t>(room));
         const GuardedBlock dist(2 * static_cast<std::size_t>(room));
@@ -51,7 +50,7 @@ struct MatchSearch {
     }
 };
 
-// A block of the fixed codes, the only one of its stream.
+// A stream of one block with the fixed codes.
 inline Bytes blockOf(const Entries& entries) {
     Bytes block(8 + 4 * entries.lit.size());
     Ntk32u code = 3;
@@ -66,30 +65,9 @@ inline Bytes blockOf(const Entries& entries) {
     return block;
 }
 
-// What zlib makes of a stream whose data should have a size; empty when it refuses it.
-inline Bytes inflatedByZlib(Bytes stream, std::size_t size) {
-    Bytes data(size + 1);
-    z_stream z{};
-    inflateInit2(&z, -MAX_WBITS);
-    z.next_in = stream.data();
-    z.avail_in = static_cast<uInt>(stream.size());
-    z.next_out = data.data();
-    z.avail_out = static_cast<uInt>(data.size());
-    const bool isWhole = inflate(&z, Z_FINISH) == Z_STREAM_END && z.avail_in == 0;
-    data.resize(isWhole ? z.total_out : 0);
-    inflateEnd(&z);
-    return data;
-}
-
-inline std::size_t sizeByZlib(Bytes data, int level) {
-    Bytes dst(2 * data.size() + 16);
-    z_stream z{};
-    deflateInit2(&z, level, Z_DEFLATED, -MAX_WBITS, 8, Z_FIXED);
-    z.next_in = data.data();
-    z.avail_in = static_cast<uInt>(data.size());
-    z.next_out = dst.data();
-    z.avail_out = static_cast<uInt>(dst.size());
-    deflate(&z, Z_FINISH);
-    deflateEnd(&z);
-    return z.total_out;
+// The data that zlib decodes from a stream, of the given size; empty if it rejects the stream.
+inline Bytes inflatedByZlib(const Bytes& stream, std::size_t size) {
+    const Inflated result = zlibInflated(stream, size + 1);
+    const bool isWhole = result.verdict == Verdict::valid && result.taken == stream.size();
+    return isWhole ? result.data : Bytes{};
 }

@@ -10,7 +10,7 @@
 
 #include "ntkdefs.h"
 
-// A block that ends where a page without access begins, and begins on a page after another one.
+// A block that ends where an inaccessible page begins; another one comes before its first page.
 class GuardedBlock {
 public:
     explicit GuardedBlock(std::size_t size) : m_size(size) {

@@ -1,10 +1,9 @@
-// What the tests of the inflater share: streams by zlib and by hand, and the call in pieces.
+// Shared by the tests of the inflater: streams written by hand, and the call in pieces.
 #pragma once
-
-#include <zlib.h>
 
 #include <algorithm>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -12,60 +11,7 @@
 #include "guarded.h"
 #include "ntkdc.h"
 #include "samples.h"
-
-// How zlib makes a raw deflate stream.
-struct DeflateWay {
-    int level = 6;
-    int strategy = Z_DEFAULT_STRATEGY;
-    int memLevel = 8; // small ones make short blocks
-};
-
-inline Bytes deflated(const Bytes& data, const DeflateWay& way, const Bytes& dictionary = {}) {
-    z_stream z{};
-    deflateInit2(&z, way.level, Z_DEFLATED, -15, way.memLevel, way.strategy);
-    if (!dictionary.empty()) {
-        deflateSetDictionary(&z, dictionary.data(), static_cast<uInt>(dictionary.size()));
-    }
-    Bytes stream(deflateBound(&z, static_cast<uLong>(data.size())) + 64);
-    z.next_in = const_cast<Ntk8u*>(data.data());
-    z.avail_in = static_cast<uInt>(data.size());
-    z.next_out = stream.data();
-    z.avail_out = static_cast<uInt>(stream.size());
-    deflate(&z, Z_FINISH);
-    stream.resize(z.total_out);
-    deflateEnd(&z);
-    return stream;
-}
-
-enum class Verdict { sound, malformed, destinationFull, unfinished };
-
-// What came of a stream.
-struct Inflated {
-    Verdict verdict = Verdict::unfinished;
-    std::size_t taken = 0; // bytes of the stream
-    Bytes data;
-
-    bool operator==(const Inflated&) const = default;
-};
-
-inline Inflated zlibInflated(const Bytes& stream, std::size_t capacity) {
-    z_stream z{};
-    inflateInit2(&z, -15);
-    Bytes data(capacity + 1); // zlib wants a pointer
-    z.next_in = const_cast<Ntk8u*>(stream.data());
-    z.avail_in = static_cast<uInt>(stream.size());
-    z.next_out = data.data();
-    z.avail_out = static_cast<uInt>(capacity);
-    const int status = inflate(&z, Z_SYNC_FLUSH);
-    data.resize(z.total_out);
-    const Inflated result{status == Z_STREAM_END   ? Verdict::sound
-                          : status == Z_DATA_ERROR ? Verdict::malformed
-                          : z.avail_out == 0       ? Verdict::destinationFull
-                                                   : Verdict::unfinished,
-                          z.total_in, data};
-    inflateEnd(&z);
-    return result;
-}
+#include "zlibcalls.h"
 
 // A stream being decoded.
 class Inflater {
@@ -75,7 +21,7 @@ public:
         ntksInflateGetSize_8u(&size);
         m_work.resize(64 + static_cast<std::size_t>(size) + behindWork, filler);
         Ntk8u* work = m_work.data();
-        // One behind a multiple of 64: the buffer is used up to its last byte.
+        // One after a multiple of 64, the worst alignment: the buffer is used up to its last byte.
         while (reinterpret_cast<std::uintptr_t>(work) % 64 != 1) {
             ++work;
         }
@@ -116,12 +62,12 @@ private:
 inline Verdict verdictOf(NtkStatus status, const Inflater& inflater) {
     return status == ntkStsDstFull ? Verdict::destinationFull
            : status < 0            ? Verdict::malformed
-           : inflater.isFinished() ? Verdict::sound
+           : inflater.isFinished() ? Verdict::valid
                                    : Verdict::unfinished;
 }
 
-// Decodes with pieces of at most these lengths. Every piece of the source has a block of its own,
-// and guards stand around the destination.
+// Decodes in pieces of at most these lengths. Every piece of the source has a block of its own, and
+// there are guards around the destination.
 inline Inflated inflatedInPieces(const Bytes& stream, std::size_t capacity, std::size_t srcPiece,
                                  std::size_t dstPiece) {
     Inflater inflater;
@@ -132,13 +78,12 @@ inline Inflated inflatedInPieces(const Bytes& stream, std::size_t capacity, std:
     NtkStatus status = ntkStsNoErr;
     for (;;) {
         const std::size_t n = std::min(srcPiece, stream.size() - taken);
-        Bytes piece(stream.begin() + static_cast<std::ptrdiff_t>(taken),
-                    stream.begin() + static_cast<std::ptrdiff_t>(taken + n));
-        piece.reserve(1);
-        const Ntk8u* src = piece.data();
+        const auto piece = std::make_unique<Ntk8u[]>(n);
+        std::copy_n(stream.data() + taken, n, piece.get());
+        const Ntk8u* src = piece.get();
         const std::size_t room = std::min(dstPiece, static_cast<std::size_t>(dstEnd - dst));
         status = inflater.call(src, n, dst, room);
-        taken += static_cast<std::size_t>(src - piece.data());
+        taken += static_cast<std::size_t>(src - piece.get());
         const bool isAtEnd = status == ntkStsDstFull ? dst == dstEnd : taken == stream.size();
         if (status < 0 || inflater.isFinished() || isAtEnd) {
             break;
@@ -151,7 +96,7 @@ inline Inflated inflated(const Bytes& stream, std::size_t capacity) {
     return inflatedInPieces(stream, capacity, stream.size(), capacity);
 }
 
-// Bits, least significant first. A code is given as it is written down: first bit first.
+// Writes bits, least significant first. A code is passed as a text, first bit first.
 class BitWriter {
 public:
     BitWriter& bits(unsigned value, unsigned count) {

@@ -1,4 +1,4 @@
-// The LZ4 encoders behind one signature.
+// The LZ4 encoders with a common signature.
 #pragma once
 
 #include <lz4.h>
@@ -8,7 +8,7 @@
 #include "ntkdc.h"
 #include "samples.h"
 
-// Tables of both kinds, made empty, at addresses of no alignment.
+// Empty tables of both kinds, at odd addresses.
 class Lz4Tables {
 public:
     Lz4Tables() {
@@ -38,7 +38,7 @@ private:
     std::array<Bytes, 3> m_blocks;
 };
 
-// One call of an encoder; encoders without a dictionary or position ignore theirs.
+// The arguments of an encoder; encoders without a dictionary or position ignore these.
 struct Lz4Call {
     const Ntk8u* src;
     int srcIdx;
@@ -84,7 +84,7 @@ inline const Lz4Encoder lz4Encoders[] = {
 inline const Lz4Encoder& lz4Dict = lz4Encoders[2];
 inline const Lz4Encoder& lz4Hc = lz4Encoders[4];
 
-// What liblz4 makes of a block whose data have exactly the given length; empty where it refuses.
+// The data that liblz4 decodes from a block, of exactly the given length; empty if it rejects it.
 inline Bytes decodedByLiblz4(const Ntk8u* block, int blockLen, int length,
                              const Ntk8u* dict = nullptr, int dictLen = 0) {
     Bytes decoded(static_cast<std::size_t>(length) + 1);

@@ -36,7 +36,7 @@ struct Sample {
     Bytes bytes;
 };
 
-// Every kind at the lengths where the LZ4 format or an encoder's method changes.
+// Every kind of data, at the lengths where the LZ4 format or the method of an encoder changes.
 inline std::vector<Sample> samples() {
     std::vector<Sample> all = {{"empty", {}}};
     for (const std::size_t size : {1, 4, 5, 12, 13, 64, 600, 65536, 65547, 150000}) {

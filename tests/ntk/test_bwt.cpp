@@ -1,16 +1,17 @@
-// The Burrows-Wheeler transform against a plain sort of all rotations.
+// The Burrows-Wheeler transform against a plain sort of all rotations, and at the limits.
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <iterator>
-#include <numeric>
 #include <random>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "callerblocks.h"
 #include "guarded.h"
 #include "ntkdc.h"
+#include "oracles/bwt.h"
 #include "samples.h"
 
 namespace {
@@ -18,67 +19,36 @@ namespace {
 const NtkBWTSortAlgorithmHint hints[] = {ntkBWTItohTanakaLimSort, ntkBWTItohTanakaUnlimSort,
                                          ntkBWTSuffixSort, ntkBWTAutoSort};
 
-struct Transform {
-    Bytes bytes;
-    int idx;
-
-    bool operator==(const Transform&) const = default;
-};
-
 Bytes bytesOf(const std::string& text) {
     return {text.begin(), text.end()};
 }
 
-Transform naive(const Bytes& text) {
-    Bytes twice = text;
-    twice.insert(twice.end(), text.begin(), text.end());
-    const auto n = static_cast<std::ptrdiff_t>(text.size());
-    std::vector<std::ptrdiff_t> rows(text.size());
-    std::iota(rows.begin(), rows.end(), 0);
-    const auto begin = twice.begin();
-    std::stable_sort(rows.begin(), rows.end(), [&](std::ptrdiff_t a, std::ptrdiff_t b) {
-        return std::lexicographical_compare(begin + a, begin + a + n, begin + b, begin + b + n);
-    });
-    Transform t{{}, 0};
-    for (const std::ptrdiff_t row : rows) {
-        t.bytes.push_back(twice[static_cast<std::size_t>(row + n - 1)]);
-    }
-    t.idx = static_cast<int>(std::find(rows.begin(), rows.end(), 0) - rows.begin());
-    return t;
-}
-
-Bytes buffer(NtkStatus (*getSize)(int, int*), std::size_t length) {
-    int size = 0;
-    EXPECT_EQ(getSize(static_cast<int>(length), &size), ntkStsNoErr);
-    return Bytes(static_cast<std::size_t>(size));
-}
-
-Transform forward(const Bytes& text, NtkBWTSortAlgorithmHint hint) {
-    GuardedBlock work(buffer(ntksBWTFwdGetSize_8u, text.size()));
+oracle::Bwt forward(const Bytes& text, NtkBWTSortAlgorithmHint hint) {
+    GuardedBlock work(blockFor(ntksBWTFwdGetSize_8u, static_cast<int>(text.size())));
     const GuardedBlock src(text);
     GuardedBlock dst(text.size());
-    Transform t{{}, -1};
+    oracle::Bwt t{{}, -1};
     EXPECT_EQ(
-        ntksBWTFwd_SelectSort_8u(src.data(), dst.data(), src.size(), &t.idx, work.data(), hint),
+        ntksBWTFwd_SelectSort_8u(src.data(), dst.data(), src.size(), &t.row, work.data(), hint),
         ntkStsNoErr);
     t.bytes.assign(dst.data(), dst.data() + dst.size());
     return t;
 }
 
-// Without guards, for very many calls.
-Transform forwardIn(Bytes& work, const Bytes& text, NtkBWTSortAlgorithmHint hint) {
-    Transform t{Bytes(text.size()), -1};
+// Without guards, for a large number of calls.
+oracle::Bwt forwardIn(Bytes& work, const Bytes& text, NtkBWTSortAlgorithmHint hint) {
+    oracle::Bwt t{Bytes(text.size()), -1};
     EXPECT_EQ(ntksBWTFwd_SelectSort_8u(text.data(), t.bytes.data(), static_cast<int>(text.size()),
-                                       &t.idx, work.data(), hint),
+                                       &t.row, work.data(), hint),
               ntkStsNoErr);
     return t;
 }
 
-Bytes inverse(const Transform& t) {
-    GuardedBlock work(buffer(ntksBWTInvGetSize_8u, t.bytes.size()));
+Bytes inverse(const oracle::Bwt& t) {
+    GuardedBlock work(blockFor(ntksBWTInvGetSize_8u, static_cast<int>(t.bytes.size())));
     const GuardedBlock src(t.bytes);
     GuardedBlock dst(t.bytes.size());
-    EXPECT_EQ(ntksBWTInv_8u(src.data(), dst.data(), src.size(), t.idx, work.data()), ntkStsNoErr);
+    EXPECT_EQ(ntksBWTInv_8u(src.data(), dst.data(), src.size(), t.row, work.data()), ntkStsNoErr);
     return Bytes(dst.data(), dst.data() + dst.size());
 }
 
@@ -91,7 +61,7 @@ Bytes repeated(const Bytes& word, int times, const std::string& end = "") {
     return text;
 }
 
-// Each word made of the two before it: as many long repeats as can be, no power.
+// Each word is the two before it: as many long repeats as possible without being a power.
 Bytes fibonacciWord(std::size_t least) {
     std::string shorter = "b";
     std::string text = "a";
@@ -120,7 +90,7 @@ Bytes spreadBytes(Bytes text, int factor) {
     return text;
 }
 
-// Letters a, b, c ... in turn, the first fastest; false when all words were there.
+// The next word over the letters a, b, c .., the first varying fastest; false after the last one.
 bool nextWord(Bytes& word, int letters) {
     for (Ntk8u& b : word) {
         if (++b < 'a' + letters) {
@@ -132,7 +102,7 @@ bool nextWord(Bytes& word, int letters) {
 }
 
 TEST(Bwt, TransformsThePapersExample) {
-    const Transform expected{bytesOf("caraab"), 1};
+    const oracle::Bwt expected{bytesOf("caraab"), 1};
     EXPECT_EQ(forward(bytesOf("abraca"), ntkBWTAutoSort), expected);
 }
 
@@ -140,9 +110,9 @@ TEST(Bwt, SortsAllShortWords) {
     for (const auto& [letters, longest] : {std::pair{2, 10}, {3, 7}}) {
         for (int length = 1; length <= longest; ++length) {
             Bytes text(static_cast<std::size_t>(length), 'a');
-            Bytes work = buffer(ntksBWTFwdGetSize_8u, text.size());
+            Bytes work = blockFor(ntksBWTFwdGetSize_8u, static_cast<int>(text.size()));
             do {
-                const Transform expected = naive(text);
+                const oracle::Bwt expected = oracle::bwt(text);
                 for (const NtkBWTSortAlgorithmHint hint : hints) {
                     ASSERT_EQ(forwardIn(work, text, hint), expected)
                         << hint << " " << std::string(text.begin(), text.end());
@@ -153,7 +123,7 @@ TEST(Bwt, SortsAllShortWords) {
     }
 }
 
-TEST(Bwt, SortsWhatIsHardToSort) {
+TEST(Bwt, SortsDifficultTexts) {
     const Bytes twoLetters = [] {
         Bytes text = randomBytes(3000);
         std::for_each(text.begin(), text.end(), [](Ntk8u& b) { b = b < 128 ? 0 : 255; });
@@ -188,7 +158,7 @@ TEST(Bwt, SortsWhatIsHardToSort) {
         {"repetitive", repetitiveBytes(4000)},
     };
     for (const Sample& sample : table) {
-        const Transform expected = naive(sample.bytes);
+        const oracle::Bwt expected = oracle::bwt(sample.bytes);
         for (const NtkBWTSortAlgorithmHint hint : hints) {
             EXPECT_EQ(forward(sample.bytes, hint), expected) << hint << " " << sample.name;
         }
@@ -202,7 +172,7 @@ TEST(Bwt, HintsAgreeOnLongTexts) {
     table.push_back({"repetitive", repetitiveBytes(200000)});
     table.push_back({"power", repeated(textBytes(1000), 100)});
     for (const Sample& sample : table) {
-        const Transform expected = forward(sample.bytes, ntkBWTSuffixSort);
+        const oracle::Bwt expected = forward(sample.bytes, ntkBWTSuffixSort);
         for (const NtkBWTSortAlgorithmHint hint : hints) {
             EXPECT_TRUE(forward(sample.bytes, hint) == expected) << hint << " " << sample.name;
         }
@@ -212,30 +182,30 @@ TEST(Bwt, HintsAgreeOnLongTexts) {
 
 TEST(Bwt, WritesOverItsSource) {
     const Bytes text = textBytes(5000);
-    Bytes work = buffer(ntksBWTFwdGetSize_8u, text.size());
+    Bytes work = blockFor(ntksBWTFwdGetSize_8u, static_cast<int>(text.size()));
     Bytes bytes = text;
     int idx = -1;
     const auto length = static_cast<int>(text.size());
     ASSERT_EQ(ntksBWTFwd_8u(bytes.data(), bytes.data(), length, &idx, work.data()), ntkStsNoErr);
-    EXPECT_EQ((Transform{bytes, idx}), naive(text));
+    EXPECT_EQ((oracle::Bwt{bytes, idx}), oracle::bwt(text));
     ASSERT_EQ(ntksBWTInv_8u(bytes.data(), bytes.data(), length, idx, work.data()), ntkStsNoErr);
     EXPECT_EQ(bytes, text);
 }
 
 TEST(BwtInverse, GivesTheRotationOfAnyRow) {
     const Bytes text = textBytes(701);
-    Transform t = naive(text);
-    const int unrotated = t.idx;
-    for (t.idx = 0; t.idx < static_cast<int>(text.size()); ++t.idx) {
+    oracle::Bwt t = oracle::bwt(text);
+    const int unrotated = t.row;
+    for (t.row = 0; t.row < static_cast<int>(text.size()); ++t.row) {
         const Bytes got = inverse(t);
         const Bytes twice = repeated(got, 2);
-        EXPECT_EQ(got == text, t.idx == unrotated);
+        EXPECT_EQ(got == text, t.row == unrotated);
         EXPECT_NE(std::search(twice.begin(), twice.end(), text.begin(), text.end()), twice.end());
     }
 }
 
-// Rows lead to rows whatever the bytes are; the guarded buffers see to the rest.
-TEST(BwtInverse, TakesAnyBytes) {
+// Links lead to rows whatever the bytes are; the guards around the buffers check the rest.
+TEST(BwtInverse, AcceptsAnyBytes) {
     for (const std::size_t size : {1, 2, 3, 7, 64, 255, 1000}) {
         for (unsigned seed = 0; seed < 20; ++seed) {
             Bytes bytes = randomBytes(size, seed);
@@ -250,8 +220,8 @@ TEST(BwtInverse, TakesAnyBytes) {
     }
 }
 
-TEST(Bwt, RefusesWrongArguments) {
-    Bytes work = buffer(ntksBWTFwdGetSize_8u, 4);
+TEST(Bwt, RejectsBadArguments) {
+    Bytes work = blockFor(ntksBWTFwdGetSize_8u, 4);
     Bytes src = bytesOf("abca");
     Bytes dst = bytesOf("----");
     Ntk8u* const s = src.data();

@@ -1,4 +1,4 @@
-// The bzip2 Huffman coder by itself. That its blocks are those of bzip2 is for the chain test.
+// The bzip2 Huffman coder by itself. That bzip2 accepts its blocks is tested with the whole chain.
 #include <gtest/gtest.h>
 
 #include <cstdint>
@@ -42,12 +42,12 @@ TEST(Bz2Huff, BlocksComeBackAndHaveTheirNumberOfTables) {
         for (const auto& [alphabet, spread] :
              {std::pair{3, 1.0}, {258, 1.0}, {258, 1.1}, {60, 2.0}}) {
             const Symbols block = madeBlock(size, alphabet, spread);
-            // Bits of a caller's own in front, as many as there can be.
+            // As many bits of the caller's own before the block as possible.
             Bytes coded = encodedBlock(block, alphabet, {0xdeadbeef, 32});
             EXPECT_EQ(coded[0], 0xde);
             EXPECT_EQ(coded[3], 0xef);
             EXPECT_EQ(coded[4] >> 5, tables) << size;
-            // More source and room than the block takes.
+            // More source and room than the block needs.
             coded.resize(coded.size() + 200);
             HuffDecoder decoder(alphabet);
             decoder.bits = {static_cast<Ntk32u>(coded[4]) << 24, 8};
@@ -63,7 +63,7 @@ TEST(Bz2Huff, BlocksComeBackAndHaveTheirNumberOfTables) {
     }
 }
 
-// Twice over: after its end the block begins anew, without its context.
+// Twice: after its end the block begins again, without its context.
 TEST(Bz2Huff, PiecesOfAnySizeMakeTheSameBlock) {
     const Bytes whole = encodedBlock(ordinary, 200);
     std::mt19937 generator(3);
@@ -110,7 +110,7 @@ TEST(Bz2Huff, PiecesOfAnySizeMakeTheSameBlock) {
     }
 }
 
-// Against the sum of the inner nodes of a tree made with a heap: the cost of any optimal code.
+// Against the sum of the inner nodes of a tree built with a heap: the cost of any optimal code.
 TEST(Bz2Huff, CodeLengthsAreOptimalUntilTheyAreTooLong) {
     std::mt19937 generator(5);
     for (int alphabet = 1; alphabet <= 258; ++alphabet) {
@@ -187,13 +187,13 @@ BitText context(unsigned tables = 2, unsigned selectors = 1) {
     return BitText().put(tables, 3).put(selectors, 15).put(0, 1);
 }
 
-TEST(Bz2Huff, MalformedContextsAreRefused) {
+TEST(Bz2Huff, MalformedContextsAreRejected) {
     const struct {
         const char* what;
         BitText bits;
         NtkStatus status;
     } cases[] = {
-        {"sound", context().twoTables({1, 2, 2}), ntkStsNoErr},
+        {"valid", context().twoTables({1, 2, 2}), ntkStsNoErr},
         {"20 bits", context().twoTables({1, 20, 20}), ntkStsNoErr},
         {"no table", context(0), ntkStsBadSrcData},
         {"one table", context(1).twoTables({1, 2, 2}), ntkStsBadSrcData},
@@ -212,13 +212,13 @@ TEST(Bz2Huff, MalformedContextsAreRefused) {
     };
     for (const auto& c : cases) {
         Bytes bytes = c.bits.bytes;
-        bytes.resize(bytes.size() + 16); // so that nothing fails for the lack of source
+        bytes.resize(bytes.size() + 16); // so that no case fails for lack of source
         HuffDecoder decoder(3);
         Ntk8u* src = bytes.data();
         auto srcLen = static_cast<int>(bytes.size());
         EXPECT_EQ(decoder.unpack(src, srcLen), c.status) << c.what;
         Symbols out;
-        if (c.status < 0) { // no table is left over
+        if (c.status < 0) { // no table remains
             EXPECT_EQ(src, bytes.data()) << c.what;
             EXPECT_EQ(decoder.decode(src, srcLen, out, 5), ntkStsBadSrcData) << c.what;
         }
@@ -294,7 +294,7 @@ TEST(Bz2Huff, MutationsNeverLeaveTheBuffers) {
     int decodedBlocks = 0;
     for (int round = 0; round < 4000; ++round) {
         std::copy(whole.begin(), whole.end(), bytes.data());
-        const unsigned from = round % 2 == 0 ? 0 : 1; // also with the head left alone
+        const unsigned from = round % 2 == 0 ? 0 : 1; // also with an intact context
         for (unsigned i = 0; i < 1 + generator() % 8; ++i) {
             const auto at = from * 500 + generator() % (bytes.size() - from * 500U);
             bytes.data()[at] = static_cast<Ntk8u>(generator());
@@ -318,7 +318,7 @@ TEST(Bz2Huff, MutationsNeverLeaveTheBuffers) {
 TEST(Bz2Huff, OddSymbolsAndArguments) {
     Symbols odd = {0, 1, 7, 65535, 2};
     HuffEncoder encoder(odd, 3);
-    EXPECT_EQ(encoder.initStatus, ntkStsNoErr); // they have no influence
+    EXPECT_EQ(encoder.initStatus, ntkStsNoErr); // symbols outside the alphabet are ignored
     Bytes out;
     EXPECT_EQ(encoder.pack(out), ntkStsNoErr);
     for (const Ntk16u symbol : {3, 65535}) {
@@ -329,7 +329,7 @@ TEST(Bz2Huff, OddSymbolsAndArguments) {
     Symbols longer(51, 0);
     EXPECT_EQ(encoder.encode(longer, out, 100), ntkStsBadSrcData);
 
-    // The symbols may lie anywhere.
+    // The symbols may be at any address.
     HuffEncoder even(ordinary, 258), moved(ordinary, 258);
     Bytes bytes(2 * ordinary.size() + 2);
     Ntk8u* const oddPlace = bytes.data() + (reinterpret_cast<std::uintptr_t>(bytes.data()) % 2 ^ 1);

@@ -1,4 +1,4 @@
-// The largest cache from recorded or made-up registers.
+// The largest cache, from recorded and invented registers.
 #include "core/cachesize.h"
 
 #include <gtest/gtest.h>

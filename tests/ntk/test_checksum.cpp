@@ -7,14 +7,15 @@
 #include <zlib.h>
 
 #include "guarded.h"
+#include "kernels.h"
 #include "ntkdc.h"
 #include "samples.h"
 
 namespace {
 
-using Judge = Ntk32u (*)(Ntk32u value, const Ntk8u* data, std::size_t length);
+using Reference = Ntk32u (*)(Ntk32u value, const Ntk8u* data, std::size_t length);
 
-// libisal's table-driven functions share nothing with its vector kernels, which are candidates.
+// libisal's table-driven functions share no code with its vector kernels, which are candidates.
 Ntk32u isalBaseCrc32c(Ntk32u value, const Ntk8u* data, std::size_t length) {
     return ~crc32_iscsi_base(const_cast<Ntk8u*>(data), static_cast<int>(length), ~value);
 }
@@ -35,7 +36,7 @@ struct Checksum {
     const char* name;
     NtkStatus (*call)(const Ntk8u*, int, Ntk32u*);
     ntk::Choice<ntk::ChecksumFunction>& kernel;
-    Judge judge;
+    Reference reference;
     Ntk32u start;
     Ntk32u checkValue;  // of "123456789"
     Ntk32u zeroesValue; // of 32 zero bytes
@@ -48,28 +49,11 @@ const Checksum checksums[] = {
     {"BZ2", ntksCRC32_BZ2_8u, ntk::crc32Bz2Kernel, isalBaseCrc32Bz2, 0, 0xfc891918, 0xb5aa5098},
 };
 
-Ntk64u machineFeatures() {
-    Ntk64u features = 0;
-    ntkGetCpuFeatures(&features, nullptr);
-    return features;
-}
-
-// Calls f with every candidate that this machine can run.
-template <class Visit> void forEachKernel(const Checksum& checksum, Visit visit) {
-    const Ntk64u machine = machineFeatures();
-    for (const auto& candidate : checksum.kernel.candidates()) {
-        if (ntk::isEligible(candidate, machine, machine)) {
-            SCOPED_TRACE(std::string(checksum.name) + " " + candidate.name);
-            visit(candidate.run);
-        }
-    }
-}
-
 TEST(Checksum, KernelsGiveThePublishedValues) {
     const Bytes digits = {'1', '2', '3', '4', '5', '6', '7', '8', '9'};
     const Bytes zeroes(32, 0);
     for (const Checksum& c : checksums) {
-        forEachKernel(c, [&](ntk::ChecksumFunction* run) {
+        forEachKernel(c.kernel, [&](ntk::ChecksumFunction& run) {
             EXPECT_EQ(run(c.start, digits.data(), digits.size()), c.checkValue);
             EXPECT_EQ(run(c.start, zeroes.data(), zeroes.size()), c.zeroesValue);
             EXPECT_EQ(run(c.checkValue, zeroes.data(), 0), c.checkValue);
@@ -77,20 +61,21 @@ TEST(Checksum, KernelsGiveThePublishedValues) {
     }
 }
 
-// Short lengths cover every path of a kernel up to its widest step and the steps after it. The data
-// end at the guard, so that a kernel that reads past them faults.
-TEST(Checksum, KernelsAgreeWithTheJudgeAtEveryLengthAndAlignment) {
+// The lengths cover every path of a kernel up to its widest step and the steps after it. The data
+// end at the guard, so that a kernel that reads beyond them faults.
+TEST(Checksum, KernelsAgreeWithTheReferenceAtEveryLengthAndAlignment) {
     const GuardedBlock block(randomBytes(1100));
     const Ntk8u* const end = block.data() + block.size();
     for (const Checksum& c : checksums) {
-        forEachKernel(c, [&](ntk::ChecksumFunction* run) {
+        forEachKernel(c.kernel, [&](ntk::ChecksumFunction& run) {
             for (std::size_t length = 0; length <= 1100; ++length) {
                 ASSERT_EQ(run(0x12345678, end - length, length),
-                          c.judge(0x12345678, end - length, length))
+                          c.reference(0x12345678, end - length, length))
                     << length;
             }
             for (std::size_t at = 0; at < 64; ++at) {
-                ASSERT_EQ(run(1, block.data() + at, 600), c.judge(1, block.data() + at, 600)) << at;
+                ASSERT_EQ(run(1, block.data() + at, 600), c.reference(1, block.data() + at, 600))
+                    << at;
             }
         });
     }
@@ -99,8 +84,8 @@ TEST(Checksum, KernelsAgreeWithTheJudgeAtEveryLengthAndAlignment) {
 TEST(Checksum, KernelsChainOverEverySplit) {
     const Bytes bytes = textBytes(400);
     for (const Checksum& c : checksums) {
-        const Ntk32u whole = c.judge(c.start, bytes.data(), bytes.size());
-        forEachKernel(c, [&](ntk::ChecksumFunction* run) {
+        const Ntk32u whole = c.reference(c.start, bytes.data(), bytes.size());
+        forEachKernel(c.kernel, [&](ntk::ChecksumFunction& run) {
             for (std::size_t split = 0; split <= bytes.size(); ++split) {
                 const Ntk32u first = run(c.start, bytes.data(), split);
                 ASSERT_EQ(run(first, bytes.data() + split, bytes.size() - split), whole) << split;
@@ -109,13 +94,14 @@ TEST(Checksum, KernelsChainOverEverySplit) {
     }
 }
 
-// All ones is the worst case for the sums of Adler-32; the long data exceed every inner run.
-TEST(Checksum, KernelsHoldOnLongData) {
+// All ones is the worst case for the sums of Adler-32; the data exceed the longest run between
+// reductions.
+TEST(Checksum, KernelsAgreeOnLongData) {
     for (const Bytes& bytes : {Bytes(300000, 0xff), randomBytes(300001)}) {
         for (const Checksum& c : checksums) {
             for (const Ntk32u value : {c.start, 0xfff0fff0U}) {
-                const Ntk32u expected = c.judge(value, bytes.data(), bytes.size());
-                forEachKernel(c, [&](ntk::ChecksumFunction* run) {
+                const Ntk32u expected = c.reference(value, bytes.data(), bytes.size());
+                forEachKernel(c.kernel, [&](ntk::ChecksumFunction& run) {
                     EXPECT_EQ(run(value, bytes.data(), bytes.size()), expected);
                 });
             }
@@ -131,7 +117,7 @@ TEST(Checksum, CallsContinueTheValueUnderAnyFeatures) {
             Ntk32u value = c.start;
             EXPECT_EQ(c.call(bytes.data(), 3000, &value), ntkStsNoErr);
             EXPECT_EQ(c.call(bytes.data() + 3000, 2000, &value), ntkStsNoErr);
-            const Ntk32u whole = c.judge(c.start, bytes.data(), bytes.size());
+            const Ntk32u whole = c.reference(c.start, bytes.data(), bytes.size());
             EXPECT_EQ(value, whole) << c.name;
             EXPECT_EQ(c.call(nullptr, 0, &value), ntkStsNullPtr);
             EXPECT_EQ(c.call(bytes.data(), 1, nullptr), ntkStsNullPtr);
@@ -161,7 +147,7 @@ TEST(Choice, FollowsTheEnabledFeatures) {
     };
     const Case cases[] = {
         {ntk::crc32Kernel, avx512, avx512, "isal"},
-        {ntk::crc32Kernel, avx512, avx2, "clmul"}, // libisal would use AVX512 all the same
+        {ntk::crc32Kernel, avx512, avx2, "clmul"}, // libisal would still use AVX512
         {ntk::crc32Kernel, avx2, avx2, "isal"},
         {ntk::crc32Kernel, avx2, sse42, "generic"},
         {ntk::crc32cKernel, avx512, sse42, "sse42"},
@@ -179,7 +165,7 @@ TEST(Choice, FollowsTheEnabledFeatures) {
     }
 }
 
-TEST(Choice, ChangesWithTheFeaturesInForce) {
+TEST(Choice, ChangesWithTheEnabledFeatures) {
     for (const Checksum& c : checksums) {
         const auto& list = c.kernel.candidates();
         ntkInit();

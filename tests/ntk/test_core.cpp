@@ -13,7 +13,7 @@ namespace {
 TEST(StatusString, TellsEveryStatusApartAndKnowsTheSignOfOthers) {
     std::set<std::string> texts;
     for (NtkStatus status = ntkStsNoProcessorInfo; status <= ntkStsSrcEnd; ++status) {
-        // -1 is the one number without a meaning; it stands for all unknown errors.
+        // -1, the only number in between that is not a status, represents all unknown errors.
         EXPECT_TRUE(texts.insert(ntkGetStatusString(status)).second) << status;
     }
     EXPECT_TRUE(texts.insert(ntkGetStatusString(4711)).second);
@@ -63,7 +63,7 @@ TEST(Clocks, RunForwardFromReaderToReader) {
     }
 }
 
-// Everything but the control words is restored, so that later tests see what they expect.
+// Restores the control words and clears the flags, so that later tests find the initial state.
 class FpuWords : public testing::Test {
 protected:
     void TearDown() override {

@@ -1,4 +1,4 @@
-// Huffman coding of entries: the bits of every length and distance, pieces, destinations, faults.
+// Huffman coding of entries: the bits of every length and distance, pieces, destinations, errors.
 #include <gtest/gtest.h>
 
 #include "deflatecalls.h"
@@ -46,7 +46,7 @@ struct Stream {
     Bytes bytes() const { return Bytes(dst.data(), dst.data() + length); }
 };
 
-// A destination that is just as long as the whole bytes; ones above the pending bits are ignored.
+// The destination just fits the whole bytes; ones above the pending bits are ignored.
 TEST(DeflateHuff, PiecesMakeTheSameBytes) {
     const Entries entries = everySymbol().second;
     Stream whole(200000);
@@ -65,11 +65,11 @@ TEST(DeflateHuff, PiecesMakeTheSameBytes) {
     EXPECT_EQ(exact.codeLen, whole.codeLen);
 }
 
-// Codes of one bit fill the least, codes of 15 bits the most, after 32 bits that wait.
+// Codes of one bit give the shortest stream, codes of 15 bits after 32 pending bits the longest.
 TEST(DeflateHuff, ShortestAndLongestCodes) {
     NtkHuffCode lit[288] = {};
     NtkHuffCode dist[30] = {};
-    lit['a'] = {1, 1};
+    lit[Ntk8u{'a'}] = {1, 1};
     const Entries ones{Bytes(1000, 'a'), std::vector<Ntk16u>(1000)};
     Stream small(125);
     EXPECT_EQ(small.put(ones, 0, 1000, lit, dist), ntkStsNoErr);
@@ -102,7 +102,7 @@ TEST(DeflateHuff, Faults) {
         };
         for (const auto& c : cases) {
             FixedCodes codes;
-            codes.lit['n'].len = codes.lit[257 + 20].len = 0; // lengths 67 to 82
+            codes.lit[Ntk8u{'n'}].len = codes.lit[257 + 20].len = 0; // lengths 67 to 82
             codes.dist[4].len = 0;
             codes.lit[c.longCode].len = c.longCode ? 16 : 8;
             Entries entries = good;

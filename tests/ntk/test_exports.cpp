@@ -1,4 +1,4 @@
-// What the shared objects show to the loader, and what they say about themselves.
+// What the shared objects export, their dynamic section, and their version records.
 #include <gtest/gtest.h>
 
 #include <cstdio>

@@ -1,4 +1,5 @@
-// The feature mask from recorded registers, and that of this machine against the compiler's.
+// The feature mask of recorded registers, and that of this machine compared with the compiler's
+// view.
 #include "core/features.h"
 
 #include <cpuid.h>
@@ -33,7 +34,7 @@ struct Machine {
 constexpr Ntk32u recordedEcx = 0xfffa3203;
 constexpr Ntk32u osxsaveBit = 1U << 27;
 
-// One recorded server processor, under kernels that save more or less.
+// A recorded server processor, under operating systems that save more or fewer states.
 const Machine machines[] = {
     {"all states", 0x1c, recordedEcx, 0xe7, otherBits | avxBits | avx512Bits},
     {"no 512-bit states", 0x1c, recordedEcx, 0x07, otherBits | avxBits},
@@ -43,7 +44,7 @@ const Machine machines[] = {
     {"no leaf 7", 1, recordedEcx, 0xe7,
      (otherBits & ~(NTK_CPU_ADCOX | NTK_CPU_RDSEED | NTK_CPU_SHA)) | NTK_CPU_AVX | NTK_CPU_AVX_OS |
          NTK_CPU_F16C},
-    {"subleaves not told apart", 0x1c, recordedEcx, 0xe7,
+    {"subleaf 0 for every subleaf", 0x1c, recordedEcx, 0xe7,
      (otherBits | avxBits | avx512Bits) & ~NTK_CPU_AVX_VNNI, 0},
 };
 
@@ -74,7 +75,7 @@ TEST(Features, NeedTheProcessorAndTheOperatingSystem) {
     }
 }
 
-// Nothing but the bits that the recorded processor lacks.
+// Only the bits that the recorded processor lacks.
 ntk::Registers rare(Ntk32u leaf, Ntk32u subleaf) {
     switch (leaf) {
     case 1: return {0, 0, osxsaveBit, 0};

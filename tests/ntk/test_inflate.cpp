@@ -1,5 +1,5 @@
-// The inflater on sound streams: all ways of zlib's encoder, whole and in pieces, and the places
-// where the data before may lie.
+// The inflater on valid streams: all parameters of zlib's encoder, whole and in pieces, and all
+// places of the history.
 #include <gtest/gtest.h>
 
 #include <bit>
@@ -9,7 +9,7 @@
 
 namespace {
 
-const DeflateWay ways[] = {
+const ZlibOptions allOptions[] = {
     {0, Z_DEFAULT_STRATEGY, 8},
     {1, Z_DEFAULT_STRATEGY, 8},
     {6, Z_DEFAULT_STRATEGY, 8},
@@ -21,7 +21,7 @@ const DeflateWay ways[] = {
     {9, Z_FIXED, 8},
 };
 
-// Matches at every short distance and of every length, between bytes of all values.
+// Matches at every short distance and of every length, separated by arbitrary bytes.
 Bytes repetitiveBytes(std::size_t size, unsigned seed) {
     std::mt19937 generator(seed);
     Bytes bytes = randomBytes(64, seed);
@@ -36,7 +36,8 @@ Bytes repetitiveBytes(std::size_t size, unsigned seed) {
     return bytes;
 }
 
-// Symbols whose frequencies fall by half, which makes codes of 15 bits, and rare far matches.
+// Bytes each half as frequent as the one before, which gives codes of 15 bits, and rare far
+// matches.
 Bytes skewedBytes(std::size_t size) {
     std::mt19937 generator(5);
     Bytes bytes(size);
@@ -56,8 +57,8 @@ TEST(Inflate, DecodesWhatZlibEncodesAndTakesNoMore) {
     all.push_back({"repetitive", repetitiveBytes(200000, 2)});
     all.push_back({"skewed", skewedBytes(200000)});
     for (const Sample& sample : all) {
-        for (const DeflateWay& way : ways) {
-            const Bytes stream = deflated(sample.bytes, way);
+        for (const ZlibOptions& options : allOptions) {
+            const Bytes stream = deflated(sample.bytes, options);
             const GuardedBlock src(stream);
             const GuardedBlock dst(sample.bytes.size());
             Inflater inflater;
@@ -69,7 +70,8 @@ TEST(Inflate, DecodesWhatZlibEncodesAndTakesNoMore) {
             EXPECT_EQ(next, src.data() + stream.size());
             EXPECT_LT(inflater.codeLen, 8);
             ASSERT_TRUE(std::equal(sample.bytes.begin(), sample.bytes.end(), dst.data()))
-                << sample.name << " at level " << way.level << ", strategy " << way.strategy;
+                << sample.name << " at level " << options.level << ", strategy "
+                << options.strategy;
             EXPECT_EQ(inflated(withTrailer(stream), sample.bytes.size() + 300).taken,
                       stream.size());
         }
@@ -80,13 +82,13 @@ TEST(Inflate, GoesOnWhereverSourceOrDestinationWereCut) {
     const std::size_t pieces[] = {1, 2, 5, 31, 300, 1000000};
     const Bytes small = repetitiveBytes(1500, 3);
     const Bytes large = textBytes(60000);
-    for (const DeflateWay& way : ways) {
-        const Bytes stream = withTrailer(deflated(small, way));
-        const Inflated expected = {Verdict::sound, stream.size() - 40, small};
+    for (const ZlibOptions& options : allOptions) {
+        const Bytes stream = withTrailer(deflated(small, options));
+        const Inflated expected = {Verdict::valid, stream.size() - 40, small};
         for (const std::size_t srcPiece : pieces) {
             for (const std::size_t dstPiece : pieces) {
                 ASSERT_EQ(inflatedInPieces(stream, small.size(), srcPiece, dstPiece), expected)
-                    << srcPiece << " to " << dstPiece << " at level " << way.level;
+                    << srcPiece << " to " << dstPiece << " at level " << options.level;
             }
         }
         for (std::size_t cut = 1; cut < expected.taken; ++cut) {
@@ -95,14 +97,14 @@ TEST(Inflate, GoesOnWhereverSourceOrDestinationWereCut) {
         for (std::size_t cut = 1; cut < small.size(); ++cut) {
             ASSERT_EQ(inflatedInPieces(stream, small.size(), stream.size(), cut), expected) << cut;
         }
-        const Bytes long_ = deflated(large, way);
+        const Bytes long_ = deflated(large, options);
         for (const std::size_t piece : {701, 1009, 4099}) {
             ASSERT_EQ(inflatedInPieces(long_, large.size(), piece, piece + 13).data, large);
         }
     }
 }
 
-// Each piece is decoded into a block of its own, and what came before is given as the history.
+// Each piece is decoded into a block of its own; the data before are passed as the history.
 TEST(Inflate, FindsItsHistoryElsewhere) {
     const Bytes dictionary = textBytes(5000, 8);
     const Bytes data = textBytes(90000, 9);
@@ -123,7 +125,7 @@ TEST(Inflate, FindsItsHistoryElsewhere) {
     }
 }
 
-// A history that ends at the destination, then none given: the calls know what they decoded.
+// A history that ends at the destination, then none: the calls know what they have decoded.
 TEST(Inflate, KeepsToTheHistoryItWasGiven) {
     const Bytes dictionary = textBytes(500, 8);
     const Bytes stream = deflated(dictionary, {9}, dictionary);
@@ -148,8 +150,8 @@ TEST(Inflate, KeepsToTheHistoryItWasGiven) {
     EXPECT_TRUE(std::equal(dictionary.begin(), dictionary.end(), buffer.begin() + 500));
 }
 
-// As the deflate family calls it: no header, no state but what the call before left, which stopped
-// within a match, and bits of an earlier stream in the code.
+// As the benchmark calls it: no header, the state as left by the call before, which stopped within
+// a match, and bits of an earlier stream in the code.
 TEST(Inflate, StartsWithinAFixedBlockAsOftenAsAsked) {
     const Bytes data = textBytes(3000);
     const Bytes stream = deflated(data, {6, Z_FIXED});
@@ -158,7 +160,7 @@ TEST(Inflate, StartsWithinAFixedBlockAsOftenAsAsked) {
     for (int round = 0; round < 40; ++round) {
         const bool isWhole = round % 2 == 1;
         Bytes out(isWhole ? data.size() : 1000 + static_cast<std::size_t>(round));
-        // The 3 bits of the header are taken by hand: the other 5 of its byte are pending.
+        // The 3 bits of the header are skipped; the other 5 bits of its byte are pending.
         code = ((code | 0xdeadbe00U) << 5) | (stream[0] >> 3);
         int codeLen = 5;
         const Ntk8u* src = stream.data() + 1;

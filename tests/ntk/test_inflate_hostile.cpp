@@ -1,4 +1,5 @@
-// The inflater on malformed, cut off and damaged streams, and on bad arguments. zlib judges too.
+// The inflater on malformed, truncated and damaged streams, with zlib as the reference, and on bad
+// arguments.
 #include <gtest/gtest.h>
 
 #include "guarded.h"
@@ -6,7 +7,7 @@
 
 namespace {
 
-// Lengths of the codes from a symbol on.
+// Code lengths of consecutive symbols.
 struct Lengths {
     unsigned symbol;
     std::vector<unsigned> lengths;
@@ -47,10 +48,10 @@ BitWriter dynamicBlock(const std::vector<Lengths>& literals, const std::vector<u
     return w;
 }
 
-// 'a' as 0, the end as 10 and a length of 3 as 11.
+// The code of 'a' is 0, of the end 10 and of a length of 3 is 11.
 const std::vector<Lengths> threeCodes = {{'a', {1}}, {256, {2, 2}}};
 
-// Only the length 1 has a code: 256 times the bit that has no meaning, then that code for the end.
+// Only the length 1 has a code: 256 times the unused bit, then that code for the end.
 BitWriter oneLengthCode() {
     BitWriter w = codeCounts(257, 1, 18).bits(0, 17).bits(0, 17).bits(0, 17).bits(1, 3);
     for (int i = 0; i < 8; ++i) {
@@ -59,7 +60,7 @@ BitWriter oneLengthCode() {
     return w.code("00").code("0");
 }
 
-// Of 31 codes, which are complete.
+// Lengths of 31 codes, which are complete.
 std::vector<unsigned> distancesUpTo30() {
     std::vector<unsigned> lengths(31, 5);
     lengths[0] = 4;
@@ -67,7 +68,7 @@ std::vector<unsigned> distancesUpTo30() {
 }
 
 // The longest run of bits from one refill to the next: two literals of 11 bits, a length and a
-// distance with codes of 15 bits, at all places in a byte.
+// distance with codes of 15 bits, beginning at all bits of a byte.
 BitWriter longestSymbols() {
     const std::vector<unsigned> unary = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14};
     std::vector<unsigned> distances = unary;
@@ -88,17 +89,17 @@ struct Case {
     Verdict expected;
 };
 
-const Verdict sound = Verdict::sound;
+const Verdict valid = Verdict::valid;
 const Verdict malformed = Verdict::malformed;
 
 const Case cases[] = {
     {"block of the reserved type", BitWriter().bits(1, 1).bits(3, 2), malformed},
     {"stored", BitWriter().bits(1, 8).bits(2, 16).bits(0xfffd, 16).bits('a', 8).bits('b', 8),
-     sound},
+     valid},
     {"stored, wrong complement", BitWriter().bits(1, 8).bits(2, 16).bits(0xfffc, 16), malformed},
-    {"fixed, empty", fixedBlock().code("0000000"), sound},
+    {"fixed, empty", fixedBlock().code("0000000"), valid},
     {"fixed, a match", fixedBlock().code("10010001").code("0000001").code("00000").code("0000000"),
-     sound},
+     valid},
     {"fixed, the match a byte too far",
      fixedBlock().code("10010001").code("0000001").code("00001").code("0000000"), malformed},
     {"fixed, a match first", fixedBlock().code("0000001").code("00000").code("0000000"), malformed},
@@ -121,17 +122,17 @@ const Case cases[] = {
      codeCounts(257, 1, 4).bits(0, 6).bits(1, 3).bits(1, 3).code("1").bits(127, 7).code("1").bits(
          127, 7),
      malformed},
-    {"dynamic", dynamicBlock(threeCodes, {1, 1}).code("0").code("11").code("0").code("10"), sound},
+    {"dynamic", dynamicBlock(threeCodes, {1, 1}).code("0").code("11").code("0").code("10"), valid},
     {"no code for the end", dynamicBlock({{'a', {1, 1}}}, {1, 1}), malformed},
     {"over-subscribed literals", dynamicBlock({{'a', {1, 1}}, {256, {1}}}, {1, 1}), malformed},
     {"incomplete literals", dynamicBlock({{'a', {2}}, {256, {2}}}, {1, 1}), malformed},
-    {"the end alone, of 1 bit", dynamicBlock({{256, {1}}}, {1, 1}).code("0"), sound},
+    {"the end alone, of 1 bit", dynamicBlock({{256, {1}}}, {1, 1}).code("0"), valid},
     {"the end alone, the other code", dynamicBlock({{256, {1}}}, {1, 1}).code("1"), malformed},
     {"the end alone, of 2 bits", dynamicBlock({{256, {2}}}, {1, 1}), malformed},
-    {"no distances, none used", dynamicBlock(threeCodes, {0}).code("0").code("10"), sound},
+    {"no distances, none used", dynamicBlock(threeCodes, {0}).code("0").code("10"), valid},
     {"no distances, one used", dynamicBlock(threeCodes, {0}).code("0").code("11"), malformed},
     {"one distance", dynamicBlock(threeCodes, {1}).code("0").code("11").code("0").code("10"),
-     sound},
+     valid},
     {"one distance, the other used", dynamicBlock(threeCodes, {1}).code("0").code("11").code("1"),
      malformed},
     {"one distance of 2 bits", dynamicBlock(threeCodes, {2}), malformed},
@@ -146,7 +147,7 @@ const Case cases[] = {
     {"literals of up to 15 bits without the end",
      dynamicBlock({{0, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 15}}}, {1, 1}),
      malformed},
-    {"the longest symbols", longestSymbols(), sound},
+    {"the longest symbols", longestSymbols(), valid},
     {"codes of 15 bits",
      dynamicBlock({{'a', {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14}}, {256, {15, 15}}}, {1, 1})
          .code("0")
@@ -154,10 +155,10 @@ const Case cases[] = {
          .code("111111111111111")
          .code("1")
          .code("111111111111110"),
-     sound},
+     valid},
 };
 
-TEST(InflateHostile, TellsSoundAndMalformedStreamsApart) {
+TEST(InflateHostile, TellsValidAndMalformedStreamsApart) {
     for (const Case& c : cases) {
         Bytes stream = c.stream.done();
         const std::size_t length = stream.size();
@@ -168,7 +169,7 @@ TEST(InflateHostile, TellsSoundAndMalformedStreamsApart) {
         for (const std::size_t piece : {std::size_t{1}, stream.size()}) {
             const Inflated found = inflatedInPieces(stream, capacity, piece, capacity);
             EXPECT_EQ(found.verdict, c.expected) << c.name;
-            if (c.expected == sound) {
+            if (c.expected == valid) {
                 EXPECT_EQ(found, byZlib) << c.name;
                 EXPECT_EQ(found.taken, length) << c.name;
             }
@@ -176,8 +177,8 @@ TEST(InflateHostile, TellsSoundAndMalformedStreamsApart) {
     }
 }
 
-// After an error the arguments are as before the call, the work buffer is not: the call is made
-// again as it was, then with every mode, which may end anyhow.
+// After an error the arguments are unchanged, but not the work buffer: the call is repeated, then
+// made with every mode; any status will do.
 TEST(InflateHostile, KeepsToItsWorkBufferWhenCalledAgainAfterAnError) {
     for (const Case& c : cases) {
         Bytes stream = c.stream.done();
@@ -213,8 +214,8 @@ TEST(InflateHostile, KeepsToItsWorkBufferWhenCalledAgainAfterAnError) {
 TEST(InflateHostile, WantsMoreOfAStreamCutOffAnywhere) {
     Bytes data = textBytes(2000);
     data.insert(data.begin() + 1000, 1000, 'r'); // matches of 258
-    for (const DeflateWay& way : {DeflateWay{0}, DeflateWay{6, Z_FIXED}, DeflateWay{9}}) {
-        const Bytes stream = deflated(data, way);
+    for (const ZlibOptions& options : {ZlibOptions{0}, ZlibOptions{6, Z_FIXED}, ZlibOptions{9}}) {
+        const Bytes stream = deflated(data, options);
         for (std::size_t n = 0; n < stream.size(); ++n) {
             Bytes part(stream.begin(), stream.begin() + static_cast<std::ptrdiff_t>(n));
             part.reserve(1);
@@ -229,8 +230,8 @@ TEST(InflateHostile, WantsMoreOfAStreamCutOffAnywhere) {
     }
 }
 
-// Guards around both buffers. The zeros that follow make an end of every stream.
-TEST(InflateHostile, JudgesDamagedStreamsAsZlibDoes) {
+// Guards around both buffers. The zeros appended complete every stream.
+TEST(InflateHostile, AgreesWithZlibOnDamagedStreams) {
     constexpr std::size_t capacity = 40000;
     const Bytes data = textBytes(4000);
     const GuardedBlock dst(capacity);
@@ -257,15 +258,15 @@ TEST(InflateHostile, JudgesDamagedStreamsAsZlibDoes) {
         if (verdict != malformed) {
             ASSERT_EQ(Bytes(dst.data(), out), expected.data);
         }
-        if (verdict == sound) {
+        if (verdict == valid) {
             ASSERT_EQ(static_cast<std::size_t>(next - src.data()), expected.taken);
         }
     }
-    EXPECT_GT(verdicts[static_cast<int>(sound)], 1000);
+    EXPECT_GT(verdicts[static_cast<int>(valid)], 1000);
     EXPECT_GT(verdicts[static_cast<int>(malformed)], 1000);
 }
 
-// The call with each argument in its place, for changing one of them.
+// The arguments of a valid call, to change one of them.
 struct Arguments {
     explicit Arguments(const Bytes& stream)
         : src(stream.data()), srcLen(static_cast<int>(stream.size())) {}
@@ -288,7 +289,7 @@ struct Arguments {
     NtksInflateState state{};
 };
 
-TEST(InflateHostile, RefusesBadArgumentsAndLeavesThemAlone) {
+TEST(InflateHostile, RejectsBadArgumentsAndLeavesThemAlone) {
     const Bytes fixed = fixedBlock().code("10010001").code("0000000").done();
     const Bytes dynamic = dynamicBlock(threeCodes, {1, 1}).code("0").code("10").done();
     const Ntk8u* const none = nullptr;
@@ -338,7 +339,7 @@ TEST(InflateHostile, RefusesBadArgumentsAndLeavesThemAlone) {
     EXPECT_EQ(ntksInflateGetSize_8u(nullptr), ntkStsNullPtr);
     EXPECT_EQ(ntksInflateInit_8u(&a.state, nullptr), ntkStsNullPtr);
     EXPECT_EQ(a.call(), ntkStsNoErr);
-    EXPECT_EQ(a.call(), ntkStsNoErr); // behind the end nothing is done
+    EXPECT_EQ(a.call(), ntkStsNoErr); // after the end nothing is done
     EXPECT_EQ(a.dstLen, 63);
 }
 

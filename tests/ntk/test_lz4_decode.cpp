@@ -1,4 +1,4 @@
-// The LZ4 decoder on sound, short, malformed and damaged blocks.
+// The LZ4 decoder on valid, malformed and damaged blocks, and on destinations that are too small.
 #include <gtest/gtest.h>
 
 #include <random>
@@ -36,16 +36,16 @@ const Case cases[] = {
      281,
      ntkStsNoErr,
      std::string(276, 'a') + "vwxyz"},
-    {"literals cut off", {0x50, 'a', 'b'}, 100, ntkStsBadSrcData, ""},
-    {"length cut off", {0xf0, 255, 255}, 1000, ntkStsBadSrcData, ""},
-    {"distance cut off", {0x10, 'a', 1}, 100, ntkStsBadSrcData, ""},
+    {"literals truncated", {0x50, 'a', 'b'}, 100, ntkStsBadSrcData, ""},
+    {"length truncated", {0xf0, 255, 255}, 1000, ntkStsBadSrcData, ""},
+    {"distance truncated", {0x10, 'a', 1}, 100, ntkStsBadSrcData, ""},
     {"distance before the data", {0x10, 'a', 2, 0, 0x50, 1, 2, 3, 4, 5}, 8, ntkStsBadSrcData, ""},
-    {"distance of nothing", {0x10, 'a', 0, 0, 0x50, 1, 2, 3, 4, 5}, 8, ntkStsBadSrcData, ""},
-    {"match length cut off", {0x1f, 'a', 1, 0, 255}, 1000, ntkStsBadSrcData, ""},
+    {"distance of 0", {0x10, 'a', 0, 0, 0x50, 1, 2, 3, 4, 5}, 8, ntkStsBadSrcData, ""},
+    {"match length truncated", {0x1f, 'a', 1, 0, 255}, 1000, ntkStsBadSrcData, ""},
     {"no literals at the end", {0x11, 'a', 1, 0}, 100, ntkStsBadSrcData, ""},
 };
 
-TEST(Lz4Decode, TellsSoundShortAndMalformedBlocksApart) {
+TEST(Lz4Decode, TellsValidShortAndMalformedBlocksApart) {
     for (const Case& c : cases) {
         const GuardedBlock block(c.block);
         const GuardedBlock dst(static_cast<std::size_t>(c.capacity));
@@ -60,7 +60,7 @@ TEST(Lz4Decode, TellsSoundShortAndMalformedBlocksApart) {
     }
 }
 
-// Guards around both buffers; whatever the damage, a block is decoded or refused.
+// Guards around both buffers; whatever the damage, a block is decoded or rejected.
 TEST(Lz4Decode, StaysWithinItsBuffersOnDamagedBlocks) {
     Lz4Tables tables;
     const Bytes bytes = textBytes(2000);
@@ -72,7 +72,7 @@ TEST(Lz4Decode, StaysWithinItsBuffersOnDamagedBlocks) {
     const GuardedBlock src(block.size());
     const GuardedBlock dst(std::size_t{2000});
     std::mt19937 generator(3);
-    int refused = 0;
+    int rejected = 0;
     for (int round = 0; round < 3000; ++round) {
         std::copy(block.begin(), block.end(), src.data());
         for (int damage = 0; damage <= round % 4; ++damage) {
@@ -84,12 +84,12 @@ TEST(Lz4Decode, StaysWithinItsBuffersOnDamagedBlocks) {
             ntksDecodeLZ4_8u(src.data() + cut, src.size() - cut, dst.data(), &length);
         ASSERT_TRUE(status == ntkStsNoErr || status == ntkStsBadSrcData ||
                     status == ntkStsDstTooSmall);
-        refused += status == ntkStsNoErr ? 0 : 1;
+        rejected += status == ntkStsNoErr ? 0 : 1;
     }
-    EXPECT_GT(refused, 1000);
+    EXPECT_GT(rejected, 1000);
 }
 
-TEST(Lz4Decode, RefusesBadArguments) {
+TEST(Lz4Decode, RejectsBadArguments) {
     const Ntk8u block[] = {0x10, 'a'};
     Ntk8u dst[4] = {};
     int length = 4;

@@ -1,4 +1,4 @@
-// LZ4 encoders with a dictionary, and what they do with tables that do not fit the call.
+// LZ4 encoders with a dictionary, and with tables that do not fit the call.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -7,12 +7,13 @@
 #include "dc/lz4/indexscan.h"
 #include "dc/lz4/tables.h"
 #include "guarded.h"
+#include "kernels.h"
 #include "lz4calls.h"
 
 namespace {
 
-// The second half of the data is encoded after the first, with the first as dictionary: none of
-// it, where it lies, or a copy elsewhere.
+// The second half of the data is encoded after the first, without a dictionary, or with the first
+// half as dictionary: in place, or a copy elsewhere.
 enum class Mode { none, inPlace, elsewhere };
 constexpr Mode modes[] = {Mode::none, Mode::inPlace, Mode::elsewhere};
 
@@ -53,7 +54,7 @@ void prime(const Lz4Encoder& encoder, const Halves& h, Lz4Tables& tables) {
 }
 
 // Encodes the second half and checks that the block decodes to it with the dictionary of the mode
-// and, of a table of any use, not without.
+// and, unless the table is useless, not without it.
 int encodedLength(const Lz4Encoder& encoder, const Halves& h, Mode mode, Lz4Tables& tables,
                   bool tableIsOfUse = true) {
     const GuardedBlock dst(static_cast<std::size_t>(LZ4_compressBound(h.data.size())));
@@ -98,8 +99,8 @@ TEST(Lz4Dict, HandlesTheSmallestData) {
     }
 }
 
-// The data that the table has seen are gone; a second call finds it at a position that does not
-// fit and makes it anew.
+// The data that the table has seen are inaccessible; a second call finds the table at a position
+// that does not fit and rebuilds it.
 TEST(Lz4Dict, KeepsNoPointerToAnEarlierSource) {
     const Bytes bytes = textBytes(20000);
     const Halves h(bytes);
@@ -156,7 +157,7 @@ TEST(Lz4Dict, StopsAtAFullDestinationWithADictionary) {
     });
 }
 
-// Sequences that were in the destination before, true or not; liblz4 is not asked at all.
+// Sequences that are already in the destination, correct or not, without a call of liblz4.
 TEST(Lz4Fill, KeepsOnlyWhatIsProven) {
     const GuardedBlock mixed(Bytes{'a', 'b', 'a', 'b', 'a', 'b', 'a', 'b', '0', '1', '2', '3',
                                    '4', '5', '6', '7', '8', '9', 'x', 'y', 'z', 'x', 'y', 'z'});
@@ -171,7 +172,7 @@ TEST(Lz4Fill, KeepsOnlyWhatIsProven) {
         {"true", mixed, {0x22, 'a', 'b', 2, 0}, 22},
         {"other literals", mixed, {0x22, 'a', 'c', 2, 0}, 18},
         {"other match", mixed, {0x22, 'a', 'b', 1, 0}, 18},
-        {"distance of nothing", mixed, {0x22, 'a', 'b', 0, 0}, 18},
+        {"distance of 0", mixed, {0x22, 'a', 'b', 0, 0}, 18},
         {"distance before everything", mixed, {0x22, 'a', 'b', 9, 0}, 18},
         {"match past the end", run, {0x1f, 'r', 1, 0, 10}, 18},
     };
@@ -203,8 +204,9 @@ TEST(Lz4Tables, OfAnyContentsAreSafe) {
     }
 }
 
-// The worst case: the position fits, but the rest is not what the last call left.
+// The worst case: the position fits, but the rest is not what the previous call left.
 TEST(Lz4Tables, AreNotTrustedForTheirPosition) {
+    using namespace ntk;
     using namespace ntk::lz4;
     const Halves h(textBytes(3000));
     const auto first = static_cast<Ntk32u>(h.first);
@@ -212,21 +214,21 @@ TEST(Lz4Tables, AreNotTrustedForTheirPosition) {
         for (const Mode mode : {Mode::inPlace, Mode::elsewhere}) {
             SCOPED_TRACE(index);
             Lz4Tables tables;
-            auto& table = tableIn<HashTable>(tables.hash());
+            auto& table = stateIn<HashTable>(tables.hash());
             prime(lz4Dict, h, tables);
             ASSERT_EQ(table.position, h.first);
             std::fill_n(table.stream.internal_donotuse.hashTable, LZ4_HASH_SIZE_U32, index);
             encodedLength(lz4Dict, h, mode, tables);
 
-            auto& stream = tableIn<HcState>(tables.hc()[0]).stream.internal_donotuse;
-            auto& record = tableIn<HcRecord>(tables.hc()[1]);
+            auto& stream = stateIn<HcState>(tables.hc()[0]).stream.internal_donotuse;
+            auto& record = stateIn<HcRecord>(tables.hc()[1]);
             prime(lz4Hc, h, tables);
             ASSERT_EQ(record.position, h.first);
             std::fill_n(stream.hashTable, LZ4HC_HASHTABLESIZE, index + 65536);
             stream.nextToUpdate = index;
             encodedLength(lz4Hc, h, mode, tables, false);
 
-            // All positions a little above the lowest one in use, all links far below it.
+            // All positions just above the lowest one in use, all links far below it.
             tables.clear();
             prime(lz4Hc, h, tables);
             record.endIndex = index;
@@ -238,21 +240,19 @@ TEST(Lz4Tables, AreNotTrustedForTheirPosition) {
 }
 
 TEST(Lz4Tables, ScanFindsAnIndexAboveTheLimitAnywhere) {
-    for (const auto& candidate : ntk::lz4::noneAbove.candidates()) {
-        Ntk64u machine = 0;
-        ntkGetCpuFeatures(&machine, nullptr);
-        if (ntk::isEligible(candidate, machine, machine)) {
-            std::vector<Ntk32u> words(128, 1000);
-            EXPECT_TRUE(candidate.run(words.data(), words.size(), 1000)) << candidate.name;
+    forEachKernel(ntk::lz4::noneAbove, [](ntk::lz4::IndexScanFunction& noneAbove) {
+        for (const Ntk32u limit : {1000U, 0x7ffffffeU}) {
+            std::vector<Ntk32u> words(128, limit);
+            EXPECT_TRUE(noneAbove(words.data(), words.size(), limit));
             for (Ntk32u& word : words) {
-                for (const Ntk32u bad : {1001U, 0x7fffffffU, 0x80000000U, ~0U}) {
+                for (const Ntk32u bad : {limit + 1, 0x7fffffffU, 0x80000000U, ~0U}) {
                     word = bad;
-                    EXPECT_FALSE(candidate.run(words.data(), words.size(), 1000)) << bad;
+                    EXPECT_FALSE(noneAbove(words.data(), words.size(), limit)) << bad;
                 }
-                word = 1000;
+                word = limit;
             }
         }
-    }
+    });
 }
 
 } // namespace

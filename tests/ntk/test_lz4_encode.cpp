@@ -12,7 +12,7 @@ int intSize(const Bytes& bytes) {
     return static_cast<int>(bytes.size());
 }
 
-// Encodes into a destination of just this capacity, with empty tables.
+// Encodes into the whole destination, with empty tables.
 NtkStatus encodeInto(const GuardedBlock& dst, const Lz4Encoder& encoder, const GuardedBlock& src,
                      Lz4Call& call) {
     static Lz4Tables tables;
@@ -60,7 +60,7 @@ TEST(Lz4Encode, RoundTripsAndFillsADestinationExactly) {
     }
 }
 
-// Cut into blocks of every capacity, the pieces together are the source again.
+// Encoded in blocks of every capacity; together, they decode to the source.
 TEST(Lz4Encode, StopsAtAFullDestinationOfAnySize) {
     Lz4Tables tables;
     for (const Bytes& bytes : {textBytes(900), randomBytes(700), Bytes(9000, 'r')}) {
@@ -85,7 +85,7 @@ TEST(Lz4Encode, StopsAtAFullDestinationOfAnySize) {
     }
 }
 
-// What is kept of a given-up block must be nearly all that fits, not just literals.
+// What is kept of an abandoned block must be nearly all that fits, not just literals.
 TEST(Lz4Encode, AFullDestinationHoldsAboutAsMuchAsItCould) {
     const Bytes bytes = textBytes(60000);
     const GuardedBlock whole(std::size_t{70000});
@@ -119,7 +119,7 @@ TEST(Lz4Encode, TakesEveryLevelOfTheThoroughSearch) {
     }
 }
 
-TEST(Lz4Encode, RefusesBadArgumentsAndTouchesNothing) {
+TEST(Lz4Encode, RejectsBadArgumentsAndTouchesNothing) {
     Lz4Tables tables;
     const Bytes src = textBytes(100);
     Bytes dst(200, 0x55);

@@ -1,5 +1,5 @@
-// LZO against liblzo2, which decodes what the library encodes and the other way round; split
-// streams; damaged streams.
+// LZO against liblzo2, which decodes what the library encodes and vice versa; frames; malformed and
+// damaged streams.
 #include <gtest/gtest.h>
 
 #include <lzo/lzo1x.h>
@@ -31,12 +31,12 @@ Bytes preparedState(NtkLZOMethod method, std::size_t size) {
     Ntk32u stateBytes = 0;
     EXPECT_EQ(ntksEncodeLZOGetSize(method, longest, &stateBytes), ntkStsNoErr);
     Bytes state(stateBytes + 1);
-    state.erase(state.begin()); // still of no alignment that counts
+    state.erase(state.begin()); // the result is aligned for bytes only
     EXPECT_EQ(ntksEncodeLZOInit_8u(method, longest, state.data()), ntkStsNoErr);
     return state;
 }
 
-// The stream, in a destination of so many bytes; empty when it does not fit.
+// The stream, in a destination of this capacity; empty if it does not fit.
 Bytes encoded(NtkLZOMethod method, const Bytes& data, std::size_t capacity) {
     Bytes state = preparedState(method, data.size());
     const GuardedBlock dst(capacity);
@@ -55,13 +55,13 @@ Bytes encoded(NtkLZOMethod method, const Bytes& data) {
     return encoded(method, data, 2 * data.size() + 6000);
 }
 
-// What liblzo2 makes of it; "refused" when it does not end well.
+// The data that liblzo2 decodes; "rejected" if it reports an error.
 Bytes decodedByLiblzo2(const Ntk8u* stream, std::size_t length, std::size_t capacity) {
     Bytes data(capacity + 1);
     lzo_uint dataLen = capacity;
     const int result = lzo1x_decompress_safe(stream, length, data.data(), &dataLen, nullptr);
     data.resize(dataLen);
-    return result == LZO_E_OK ? data : Bytes{'r', 'e', 'f', 'u', 's', 'e', 'd'};
+    return result == LZO_E_OK ? data : Bytes{'r', 'e', 'j', 'e', 'c', 't', 'e', 'd'};
 }
 
 NtkStatus decode(Decode decoder, const Bytes& stream, Bytes& data) {
@@ -124,7 +124,7 @@ TEST(Lzo, MethodsDiffer) {
     EXPECT_EQ(encoded(ntkLZOMT, data), st); // on one thread
 }
 
-// A frame is taken apart here as its format says, and liblzo2 decodes the pieces.
+// The test parses the frame, and liblzo2 decodes the pieces.
 TEST(Lzo, AFrameHoldsAStreamPerThread) {
     const struct {
         int threads;
@@ -197,8 +197,8 @@ TEST(Lzo, JobsAreSharedOutOnlyOverThreadsAllowed) {
     }
 }
 
-// A frame of pieces that are "ab" each, of which the lengths told may be wrong.
-Bytes frame(Ntk32u count, Ntk32u told, Ntk32u decodedLen, const Bytes& piece, Ntk32u pieces) {
+// A frame of equal pieces, whose lengths in the table may be wrong.
+Bytes frame(Ntk32u count, Ntk32u encodedLen, Ntk32u decodedLen, const Bytes& piece, Ntk32u pieces) {
     Bytes bytes = {0x11, 0, 0};
     const auto add = [&](Ntk32u value) {
         for (int i = 0; i < 4; ++i) {
@@ -207,7 +207,7 @@ Bytes frame(Ntk32u count, Ntk32u told, Ntk32u decodedLen, const Bytes& piece, Nt
     };
     add(count);
     for (Ntk32u i = 0; i < pieces; ++i) {
-        add(told);
+        add(encodedLen);
         add(decodedLen);
     }
     for (Ntk32u i = 0; i < pieces; ++i) {
@@ -224,27 +224,27 @@ TEST(Lzo, TellsMalformedStreams) {
         NtkStatus expected;
     } cases[] = {
         {"nothing", {}, ntkStsBadSrcData},
-        {"cut off in the end marker", {0x11, 0}, ntkStsBadSrcData},
+        {"truncated in the end marker", {0x11, 0}, ntkStsBadSrcData},
         {"empty data", {0x11, 0, 0}, ntkStsNoErr},
         {"two bytes", ab, ntkStsNoErr},
         {"more after the end", {0x13, 'a', 'b', 0x11, 0, 0, 0}, ntkStsBadSrcData},
         {"distance before the start", {0x12, 'a', 0x40, 0x01, 0x11, 0, 0}, ntkStsBadSrcData},
         {"no end marker", {0x13, 'a', 'b'}, ntkStsBadSrcData},
-        {"literals cut off", {0x20, 'a', 'b'}, ntkStsBadSrcData},
+        {"literals truncated", {0x20, 'a', 'b'}, ntkStsBadSrcData},
         {"endless length", Bytes(200, 0), ntkStsBadSrcData},
         {"frame of two pieces", frame(2, 6, 2, ab, 2), ntkStsNoErr},
         {"frame without a table", {0x11, 0, 0, 2, 0, 0, 0}, ntkStsBadSrcData},
-        {"frame cut off in the count", {0x11, 0, 0, 2, 0}, ntkStsBadSrcData},
+        {"frame truncated in the count", {0x11, 0, 0, 2, 0}, ntkStsBadSrcData},
         {"frame of no pieces", frame(0, 6, 2, ab, 0), ntkStsBadSrcData},
         {"frame of one piece", frame(1, 6, 2, ab, 1), ntkStsBadSrcData},
         {"frame of 65 pieces", frame(65, 6, 1, {0x12, 'a', 0x11, 0, 0}, 65), ntkStsBadSrcData},
-        {"more pieces told than there", frame(3, 6, 2, ab, 2), ntkStsBadSrcData},
-        {"count beyond memory", frame(0xffffffff, 6, 2, ab, 2), ntkStsBadSrcData},
-        {"streams longer than told", frame(2, 5, 2, ab, 2), ntkStsBadSrcData},
-        {"streams shorter than told", frame(2, 7, 2, ab, 2), ntkStsBadSrcData},
+        {"more pieces in the table than follow", frame(3, 6, 2, ab, 2), ntkStsBadSrcData},
+        {"count beyond all memory", frame(0xffffffff, 6, 2, ab, 2), ntkStsBadSrcData},
+        {"streams longer than in the table", frame(2, 5, 2, ab, 2), ntkStsBadSrcData},
+        {"streams shorter than in the table", frame(2, 7, 2, ab, 2), ntkStsBadSrcData},
         {"lengths that overflow", frame(2, 0x80000006, 2, ab, 2), ntkStsBadSrcData},
-        {"less data told", frame(2, 6, 1, ab, 2), ntkStsBadSrcData},
-        {"more data told", frame(2, 6, 3, ab, 2), ntkStsBadSrcData},
+        {"shorter data in the table", frame(2, 6, 1, ab, 2), ntkStsBadSrcData},
+        {"longer data in the table", frame(2, 6, 3, ab, 2), ntkStsBadSrcData},
         {"more data than room", frame(2, 6, 50, ab, 2), ntkStsDstTooSmall},
         {"data that overflow", frame(2, 6, 0x80000000, ab, 2), ntkStsDstTooSmall},
         {"frame in a frame", frame(2, 35, 4, frame(2, 6, 2, ab, 2), 2), ntkStsBadSrcData},
@@ -257,36 +257,36 @@ TEST(Lzo, TellsMalformedStreams) {
     }
 }
 
-// After three bytes it is the empty stream.
-TEST(Lzo, RefusesAFrameCutAnywhereElse) {
-    const Bytes sound = frame(2, 6, 2, {0x13, 'a', 'b', 0x11, 0, 0}, 2);
-    for (std::ptrdiff_t cut = 0; cut < static_cast<std::ptrdiff_t>(sound.size()); ++cut) {
+// The first three bytes are the empty stream.
+TEST(Lzo, RejectsAFrameCutAnywhereElse) {
+    const Bytes valid = frame(2, 6, 2, {0x13, 'a', 'b', 0x11, 0, 0}, 2);
+    for (std::ptrdiff_t cut = 0; cut < static_cast<std::ptrdiff_t>(valid.size()); ++cut) {
         for (const Decode decoder : decoders) {
             Bytes data(4);
             const NtkStatus expected = cut == 3 ? ntkStsNoErr : ntkStsBadSrcData;
-            EXPECT_EQ(decode(decoder, Bytes(sound.begin(), sound.begin() + cut), data), expected)
+            EXPECT_EQ(decode(decoder, Bytes(valid.begin(), valid.begin() + cut), data), expected)
                 << cut;
             EXPECT_EQ(data.size(), cut == 3 ? 0U : 4U) << cut;
         }
     }
 }
 
-// Guards around both buffers; whatever the damage, a stream is decoded or refused.
+// Guards around both buffers; whatever the damage, a stream is decoded or rejected.
 TEST(Lzo, StaysWithinItsBuffersOnDamagedStreams) {
     const Bytes text = textBytes(70000);
     const Threads threads(2);
-    for (const Bytes& sound : {encoded(ntkLZOST, textBytes(2000)), encoded(ntkLZOMT, text)}) {
-        const bool isLong = sound.size() > 5000;
-        for (std::size_t cut = 0; cut < sound.size(); cut += isLong && cut > 30 ? 97 : 1) {
+    for (const Bytes& valid : {encoded(ntkLZOST, textBytes(2000)), encoded(ntkLZOMT, text)}) {
+        const bool isLong = valid.size() > 5000;
+        for (std::size_t cut = 0; cut < valid.size(); cut += isLong && cut > 30 ? 97 : 1) {
             Bytes data(70000);
-            const Bytes stream(sound.begin(), sound.begin() + static_cast<std::ptrdiff_t>(cut));
+            const Bytes stream(valid.begin(), valid.begin() + static_cast<std::ptrdiff_t>(cut));
             if (cut != 3 || !isLong) { // where the frame's empty stream ends
                 EXPECT_EQ(decode(ntksDecodeLZO_8u, stream, data), ntkStsBadSrcData) << cut;
             }
         }
         std::mt19937 generator(5);
         for (int round = 0; round < (isLong ? 200 : 3000); ++round) {
-            Bytes stream = round % 3 == 0 ? randomBytes(300, generator()) : sound;
+            Bytes stream = round % 3 == 0 ? randomBytes(300, generator()) : valid;
             for (int damage = 0; damage <= round % 4; ++damage) {
                 const std::size_t reach = round % 2 ? stream.size() : 25;
                 stream[generator() % reach] = static_cast<Ntk8u>(generator());
@@ -299,7 +299,7 @@ TEST(Lzo, StaysWithinItsBuffersOnDamagedStreams) {
     }
 }
 
-TEST(Lzo, RefusesBadArguments) {
+TEST(Lzo, RejectsBadArguments) {
     Ntk32u size = 0;
     const auto noMethod = static_cast<NtkLZOMethod>(3);
     EXPECT_EQ(ntksEncodeLZOGetSize(ntkLZOST, 1, nullptr), ntkStsNullPtr);

@@ -1,124 +1,62 @@
-// LZSS against a plain decoder written from the format alone, cut in every way; damaged streams.
+// LZSS against a reference decoder, split in every way; malformed and damaged streams.
 #include <gtest/gtest.h>
 
+#include "callerblocks.h"
 #include "guarded.h"
 #include "ntkdc.h"
+#include "oracles/lzss.h"
+#include "pieces.h"
 #include "samples.h"
 
 namespace {
 
-Ntk8u nothing[1]; // where an empty buffer points
-
-// The stream of a format note: flags in a byte, a literal for 0, a match for 1. The whole stream at
-// once, byte by byte; the data so far when the stream breaks off.
-Bytes plainlyDecoded(const Bytes& stream) {
-    Bytes data;
-    std::size_t at = 0;
-    while (at < stream.size()) {
-        const int flags = stream[at++];
-        for (int bit = 0; bit < 8 && at < stream.size(); ++bit) {
-            if (!(flags & 1 << bit)) {
-                data.push_back(stream[at++]);
-                continue;
-            }
-            const unsigned pair = stream[at] + 256U * stream.at(at + 1);
-            at += 2;
-            if (pair == 0) {
-                break;
-            }
-            std::size_t distance = pair / 8;
-            std::size_t length = pair % 8 + 3;
-            if (pair % 8 == 7) {
-                const unsigned third = stream.at(at++);
-                distance += third % 2 * 8192;
-                length = 4 + third / 2;
-                if (third / 2 == 127) {
-                    length = 131U + stream.at(at++);
-                }
-            }
-            while (length-- > 0) {
-                data.push_back(data.at(data.size() - distance));
-            }
-        }
-    }
-    return data;
-}
-
-// A coder at work: feeds a call with pieces of at most srcCut bytes and room for dstCut, each piece
-// in memory of its own that faults outside and is gone after the call.
-struct Cuts {
-    std::size_t src;
-    std::size_t dst;
-};
+Ntk8u nothing[1]; // address of an empty buffer
 
 class Coder {
 public:
-    explicit Coder(NtkStatus (*init)(Ntk8u*)) {
-        int size = 0;
-        ntksLZSSGetSize_8u(&size);
-        m_state.resize(static_cast<std::size_t>(size) + 1, 0xa5);
+    explicit Coder(NtkStatus (*init)(Ntk8u*)) : m_state(blockFor(ntksLZSSGetSize_8u)) {
+        m_state.push_back(0);
         init(state());
     }
-    Ntk8u* state() { return m_state.data() + 1; }
+    Ntk8u* state() { return m_state.data() + 1; } // of no alignment
     Bytes& out() { return m_out; }
 
     using Call = NtkStatus (*)(Ntk8u**, int*, Ntk8u**, int*, Ntk8u*);
     // The status of the last call; stops at the first error.
-    NtkStatus feed(Call call, const Bytes& bytes, Cuts cuts) {
-        NtkStatus status = ntkStsNoErr;
-        std::size_t at = 0;
-        do {
-            const std::size_t count = std::min(cuts.src, bytes.size() - at);
-            const GuardedBlock src(Bytes(bytes.data() + at, bytes.data() + at + count));
-            Ntk8u* pSrc = src.data();
-            int srcLen = src.size();
-            status = step(cuts.dst, [&](Ntk8u** dst, int* dstLen) {
-                return call(&pSrc, &srcLen, dst, dstLen, state());
-            });
-            EXPECT_EQ(pSrc + srcLen, src.data() + src.size());
-            at += count - static_cast<std::size_t>(srcLen);
-        } while (status >= 0 && (at < bytes.size() || status == ntkStsDstFull));
-        return status;
+    NtkStatus feed(Call call, const Bytes& bytes, Pieces pieces) {
+        return runInPieces(bytes, pieces, m_out,
+                           [&](Ntk8u** src, int* srcLen, Ntk8u** dst, int* dstLen) {
+                               const NtkStatus status = call(src, srcLen, dst, dstLen, state());
+                               EXPECT_TRUE(status != ntkStsDstFull || *dstLen == 0);
+                               return status;
+                           });
     }
-    void flush(std::size_t dstCut) {
-        while (step(dstCut, [&](Ntk8u** dst, int* dstLen) {
-                   return ntksEncodeLZSSFlush_8u(dst, dstLen, state());
-               }) == ntkStsDstFull) {
-        }
+    void flush(std::size_t dstPiece) {
+        const auto call = [](Ntk8u**, int*, Ntk8u** dst, int* dstLen, Ntk8u* state) {
+            return ntksEncodeLZSSFlush_8u(dst, dstLen, state);
+        };
+        EXPECT_EQ(feed(call, {}, {1, dstPiece}), ntkStsNoErr);
     }
 
 private:
-    template <class Call> NtkStatus step(std::size_t capacity, Call call) {
-        const GuardedBlock dst(capacity);
-        Ntk8u* pDst = dst.data();
-        int dstLen = dst.size();
-        const NtkStatus status = call(&pDst, &dstLen);
-        EXPECT_EQ(pDst + dstLen, dst.data() + dst.size());
-        EXPECT_TRUE(status != ntkStsDstFull || dstLen == 0);
-        m_out.insert(m_out.end(), dst.data(), pDst);
-        return status;
-    }
-
     Bytes m_state;
     Bytes m_out;
 };
 
-constexpr std::size_t whole = 1 << 22;
-
-Bytes encoded(const Bytes& data, Cuts cuts = {whole, whole}) {
+Bytes encoded(const Bytes& data, Pieces pieces = {whole, whole}) {
     Coder encoder(ntksEncodeLZSSInit_8u);
-    EXPECT_EQ(encoder.feed(ntksEncodeLZSS_8u, data, cuts), ntkStsNoErr);
-    encoder.flush(cuts.dst);
+    EXPECT_EQ(encoder.feed(ntksEncodeLZSS_8u, data, pieces), ntkStsNoErr);
+    encoder.flush(pieces.dst);
     return encoder.out();
 }
 
-Bytes decoded(const Bytes& stream, Cuts cuts = {whole, whole}) {
+Bytes decoded(const Bytes& stream, Pieces pieces = {whole, whole}) {
     Coder decoder(ntksDecodeLZSSInit_8u);
-    EXPECT_EQ(decoder.feed(ntksDecodeLZSS_8u, stream, cuts), ntkStsNoErr);
+    EXPECT_EQ(decoder.feed(ntksDecodeLZSS_8u, stream, pieces), ntkStsNoErr);
     return decoder.out();
 }
 
-// Text, runs, noise and repeats across the window, several buffers long.
+// Text, runs, random bytes and repeats across the window, several buffers long.
 Bytes mixedBytes() {
     Bytes all;
     for (unsigned i = 0; i < 12; ++i) {
@@ -135,7 +73,7 @@ TEST(Lzss, AnotherDecoderRestoresTheStreams) {
     all.push_back({"mixed", mixedBytes()});
     for (const Sample& sample : all) {
         const Bytes stream = encoded(sample.bytes);
-        EXPECT_TRUE(plainlyDecoded(stream) == sample.bytes) << sample.name;
+        EXPECT_TRUE(oracle::lzssDecoded(stream) == sample.bytes) << sample.name;
         EXPECT_TRUE(decoded(stream) == sample.bytes) << sample.name;
         EXPECT_LE(stream.size(), sample.bytes.size() * 9 / 8 + 4) << sample.name;
     }
@@ -146,18 +84,17 @@ TEST(Lzss, CutsChangeNothing) {
     const Bytes small = textBytes(3000);
     const struct {
         const Bytes& data;
-        Cuts cuts;
+        Pieces pieces;
     } cases[] = {{small, {1, 1}},       {small, {1, whole}},    {small, {whole, 1}},
                  {mixed, {4096, 1000}}, {mixed, {777, 100000}}, {mixed, {100000, 4096}}};
     for (const auto& c : cases) {
         const Bytes stream = encoded(c.data);
-        EXPECT_TRUE(encoded(c.data, c.cuts) == stream) << c.cuts.src << " " << c.cuts.dst;
-        EXPECT_TRUE(decoded(stream, c.cuts) == c.data) << c.cuts.src << " " << c.cuts.dst;
+        EXPECT_TRUE(encoded(c.data, c.pieces) == stream) << c.pieces.src << " " << c.pieces.dst;
+        EXPECT_TRUE(decoded(stream, c.pieces) == c.data) << c.pieces.src << " " << c.pieces.dst;
     }
 }
 
-// 16383 bytes back are in reach, 16384 are not: from 16384 bytes on, data passed again do not meet
-// themselves.
+// 16383 bytes back are in reach, 16384 are not.
 TEST(Lzss, FindsMatchesAcrossTheWindow) {
     for (const auto& [distance, isFound] : {std::pair{8191, true}, {16383, true}, {16384, false}}) {
         Bytes data = randomBytes(static_cast<std::size_t>(distance));
@@ -172,27 +109,27 @@ TEST(Lzss, FindsMatchesAcrossTheWindow) {
 
 TEST(Lzss, GoesOnAfterAFlush) {
     const Bytes text = textBytes(1000);
-    for (const std::size_t dstCut : {std::size_t{1}, whole}) {
+    for (const std::size_t dstPiece : {std::size_t{1}, whole}) {
         Coder encoder(ntksEncodeLZSSInit_8u);
         Bytes data;
         for (int i = 0; i < 200; ++i) {
             const Bytes part(text.begin(), text.begin() + i);
-            encoder.feed(ntksEncodeLZSS_8u, part, {7, dstCut});
+            encoder.feed(ntksEncodeLZSS_8u, part, {7, dstPiece});
             data.insert(data.end(), part.begin(), part.end());
-            encoder.flush(dstCut);
+            encoder.flush(dstPiece);
             const std::size_t length = encoder.out().size();
-            encoder.flush(dstCut);
+            encoder.flush(dstPiece);
             EXPECT_EQ(encoder.out().size(), length);
             if (i % 20 == 0) {
-                EXPECT_TRUE(plainlyDecoded(encoder.out()) == data) << i;
+                EXPECT_TRUE(oracle::lzssDecoded(encoder.out()) == data) << i;
             }
         }
         EXPECT_TRUE(decoded(encoder.out()) == data);
     }
 }
 
-// The state as a benchmark uses it: the same data again and again, no flush, gigabytes in the end.
-// Positions that ran over would break the stream long before.
+// As a benchmark uses the state: the same data again and again without a flush. Positions that
+// overflow would break the stream.
 TEST(Lzss, AnEncoderThatIsNeverResetGoesOn) {
     const Bytes text = textBytes(100000);
     Coder encoder(ntksEncodeLZSSInit_8u);
@@ -202,7 +139,7 @@ TEST(Lzss, AnEncoderThatIsNeverResetGoesOn) {
         data.insert(data.end(), text.begin(), text.end());
     }
     encoder.flush(whole);
-    EXPECT_TRUE(plainlyDecoded(encoder.out()) == data);
+    EXPECT_TRUE(oracle::lzssDecoded(encoder.out()) == data);
 }
 
 struct Case {
@@ -226,15 +163,15 @@ const Case cases[] = {
     {"longest of all", {2, 'a', 1 << 3 | 7, 0, 254, 255}, ntkStsNoErr, std::string(387, 'a')},
     {"end of a group", {2, 'a', 0, 0, 0, 'b'}, ntkStsNoErr, "ab"},
     {"ends of groups alone", {1, 0, 0, 255, 0, 0}, ntkStsNoErr, ""},
-    {"match cut off", {2, 'a', 1 << 3 | 7, 0}, ntkStsNoErr, "a"},
-    {"distance of nothing", {2, 'a', 1, 0}, ntkStsBadSrcData, ""},
-    {"long distance of nothing", {2, 'a', 7, 0, 8}, ntkStsBadSrcData, ""},
+    {"match truncated", {2, 'a', 1 << 3 | 7, 0}, ntkStsNoErr, "a"},
+    {"distance of 0", {2, 'a', 1, 0}, ntkStsBadSrcData, ""},
+    {"long distance of 0", {2, 'a', 7, 0, 8}, ntkStsBadSrcData, ""},
     {"before the start", {2, 'a', 2 << 3, 0}, ntkStsBadSrcData, ""},
     {"match first", {1, 1 << 3, 0}, ntkStsBadSrcData, ""},
     {"far before the start", {2, 'a', 1 << 3 | 7, 0, 1}, ntkStsBadSrcData, ""},
 };
 
-// Each with and without groups after it, which let the decoder take it at one go.
+// Each with and without groups after it; with them, the decoder takes whole groups.
 TEST(Lzss, TellsMalformedStreams) {
     for (const Case& c : cases) {
         for (const std::size_t cut : {std::size_t{1}, whole}) {
@@ -248,11 +185,11 @@ TEST(Lzss, TellsMalformedStreams) {
             }
         }
         Bytes longer = c.stream;
-        longer.resize(longer.size() + 90); // literals 0, or what completes a token
+        longer.resize(longer.size() + 90); // literals of 0, or the rest of a token
         Coder decoder(ntksDecodeLZSSInit_8u);
         EXPECT_EQ(decoder.feed(ntksDecodeLZSS_8u, longer, {whole, whole}), c.expected) << c.name;
         if (c.expected == ntkStsNoErr) {
-            EXPECT_TRUE(decoder.out() == plainlyDecoded(longer)) << c.name;
+            EXPECT_TRUE(decoder.out() == oracle::lzssDecoded(longer)) << c.name;
         }
     }
 }
@@ -266,21 +203,20 @@ TEST(Lzss, AStreamCutOffGivesTheDataBefore) {
         ASSERT_LE(got.size(), data.size());
         ASSERT_TRUE(std::equal(got.begin(), got.end(), data.begin())) << cut;
     }
-    EXPECT_TRUE(decoded(stream, {whole, data.size()}) == data); // room for the data and no more
+    EXPECT_TRUE(decoded(stream, {whole, data.size()}) == data); // exactly the room needed
 }
 
-// Guards around both buffers and the state's end; damage is decoded, refused, or told by the
-// length alone.
+// Guards around both buffers and the state; a damaged stream is decoded, rejected, or truncated.
 TEST(Lzss, StaysWithinItsBuffersOnDamagedStreams) {
-    const Bytes sound = encoded(mixedBytes());
+    const Bytes valid = encoded(mixedBytes());
     int size = 0;
     ntksLZSSGetSize_8u(&size);
     const GuardedBlock state(static_cast<std::size_t>(size));
     const GuardedBlock dst(std::size_t{1500000});
     std::mt19937 generator(9);
-    int refused = 0;
+    int rejected = 0;
     for (int round = 0; round < 300; ++round) {
-        Bytes stream = round % 4 == 0 ? randomBytes(5000, generator()) : sound;
+        Bytes stream = round % 4 == 0 ? randomBytes(5000, generator()) : valid;
         for (int damage = 0; damage <= round % 20; ++damage) {
             stream[generator() % stream.size()] = static_cast<Ntk8u>(generator());
         }
@@ -292,12 +228,12 @@ TEST(Lzss, StaysWithinItsBuffersOnDamagedStreams) {
         int dstLen = static_cast<int>(generator() % 1500000);
         const NtkStatus status = ntksDecodeLZSS_8u(&pSrc, &srcLen, &pDst, &dstLen, state.data());
         ASSERT_TRUE(status == ntkStsNoErr || status == ntkStsBadSrcData || status == ntkStsDstFull);
-        refused += status == ntkStsBadSrcData;
+        rejected += status == ntkStsBadSrcData;
     }
-    EXPECT_GT(refused, 50);
+    EXPECT_GT(rejected, 50);
 }
 
-TEST(Lzss, RefusesBadArguments) {
+TEST(Lzss, RejectsBadArguments) {
     EXPECT_EQ(ntksLZSSGetSize_8u(nullptr), ntkStsNullPtr);
     EXPECT_EQ(ntksEncodeLZSSInit_8u(nullptr), ntkStsNullPtr);
     EXPECT_EQ(ntksDecodeLZSSInit_8u(nullptr), ntkStsNullPtr);

@@ -1,4 +1,5 @@
-// ZFP blocks against libzfp's own coding of whole arrays, at the ends of buffers, and on any bytes.
+// ZFP blocks against libzfp's coding of whole arrays, at the ends of buffers, and on arbitrary
+// bytes.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -11,12 +12,12 @@
 
 #include <zfp.h>
 
+#include "callerblocks.h"
 #include "guarded.h"
 #include "ntkdc.h"
 
 namespace {
 
-using Bytes = std::vector<Ntk8u>;
 using Values = std::vector<Ntk32f>;
 constexpr int nx = 12, ny = 8, nz = 16;
 constexpr int blocks = nx * ny * nz / 64;
@@ -48,9 +49,7 @@ void set(const Mode& mode, Ntk8u* state) {
 }
 
 Bytes newState() {
-    int size = 0;
-    EXPECT_EQ(ntksZfpGetSize_32f(&size), ntkStsNoErr);
-    return Bytes(static_cast<std::size_t>(size), Ntk8u(0xa5));
+    return blockFor(ntksZfpGetSize_32f);
 }
 
 int lengthOf(const Bytes& state) {
@@ -67,7 +66,7 @@ Values fieldOf(const std::function<double(int x, int y, int z)>& value) {
     return field;
 }
 
-// Fields that make short blocks, long ones and both.
+// Fields with short blocks, long ones and both.
 std::vector<Values> fields() {
     std::mt19937 generator(11);
     const auto random = [&](double exponents) {
@@ -90,38 +89,43 @@ std::size_t originOf(int block) {
     return static_cast<std::size_t>(4 * (x + nx * (y + ny * z)));
 }
 
-// The number of blocks that fitted; the stream is ended.
-int encode(const Values& field, const Mode& mode, const GuardedBlock& out, Bytes& state) {
-    EXPECT_EQ(ntksEncodeZfpInit_32f(out.data(), out.size(), state.data()), ntkStsNoErr);
-    set(mode, state.data());
+// Calls code(offset of the block's first value) for one block after another, until one fails with
+// the status of a buffer's end; returns the number of those before it.
+int codeBlocks(NtkStatus atTheEnd, const std::function<NtkStatus(std::size_t)>& code) {
     int count = 0;
     NtkStatus status = ntkStsNoErr;
     while (count < blocks && status == ntkStsNoErr) {
-        status = ntksEncodeZfp444_32f(&field[originOf(count)], nx, nx * ny, state.data());
+        status = code(originOf(count));
         count += status == ntkStsNoErr;
     }
-    EXPECT_EQ(status, count < blocks ? ntkStsDstTooSmall : ntkStsNoErr);
+    EXPECT_EQ(status, count < blocks ? atTheEnd : ntkStsNoErr);
+    return count;
+}
+
+// Returns the number of blocks that fitted; ends the stream.
+int encode(const Values& field, const Mode& mode, const GuardedBlock& out, Bytes& state) {
+    EXPECT_EQ(ntksEncodeZfpInit_32f(out.data(), out.size(), state.data()), ntkStsNoErr);
+    set(mode, state.data());
+    const int count = codeBlocks(ntkStsDstTooSmall, [&](std::size_t origin) {
+        return ntksEncodeZfp444_32f(&field[origin], nx, nx * ny, state.data());
+    });
     EXPECT_EQ(ntksEncodeZfpFlush_32f(state.data()), ntkStsNoErr);
     return count;
 }
 
-// The number of blocks that were there; they go into the field.
+// Decodes blocks into the field; returns their number.
 int decode(Values& field, const Mode& mode, const GuardedBlock& in, Bytes& state) {
     EXPECT_EQ(ntksDecodeZfpInit_32f(in.data(), in.size(), state.data()), ntkStsNoErr);
     set(mode, state.data());
-    int count = 0;
-    NtkStatus status = ntkStsNoErr;
-    while (count < blocks && status == ntkStsNoErr) {
-        status = ntksDecodeZfp444_32f(&field[originOf(count)], nx, nx * ny, state.data());
-        count += status == ntkStsNoErr;
-    }
-    EXPECT_EQ(status, count < blocks ? ntkStsBadSrcData : ntkStsNoErr);
+    const int count = codeBlocks(ntkStsBadSrcData, [&](std::size_t origin) {
+        return ntksDecodeZfp444_32f(&field[origin], nx, nx * ny, state.data());
+    });
     EXPECT_LE(lengthOf(state), in.size());
     return count;
 }
 
-// libzfp on the whole array: values to bytes (isEncoder) or bytes to values; gives the length.
-std::size_t judge(bool isEncoder, Values& field, const Mode& mode, Bytes& bytes) {
+// Encodes or decodes the whole array with libzfp; returns the length of the stream.
+std::size_t codeWithLibzfp(bool isEncoder, Values& field, const Mode& mode, Bytes& bytes) {
     const std::unique_ptr<zfp_field, decltype(&zfp_field_free)> array(
         zfp_field_3d(field.data(), zfp_type_float, nx, ny, nz), zfp_field_free);
     const std::unique_ptr<bitstream, decltype(&stream_close)> bits(
@@ -137,20 +141,20 @@ std::size_t judge(bool isEncoder, Values& field, const Mode& mode, Bytes& bytes)
                      : zfp_decompress(zfp.get(), array.get());
 }
 
-Bytes judgesStream(Values field, const Mode& mode) {
+Bytes referenceStream(Values field, const Mode& mode) {
     Bytes bytes(1 << 16);
-    bytes.resize(judge(true, field, mode, bytes));
+    bytes.resize(codeWithLibzfp(true, field, mode, bytes));
     return bytes;
 }
 
-Values judgesValues(Bytes bytes, const Mode& mode) {
+Values referenceValues(Bytes bytes, const Mode& mode) {
     Values field(nx * ny * nz);
-    bytes.resize(bytes.size() + (1 << 16)); // it reads on past a stream that is cut
-    judge(false, field, mode, bytes);
+    bytes.resize(bytes.size() + (1 << 16)); // it reads beyond the end of a truncated stream
+    codeWithLibzfp(false, field, mode, bytes);
     return field;
 }
 
-// Bits, so that zeros of both signs differ.
+// Compares bits, so that zeros of both signs differ.
 bool isSame(const Values& a, const Values& b, int block) {
     bool same = true;
     for (std::size_t i = 0; i < 64; i++) {
@@ -164,8 +168,8 @@ TEST(Zfp, StreamsAndValuesAreThoseOfLibzfp) {
     Bytes state = newState();
     for (const Values& field : fields()) {
         for (const Mode& mode : modes) {
-            const Bytes expected = judgesStream(field, mode);
-            const GuardedBlock out(expected.size()); // and not a byte more
+            const Bytes expected = referenceStream(field, mode);
+            const GuardedBlock out(expected.size()); // and not one byte more
             EXPECT_EQ(encode(field, mode, out, state), blocks) << text(mode);
             EXPECT_EQ(lengthOf(state), out.size()) << text(mode);
             EXPECT_EQ(Bytes(out.data(), out.data() + out.size()), expected) << text(mode);
@@ -173,7 +177,7 @@ TEST(Zfp, StreamsAndValuesAreThoseOfLibzfp) {
             Values decoded(field.size(), -1);
             EXPECT_EQ(decode(decoded, mode, GuardedBlock(expected), state), blocks) << text(mode);
             EXPECT_EQ(lengthOf(state), out.size()) << text(mode);
-            const Values expectedValues = judgesValues(expected, mode);
+            const Values expectedValues = referenceValues(expected, mode);
             EXPECT_EQ(
                 std::memcmp(decoded.data(), expectedValues.data(), sizeof(float) * nx * ny * nz), 0)
                 << text(mode);
@@ -181,13 +185,13 @@ TEST(Zfp, StreamsAndValuesAreThoseOfLibzfp) {
     }
 }
 
-// A stream that was cut, and a buffer that is too small, hold the blocks that end before the cut.
+// A truncated stream, and a buffer that is too small, hold the blocks that end before the cut.
 TEST(Zfp, BuffersCutAtEveryByte) {
     Bytes state = newState();
     const Values field = fields()[4];
     for (const Mode& mode : {modes[2], modes[8], modes[6]}) {
-        const Bytes all = judgesStream(field, mode);
-        const Values values = judgesValues(all, mode);
+        const Bytes all = referenceStream(field, mode);
+        const Values values = referenceValues(all, mode);
         for (std::size_t size = 0; size < all.size(); size++) {
             const GuardedBlock out(size);
             const int fitted = encode(field, mode, out, state);
@@ -198,7 +202,7 @@ TEST(Zfp, BuffersCutAtEveryByte) {
             Values decoded(field.size(), -1);
             const auto cut = all.begin() + static_cast<std::ptrdiff_t>(size);
             const int found = decode(decoded, mode, GuardedBlock(Bytes(all.begin(), cut)), state);
-            ASSERT_EQ(found, fitted) << size << text(mode); // what fits is what is found again
+            ASSERT_EQ(found, fitted) << size << text(mode); // what fitted is decoded again
             for (int i = 0; i < found; i++) {
                 ASSERT_TRUE(isSame(decoded, values, i)) << size << text(mode);
             }
@@ -207,21 +211,21 @@ TEST(Zfp, BuffersCutAtEveryByte) {
     }
 }
 
-TEST(Zfp, AnyBytesAreBlocksOrRefused) {
+TEST(Zfp, AnyBytesAreBlocksOrRejected) {
     std::mt19937 generator(5);
     Bytes state = newState();
     int found = 0;
     for (int round = 0; round < 3000; round++) {
         const Mode& mode = modes[round % std::size(modes)];
         Bytes bytes(generator() % 600);
-        const unsigned ones = generator() % 3; // bits 1 rare, even, frequent
+        const unsigned ones = generator() % 3; // ones are rare, half of the bits, frequent
         for (Ntk8u& byte : bytes) {
             const unsigned a = generator(), b = generator();
             byte = static_cast<Ntk8u>(ones == 0 ? a & b : ones == 1 ? a : a | b);
         }
         Values decoded(nx * ny * nz, -1);
         const int count = decode(decoded, mode, GuardedBlock(bytes), state);
-        const Values expected = judgesValues(bytes, mode);
+        const Values expected = referenceValues(bytes, mode);
         for (int i = 0; i < count; i++) {
             ASSERT_TRUE(isSame(decoded, expected, i)) << round << text(mode);
         }
@@ -230,8 +234,8 @@ TEST(Zfp, AnyBytesAreBlocksOrRefused) {
     EXPECT_GT(found, 3000);
 }
 
-// All bits 1 are the longest block there is, 2120 bits. Blocks of a bit 0 put it at any bit of a
-// byte.
+// All ones are the longest block, 2120 bits. Blocks of a single bit 0 before it move it to every
+// bit of a byte.
 TEST(Zfp, TheLongestBlockAtTheEnd) {
     const GuardedBlock state(newState());
     for (int zeros = 0; zeros < 8; zeros++) {

@@ -4,21 +4,22 @@
 // rotations of the text; the last byte of each, in that order, is the transform, and the row of the
 // unrotated text makes it invertible.
 //
-// Equal rotations would trouble every sort. They occur only where the text is a power of a shorter
-// word; then the word is transformed instead and every byte of the result repeated, since each of
-// its rotations begins at as many places of the text. So the sorts see only words whose rotations
-// all differ, see sorts.h: the two-stage sort (twostage.cpp, starsort.h) and the suffix sort
-// (suffixsort.cpp).
+// Equal rotations would defeat every sort. They occur only if the text is a power of a shorter
+// word; then the word (the primitive root) is transformed instead and every byte of the result
+// repeated, since each of its rotations begins at that many places of the text. So the sorts
+// (sorts.h) only see words whose rotations all differ: the two-stage sort (twostage.cpp,
+// bstarsort.h) and the suffix sort (suffixsort.cpp).
 //
-// State: all in the caller's buffer, see workspace.h; the text stands in it twice in a row, so that
-// a rotation is a plain stretch of bytes, and so that the result may be written over the source.
+// State: all of it in the caller's buffer, see workspace.h. The text is copied there twice in a
+// row, so that every rotation is contiguous and the result may overwrite the source.
 //
-// Limits: maxTextLen; 20 bytes of buffer for each of the text and some 260 KiB.
+// Limits: maxTextLen; the buffer takes about 20 bytes per byte of text and 260 KiB.
 
 #include "ntkdcbwt.h"
 
 #include <cstring>
 
+#include "../callerblock.h"
 #include "sorts.h"
 #include "words.h"
 
@@ -30,7 +31,7 @@ bool isLength(int srcLen) {
     return srcLen >= 0 && srcLen <= maxTextLen;
 }
 
-// The sort chosen, and where it gives up, the other kind.
+// Runs the sort chosen and, if it gives up, the other one. Returns the row of the unrotated text.
 int sortRotations(const Workspace& work, int n, NtkBWTSortAlgorithmHint hint, Ntk8u* dst) {
     int idx = -1;
     if (hint == ntkBWTItohTanakaLimSort) {
@@ -44,7 +45,7 @@ int sortRotations(const Workspace& work, int n, NtkBWTSortAlgorithmHint hint, Nt
     return idx < 0 ? twoStageSort(work, n, Effort::unlimited, dst) : idx;
 }
 
-// From the transform of a word to that of its power. Works in place from the end.
+// Turns the transform of a word into that of its power, in place, from the end.
 void repeatBytes(Ntk8u* dst, int wordLen, int times) {
     const auto count = static_cast<std::size_t>(times);
     for (int row = wordLen - 1; row >= 0; --row) {
@@ -54,7 +55,7 @@ void repeatBytes(Ntk8u* dst, int wordLen, int times) {
 
 int transform(const Ntk8u* src, Ntk8u* dst, int srcLen, const Workspace& work,
               NtkBWTSortAlgorithmHint hint) {
-    const int wordLen = rootLen(src, srcLen);
+    const int wordLen = primitiveRootLen(src, srcLen);
     if (wordLen == 1) {
         std::memmove(dst, src, static_cast<std::size_t>(srcLen));
         return 0;
@@ -75,6 +76,7 @@ int transform(const Ntk8u* src, Ntk8u* dst, int srcLen, const Workspace& work,
 
 } // namespace ntk::bwt
 
+using namespace ntk;
 using namespace ntk::bwt;
 
 NtkStatus ntksBWTFwdGetSize_8u(int srcLen, int* pSize) {
@@ -84,15 +86,15 @@ NtkStatus ntksBWTFwdGetSize_8u(int srcLen, int* pSize) {
     if (!isLength(srcLen)) {
         return ntkStsBadSize;
     }
-    Carver carver(nullptr);
-    const Workspace work(carver, static_cast<std::size_t>(srcLen));
-    *pSize = static_cast<int>(carver.endFromNull());
+    Arena arena(nullptr);
+    const Workspace work(arena, static_cast<std::size_t>(srcLen));
+    *pSize = static_cast<int>(arena.bytesNeeded());
     return ntkStsNoErr;
 }
 
 NtkStatus ntksBWTFwd_SelectSort_8u(const Ntk8u* pSrc, Ntk8u* pDst, int srcLen, int* pIdx,
                                    Ntk8u* pBuff, NtkBWTSortAlgorithmHint hint) {
-    if (pSrc == nullptr || pDst == nullptr || pIdx == nullptr || pBuff == nullptr) {
+    if (anyNull(pSrc, pDst, pIdx, pBuff)) {
         return ntkStsNullPtr;
     }
     if (!isLength(srcLen)) {
@@ -101,8 +103,8 @@ NtkStatus ntksBWTFwd_SelectSort_8u(const Ntk8u* pSrc, Ntk8u* pDst, int srcLen, i
     if (hint < ntkBWTItohTanakaLimSort || hint > ntkBWTAutoSort) {
         return ntkStsBadValue;
     }
-    Carver carver(pBuff);
-    const Workspace work(carver, static_cast<std::size_t>(srcLen));
+    Arena arena(pBuff);
+    const Workspace work(arena, static_cast<std::size_t>(srcLen));
     *pIdx = srcLen == 0 ? 0 : transform(pSrc, pDst, srcLen, work, hint);
     return ntkStsNoErr;
 }

@@ -1,28 +1,29 @@
 // Inverse Burrows-Wheeler transform.
 //
-// Method: the transform holds the last byte of each sorted rotation; sorting those bytes, which a
-// count of each value does, gives the first ones. The k-th x among the last bytes and the k-th x
-// among the first ones are the same byte of the text, so that rotation i, moved by one byte to the
-// right, stands in the row of its last byte among the first ones (Burrows and Wheeler, 1994, A
-// Block-sorting Lossless Data Compression Algorithm). One pass over the source makes two tables of
-// links: from each row to the row of the rotation that begins one byte later, and to the one that
-// begins one byte earlier. Following them is one dependent load per byte, all over the table, and
-// bound by the latency of the cache. Hence two walks run side by side, one from the beginning of
-// the text and one from its end, and meet in the middle.
+// Method: the transform holds the last byte of each sorted rotation; counting sort of these bytes
+// gives the first ones. The k-th x among the last bytes and the k-th x among the first ones are the
+// same byte of the text, so rotation i, moved by one byte to the right, is in the row of its last
+// byte among the first ones (Burrows and Wheeler, 1994, A Block-sorting Lossless Data Compression
+// Algorithm). One pass over the source builds two link tables: from each row to the row of the
+// rotation that begins one byte later, and to that of the rotation that begins one byte earlier.
+// Following them takes one dependent load per byte from anywhere in the table and is bound by cache
+// latency. Hence two walks run side by side, one from the beginning of the text and one from its
+// end, and meet in the middle.
 //
-// State: two tables of srcLen 32-bit links, the row in the high 24 bits and the byte that the step
-// gives in the low 8.
+// State: two tables of srcLen 32-bit links, with the row in the high 24 bits and the byte that the
+// step yields in the low 8.
 //
 // Invariants: both tables are permutations of the rows whatever the source holds, so every walk
-// stays inside. They are each other's inverse: a wrong row still gives a rotation.
+// stays within them. They are each other's inverse: a wrong row still yields a rotation.
 //
-// Limit: 24 bits of row, hence maxTextLen.
+// Limit: rows have 24 bits, hence maxTextLen.
 
 #include "ntkdcbwt.h"
 
 #include <array>
 #include <cstddef>
 
+#include "../callerblock.h"
 #include "workspace.h"
 
 namespace ntk::bwt {
@@ -32,10 +33,11 @@ namespace {
 using Counts = std::array<Ntk32u, 256>;
 
 struct Links {
-    Links(Carver& c, std::size_t n) : later(c.take<Ntk32u>(n)), earlier(c.take<Ntk32u>(n)) {}
+    Links(Arena& arena, std::size_t n)
+        : later(arena.allocate<Ntk32u>(n)), earlier(arena.allocate<Ntk32u>(n)) {}
 
-    Ntk32u* later;   // with the first byte of the rotation in this row
-    Ntk32u* earlier; // with its last byte
+    Ntk32u* later;   // to the rotation one byte later, with the first byte of this row's rotation
+    Ntk32u* earlier; // to the rotation one byte earlier, with the last byte
 };
 
 Counts countBytes(const Ntk8u* bytes, Ntk32u n) {
@@ -56,7 +58,8 @@ Counts countBytes(const Ntk8u* bytes, Ntk32u n) {
     return even;
 }
 
-// The source is linked in two halves side by side, again because equal neighbours would wait.
+// The two halves of the source are linked side by side, again so that equal neighbours do not wait
+// for each other's counter.
 void makeLinks(const Ntk8u* src, Ntk32u n, const Links& links) {
     const Ntk32u half = n / 2;
     Counts low = countBytes(src, half);
@@ -106,6 +109,7 @@ void walk(const Links& links, Ntk32u n, Ntk32u idx, Ntk8u* dst) {
 
 } // namespace ntk::bwt
 
+using namespace ntk;
 using namespace ntk::bwt;
 
 NtkStatus ntksBWTInvGetSize_8u(int srcLen, int* pSize) {
@@ -115,14 +119,14 @@ NtkStatus ntksBWTInvGetSize_8u(int srcLen, int* pSize) {
     if (srcLen < 0 || srcLen > maxTextLen) {
         return ntkStsBadSize;
     }
-    Carver carver(nullptr);
-    const Links links(carver, static_cast<std::size_t>(srcLen));
-    *pSize = static_cast<int>(carver.endFromNull());
+    Arena arena(nullptr);
+    const Links links(arena, static_cast<std::size_t>(srcLen));
+    *pSize = static_cast<int>(arena.bytesNeeded());
     return ntkStsNoErr;
 }
 
 NtkStatus ntksBWTInv_8u(const Ntk8u* pSrc, Ntk8u* pDst, int srcLen, int idx, Ntk8u* pBuff) {
-    if (pSrc == nullptr || pDst == nullptr || pBuff == nullptr) {
+    if (anyNull(pSrc, pDst, pBuff)) {
         return ntkStsNullPtr;
     }
     if (srcLen < 0 || srcLen > maxTextLen) {
@@ -132,8 +136,8 @@ NtkStatus ntksBWTInv_8u(const Ntk8u* pSrc, Ntk8u* pDst, int srcLen, int idx, Ntk
         return ntkStsBadValue;
     }
     const auto n = static_cast<Ntk32u>(srcLen);
-    Carver carver(pBuff);
-    const Links links(carver, n);
+    Arena arena(pBuff);
+    const Links links(arena, n);
     makeLinks(pSrc, n, links);
     walk(links, n, static_cast<Ntk32u>(idx), pDst);
     return ntkStsNoErr;

@@ -1,9 +1,9 @@
 // Sorting rotations by sorting suffixes, with libdivsufsort.
 //
-// Suffixes are not rotations: where one suffix is a prefix of another, it goes first, whatever
+// Suffixes are not rotations: a suffix that is a prefix of another one is sorted first, whatever
 // follows it cyclically. But in a word that is less than all its other rotations (a Lyndon word)
-// both orders are the same: of two suffixes u and uv the cyclic continuation of u begins with the
-// word itself, that of uv with v, a suffix, and a Lyndon word is less than each of its suffixes.
+// both orders are the same: of two suffixes u and uv, u is continued cyclically by the word itself
+// and uv has v, a suffix, in that place, and a Lyndon word is less than each of its suffixes.
 // So the least rotation of the text is sorted; only the row of the unrotated text must be found.
 
 #include "sorts.h"

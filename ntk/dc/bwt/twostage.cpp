@@ -1,25 +1,27 @@
 // Two-stage sort of rotations: Itoh and Tanaka (1999, An Efficient Method for in Memory
-// Construction of Suffix Arrays), with the kinds of Mori's improvement.
+// Construction of Suffix Arrays), with the types of Mori's divsufsort.
 //
-// A rotation descends if it is greater than the one that begins a byte later, else it ascends. (For
-// that its first two unequal neighbours decide.) A star is an ascending rotation whose successor
-// descends. Of the rotations that begin with the same byte, the descending ones come first; of the
-// ascending ones that begin with the same two bytes, the stars come first.
+// A rotation is of type A if it is greater than its successor, the rotation that begins one byte
+// later, otherwise of type B. (Its first two unequal neighbouring bytes decide.) A B*-rotation is a
+// type B rotation whose successor is of type A. Among the rotations that begin with the same byte,
+// those of type A come first; among those of type B that begin with the same two bytes, the
+// B*-rotations come first.
 //
-// First stage: only the stars, at most half of all and in text about a third, are sorted by
-// comparing bytes (starsort.h). Second stage: all others follow.
-// - From the last place to the first: the rotation one byte before an ascending one, if it ascends
-//   too, takes the last free place among those that begin with its two bytes.
-// - From the first place to the last: the rotation one byte before any, if it descends, takes the
-//   first free place among those that begin with its byte.
+// First stage: only the B*-rotations, at most half of all and about a third in text, are sorted by
+// comparing bytes (bstarsort.h). Second stage: the order of all others is induced.
+// - From the last row to the first: the predecessor of a type B rotation, if it is of type B too,
+//   takes the last free row of its bucket, the rotations that begin with its first two bytes.
+// - From the first row to the last: the predecessor of any rotation, if it is of type A, takes the
+//   first free row of its bucket, the rotations that begin with its first byte.
 //
-// State: rows holds the positions at their places; pairs, for two bytes c0 and c1, counts and then
-// places: at [c0][c1] with c0 <= c1 ascending rotations that are no stars, at [c1][c0] with c0 < c1
-// stars (which begin with unequal bytes), so that both fit one table.
+// State: `rows` holds the positions in sorted order. `pairs` holds, for two bytes c0 and c1, counts
+// and then bucket bounds: at [c0][c1] with c0 <= c1 those of type B without B*, at [c1][c0] with
+// c0 < c1 those of B* (which begins with unequal bytes), so that both fit one table.
 //
-// Invariants: a place is read only after it was written, because a rotation's source in the second
-// stage is greater (first pass) or less (second pass) than itself. With all rotations different and
-// more than one byte value in the text there is a star, and the least rotation ascends.
+// Invariants: a row is read only after it was written, because in the second stage a rotation is
+// induced from a greater one (first pass) or a smaller one (second pass). If all rotations differ
+// and the text has more than one byte value, there is a B*-rotation, and the least rotation is of
+// type B.
 
 #include "sorts.h"
 
@@ -27,7 +29,7 @@
 #include <array>
 #include <utility>
 
-#include "starsort.h"
+#include "bstarsort.h"
 
 namespace ntk::bwt {
 
@@ -39,21 +41,21 @@ class TwoStageSort {
 public:
     TwoStageSort(const Workspace& work, Ntk32u n) : m_work(work), m_text(work.text), m_textLen(n) {}
 
-    bool sortStars(Effort effort);
-    void placeAscending();
-    int placeDescending(Ntk8u* dst);
+    bool sortBStars(Effort effort);
+    void induceTypeB();
+    int induceTypeA(Ntk8u* dst);
 
 private:
-    void findStars();
+    void findBStars();
     void findUsedBytes();
-    void findPlaces();
-    void bucketStars();
-    void placeStars();
-    bool firstAscends() const;
+    void findBuckets();
+    void bucketBStars();
+    void placeBStars();
+    bool firstIsTypeB() const;
 
-    Ntk32u& restAt(std::size_t c0, std::size_t c1) { return m_work.pairs[c0 * byteCount + c1]; }
-    Ntk32u& starsAt(std::size_t c0, std::size_t c1) { return m_work.pairs[c1 * byteCount + c0]; }
-    // End of the places of the byte with this number among the used ones.
+    Ntk32u& typeBAt(std::size_t c0, std::size_t c1) { return m_work.pairs[c0 * byteCount + c1]; }
+    Ntk32u& bStarsAt(std::size_t c0, std::size_t c1) { return m_work.pairs[c1 * byteCount + c0]; }
+    // End of the rows of the byte with this number among the used ones.
     Ntk32u endOf(std::size_t u) const {
         return u + 1 < m_usedCount ? m_first[m_used[u + 1]] : m_textLen;
     }
@@ -62,16 +64,16 @@ private:
     const Workspace& m_work;
     const Ntk8u* m_text;
     Ntk32u m_textLen;
-    Ntk32u m_starCount = 0;
+    Ntk32u m_bStarCount = 0;
     std::array<std::size_t, byteCount> m_used{}; // the byte values in the text, ascending
     std::size_t m_usedCount = 0;
-    std::array<Ntk32u, byteCount> m_first{};      // where the rotations of a byte begin
-    std::array<Ntk32u, byteCount> m_descending{}; // counts, then first free places
-    std::array<Ntk32u, byteCount> m_ascending{};  // where the ascending ones of a byte begin
+    std::array<Ntk32u, byteCount> m_first{}; // first row of a byte
+    std::array<Ntk32u, byteCount> m_typeA{}; // counts of type A, then first free rows
+    std::array<Ntk32u, byteCount> m_typeB{}; // first row of a byte's type B rotations
 };
 
-// The first unequal neighbours decide for all before them.
-bool TwoStageSort::firstAscends() const {
+// The first two unequal neighbours decide for all positions before them.
+bool TwoStageSort::firstIsTypeB() const {
     Ntk32u i = 0;
     while (m_text[i] == m_text[i + 1]) {
         ++i;
@@ -79,28 +81,28 @@ bool TwoStageSort::firstAscends() const {
     return m_text[i] < m_text[i + 1];
 }
 
-// Counts the kinds and lists the stars, from the last position to the first. The lists and tables
+// Counts the types and lists the B*-rotations, from the last position to the first. List and tables
 // are written without branches, which would be unpredictable.
-void TwoStageSort::findStars() {
+void TwoStageSort::findBStars() {
     std::fill_n(m_work.pairs, pairCount, 0U);
     const Ntk32u capacity = m_textLen / 2 + 1;
-    Ntk32u firstStar = capacity; // the list grows down from the end
-    Ntk32u descends = firstAscends() ? 0 : 1;
+    Ntk32u firstBStar = capacity; // the list grows down from the end
+    Ntk32u isTypeA = firstIsTypeB() ? 0 : 1;
     Ntk32u c1 = m_text[m_textLen];
     for (Ntk32u i = m_textLen; i-- > 0;) {
         const Ntk32u c0 = m_text[i];
-        const Ntk32u nextDescends = descends;
-        descends = c0 + descends > c1 ? 1 : 0;
-        const Ntk32u isStar = nextDescends & ~descends;
-        m_work.positions[firstStar - 1] = i;
-        firstStar -= isStar;
-        m_descending[c0] += descends;
-        const Ntk32u pair = isStar != 0 ? c1 * byteCount + c0 : c0 * byteCount + c1;
-        m_work.pairs[pair] += 1 - descends;
+        const Ntk32u nextIsTypeA = isTypeA;
+        isTypeA = c0 + isTypeA > c1 ? 1 : 0;
+        const Ntk32u isBStar = nextIsTypeA & ~isTypeA;
+        m_work.positions[firstBStar - 1] = i;
+        firstBStar -= isBStar;
+        m_typeA[c0] += isTypeA;
+        const Ntk32u pair = isBStar != 0 ? c1 * byteCount + c0 : c0 * byteCount + c1;
+        m_work.pairs[pair] += 1 - isTypeA;
         c1 = c0;
     }
-    m_starCount = capacity - firstStar;
-    std::copy(m_work.positions + firstStar, m_work.positions + capacity, m_work.positions);
+    m_bStarCount = capacity - firstBStar;
+    std::copy(m_work.positions + firstBStar, m_work.positions + capacity, m_work.positions);
 }
 
 void TwoStageSort::findUsedBytes() {
@@ -115,89 +117,89 @@ void TwoStageSort::findUsedBytes() {
     }
 }
 
-// Turns the counts into places: of descending ones the first, of stars the first in the list of
-// stars, of the rest the end.
-void TwoStageSort::findPlaces() {
-    Ntk32u place = 0;
-    Ntk32u star = 0;
+// Turns the counts into bucket bounds: the first row for type A, the end for type B without B*, and
+// the first index in bStars for B*.
+void TwoStageSort::findBuckets() {
+    Ntk32u row = 0;
+    Ntk32u bStar = 0;
     for (std::size_t u = 0; u < m_usedCount; ++u) {
         const std::size_t c0 = m_used[u];
-        m_first[c0] = place;
-        place += std::exchange(m_descending[c0], place);
-        m_ascending[c0] = place;
-        restAt(c0, c0) = place += restAt(c0, c0);
+        m_first[c0] = row;
+        row += std::exchange(m_typeA[c0], row);
+        m_typeB[c0] = row;
+        typeBAt(c0, c0) = row += typeBAt(c0, c0);
         for (std::size_t v = u + 1; v < m_usedCount; ++v) {
-            const Ntk32u stars = std::exchange(starsAt(c0, m_used[v]), star);
-            star += stars;
-            restAt(c0, m_used[v]) = place += stars + restAt(c0, m_used[v]);
+            const Ntk32u bStars = std::exchange(bStarsAt(c0, m_used[v]), bStar);
+            bStar += bStars;
+            typeBAt(c0, m_used[v]) = row += bStars + typeBAt(c0, m_used[v]);
         }
     }
 }
 
-// Afterwards starsAt tells where the stars of a pair end.
-void TwoStageSort::bucketStars() {
-    for (Ntk32u i = 0; i < m_starCount; ++i) {
+// Afterwards bStarsAt is the end of a pair's B*-rotations in bStars.
+void TwoStageSort::bucketBStars() {
+    for (Ntk32u i = 0; i < m_bStarCount; ++i) {
         const Ntk32u position = m_work.positions[i];
-        const Ntk32u place = starsAt(m_text[position], m_text[position + 1])++;
-        m_work.stars[place] = {0, position, i};
+        const Ntk32u index = bStarsAt(m_text[position], m_text[position + 1])++;
+        m_work.bStars[index] = {0, position, i};
     }
 }
 
-bool TwoStageSort::sortStars(Effort effort) {
+bool TwoStageSort::sortBStars(Effort effort) {
     findUsedBytes();
-    findStars();
-    findPlaces();
-    bucketStars();
-    StarSort sort(m_work, m_textLen, m_starCount, effort);
+    findBStars();
+    findBuckets();
+    bucketBStars();
+    BStarSort sort(m_work, m_textLen, m_bStarCount, effort);
     Ntk32u first = 0;
     for (std::size_t u = 0; u < m_usedCount; ++u) {
         for (std::size_t v = u + 1; v < m_usedCount; ++v) {
-            const Ntk32u end = starsAt(m_used[u], m_used[v]);
+            const Ntk32u end = bStarsAt(m_used[u], m_used[v]);
             if (!sort.sortByBytes({first, end})) {
                 return false;
             }
             first = end;
         }
     }
-    sort.sortTies();
+    sort.sortGroups();
     return true;
 }
 
-// The stars of a pair go behind the rest of the pair before.
-void TwoStageSort::placeStars() {
-    const Star* star = m_work.stars;
+// The B*-rotations of a pair come after the other type B rotations of the pair before.
+void TwoStageSort::placeBStars() {
+    const BStar* bStar = m_work.bStars;
     for (std::size_t u = 0; u < m_usedCount; ++u) {
         for (std::size_t v = u + 1; v < m_usedCount; ++v) {
-            Ntk32u* row = m_work.rows + restAt(m_used[u], m_used[v - 1]);
-            const Star* const end = m_work.stars + starsAt(m_used[u], m_used[v]);
-            for (; star != end; ++star) {
-                *row++ = star->position;
+            Ntk32u* row = m_work.rows + typeBAt(m_used[u], m_used[v - 1]);
+            const BStar* const end = m_work.bStars + bStarsAt(m_used[u], m_used[v]);
+            for (; bStar != end; ++bStar) {
+                *row++ = bStar->position;
             }
         }
     }
 }
 
-void TwoStageSort::placeAscending() {
-    placeStars();
+void TwoStageSort::induceTypeB() {
+    placeBStars();
     for (std::size_t u = m_usedCount; u-- > 0;) {
         const std::size_t c1 = m_used[u];
-        for (Ntk32u row = endOf(u); row-- > m_ascending[c1];) {
+        for (Ntk32u row = endOf(u); row-- > m_typeB[c1];) {
             const Ntk32u source = before(m_work.rows[row]);
             const std::size_t c0 = m_text[source];
             if (c0 <= c1) {
-                m_work.rows[--restAt(c0, c1)] = source;
+                m_work.rows[--typeBAt(c0, c1)] = source;
             }
         }
     }
 }
 
-// Writes the transform on the way: it is the byte before each rotation.
-int TwoStageSort::placeDescending(Ntk8u* dst) {
+// Writes the transform along the way: the byte before each rotation.
+int TwoStageSort::induceTypeA(Ntk8u* dst) {
     Ntk32u unrotated = 0;
     Ntk32u* const rows = m_work.rows;
     for (std::size_t u = 0; u < m_usedCount; ++u) {
         const Ntk32u c1 = static_cast<Ntk32u>(m_used[u]);
-        const Ntk32u ascending = m_ascending[c1];
+        const Ntk32u firstTypeB = m_typeB[c1];
         const Ntk32u end = endOf(u);
         for (Ntk32u row = m_first[c1]; row < end; ++row) {
             const Ntk32u position = rows[row];
@@ -205,9 +207,9 @@ int TwoStageSort::placeDescending(Ntk8u* dst) {
             const Ntk32u c0 = m_text[source];
             dst[row] = static_cast<Ntk8u>(c0);
             unrotated = position == 0 ? row : unrotated;
-            // Of equal bytes, the rotation is of the kind of the one that it is derived from.
-            if (c0 > c1 || (c0 == c1 && row < ascending)) {
-                rows[m_descending[c0]++] = source;
+            // If the two bytes are equal, the predecessor has the type of its successor.
+            if (c0 > c1 || (c0 == c1 && row < firstTypeB)) {
+                rows[m_typeA[c0]++] = source;
             }
         }
     }
@@ -218,11 +220,11 @@ int TwoStageSort::placeDescending(Ntk8u* dst) {
 
 int twoStageSort(const Workspace& work, int n, Effort effort, Ntk8u* dst) {
     TwoStageSort sort(work, static_cast<Ntk32u>(n));
-    if (!sort.sortStars(effort)) {
+    if (!sort.sortBStars(effort)) {
         return -1;
     }
-    sort.placeAscending();
-    return sort.placeDescending(dst);
+    sort.induceTypeB();
+    return sort.induceTypeA(dst);
 }
 
 } // namespace ntk::bwt

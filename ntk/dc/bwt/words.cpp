@@ -7,7 +7,7 @@ namespace ntk::bwt {
 
 namespace {
 
-// Divides the length by p as long as the text is a power of what remains.
+// Divides the length by p as long as the text is a power of its first len / p bytes.
 int dividedBy(int p, const Ntk8u* text, int len) {
     while (len % p == 0) {
         const int part = len / p;
@@ -21,9 +21,9 @@ int dividedBy(int p, const Ntk8u* text, int len) {
 
 } // namespace
 
-// If a text is a power of words of two lengths, it is one of a word of their greatest common
-// divisor, so each prime factor of n can be tried by itself.
-int rootLen(const Ntk8u* text, int n) {
+// A text that is a power of words of two lengths is also a power of a word whose length is their
+// greatest common divisor, so each prime factor of n can be tried by itself.
+int primitiveRootLen(const Ntk8u* text, int n) {
     int len = n;
     int rest = n;
     for (int p = 2; p * p <= rest; ++p) {
@@ -39,22 +39,23 @@ int rootLen(const Ntk8u* text, int n) {
 
 int leastRotation(const Ntk8u* doubledText, int n) {
     int least = 0;
-    int rival = 1;
+    int candidate = 1;
     int same = 0; // bytes in which the two agree
-    while (rival < n) {
+    while (candidate < n) {
         const Ntk8u a = doubledText[least + same];
-        const Ntk8u b = doubledText[rival + same];
+        const Ntk8u b = doubledText[candidate + same];
         if (a == b) {
             ++same;
             continue;
         }
         if (a > b) {
-            // The rival wins; of what lies between, all but the starts behind it are beaten.
-            const int beatenTo = least + same;
-            least = rival;
-            rival = beatenTo > least ? beatenTo + 1 : least + 1;
+            // The candidate is less, and with it every start from least to least + same is ruled
+            // out.
+            const int ruledOutTo = least + same;
+            least = candidate;
+            candidate = ruledOutTo > least ? ruledOutTo + 1 : least + 1;
         } else {
-            rival += same + 1;
+            candidate += same + 1;
         }
         same = 0;
     }

@@ -8,22 +8,22 @@
 
 namespace ntk::bwt {
 
-// Longest text. The inverse packs a row and a byte into 32 bits.
+// Longest text: the inverse packs a row and a byte into 32 bits.
 constexpr int maxTextLen = 1 << 24;
 
-// Bytes behind the doubled text that sorts may read, so that whole words can be loaded anywhere.
+// Bytes after the doubled text that sorts may read, so that whole words can be loaded anywhere.
 constexpr std::size_t textPadding = 64;
 
 constexpr std::size_t pairCount = 65536;
 
-// A rotation to be sorted, with the part of it that is being compared.
-struct Star {
+// A B*-rotation, with the part of it that is being compared.
+struct BStar {
     Ntk64u key;
     Ntk32u position; // where in the text the rotation begins
-    Ntk32u index;    // its number among the stars, by position
+    Ntk32u index;    // its number among the B*-rotations, by position
 };
 
-// A stretch of stars in sorted order: first to end - 1.
+// Consecutive B*-rotations in sorted order: first to end - 1.
 struct Range {
     Ntk32u first;
     Ntk32u end;
@@ -31,21 +31,20 @@ struct Range {
     Ntk32u size() const { return end - first; }
 };
 
-// Gives out aligned pieces of a buffer, or, starting from null, finds out the size needed.
-class Carver {
+// Allocates aligned arrays from a buffer or, starting from null, computes the size needed.
+class Arena {
 public:
-    explicit Carver(Ntk8u* buffer) : m_next(reinterpret_cast<std::uintptr_t>(buffer)) {}
+    explicit Arena(Ntk8u* buffer) : m_next(reinterpret_cast<std::uintptr_t>(buffer)) {}
 
-    template <class T> T* take(std::size_t count) {
+    template <class T> T* allocate(std::size_t count) {
         m_next = (m_next + alignment - 1) & ~(alignment - 1);
         T* const piece = reinterpret_cast<T*>(m_next);
         m_next += count * sizeof(T);
         return piece;
     }
 
-    // End of what was taken; from null, the bytes taken. The buffer itself may lie anywhere, which
-    // costs up to another alignment.
-    std::size_t endFromNull() const { return m_next + alignment; }
+    // Starting from null: bytes needed for what was allocated, in a buffer of any alignment.
+    std::size_t bytesNeeded() const { return m_next + alignment; }
 
 private:
     static constexpr std::uintptr_t alignment = 64;
@@ -53,25 +52,25 @@ private:
     std::uintptr_t m_next;
 };
 
-// All the pieces for a text of n bytes. At most every second rotation is a star.
+// All arrays for a text of n bytes. At most every second rotation is of type B*.
 struct Workspace {
-    Workspace(Carver& c, std::size_t n)
-        : text(c.take<Ntk8u>(2 * n + textPadding)), rows(c.take<Ntk32u>(n)),
-          pairs(c.take<Ntk32u>(pairCount)), stars(c.take<Star>(n / 2 + 1)),
-          positions(c.take<Ntk32u>(n / 2 + 1)), next(c.take<Ntk32u>(n / 2 + 1)),
-          nextOfNext(c.take<Ntk32u>(n / 2 + 1)), ranks(c.take<Ntk32u>(n / 2 + 1)),
-          ties(c.take<Range>(n / 4 + 1)), moreTies(c.take<Range>(n / 4 + 1)) {}
+    Workspace(Arena& arena, std::size_t n)
+        : text(arena.allocate<Ntk8u>(2 * n + textPadding)), rows(arena.allocate<Ntk32u>(n)),
+          pairs(arena.allocate<Ntk32u>(pairCount)), bStars(arena.allocate<BStar>(n / 2 + 1)),
+          positions(arena.allocate<Ntk32u>(n / 2 + 1)), next(arena.allocate<Ntk32u>(n / 2 + 1)),
+          nextOfNext(arena.allocate<Ntk32u>(n / 2 + 1)), ranks(arena.allocate<Ntk32u>(n / 2 + 1)),
+          groups(arena.allocate<Range>(n / 4 + 1)), nextGroups(arena.allocate<Range>(n / 4 + 1)) {}
 
     Ntk8u* text;   // the text twice in a row
     Ntk32u* rows;  // positions of the sorted rotations
-    Ntk32u* pairs; // one counter or index for each two-byte beginning
-    Star* stars;
-    Ntk32u* positions; // of the stars, ascending
-    Ntk32u* next;      // what follows each star's compared part, see starsort.h
+    Ntk32u* pairs; // a counter or index for each two-byte prefix
+    BStar* bStars;
+    Ntk32u* positions; // of the B*-rotations, ascending
+    Ntk32u* next;      // B*-rotation in which each one's B*-substring ends, see bstarsort.h
     Ntk32u* nextOfNext;
     Ntk32u* ranks;
-    Range* ties;
-    Range* moreTies;
+    Range* groups;
+    Range* nextGroups;
 };
 
 } // namespace ntk::bwt

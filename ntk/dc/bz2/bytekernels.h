@@ -1,4 +1,4 @@
-// The primitives among the bzip2 stages that have several kernels.
+// Kernels of the bzip2 stages that have several of them.
 #pragma once
 
 #include <cstddef>
@@ -7,11 +7,12 @@
 
 namespace ntk::bz2 {
 
-// Replaces each of the bytes by what the table has for it.
+// Replaces each byte by its entry in the table.
 using MapBytes = void(const Ntk8u table[256], Ntk8u* bytes, std::size_t length);
 
-// Codes `length` bytes with the move-to-front list, or decodes them. The inverse may work in place,
-// the forward direction may not. A list that lacks values gives undefined bytes, no more.
+// Encodes `length` bytes with the move-to-front list, or decodes them. The inverse may work in
+// place, the forward direction may not. If the list is no permutation, the output is undefined, but
+// nothing else is read or written.
 using MoveToFront = void(const Ntk8u* from, Ntk8u* to, std::size_t length, Ntk8u list[256]);
 
 extern Choice<MapBytes> mapBytesKernel;

@@ -1,13 +1,14 @@
 // A block of the bzip2 format from its symbols to its bytes.
 //
-// Stages fused, in one buffer: the symbols become move-to-front positions in the destination; these
-// are decoded where they stand; the inverse Burrows-Wheeler transform ends there, too. Expansion
-// takes no pass: the list starts with the values in use instead of their ranks. That no position
-// lies beyond those values was checked with the symbols, whose largest is the number of values.
+// The stages share one buffer: the symbols are decoded to move-to-front positions in the
+// destination; move-to-front and the inverse Burrows-Wheeler transform then work in place.
+// Expanding the dictionary takes no pass of its own: the list starts with the values in use instead
+// of their ranks. Positions beyond those values are excluded by the check of the symbols, none of
+// which may exceed the number of values.
 //
 // State: none between calls; the work buffer is that of the inverse transform.
-// Limits: blocks of up to 2^24 bytes, which that transform takes. Any symbols, row and in-use table
-// give a status or some bytes.
+// Limits: blocks of up to 2^24 bytes, as that transform. Any symbols, row and in-use table give an
+// error status or some bytes.
 
 #include "ntkdcbz2.h"
 
@@ -34,6 +35,7 @@ NtkStatus decodePositions(const Ntk16u* pSrc, int srcLen, int sizeDictionary, Sp
 
 } // namespace ntk::bz2
 
+using namespace ntk;
 using namespace ntk::bz2;
 
 NtkStatus ntksDecodeBlock_BZ2_16u8u(const Ntk16u* pSrc, int srcLen, Ntk8u* pDst, int* pDstLen,

@@ -1,12 +1,12 @@
-// Dictionary reduction and expansion: the byte values that a block uses, numbered in their order.
+// Dictionary reduction and expansion: numbering the byte values that a block uses.
 //
 // The bzip2 format stores which of the 256 values occur in a block, and codes the block in an
-// alphabet of just those: the move-to-front list begins with the values in use. To reduce the
-// block to ranks first comes to the same list, 0, 1, 2 .., for every block.
+// alphabet of just those: the move-to-front list begins with the values in use. Reducing the block
+// to ranks first is equivalent, and lets the list begin with 0, 1, 2 .. for every block.
 //
-// Method: both directions are one table of 256 bytes, made from the in-use table, and a pass that
-// replaces each byte (mapbytes.cpp). Every table entry is defined, also for values not in use and
-// for ranks that nothing has: the input need not fit the table.
+// Method: in both directions, a table of 256 bytes made from the in-use table, and a pass that
+// replaces each byte (mapbytes.cpp). Every table entry is defined, even for values not in use and
+// for ranks that no value has, so the input may hold anything.
 //
 // State: none between calls. Limits: in place, 256 values.
 
@@ -22,7 +22,7 @@ namespace ntk::bz2 {
 
 namespace {
 
-// For every value, how many in use are below it. Returns the number in use.
+// For every value, the number of values in use below it. Returns the number in use.
 int ranksOf(const Ntk8u inUse[256], Ntk8u table[256]) {
     int rank = 0;
     for (int value = 0; value < 256; value++) {
@@ -46,6 +46,7 @@ int valuesInUse(const Ntk8u inUse[256], Ntk8u values[256]) {
 
 } // namespace ntk::bz2
 
+using namespace ntk;
 using namespace ntk::bz2;
 
 NtkStatus ntksReduceDictionary_8u_I(const Ntk8u inUse[256], Ntk8u* pSrcDst, int srcLen,

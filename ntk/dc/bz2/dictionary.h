@@ -5,7 +5,7 @@
 
 namespace ntk::bz2 {
 
-// The values in use in their order; returns how many there are.
+// Lists the values in use in ascending order; returns their number.
 int valuesInUse(const Ntk8u inUse[256], Ntk8u values[256]);
 
 } // namespace ntk::bz2

@@ -1,7 +1,7 @@
 // Replacing bytes through a table of 256.
 //
 // Generic: a load per byte. With AVX-512 VBMI one instruction looks up 64 bytes at once in a table
-// of 128, of which it goes by the lower seven bits; two of them and a choice by the eighth bit do.
+// of 128, by their lower seven bits; two lookups and a blend by the eighth bit cover all 256.
 
 #include <immintrin.h>
 

@@ -3,17 +3,17 @@
 // Method (B. Ryabko 1980; J. Bentley, D. Sleator, R. Tarjan, V. Wei, "A locally adaptive data
 // compression scheme", CACM 29, 1986): encoder and decoder keep the same list of all byte values.
 // A byte is coded as its position in the list and then moved to position 0; those before it move
-// one back. After a Burrows-Wheeler transform the next byte is mostly one of the last few
-// different ones, so that most positions are small, and more than half of them 0.
+// back by one. After a Burrows-Wheeler transform the next byte is usually one of the last few
+// distinct ones, so most positions are small, and more than half of them are 0.
 //
-// State: the list, a permutation of the 256 values, front first; 256 bytes. The encoder looks for
-// a byte in it, the decoder for a position; both then do the same rotation of the part up to that
-// position. Invariant: it stays a permutation. Where a caller's block does not hold one, a byte
-// that is not found counts as the last of the list.
+// State: the list, a permutation of the 256 values, front first; 256 bytes. The encoder looks up a
+// byte in it, the decoder a position; both then rotate the part up to that position in the same
+// way. Invariant: it stays a permutation. If the caller's block does not hold one, a byte that is
+// not found counts as the last of the list.
 //
 // The kernels (mtfforward.cpp, mtfinverse.cpp) keep the front of the list in a vector register,
-// where a rotation is one shuffle, and the rest in memory, where it is one vector at a time. Runs
-// of the front byte do not touch the list at all.
+// where a rotation is one shuffle, and the rest in memory, where it is rotated a vector at a time.
+// Runs of the front byte do not touch the list at all.
 
 #include "ntkdcbz2.h"
 
@@ -42,14 +42,11 @@ NtkStatus run(Choice<MoveToFront>& kernel, const Ntk8u* pSrc, Ntk8u* pDst, int s
 
 } // namespace ntk::bz2
 
+using namespace ntk;
 using namespace ntk::bz2;
 
 NtkStatus ntksMTFGetSize_8u(int* pSize) {
-    if (pSize == nullptr) {
-        return ntkStsNullPtr;
-    }
-    *pSize = listBytes;
-    return ntkStsNoErr;
+    return returnSize(listBytes, pSize);
 }
 
 NtkStatus ntksMTFInit_8u(Ntk8u* pState) {

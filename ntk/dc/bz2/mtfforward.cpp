@@ -1,8 +1,8 @@
 // Move-to-front, encoding. Method: see mtf.cpp.
 //
-// One step codes a byte and all that follow it and are equal to it: those are zeroes, which are
-// written 16 at a time and counted without a branch. Only where the byte is not in the front of
-// the list, or the run is long, does a branch go the other way.
+// One step encodes a byte and the equal bytes after it: those become zeroes, which are written 16
+// at a time and counted without a branch. Only if the byte is not in the front of the list, or the
+// run is long, is a branch taken.
 
 #include "bytekernels.h"
 #include "mtflist.h"
@@ -25,7 +25,7 @@ void code(MtfList& list, Ntk8u byte, Ntk8u* to) {
     }
 }
 
-// Writes 16 zeroes; returns how many of the 16 bytes, from the first on, equal `byte`.
+// Writes 16 zeroes; returns how many of the first of 16 bytes equal `byte`.
 unsigned codeRun(const Ntk8u* from, Ntk8u byte, Ntk8u* to) {
     const __m128i next = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from));
     const int equal =

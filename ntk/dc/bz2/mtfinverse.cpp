@@ -1,8 +1,8 @@
 // Move-to-front, decoding. Method: see mtf.cpp.
 //
-// The positions are known beforehand, so that a step within the front of the list is a lookup of
-// its shuffle and the shuffle itself: one clock after the step before (SSSE3). Where 16 positions
-// in a row are 0, the front byte is written 16 times.
+// The positions are known in advance, so a step within the front of the list is a lookup of its
+// shuffle and the shuffle itself, with a latency of one clock per step (SSSE3). If 16 positions in
+// a row are 0, the front byte is written 16 times.
 
 #include "bytekernels.h"
 #include "mtflist.h"
@@ -20,7 +20,7 @@ void fill16(Ntk8u* p, Ntk8u byte) {
     _mm_storeu_si128(reinterpret_cast<__m128i*>(p), _mm_set1_epi8(static_cast<char>(byte)));
 }
 
-// Without shuffles: the front byte is looked up in memory.
+// Without shuffles: the list stays in memory.
 void inverseGeneric(const Ntk8u* from, Ntk8u* to, std::size_t length, Ntk8u listBytes[256]) {
     for (std::size_t i = 0; i < length; i++) {
         const unsigned position = from[i];

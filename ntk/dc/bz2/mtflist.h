@@ -12,11 +12,11 @@ namespace ntk::bz2 {
 inline constexpr unsigned laneCount = 16;
 inline constexpr unsigned listLength = 256;
 
-// Loaded at laneCount - n - 1: all bits in the lanes 0 to n.
+// Loaded at laneCount - n - 1: all bits set in the lanes 0 to n.
 alignas(16) inline constexpr Ntk8u lanesUpTo[2 * laneCount] = {
     0xff, 0xff, 0xff, 0xff, 0xff, 0xff, 0xff, 0xff, 0xff, 0xff, 0xff, 0xff, 0xff, 0xff, 0xff, 0xff};
 
-// On the stack while a kernel runs: aligned, and the caller's block is read and written once.
+// Lives on the stack while a kernel runs: aligned, and the caller's block is read and written once.
 class MtfList {
 public:
     explicit MtfList(const Ntk8u list[listLength]) {
@@ -31,9 +31,9 @@ public:
     __m128i front() const { return m_front; }
     void setFront(__m128i front) { m_front = front; }
     Ntk8u frontByte() const { return lane0(m_front); }
-    Ntk8u byteAt(unsigned position) const { return m_bytes[position]; } // not of the front
+    Ntk8u byteAt(unsigned position) const { return m_bytes[position]; } // beyond the front
 
-    // Position of a byte that is not in the front; the last one when it is nowhere.
+    // Position of a byte that is not in the front; the last position if it is not in the list.
     unsigned findBehindFront(Ntk8u byte) const {
         const __m128i wanted = _mm_set1_epi8(static_cast<char>(byte));
         for (unsigned first = laneCount; first < listLength; first += laneCount) {
@@ -45,7 +45,7 @@ public:
         return listLength - 1;
     }
 
-    // Moves `byte` in front of the list; those up to `position` move one back over it.
+    // Moves `byte` from `position` to the front of the list; those before it move back by one.
     void moveWithinFront(Ntk8u byte, unsigned position) {
         m_front = blend(m_front, shiftedIn(m_front, _mm_cvtsi32_si128(byte)), position);
     }

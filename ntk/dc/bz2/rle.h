@@ -9,7 +9,7 @@
 
 namespace ntk::bz2 {
 
-inline constexpr int leastRun = 4; // that gets a count
+inline constexpr int leastRun = 4; // the shortest run with a count
 inline constexpr int longestRun = 255;
 
 // Bytes only, so that the caller's block needs no alignment.
@@ -17,7 +17,7 @@ struct RleState {
     Ntk8u pendingByte;   // encoder: the run read last and not yet written;
     Ntk8u pendingLength; //          0 for none
     Ntk8u lastByte;      // decoder: the byte written last;
-    Ntk8u equal;         //          how many in a row, 0 to 4; at 4 the count comes next
+    Ntk8u equal;         //          how many of it in a row, 0 to 4; after 4 comes the count
     Ntk8u repeats;       //          how many more are still to be written
     Ntk8u inUse[256];
 };
@@ -26,7 +26,7 @@ inline RleState& rleState(Ntk8u* block) {
     return *reinterpret_cast<RleState*>(block);
 }
 
-// Vector steps look 3 bytes beyond the 16 that they are about.
+// Vector steps read 3 bytes beyond the 16 that they process.
 inline constexpr std::size_t stepBytes = 16;
 inline constexpr std::size_t stepReach = stepBytes + leastRun - 1;
 

@@ -1,8 +1,8 @@
 // Run-length coding, the first stage of the bzip2 format: decoder. Format: see rleencode.cpp.
 //
-// Method: as in the encoder, 16 bytes are copied at a time as long as no four equal ones begin
-// among them. Everything else goes byte by byte through the state, which can stop anywhere: within
-// a run, before its count, or with some of the count's bytes still to be written.
+// Method: as in the encoder, 16 bytes are copied at a time as long as no run of four begins among
+// them. Everything else goes byte by byte through the state, which can stop anywhere: within a run,
+// before its count, or with some of the counted bytes still to be written.
 
 #include "ntkdcbz2.h"
 
@@ -15,7 +15,7 @@ namespace ntk::bz2 {
 
 namespace {
 
-// False when the destination is full before all repeats are written.
+// False if the destination is full before all repeats are written.
 bool writeRepeats(RleState& s, Span<Ntk8u>& dst) {
     const std::size_t length = std::min<std::size_t>(s.repeats, dst.left());
     std::memset(dst.p, s.lastByte, length);
@@ -32,8 +32,8 @@ void copyByte(RleState& s, Span<Ntk8u>& src, Span<Ntk8u>& dst) {
     *dst.p++ = byte;
 }
 
-// Copies what comes before the next run of four. Only where a run begins: else four equal bytes
-// could be told by the state alone.
+// Copies what comes before the next run of four. Only at the start of a run: otherwise bytes of
+// earlier calls, which only the state knows, might belong to the run.
 void copyLiterals(RleState& s, Span<Ntk8u>& src, Span<Ntk8u>& dst) {
     while (src.left() >= stepReach && dst.left() >= stepBytes &&
            (s.equal == 0 || *src.p != s.lastByte)) {
@@ -52,7 +52,7 @@ void copyLiterals(RleState& s, Span<Ntk8u>& src, Span<Ntk8u>& dst) {
     }
 }
 
-// False when the destination is full.
+// False if the destination is full.
 bool decode(RleState& s, Span<Ntk8u>& src, Span<Ntk8u>& dst) {
     while (writeRepeats(s, dst)) {
         if (src.empty()) {
@@ -76,6 +76,7 @@ bool decode(RleState& s, Span<Ntk8u>& src, Span<Ntk8u>& dst) {
 
 } // namespace ntk::bz2
 
+using namespace ntk;
 using namespace ntk::bz2;
 
 NtkStatus ntksDecodeRLEInit_BZ2_8u(Ntk8u* pState) {
@@ -93,7 +94,7 @@ NtkStatus ntksDecodeRLEState_BZ2_8u(Ntk8u** ppSrc, int* pSrcLen, Ntk8u** ppDst, 
     Span<Ntk8u> src(*ppSrc, *pSrcLen);
     Span<Ntk8u> dst(*ppDst, *pDstLen);
     const bool done = decode(rleState(pState), src, dst);
-    giveBack(src, ppSrc, pSrcLen);
-    giveBack(dst, ppDst, pDstLen);
+    returnRest(src, ppSrc, pSrcLen);
+    returnRest(dst, ppDst, pDstLen);
     return done ? ntkStsNoErr : ntkStsDstFull;
 }

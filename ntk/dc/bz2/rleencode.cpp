@@ -1,24 +1,25 @@
 // Run-length coding, the first stage of the bzip2 format: encoder.
 //
-// Format: runs of one byte value of 1 to 3 stand for themselves. Of a run of 4 to 255, four bytes
-// are kept and a fifth says how many more there were, 0 to 251. A longer run is cut into several.
-// The format has no published standard; it is that of the bzip2 program by Julian Seward. Its
-// purpose was to spare the sorting step long repetitions; so this stage makes little difference to
-// the size, but belongs to every stream.
+// Format: runs of 1 to 3 equal bytes are kept as they are. Of a run of 4 to 255, four bytes are
+// kept, followed by a count byte that says how many more there were, 0 to 251. A longer run is
+// split into several. The format has no published standard; it is that of the bzip2 program by
+// Julian Seward. Its purpose was to keep long repetitions away from the sorting step; this stage
+// makes little difference to the size, but is part of every stream.
 //
 // Method: most data have few such runs, so the encoder looks for places where four equal bytes
-// begin, 16 at a time, and copies everything before. A run is counted to its end, or 255, and
-// written in one piece.
+// begin, 16 at a time, and copies everything before. A run is counted to its end, or to 255, and
+// written as a whole.
 //
-// State: the run that was read last and is not yet written (the source may go on with it), and
-// which byte values were written. Invariants:
-// - what is pending is the longest run of its byte at the end of what was read, or one cut at 255:
-//   no part of it has been written as a literal. A vector step therefore ends before the last
-//   three bytes of the source; only bytes that are known to be followed by another value, or by a
-//   run with a count, are copied.
-// - a run is written whole or not at all, so that a full destination leaves nothing half done.
+// State: the run that was read last and is not yet written (the source may continue it), and which
+// byte values were written. Invariants:
+// - the pending run is the longest run of its byte at the end of what was read, or one split at
+// 255:
+//   no part of it has been written as a literal. A vector step therefore ends before the last three
+//   bytes of the source; only bytes that are known to be followed by another value, or by a run
+//   with a count, are copied.
+// - a run is written whole or not at all, so a full destination leaves no run half written.
 //
-// Limits: the in-use table is complete only after a flush, since it tells what was written.
+// Limits: the in-use table covers what was written, so it is complete only after a flush.
 
 #include "ntkdcbz2.h"
 
@@ -56,7 +57,7 @@ bool writePending(RleState& s, Span<Ntk8u>& dst) {
     return true;
 }
 
-// The number of bytes from p on, up to `most` of them, that equal `byte`.
+// The number of bytes from p on that equal `byte`, at most `most`.
 std::size_t equalBytes(const Ntk8u* p, std::size_t most, Ntk8u byte) {
     const __m128i wanted = _mm_set1_epi8(static_cast<char>(byte));
     std::size_t n = 0;
@@ -72,7 +73,7 @@ std::size_t equalBytes(const Ntk8u* p, std::size_t most, Ntk8u byte) {
     return n;
 }
 
-// Takes what the source has more of the pending byte, up to the longest run.
+// Extends the pending run from the source, up to the longest run.
 void continuePending(RleState& s, Span<Ntk8u>& src) {
     const std::size_t room = static_cast<std::size_t>(longestRun) - s.pendingLength;
     const std::size_t more = equalBytes(src.p, std::min(room, src.left()), s.pendingByte);
@@ -104,7 +105,7 @@ void copyLiterals(RleState& s, Span<Ntk8u>& src, Span<Ntk8u>& dst) {
     }
 }
 
-// False when the destination is full.
+// False if the destination is full.
 bool encode(RleState& s, Span<Ntk8u>& src, Span<Ntk8u>& dst) {
     while (!src.empty()) {
         if (s.pendingLength != 0) {
@@ -127,14 +128,11 @@ bool encode(RleState& s, Span<Ntk8u>& src, Span<Ntk8u>& dst) {
 
 } // namespace ntk::bz2
 
+using namespace ntk;
 using namespace ntk::bz2;
 
 NtkStatus ntksRLEGetSize_BZ2_8u(int* pSize) {
-    if (pSize == nullptr) {
-        return ntkStsNullPtr;
-    }
-    *pSize = sizeof(RleState);
-    return ntkStsNoErr;
+    return returnSize(sizeof(RleState), pSize);
 }
 
 NtkStatus ntksEncodeRLEInit_BZ2_8u(Ntk8u* pState) {
@@ -156,7 +154,7 @@ NtkStatus ntksEncodeRLE_BZ2_8u(Ntk8u** ppSrc, int* pSrcLen, Ntk8u* pDst, int* pD
     Span<Ntk8u> src(*ppSrc, *pSrcLen);
     Span<Ntk8u> dst(pDst, *pDstLen);
     const bool done = encode(rleState(pState), src, dst);
-    giveBack(src, ppSrc, pSrcLen);
+    returnRest(src, ppSrc, pSrcLen);
     *pDstLen = static_cast<int>(dst.p - pDst);
     return done ? ntkStsNoErr : ntkStsDstFull;
 }

@@ -1,15 +1,12 @@
-// What the calls of the bzip2 stages have in common.
+// Source and destination of a call, common to the bzip2 stages.
 #pragma once
 
 #include <cstddef>
 
+#include "../callerblock.h"
 #include "ntkdefs.h"
 
 namespace ntk::bz2 {
-
-constexpr bool anyNull(auto... pointers) {
-    return (... || (pointers == nullptr));
-}
 
 // What is left of a buffer that a call works through.
 template <class T> struct Span {
@@ -21,8 +18,8 @@ template <class T> struct Span {
     bool empty() const { return p == end; }
 };
 
-// Moves a pointer of the caller's on to where the work stands, and its length down.
-template <class T> void giveBack(const Span<T>& span, T** pointer, int* length) {
+// Sets the caller's pointer and length to what is left.
+template <class T> void returnRest(const Span<T>& span, T** pointer, int* length) {
     *pointer = span.p;
     *length = static_cast<int>(span.left());
 }

@@ -1,4 +1,4 @@
-// Runs of zeroes in the symbols of a block: what the stages share.
+// Runs of zeroes in a block: what encoder and decoder share.
 #pragma once
 
 #include <emmintrin.h>
@@ -7,7 +7,7 @@
 
 namespace ntk::bz2 {
 
-// A symbol at any address.
+// A symbol at an address of any alignment.
 struct [[gnu::packed, gnu::may_alias]] Symbol {
     Ntk16u value;
 };
@@ -21,11 +21,11 @@ inline Symbol* asSymbols(Ntk16u* p) {
 
 inline constexpr unsigned largestSymbol = 256; // of a byte: 255 + 1
 
-// Both directions go by masks of 64 elements, and read and write vectors of 16 from any position
-// on: up to 15 elements more than they use.
+// Both directions work on windows of 64 elements with bit masks, and read and write vectors of 16
+// from any position on: up to 15 elements more than they use.
 inline constexpr unsigned windowLength = 64;
 inline constexpr unsigned vectorLength = 16;
-// A window's elements, a run that began before it, and what is written too much.
+// A window's elements, a run that began before it, and the excess of vector stores.
 inline constexpr unsigned windowRoom = 2 * windowLength;
 
 // The lowest n bits, n below 64.
@@ -34,7 +34,7 @@ constexpr Ntk64u lowBits(unsigned n) {
 }
 
 // Decodes as ntksDecodeZ1Z2_BZ2_16u8u does, with ntkStsBadSrcData for symbols above maxSymbol,
-// which is at most largestSymbol. Source and destination stand where the work ended.
+// which is at most largestSymbol. Leaves what is left of source and destination in the spans.
 NtkStatus decodeZ1Z2(Span<const Symbol>& src, Span<Ntk8u>& dst, unsigned maxSymbol);
 
 } // namespace ntk::bz2

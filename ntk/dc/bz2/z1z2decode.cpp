@@ -1,9 +1,9 @@
-// Runs of zeroes in what move-to-front gives: decoder. Format: see z1z2encode.cpp.
+// Runs of zeroes in the move-to-front positions: decoder. Format: see z1z2encode.cpp.
 //
-// Method: the encoder's, the other way round. Two masks of 64 symbols tell which are digits, and
-// which of these RUNB. The digits of a run are the mask's bits: with d of them and the RUNB bits b,
-// it has 2^d - 1 + b zeroes. What a window cannot decide, a symbol out of range, a run that is long
-// for the room left, is left to the loop that goes symbol by symbol and names the status.
+// Method: that of the encoder, reversed. Two masks over 64 symbols mark the digits, and those that
+// are RUNB. A run of d digits whose RUNB bits are the number b has 2^d - 1 + b zeroes. Whatever a
+// window cannot handle, a symbol out of range or a run that may be too long for the room left, is
+// left to the loop that goes symbol by symbol and determines the status.
 
 #include "ntkdcbz2.h"
 
@@ -26,7 +26,7 @@ struct WindowMasks {
     bool inRange = true;
 };
 
-// The 16-bit lanes of two comparisons to the bits of a mask.
+// Turns the 16-bit lanes of two comparisons into bits of a mask.
 Ntk64u asBits(__m128i low, __m128i high, unsigned shift) {
     const int bits = _mm_movemask_epi8(_mm_packs_epi16(low, high));
     return static_cast<Ntk64u>(static_cast<unsigned>(bits)) << shift;
@@ -86,10 +86,10 @@ struct Run {
     Ntk64u length() const { return lowBits(digits) + bits; }
 };
 
-constexpr unsigned mostDigits = 31; // of a run that windows take on
+constexpr unsigned mostDigits = 31; // of a run that windows decode
 
-// Decodes one window, with the run that reaches into it; true when it was decoded whole. When not,
-// the source stands before the run that was too long, or where it stood.
+// Decodes one window, including the run that extends into it. False if it was not decoded whole:
+// the source is then left before the run that was too long, or unchanged.
 bool decodeWindow(Span<const Symbol>& src, Span<Ntk8u>& dst, Run& run, unsigned maxSymbol) {
     const WindowMasks m = masksOf(src.p, maxSymbol);
     if (!m.inRange) {
@@ -130,7 +130,7 @@ bool decodeWindow(Span<const Symbol>& src, Span<Ntk8u>& dst, Run& run, unsigned 
     return true;
 }
 
-// As long as windows fit both sides and hold nothing unusual. Ends before a run.
+// Decodes windows as long as they fit both sides and need no special handling. Ends before a run.
 void decodeWindows(Span<const Symbol>& src, Span<Ntk8u>& dst, unsigned maxSymbol) {
     Run run;
     while (src.left() >= windowLength + vectorLength && dst.left() >= windowRoom &&
@@ -139,8 +139,8 @@ void decodeWindows(Span<const Symbol>& src, Span<Ntk8u>& dst, unsigned maxSymbol
     src.p -= run.digits;
 }
 
-// The run whose digits begin where the source stands; they are passed over. 0 when it is longer
-// than an int counts.
+// Takes the digits of the run that begins at the source's position; returns its length, 0 if that
+// is above INT_MAX.
 Ntk64u takeRun(Span<const Symbol>& src) {
     Run run;
     while (!src.empty() && src.p->value < 2) {
@@ -186,6 +186,7 @@ NtkStatus decodeZ1Z2(Span<const Symbol>& src, Span<Ntk8u>& dst, unsigned maxSymb
 
 } // namespace ntk::bz2
 
+using namespace ntk;
 using namespace ntk::bz2;
 
 NtkStatus ntksDecodeZ1Z2_BZ2_16u8u(Ntk16u** ppSrc, int* pSrcLen, Ntk8u* pDst, int* pDstLen) {

@@ -1,20 +1,20 @@
-// Runs of zeroes in what move-to-front gives: encoder.
+// Runs of zeroes in the move-to-front positions: encoder.
 //
 // Format (the bzip2 program by Julian Seward): a run of n zeroes is written as the digits of n in
-// the bijective system of base 2, whose digits are 1 (RUNA, symbol 0) and 2 (RUNB, symbol 1), the
-// least significant first: 1 A, 2 B, 3 AA, 4 BA, 5 AB, 6 BB, 7 AAA. No n has two forms and none
-// needs an end mark. A byte b above 0 becomes the symbol b + 1. The alphabet of a block with k byte
+// bijective base 2, whose digits are 1 (RUNA, symbol 0) and 2 (RUNB, symbol 1), least significant
+// first: 1 is A, 2 B, 3 AA, 4 BA, 5 AB, 6 BB, 7 AAA. Every n has one representation, and none needs
+// an end mark. A byte b above 0 becomes the symbol b + 1. The alphabet of a block with k byte
 // values in use thus has the symbols 0 to k, and k + 1 for the end of the block, which the caller
 // writes.
 //
 // The digits are those of n + 1 in binary without the leading 1: bit 0 for A, 1 for B.
 //
-// Method: zeroes and other bytes alternate irregularly, and a branch on each byte would be guessed
-// wrong every few bytes. So 64 bytes at a time become a mask, the stretches in it are counted as
-// trailing zeroes and ones, and a stretch is written without a branch: 16 symbols, or 4 digits, of
-// which the pointer then moves over as many as there are. The last bytes of the source, and the
-// last of the destination's room, go one by one. Symbols are counted afterwards, in what is
-// written.
+// Method: zeroes and other bytes alternate irregularly, and a branch on each byte would be
+// mispredicted every few bytes. So 64 bytes at a time are turned into a mask, its sequences of
+// equal bits are counted as trailing zeroes or ones, and each is written without a branch: 16
+// symbols, or 4 digits, of which the pointer then passes as many as there are. The last bytes of
+// the source, and those for the last of the destination's room, are encoded one by one. Symbols are
+// counted afterwards, in the output.
 //
 // State: none between calls. Within a call, a run may span windows; it is written where it ends.
 
@@ -54,12 +54,12 @@ unsigned digitCount(Ntk32u run) {
     return 31 - static_cast<unsigned>(__builtin_clz(run + 1));
 }
 
-// Writes the digits, and up to four symbols too much.
+// Writes the digits, and up to four symbols in excess.
 Symbol* putRun(Ntk32u run, Symbol* to) {
     unsigned left = digitCount(run);
     Ntk32u bits = run + 1;
     while (true) {
-        // Bit i of four to the lowest bit of 16-bit lane i.
+        // Moves bit i of four to the lowest bit of 16-bit lane i.
         const Ntk64u four = ((bits & 15) * 0x200040008001ULL) & 0x1000100010001ULL;
         std::memcpy(to, &four, sizeof four);
         if (left <= 4) {
@@ -79,7 +79,8 @@ Symbol* putOthers(const Ntk8u* from, unsigned length, Symbol* to) {
     return to + length;
 }
 
-// Encodes one window; returns the zeroes at its end, which may go on, with those before it.
+// Encodes one window after a run of `run` zeroes; returns the length of the run at its end, which
+// may continue.
 Ntk32u encodeWindow(const Ntk8u* from, Ntk32u run, Symbol*& to) {
     Ntk64u zeroes = zeroMask(from);
     unsigned left = windowLength;
@@ -102,7 +103,7 @@ Ntk32u encodeWindow(const Ntk8u* from, Ntk32u run, Symbol*& to) {
     return run + left;
 }
 
-// As long as windows fit both sides. Ends before a run that may go on.
+// Encodes windows as long as they fit both sides. Ends before a run that may continue.
 void encodeWindows(Span<const Ntk8u>& src, Span<Symbol>& dst) {
     Ntk32u run = 0;
     while (src.left() >= windowLength + vectorLength && dst.left() >= windowRoom) {
@@ -120,7 +121,7 @@ Ntk32u zeroesAt(const Span<const Ntk8u>& src) {
     return static_cast<Ntk32u>(p - src.p);
 }
 
-// Symbol by symbol. False when the destination is full.
+// Encodes symbol by symbol. False if the destination is full.
 bool encodeRest(Span<const Ntk8u>& src, Span<Symbol>& dst) {
     while (!src.empty()) {
         if (*src.p != 0) {
@@ -142,7 +143,7 @@ bool encodeRest(Span<const Ntk8u>& src, Span<Symbol>& dst) {
     return true;
 }
 
-// Into two tables in turn: equal neighbours would wait for each other.
+// Counts in two tables alternately, so that equal neighbours do not wait for each other's counter.
 void addFrequencies(const Symbol* symbols, std::size_t count, int freqTable[258]) {
     Ntk32u frequencies[2][largestSymbol + 1] = {};
     for (std::size_t i = 0; i < count; i++) {
@@ -159,6 +160,7 @@ void addFrequencies(const Symbol* symbols, std::size_t count, int freqTable[258]
 
 } // namespace ntk::bz2
 
+using namespace ntk;
 using namespace ntk::bz2;
 
 NtkStatus ntksEncodeZ1Z2_BZ2_8u16u(Ntk8u** ppSrc, int* pSrcLen, Ntk16u* pDst, int* pDstLen,

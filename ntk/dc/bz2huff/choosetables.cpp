@@ -1,6 +1,6 @@
-// The tables begin as guesses, each cheap for one stretch of the alphabet. Then, four times over,
-// every group goes to the table that codes it shortest, and every table is made anew for the
-// groups that came to it.
+// The initial tables are guesses, each with short codes for one range of the alphabet. Then, in
+// four rounds, every group is assigned to the table that encodes it shortest, and every table is
+// rebuilt for its groups.
 
 #include "choosetables.h"
 
@@ -16,8 +16,8 @@ namespace {
 
 constexpr int rounds = 4;
 
-// Code lengths of one symbol in all tables, or their sums over a group, side by side: a group's
-// costs in all tables take one addition per symbol. 50 codes of 20 bits fit 16 bits.
+// Code lengths of one symbol in all tables, or their sums over a group, as a vector: the costs of a
+// group in all tables take one addition per symbol. The sum of 50 codes of 20 bits fits 16 bits.
 typedef Ntk16u Costs __attribute__((vector_size(16)));
 
 struct Group {
@@ -25,7 +25,7 @@ struct Group {
     int count;
 };
 
-// The symbols of the group that are in the alphabet: the source itself when all are.
+// The symbols of the group that are in the alphabet: the group itself if all are.
 Group usableSymbols(const Group& group, int alphabet, Ntk16u* buffer) {
     Ntk16u largest = 0;
     for (int i = 0; i < group.count; i++) {
@@ -42,7 +42,7 @@ Group usableSymbols(const Group& group, int alphabet, Ntk16u* buffer) {
 template <class Action>
 void forEachGroup(const Ntk16u* symbols, int count, int alphabet, Action&& action) {
     Ntk16u buffer[groupSymbols];
-    Ntk16u moved[groupSymbols]; // of a source at an odd address
+    Ntk16u moved[groupSymbols]; // copy of a group at an odd address
     const bool isOdd = reinterpret_cast<std::uintptr_t>(symbols) % alignof(Ntk16u) != 0;
     const auto* const bytes = reinterpret_cast<const Ntk8u*>(symbols);
     for (int at = 0, group = 0; at < count; at += groupSymbols, group++) {
@@ -61,7 +61,7 @@ void countSymbols(const Group& group, int* frequencies) {
     }
 }
 
-// More tables pay only in longer blocks, because each must be described.
+// More tables pay off only in longer blocks, because each must be described.
 int tableCount(int symbols) {
     static constexpr int fewerBelow[] = {200, 600, 1200, 2400};
     int tables = minTables;
@@ -71,11 +71,11 @@ int tableCount(int symbols) {
     return tables;
 }
 
-// Cuts the alphabet into stretches that occur about equally often; the n-th table has short codes
-// for the n-th.
+// Splits the alphabet into ranges that occur about equally often; the n-th table has short codes
+// for the n-th range.
 void guessLengths(const int* frequencies, int alphabet, Plan& plan) {
-    constexpr Ntk8u cheap = 0;
-    constexpr Ntk8u dear = 15;
+    constexpr Ntk8u shortCode = 0;
+    constexpr Ntk8u longCode = 15;
     int remaining = 0;
     for (int s = 0; s < alphabet; s++) {
         remaining += frequencies[s];
@@ -88,13 +88,13 @@ void guessLengths(const int* frequencies, int alphabet, Plan& plan) {
         while (symbol < alphabet && (sum < target || symbol == first)) {
             sum += frequencies[symbol++];
         }
-        // A stretch ends beyond its share. Every second one stays below it instead.
+        // A range ends above its share; every second one is made to stay below it instead.
         if (t % 2 == 1 && t + 1 < plan.tables && symbol - first > 1) {
             sum -= frequencies[--symbol];
         }
         remaining -= sum;
-        std::memset(plan.lengths[t], dear, sizeof plan.lengths[t]);
-        std::memset(plan.lengths[t] + first, cheap, static_cast<std::size_t>(symbol - first));
+        std::memset(plan.lengths[t], longCode, sizeof plan.lengths[t]);
+        std::memset(plan.lengths[t] + first, shortCode, static_cast<std::size_t>(symbol - first));
     }
 }
 

@@ -1,11 +1,11 @@
-// Which tables a block is coded with, and which of them codes which group of symbols.
+// The choice of the code tables of a block, and of the table for each group of symbols.
 #pragma once
 
 #include "format.h"
 
 namespace ntk::bz2huff {
 
-// How a block is to be coded.
+// How a block is to be encoded.
 struct Plan {
     int tables;
     int groups;
@@ -13,7 +13,7 @@ struct Plan {
     Ntk8u selectors[maxSelectors]; // the table of each group
 };
 
-// symbols: count of them, 1 to maxBlockSymbols; those outside the alphabet have no influence.
+// symbols: `count` of them, 1 to maxBlockSymbols; those outside the alphabet are ignored.
 void choosePlan(const Ntk16u* symbols, int count, int alphabet, Plan& plan);
 
 } // namespace ntk::bz2huff

@@ -9,13 +9,13 @@ namespace {
 constexpr int symbolBits = 9;
 constexpr Ntk32u symbolMask = (1U << symbolBits) - 1;
 
-// A symbol below its frequency, so that sorting orders by frequency.
+// Frequency in the high bits and symbol in the low ones, so that sorting orders by frequency.
 using Leaf = Ntk32u;
 
-// The tree is built in one array: nodes are made in the order of their weights, so the two lightest
-// of all are always at the front of the unused leaves or of the unused nodes. weights[n] becomes
-// the index of n's parent when n gets one; the last node is the root. (Moffat and Katajainen,
-// In-place calculation of minimum-redundancy codes, 1995.)
+// The tree is built in one array: nodes are created in the order of their weights, so the two
+// lightest of all are always at the front of the unused leaves or of the unused nodes. weights[n]
+// becomes the index of n's parent once n has one; the last node is the root. (Moffat and
+// Katajainen, In-place calculation of minimum-redundancy codes, 1995.)
 void buildTree(Ntk32u* weights, int leaves) {
     int leaf = 0;
     int node = 0;
@@ -33,7 +33,7 @@ void buildTree(Ntk32u* weights, int leaves) {
     }
 }
 
-// From the parents of the inner nodes to the depth of each leaf, the lightest first.
+// Replaces the parents of the inner nodes by the depth of each leaf, the lightest leaf first.
 void depthsOfLeaves(Ntk32u* parents, int leaves) {
     int inner = leaves - 2; // the root
     parents[inner] = 0;
@@ -55,7 +55,7 @@ void depthsOfLeaves(Ntk32u* parents, int leaves) {
     }
 }
 
-// The longest length that the leaves' frequencies lead to.
+// Computes the lengths for the frequencies of the leaves; returns the longest one.
 int lengthsFor(const Leaf* sorted, int alphabet, Ntk8u* lengths) {
     Ntk32u depths[maxAlphabet];
     for (int i = 0; i < alphabet; i++) {
@@ -82,7 +82,7 @@ void makeCodeLengths(const int* frequencies, int alphabet, Ntk8u* lengths) {
         leaves[s] = frequency << symbolBits | static_cast<Ntk32u>(s);
     }
     std::sort(leaves, leaves + alphabet);
-    // Halving draws the frequencies together until no code is too long. The order stays.
+    // Halving makes the frequencies more alike until no code is too long. Their order is kept.
     while (lengthsFor(leaves, alphabet, lengths) > maxEncodedCodeBits) {
         for (int i = 0; i < alphabet; i++) {
             const Leaf halved = (leaves[i] >> symbolBits) / 2 + 1;

@@ -1,12 +1,12 @@
-// Huffman code lengths, and the canonical codes that follow from them.
+// Huffman code lengths, and the canonical codes with these lengths.
 #pragma once
 
 #include "format.h"
 
 namespace ntk::bz2huff {
 
-// Lengths, 1 to maxEncodedCodeBits, of codes that are short for frequent symbols. A frequency of 0
-// counts as 1: every symbol gets a code. Frequencies sum up to at most maxBlockSymbols.
+// Computes code lengths, 1 to maxEncodedCodeBits. A frequency of 0 counts as 1: every symbol gets a
+// code. The frequencies add up to at most maxBlockSymbols.
 void makeCodeLengths(const int* frequencies, int alphabet, Ntk8u* lengths);
 
 struct Code {
@@ -14,7 +14,7 @@ struct Code {
     Ntk32u length;
 };
 
-// Codes are given out by length, within a length by symbol, counting upwards. Lengths as made by
+// Assigns ascending codes by length, and by symbol within a length. The lengths are those of
 // makeCodeLengths.
 void makeCodes(const Ntk8u* lengths, int alphabet, Code* codes);
 

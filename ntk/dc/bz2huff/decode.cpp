@@ -1,22 +1,21 @@
-// bzip2 Huffman coder, the decoding half. Format: see encode.cpp.
+// Huffman decoder of the bzip2 format. Format: see encode.cpp.
 //
-// Method: a table of 1024 entries for every code table gives symbol and length of any code of up to
-// 10 bits; longer codes, which are rare, are found by comparing with the end of each length's range
-// of codes. A 64-bit word of bits is filled from the source with one load and serves two to five
-// codes, as many as the longest code of the table leaves room for. A group of 50 symbols for which
-// source and destination are sure to suffice is decoded without a look at either; others symbol by
-// symbol.
+// Method: for every code table, a lookup table of 1024 entries gives symbol and length of any code
+// of up to 10 bits; longer codes, which are rare, are found by comparing with the end of each
+// length's range of codes. A 64-bit buffer is refilled from the source with one load for two to
+// five codes, depending on the longest code of the table. A group of 50 symbols for which source
+// and destination are certain to suffice is decoded without checking either; other groups are
+// decoded symbol by symbol.
 //
 // State: the tables, the selectors, and the position in the block. The position is 0 after a
-// context is unpacked and after an end-of-block symbol. A group count of 0 means that no context is
-// known.
+// context is unpacked and after an end-of-block symbol. A group count of 0 means that there is no
+// context.
 //
-// Hostile sources: tables with more codes than patterns are refused when they are unpacked.
-// Patterns that no code has are met, if at all, while decoding. Every step of every loop uses up
-// bits or room.
+// Hostile sources: over-subscribed codes are rejected when they are unpacked. Unused bit patterns
+// are detected while decoding. Every iteration of every loop consumes bits or room.
 //
-// Limits: 258 symbols, codes of 20 bits. Up to 32767 selectors are read, since other programs write
-// some in vain; those beyond the longest block are not kept.
+// Limits: 258 symbols, codes of 20 bits. Up to 32767 selectors are read, because other programs
+// write superfluous ones; those beyond the longest block are discarded.
 
 #include "ntkdc.h"
 
@@ -31,7 +30,7 @@ namespace {
 
 struct DecodeState {
     int alphabet;
-    int position; // symbols of the block that are decoded
+    int position; // symbols of the block decoded so far
     int groups;
     Ntk8u selectors[maxSelectors];
     DecodeTable tables[maxTables];
@@ -115,8 +114,8 @@ public:
     int position() const { return m_position; }
 
 private:
-    // A group that is whole, and sure of its source and its room. False also when a symbol in it
-    // must be looked at; those before it are decoded then.
+    // Decodes a whole group, if source and room are certain to suffice for one. Also false if a
+    // symbol in it needs the careful way; those before it are then decoded.
     bool wholeGroup(const DecodeTable& table) {
         constexpr int mostBytes = groupSymbols * maxCodeBits / 8 + 8;
         if (m_position % groupSymbols != 0 || m_end - m_at < groupSymbols ||
@@ -176,7 +175,7 @@ private:
         }
         m_reader.refill();
         const DecodeTable::Found found = table.find(m_reader.bits());
-        // Short of bits, whatever was found or not found is not to be trusted.
+        // If bits are missing, what was found or not found is meaningless.
         const int needed = found.length > 0 ? found.length : table.maxLength();
         if (needed > m_reader.count()) {
             return ntkStsSrcEnd;
@@ -201,6 +200,7 @@ private:
 
 } // namespace ntk::bz2huff
 
+using namespace ntk;
 using namespace ntk::bz2huff;
 
 NtkStatus ntksDecodeHuffGetSize_BZ2_8u16u(int blockLen, int* pStateSize) {
@@ -237,8 +237,8 @@ NtkStatus ntksUnpackHuffContext_BZ2_8u16u(Ntk32u* pCode, int* pCodeLenBits, Ntk8
     if (!unpackContext(reader, state)) {
         return ntkStsBadSrcData;
     }
-    reader.giveBack();
-    reader.leave(pCode, pCodeLenBits, ppSrc, pSrcLen);
+    reader.unreadBytes();
+    reader.saveTo(pCode, pCodeLenBits, ppSrc, pSrcLen);
     return ntkStsNoErr;
 }
 
@@ -260,9 +260,9 @@ NtkStatus ntksDecodeHuff_BZ2_8u16u(Ntk32u* pCode, int* pCodeLenBits, Ntk8u** ppS
     }
     state.position = decoder.position();
     *pDstLen = static_cast<int>(decoder.at() - pDst);
-    if (status != ntkStsSrcEnd) { // less than a code is left then
-        reader.giveBack();
+    if (status != ntkStsSrcEnd) { // otherwise less than a code is left
+        reader.unreadBytes();
     }
-    reader.leave(pCode, pCodeLenBits, ppSrc, pSrcLen);
+    reader.saveTo(pCode, pCodeLenBits, ppSrc, pSrcLen);
     return status;
 }

@@ -9,7 +9,7 @@ bool DecodeTable::countLengths(const Ntk8u* lengths, int alphabet, int* counts) 
         counts[lengths[s]]++;
     }
     m_maxLength = *std::max_element(lengths, lengths + alphabet);
-    Ntk32u patterns = 0; // of maxCodeBits bits that are taken
+    Ntk32u patterns = 0; // of maxCodeBits bits that begin with a code
     for (int length = 1; length <= maxCodeBits; length++) {
         patterns += static_cast<Ntk32u>(counts[length]) << (maxCodeBits - length);
     }
@@ -41,7 +41,7 @@ bool DecodeTable::build(const Ntk8u* lengths, int alphabet) {
     return true;
 }
 
-// Canonical codes go through the patterns from the lowest to the highest.
+// Canonical codes cover the patterns from the lowest to the highest.
 void DecodeTable::fillLookup() {
     Ntk16u* at = m_lookup;
     int index = 0;

@@ -1,4 +1,4 @@
-// From bits to symbols by one table of canonical codes.
+// Decodes symbols by one table of canonical codes.
 #pragma once
 
 #include "format.h"
@@ -9,19 +9,19 @@ class DecodeTable {
 public:
     static constexpr int lookupBits = 10;
 
-    // A code of the table; length 0 when there is none.
+    // A code of the table; length 0 if there is none.
     struct Found {
         int symbol;
         int length;
     };
 
-    // lengths: one for each symbol, 1 to maxCodeBits. False when they ask for more codes than
-    // there are; codes that leave patterns unused are sound.
+    // lengths: one for each symbol, 1 to maxCodeBits. False if the code is over-subscribed; an
+    // incomplete one is accepted.
     bool build(const Ntk8u* lengths, int alphabet);
 
-    // The entry for the next bits, which stand at the top: symbol << 5 | length. No length when the
-    // code is longer than lookupBits, is none, or ends the block; find() tells which. So that the
-    // decoder's loop has one thing to look out for.
+    // The entry for the next bits, which are at the top: symbol << 5 | length. The length is 0 if
+    // the code is longer than lookupBits, does not exist, or ends the block, so that the decoder's
+    // loop has a single condition to check; find() tells which it is.
     Ntk32u entry(Ntk64u bits) const { return m_lookup[bits >> (64 - lookupBits)]; }
     Found find(Ntk64u bits) const;
 
@@ -33,10 +33,10 @@ private:
     void fillLookup();
 
     Ntk16u m_lookup[1 << lookupBits];
-    Ntk32u m_limit[maxCodeBits + 1]; // the first pattern of maxCodeBits bits that is above the
-                                     // codes of up to this length
-    int m_firstIndex[maxCodeBits +
-                     1];           // in m_symbols: of the first code of a length, less that code
+    // By length: the first pattern of maxCodeBits bits above the codes of up to this length.
+    Ntk32u m_limit[maxCodeBits + 1];
+    // By length: index in m_symbols of its first code, minus that code.
+    int m_firstIndex[maxCodeBits + 1];
     Ntk16u m_symbols[maxAlphabet]; // in the order of their codes
     int m_maxLength;
     int m_endOfBlock; // the last symbol of the alphabet

@@ -1,26 +1,29 @@
-// bzip2 Huffman coder, the encoding half (decode.cpp is the other).
+// Huffman encoder of the bzip2 format.
 //
-// The format has no standard; it is that of the bzip2 program. A coded block is, bits most
-// significant first:
+// The format has no published standard; it is that of the bzip2 program. An encoded block consists
+// of, most significant bits first:
 //   3 bits   number of tables, 2 to 6
-//   15 bits  number of selectors: one for every 50 symbols of the block, the last group shorter
-//   per selector, its table's place in a move-to-front list of the tables, in unary: as many ones,
-//            then a zero
-//   per table, the lengths of its codes: 5 bits for the first; then for every symbol of the
-//            alphabet "10" to make the length one longer or "11" one shorter, as often as it takes,
-//            and "0" when it is right
-//   the codes of the symbols, each by the table of its group; the last symbol of the alphabet ends
+//   15 bits  number of selectors: one for every 50 symbols of the block; the last group may be
+//            shorter
+//   per selector, the position of its table in a move-to-front list of the tables, in unary: that
+//            many ones, then a zero
+//   per table, the lengths of its codes: 5 bits for an initial length; then for every symbol of the
+//            alphabet "10" to increment the length or "11" to decrement it, repeatedly, and "0"
+//            when it is that of the symbol
+//   the codes of the symbols, each from the table of its group; the last symbol of the alphabet
+//   ends
 //            the block.
-// Codes are canonical, so the lengths are all there is to know: see codelengths.h.
+// Codes are canonical, so they follow from the lengths: see codelengths.h.
 //
-// Method: choosetables.cpp settles tables and selectors for the symbols as they are, which is all
-// that makes one encoder better than another. Coding is then a table look-up per symbol. Bits
-// gather in a 64-bit word whose whole bytes are stored together; near the end of the destination
-// and within a group that another call began, symbol by symbol with a look at the room.
+// Method: choosetables.cpp chooses tables and selectors for the symbols, the only place where
+// encoders differ in compression. Encoding is then a table lookup per symbol. Bits accumulate in a
+// 64-bit buffer whose whole bytes are stored together; near the end of the destination, and within
+// a group that an earlier call began, symbols are encoded one by one with a check of the room.
 //
-// State: the plan, the codes that follow from it, and the position in the block, which tells the
-// group and so the table. The position is 0 after the context is packed and after an end-of-block
-// symbol, and never counts a symbol whose bits are not in the destination or in *pCode.
+// State: the plan, the codes that follow from it, and the position in the block, which determines
+// the group and thereby the table. The position is 0 after the context is packed and after an
+// end-of-block symbol, and never counts a symbol whose bits are not in the destination or in
+// *pCode.
 //
 // Limits: 258 symbols, 18002 groups; codes of 17 bits, as bzip2 makes them since 1.0.3.
 
@@ -38,12 +41,11 @@ namespace {
 
 struct EncodeState {
     int alphabet;
-    int position; // symbols of the block that are coded
+    int position; // symbols of the block encoded so far
     Plan plan;
     Code codes[maxTables][maxAlphabet];
 };
 
-// Selectors that repeat are 1 bit long.
 bool packSelectors(const Plan& plan, MsbWriter& writer) {
     TableOrder order;
     for (int i = 0; i < plan.groups; i++) {
@@ -91,7 +93,7 @@ public:
           m_position(state.position) {}
 
     NtkStatus run() {
-        m_writer.drain(); // also when no symbol follows
+        m_writer.drain(); // even if no symbol follows
         while (m_at < m_end) {
             const int group = m_position / groupSymbols;
             if (group >= m_state.plan.groups) {
@@ -112,7 +114,7 @@ public:
     int position() const { return m_position; }
 
 private:
-    // A group that is whole, ordinary and sure of its room.
+    // Encodes a whole group, if it is one with ordinary symbols only and certain to fit.
     bool wholeGroup(const Code* codes) {
         constexpr int mostBytes = (groupSymbols * maxEncodedCodeBits + 7) / 8 + 8;
         if (m_position % groupSymbols != 0 || m_end - m_at < groupSymbols ||
@@ -137,7 +139,7 @@ private:
         return largest;
     }
 
-    // Two codes and the 7 bits pending make at most 41 bits.
+    // Two codes and 7 pending bits are at most 41 bits.
     void putGroup(const Code* codes) {
         MsbWriter writer = m_writer; // in registers
         for (int i = 0; i < groupSymbols; i += 2) {
@@ -174,6 +176,7 @@ private:
 
 } // namespace ntk::bz2huff
 
+using namespace ntk;
 using namespace ntk::bz2huff;
 
 NtkStatus ntksEncodeHuffGetSize_BZ2_16u8u(int blockLen, int* pStateSize) {
@@ -216,7 +219,7 @@ NtkStatus ntksPackHuffContext_BZ2_16u8u(Ntk32u* pCode, int* pCodeLenBits, Ntk8u*
         return ntkStsDstTooSmall;
     }
     state.position = 0;
-    writer.leave(pCode, pCodeLenBits, pDstLen);
+    writer.saveTo(pCode, pCodeLenBits, pDstLen);
     return ntkStsNoErr;
 }
 
@@ -239,6 +242,6 @@ NtkStatus ntksEncodeHuff_BZ2_16u8u(Ntk32u* pCode, int* pCodeLenBits, Ntk16u** pp
     state.position = encoder.position();
     *pSrcLen -= static_cast<int>(encoder.at() - *ppSrc);
     *ppSrc += encoder.at() - *ppSrc;
-    writer.leave(pCode, pCodeLenBits, pDstLen);
+    writer.saveTo(pCode, pCodeLenBits, pDstLen);
     return status;
 }

@@ -1,50 +1,45 @@
-// The figures of the bzip2 format that encoder and decoder share, and how both find their state.
+// Constants of the bzip2 format and checks of arguments that encoder and decoder share.
 #pragma once
 
-#include <cstdint>
-
+#include "../callerblock.h"
 #include "ntkdefs.h"
 
 namespace ntk::bz2huff {
 
-inline constexpr int groupSymbols = 50; // coded with one table
+inline constexpr int groupSymbols = 50; // encoded with one table
 inline constexpr int minTables = 2;
 inline constexpr int maxTables = 6;
-inline constexpr int maxAlphabet = 258; // 256 byte values, less one, two run lengths, end of block
+inline constexpr int maxAlphabet = 258; // 255 nonzero positions, two run digits, end of block
 inline constexpr int maxBlockSymbols = 900000;
 inline constexpr int maxSelectors = maxBlockSymbols / groupSymbols + 2;
-inline constexpr int maxCodeBits = 20;        // what a decoder must take
-inline constexpr int maxEncodedCodeBits = 17; // what the encoder makes
+inline constexpr int maxCodeBits = 20;        // what a decoder must accept
+inline constexpr int maxEncodedCodeBits = 17; // what the encoder produces
 
-// Widths of the fields in front of the symbols.
+// Widths of the fields before the symbols.
 inline constexpr int tableCountBits = 3;
 inline constexpr int selectorCountBits = 15;
 inline constexpr int firstLengthBits = 5;
-
-constexpr bool anyNull(auto... pointers) {
-    return (... || (pointers == nullptr));
-}
 
 constexpr bool isAlphabet(int symbols) {
     return symbols >= 1 && symbols <= maxAlphabet;
 }
 
-// The bits that a call takes over from the one before it, or leaves to the one after it.
+// The number of bits pending between two calls.
 constexpr NtkStatus checkBits(int codeLenBits) {
     return codeLenBits < 0 || codeLenBits > 32 ? ntkStsBadValue : ntkStsNoErr;
 }
 
-// The lengths first, then the bits.
+// Checks the lengths first, then the number of pending bits.
 constexpr NtkStatus checkCall(int codeLenBits, int srcLen, int dstLen) {
     return srcLen < 0 || dstLen < 0 ? ntkStsBadSize : checkBits(codeLenBits);
 }
 
-// Of *pCode: the pending bits in 64, those below them cleared.
+// The pending bits of *pCode at the top of 64 bits, the others cleared.
 constexpr Ntk64u pendingBits(Ntk32u code, int bits) {
     return bits == 0 ? 0 : Ntk64u{code} >> (32 - bits) << (64 - bits);
 }
 
-// Selectors are coded as places in a list of the tables, which each selected table leads then.
+// The move-to-front list of the tables: a selector is coded as the position of its table.
 class TableOrder {
 public:
     int placeOf(int table) const {
@@ -54,7 +49,7 @@ public:
         }
         return place;
     }
-    // The table at the place, below maxTables.
+    // Moves the table at the position, below maxTables, to the front and returns it.
     Ntk8u moveToFront(int place) {
         const Ntk8u table = m_tables[place];
         Ntk8u carried = table;
@@ -69,16 +64,6 @@ public:
 private:
     Ntk8u m_tables[maxTables] = {0, 1, 2, 3, 4, 5};
 };
-
-// A state lies in the caller's memory at the first address that suits it.
-template <class State> constexpr int stateBytes() {
-    return static_cast<int>(sizeof(State) + alignof(State) - 1);
-}
-template <class State> State& stateIn(Ntk8u* memory) {
-    const auto address = reinterpret_cast<std::uintptr_t>(memory);
-    const std::uintptr_t padding = -address % alignof(State);
-    return *reinterpret_cast<State*>(memory + padding);
-}
 
 template <class State> NtkStatus stateSize(int blockLen, int* pSize) {
     if (pSize == nullptr) {

@@ -1,4 +1,4 @@
-// Bytes into bits, most significant first.
+// Reads bits from bytes, most significant bit first.
 #pragma once
 
 #include <algorithm>
@@ -12,7 +12,7 @@ public:
     MsbReader(Ntk64u pending, int pendingBits, const Ntk8u* src, int srcLen)
         : m_bits(pending), m_count(pendingBits), m_at(src), m_end(src + srcLen), m_start(src) {}
 
-    // At least 56 bits unless the source is at its end.
+    // Refills to at least 56 bits, or to the end of the source.
     void refill() {
         if (remaining() >= 8) {
             refillFast();
@@ -23,8 +23,8 @@ public:
             m_count += 8;
         }
     }
-    // The same where 8 bytes remain. Bits below the count may be set: they are those that follow,
-    // and the next refill puts them there once more.
+    // The same if at least 8 bytes remain. Bits below the count may be set: they are the ones that
+    // follow, and the next refill sets them again.
     void refillFast() {
         Ntk64u bigEndian;
         __builtin_memcpy(&bigEndian, m_at, sizeof bigEndian);
@@ -41,7 +41,7 @@ public:
         m_count -= bits;
     }
 
-    // The next few bits (1 to 32) as a number; at the end of the source, fails for good.
+    // The next bits (1 to 32) as a number. 0 at the end of the source; failed() is then true.
     Ntk32u take(int bits) {
         if (m_count < bits) {
             refill();
@@ -56,14 +56,14 @@ public:
     }
     bool failed() const { return m_failed; }
 
-    // Gives back the whole bytes that were not used, as far as they are of this source.
-    void giveBack() {
+    // Returns unused whole bytes to the source, as far as they came from it.
+    void unreadBytes() {
         const auto unused = std::min<std::ptrdiff_t>(m_count >> 3, m_at - m_start);
         m_at -= unused;
         m_count -= static_cast<int>(8 * unused);
     }
-    // With at most 32 bits left.
-    void leave(Ntk32u* pCode, int* pCodeLenBits, Ntk8u** ppSrc, int* pSrcLen) const {
+    // Stores the position and the bits left, at most 32, in the caller's arguments.
+    void saveTo(Ntk32u* pCode, int* pCodeLenBits, Ntk8u** ppSrc, int* pSrcLen) const {
         *pCode = m_count == 0 ? 0 : static_cast<Ntk32u>(m_bits >> (64 - m_count) << (32 - m_count));
         *pCodeLenBits = m_count;
         *ppSrc += m_at - m_start;

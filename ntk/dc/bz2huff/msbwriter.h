@@ -1,4 +1,4 @@
-// Bits into bytes, most significant first.
+// Writes bits to bytes, most significant bit first.
 #pragma once
 
 #include "format.h"
@@ -11,7 +11,7 @@ public:
     MsbWriter(Ntk64u pending, int pendingBits, Ntk8u* dst, int capacity)
         : m_bits(pending), m_count(pendingBits), m_out(dst), m_end(dst + capacity), m_start(dst) {}
 
-    // Writes whole pending bytes while there is room: whether fewer than 8 bits are left.
+    // Writes whole pending bytes while there is room; returns whether fewer than 8 bits are left.
     bool drain() {
         while (m_count >= 8 && m_out < m_end) {
             *m_out++ = static_cast<Ntk8u>(m_bits >> 56);
@@ -21,7 +21,7 @@ public:
         return m_count < 8;
     }
 
-    // Up to 24 bits: false, and nothing is taken, when bytes are waiting for room.
+    // Writes up to 24 bits. False, with nothing written, if whole bytes are still waiting for room.
     bool put(Ntk32u bits, Ntk32u length) {
         if (!drain()) {
             return false;
@@ -32,8 +32,8 @@ public:
     }
 
     std::ptrdiff_t room() const { return m_end - m_out; }
-    // Without a look at the end: append, to 63 bits with those pending, then store; 8 bytes are
-    // touched.
+    // Without a check of the room: append up to 63 bits, pending ones included, then store, which
+    // writes 8 bytes.
     void append(Ntk32u bits, Ntk32u length) {
         m_count += static_cast<int>(length);
         m_bits |= Ntk64u{bits} << (64 - m_count);
@@ -46,7 +46,8 @@ public:
         m_count &= 7;
     }
 
-    void leave(Ntk32u* pCode, int* pCodeLenBits, int* pWritten) const {
+    // Stores the pending bits and the length written in the caller's arguments.
+    void saveTo(Ntk32u* pCode, int* pCodeLenBits, int* pWritten) const {
         *pCode = static_cast<Ntk32u>(m_bits >> 32);
         *pCodeLenBits = m_count;
         *pWritten = static_cast<int>(m_out - m_start);

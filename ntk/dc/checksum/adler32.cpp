@@ -1,8 +1,8 @@
 // Kernels of Adler-32.
 //
-// The two sums are kept unreduced over a run of bytes and taken modulo 65521 at its end. 5552 is
-// the longest run for which the second sum fits 32 bits (RFC 1950): 255 n (n + 1) / 2 +
-// (n + 1) 65520 stays below 2^32.
+// The two sums are accumulated over a run of bytes and reduced modulo 65521 at its end. 5552 is the
+// longest run for which the second sum fits 32 bits (RFC 1950): 255 n (n + 1) / 2 + (n + 1) 65520
+// is below 2^32.
 
 #include "kernels.h"
 
@@ -20,7 +20,7 @@ constexpr std::size_t longestRun = 5552;
 
 struct Sums {
     Ntk32u bytes; // 1 + sum of the bytes
-    Ntk32u sums;  // sum of the values that `bytes` went through
+    Ntk32u sums;  // sum of the values of `bytes` after each byte
 
     explicit Sums(Ntk32u value) : bytes(value & 0xffff), sums(value >> 16) {}
 
@@ -47,8 +47,9 @@ Ntk32u runLibdeflate(Ntk32u value, const Ntk8u* data, std::size_t length) {
     return static_cast<Ntk32u>(_mm_cvtsi128_si32(words));
 }
 
-// Adds blocks of 16 bytes. Within a block byte k counts 16 - k times in the second sum, and what
-// `bytes` held before the block 16 times; `before` gathers the latter, to be multiplied at the end.
+// Adds blocks of 16 bytes. In the second sum, byte k of a block counts 16 - k times, and the value
+// of `bytes` before the block counts 16 times; `before` sums up the latter, to be multiplied at the
+// end.
 [[gnu::target("ssse3")]] void addBlocks(Sums& s, const Ntk8u* data, std::size_t blocks) {
     const __m128i zero = _mm_setzero_si128();
     const __m128i ones = _mm_set1_epi16(1);

@@ -1,24 +1,24 @@
 // Running checksums.
 //
 // Adler-32 (RFC 1950, section 8.2) is a pair of sums modulo 65521, the largest prime below 2^16:
-// of the bytes, starting at 1, and of the values that the first sum goes through.
+// of the bytes, starting at 1, and of the values of the first sum after each byte.
 //
-// The CRCs are remainders over GF(2): the message is a polynomial whose coefficients are its bits,
-// multiplied by x^32, and the checksum is what a division by a polynomial of degree 32 leaves. The
-// register starts with all bits set and is complemented at the end, so that zeroes at either end
-// of the message count. They differ in the polynomial and in the bit of a byte that comes first:
+// The CRCs are remainders over GF(2): the message is a polynomial whose coefficients are its bits;
+// the checksum is the remainder of its product with x^32 divided by a polynomial of degree 32. The
+// register starts with all bits set and is complemented at the end, so that zeroes at either end of
+// the message affect the checksum. They differ in the polynomial and the bit order:
 //   CRC-32       0x04c11db7, least significant first   RFC 1952 (gzip), PNG
 //   CRC-32C      0x1edc6f41, least significant first   RFC 3720 (iSCSI)
 //   bzip2's CRC  0x04c11db7, most significant first    one per block of the bzip2 format
 //
-// State: one 32-bit value per checksum, held by the caller, and nothing else. It is always the
-// finished checksum: complementing it twice between pieces costs nothing, the value of a piece is
-// directly comparable with the published one, and a CRC starts at 0. Whatever value comes in is a
-// valid state; for Adler-32 that takes a reduction of both halves.
+// State: one 32-bit value per checksum, kept by the caller. It is always the finished checksum:
+// complementing it twice between pieces costs nothing, it can be compared with published values at
+// any point, and the initial value of a CRC is 0. Any value passed in is a valid state; Adler-32
+// therefore reduces both halves first.
 //
-// Kernels: the packaged library that is fastest here (libisal for the CRCs, libdeflate for
-// Adler-32), one or two of our own for machines or feature choices without what that library wants,
-// and a generic one. All kernels of a checksum agree on every input.
+// Kernels: those of the fastest packaged library (libisal for the CRCs, libdeflate for Adler-32),
+// one or two of our own for machines or enabled features that these cannot use, and a generic one.
+// All kernels of a checksum agree on every input.
 
 #include "ntkdc.h"
 

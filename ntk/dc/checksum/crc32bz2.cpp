@@ -9,25 +9,17 @@ namespace ntk {
 
 namespace {
 
-constexpr Ntk32u polynomial = 0x04c11db7;
+using Fold = ForwardFold<0x04c11db7>;
 
-// libisal takes and returns the finished value; its pointer is writable, its data are only read.
+// libisal takes and returns the finished value.
 Ntk32u runIsal(Ntk32u value, const Ntk8u* data, std::size_t length) {
     return crc32_ieee(value, data, length);
 }
 
-Ntk32u runClmul(Ntk32u value, const Ntk8u* data, std::size_t length) {
-    return ~FoldedCrc<ForwardFold<polynomial>>::update(~value, data, length);
-}
-
-Ntk32u runGeneric(Ntk32u value, const Ntk8u* data, std::size_t length) {
-    return ~ForwardCrc<polynomial>::update(~value, data, length);
-}
-
 constexpr Candidate<ChecksumFunction> candidates[] = {
-    {"isal", NTK_CPU_SSE42 | NTK_CPU_CLMUL, isalMayUse, runIsal},
-    {"clmul", NTK_CPU_SSE41 | NTK_CPU_CLMUL, 0, runClmul},
-    {"generic", 0, 0, runGeneric},
+    {"isal", NTK_CPU_SSE42 | NTK_CPU_CLMUL, isalOwnDispatchUses, runIsal},
+    {"clmul", NTK_CPU_SSE41 | NTK_CPU_CLMUL, 0, crcByFolding<Fold>},
+    {"generic", 0, 0, crcByTables<Fold>},
 };
 
 } // namespace

@@ -9,18 +9,15 @@ namespace ntk {
 
 namespace {
 
-constexpr Ntk32u polynomial = 0x1edc6f41;
+using Fold = ReflectedFold<0x1edc6f41>;
 
-// libisal works on the raw register; its pointer is writable, its data are only read.
+// libisal works on the raw register; it takes a pointer to non-const data but only reads them.
 Ntk32u runIsal(Ntk32u value, const Ntk8u* data, std::size_t length) {
     return ~crc32_iscsi(const_cast<Ntk8u*>(data), static_cast<int>(length), ~value);
 }
 
-Ntk32u runClmul(Ntk32u value, const Ntk8u* data, std::size_t length) {
-    return ~FoldedCrc<ReflectedFold<polynomial>>::update(~value, data, length);
-}
-
-// One dependent instruction per 8 bytes: for machines with the instruction but no multiplier.
+// One dependent instruction per 8 bytes: for machines with the CRC32 instruction but without
+// carry-less multiplication.
 [[gnu::target("sse4.2")]] Ntk32u runSse42(Ntk32u value, const Ntk8u* data, std::size_t length) {
     Ntk64u crc = static_cast<Ntk32u>(~value);
     for (; length >= 8; data += 8, length -= 8) {
@@ -35,15 +32,11 @@ Ntk32u runClmul(Ntk32u value, const Ntk8u* data, std::size_t length) {
     return ~narrow;
 }
 
-Ntk32u runGeneric(Ntk32u value, const Ntk8u* data, std::size_t length) {
-    return ~ReflectedCrc<polynomial>::update(~value, data, length);
-}
-
 constexpr Candidate<ChecksumFunction> candidates[] = {
-    {"isal", NTK_CPU_SSE42 | NTK_CPU_CLMUL, isalMayUse, runIsal},
-    {"clmul", NTK_CPU_SSE41 | NTK_CPU_CLMUL, 0, runClmul},
+    {"isal", NTK_CPU_SSE42 | NTK_CPU_CLMUL, isalOwnDispatchUses, runIsal},
+    {"clmul", NTK_CPU_SSE41 | NTK_CPU_CLMUL, 0, crcByFolding<Fold>},
     {"sse42", NTK_CPU_SSE42, 0, runSse42},
-    {"generic", 0, 0, runGeneric},
+    {"generic", 0, 0, crcByTables<Fold>},
 };
 
 } // namespace

@@ -1,15 +1,16 @@
 // CRC registers of 32 bits by carry-less multiplication (V. Gopal et al., "Fast CRC Computation for
 // Generic Polynomials Using PCLMULQDQ Instruction", 2009).
 //
-// The message is a polynomial over GF(2) with its first bit on top. 16 bytes A that stand D bits
-// ahead of 16 bytes B may be replaced by B + A * x^D mod P without changing the remainder; with
-// A = H * x^64 + L that is B + H * (x^(D+64) mod P) + L * (x^D mod P), two multiplications whose
-// products fit 128 bits. Four such folds of D = 512 run side by side to hide the latency of the
-// multiplier, then the four are folded into one, and the 16 bytes left go through the tables.
+// The message is a polynomial over GF(2) whose first bit is the highest coefficient. 16 bytes A
+// that are D bits ahead of 16 bytes B may be replaced by B + A * x^D mod P without changing the
+// remainder; with A = H * x^64 + L that is B + H * (x^(D+64) mod P) + L * (x^D mod P), two
+// multiplications whose products fit 128 bits. Four such folds with D = 512 run side by side to
+// hide the latency of the multiplication, then the four are folded into one, and the remaining 16
+// bytes go through the tables.
 //
-// Reflected CRCs read the same bytes with the bit order turned round: a 128-bit word then holds the
-// first bit lowest, a product comes out one place too low (hence the shifted constants), and the
-// 32-bit constant stands 32 bits too high, which takes 32 off the exponent.
+// Reflected CRCs read the same bytes in reversed bit order: a 128-bit word then holds the first bit
+// lowest, a product is one position too low (hence the shifted constants), and the 32-bit constant
+// is 32 bits too high, which reduces the exponent by 32.
 #pragma once
 
 #include <immintrin.h>
@@ -27,7 +28,7 @@ constexpr Ntk32u powerModulo(Ntk32u polynomial, int exponent) {
     return r;
 }
 
-// The pair of constants that moves 16 bytes ahead by some bits: for the low and for the high half
+// The pair of constants that fold 16 bytes over a distance in bits: for the low and the high half
 // of the register.
 struct FoldConstants {
     Ntk64u low;
@@ -107,5 +108,13 @@ private:
         return _mm_xor_si128(_mm_xor_si128(low, high), next);
     }
 };
+
+// Our own kernels of a CRC: they take and return the finished value, the register complemented.
+template <class Fold> Ntk32u crcByFolding(Ntk32u value, const Ntk8u* data, std::size_t length) {
+    return ~FoldedCrc<Fold>::update(~value, data, length);
+}
+template <class Fold> Ntk32u crcByTables(Ntk32u value, const Ntk8u* data, std::size_t length) {
+    return ~Fold::Tables::update(~value, data, length);
+}
 
 } // namespace ntk

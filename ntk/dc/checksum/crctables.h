@@ -1,8 +1,8 @@
-// Table-driven CRC registers of 32 bits, eight bytes at a step ("slicing by 8", M. Kounavis and
-// F. Berry, 2005). Table k holds, for each byte, what the byte leaves in the register after k more
-// zero bytes, so that eight bytes are looked up side by side.
+// Table-driven CRC registers of 32 bits, eight bytes per step ("slicing by 8", M. Kounavis and
+// F. Berry, 2005). Table k holds, for each byte, its contribution to the register after k more zero
+// bytes, so that eight bytes are looked up side by side.
 //
-// The functions work on the raw register: complements before and after are the caller's.
+// The functions work on the raw register: complementing it before and after is up to the caller.
 #pragma once
 
 #include <array>
@@ -26,7 +26,7 @@ constexpr Ntk32u reflected(Ntk32u word) {
     return r;
 }
 
-// Least significant bit first. Polynomials are written most significant bit first everywhere.
+// Least significant bit first. Polynomials are always written most significant bit first.
 template <Ntk32u polynomial> struct ReflectedCrc {
     static constexpr CrcTables tables = [] {
         CrcTables t{};

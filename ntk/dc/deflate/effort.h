@@ -1,4 +1,4 @@
-// What the levels of the match search spend.
+// The effort that each level of the match search spends.
 #pragma once
 
 #include <array>
@@ -9,13 +9,14 @@ namespace ntk::deflate {
 
 struct Effort {
     SearchLimits limits;
-    int insertLength; // of longer matches a greedy search inserts only the last positions
-    int lazyLength;   // a shorter match waits for a better one at the next position; 0: none does
-    int goodLength;   // while one this long waits, the next search has a quarter of the candidates
+    int insertLength; // a greedy search inserts only the last positions of longer matches
+    int lazyLength; // a shorter match is deferred for a better one at the next position; 0: greedy
+    int goodLength; // with a match this long deferred, the next search tries a quarter of the
+                    // candidates
 };
 
-// By level less 1. Each level was seen to make a corpus of texts, programs, tables and pictures
-// smaller than the level before, and to take longer.
+// By level minus 1. Measured: each level makes a corpus of texts, programs, tables and pictures
+// smaller than the level before, and takes longer.
 inline constexpr std::array<Effort, 9> efforts = {{
     {{2, 16}, 8, 0, 0},
     {{6, 16}, 32, 0, 0},

@@ -1,4 +1,4 @@
-// The entries that a match search makes, and the frequencies of their symbols.
+// Writes the entries of a match search and counts their symbols.
 #pragma once
 
 #include "symbols.h"

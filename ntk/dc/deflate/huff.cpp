@@ -2,18 +2,18 @@
 //
 // Format (RFC 1951, 3.2.5): a literal is its code; a match is the code of its length's symbol, the
 // length's extra bits, the code of its distance's symbol and the distance's extra bits. Bits fill
-// bytes from the least significant one on; the codes come with their bits reversed, so that all
-// parts are put on top of what is there in the same way.
+// bytes from the least significant one on; the codes are passed with their bits reversed, so that
+// codes and extra bits are appended in the same way.
 //
-// Method: a call first makes tables of its own from the caller's codes, in which a literal or a
-// length is one look-up (extra bits included) and a distance another one. A literal has distance
-// 0, whose symbol behind the last one has no bits, so that literals and matches take the same way:
-// in real data their order cannot be predicted. Up to 55 bits gather in a 64-bit buffer, which is
-// stored whole; the store reaches beyond the bytes that are complete.
+// Method: a call first builds tables from the caller's codes, in which a literal or a length (extra
+// bits included) is one lookup and a distance another one. A literal has distance 0, mapped to a
+// symbol after the last one that has no bits, so literals and matches take the same path: in real
+// data their order is unpredictable. Up to 55 bits accumulate in a 64-bit buffer, which is stored
+// as a whole; the store extends beyond the complete bytes.
 //
-// Invariants: before an entry fewer than 8 bits wait in the buffer, and an entry adds at most 48.
+// Invariants: before an entry the buffer holds fewer than 8 bits, and an entry adds at most 48.
 // Every entry adds at least one bit, so a store of 8 bytes before the last 64 entries stays within
-// what these will fill. The last ones are stored byte by byte.
+// what these will fill. The last entries are stored byte by byte.
 //
 // Limits: codes of up to 15 bits.
 
@@ -34,7 +34,7 @@ struct Bits {
     Ntk32u count;
 };
 
-// The count of a symbol without a code: a sum with it stands out.
+// The count of a symbol without a code: recognisable in a sum.
 constexpr Ntk32u noCode = 0x80;
 
 constexpr Bits bitsOf(const NtkHuffCode& code) {
@@ -51,7 +51,7 @@ struct Tables {
         for (int i = 0; i < literalSymbols; ++i) {
             literalOrLength[i] = bitsOf(litCodes[i]);
         }
-        int first = 0; // length - 3 that the symbol begins with
+        int first = 0; // smallest length - 3 of the symbol
         for (int i = 0; i <= maxMatch - minMatch; ++i) {
             const int symbol = lengthSymbolOf[i];
             first = i == 0 || symbol != lengthSymbolOf[i - 1] ? i : first;
@@ -85,7 +85,7 @@ public:
         m_bits |= value << m_count;
         m_count += count;
     }
-    // Stores 8 bytes, of which the complete ones count.
+    // Stores 8 bytes and keeps the complete ones.
     void storeAhead() {
         std::memcpy(m_dst, &m_bits, sizeof m_bits);
         drop(m_count >> 3);
@@ -130,10 +130,10 @@ inline NtkStatus putEntry(BitWriter& writer, const Tables& tables, unsigned lite
     return ntkStsNoErr;
 }
 
-// The local writer stays in registers: what a byte store might change could not.
+// The local copy of the writer stays in registers: byte stores cannot alias it.
 NtkStatus putEntries(BitWriter& result, const Tables& tables, const Ntk8u* lit, const Ntk16u* dist,
                      int count) {
-    constexpr int entriesPerStore = 64; // of one bit each at least
+    constexpr int entriesPerStore = 64; // of at least one bit each
     BitWriter writer = result;
     NtkStatus status = ntkStsNoErr;
     int i = 0;

@@ -1,36 +1,38 @@
-// Deflate's match search: data become literals and matches.
+// Deflate's match search: encodes data as literals and matches.
 //
 // Format (RFC 1951, 2 and 4): a match repeats 3 to 258 bytes from 1 to 32768 bytes back; it may
-// reach into itself. With the fixed codes (3.2.6) a literal takes 8 or 9 bits, a match 12 or 13 and
+// overlap itself. With the fixed codes (3.2.6) a literal takes 8 or 9 bits, a match 12 or 13 and
 // extra bits: up to 5 for its length, up to 13 for its distance.
 //
 // Method: hash chains, as the RFC proposes, of the positions whose next 4 bytes have the same hash.
-// Keys of 4 bytes make chains a few times shorter than keys of 3. The matches of 3 bytes that they
-// miss are found by a second table, without chains: only the nearest one can be worth its bits, and
-// not one far away. Candidates are judged by the bits they save with the fixed codes, not by their
-// length: a byte more does not pay for a distance of many more bits. The levels (effort.h) differ
-// in how many candidates they compare, which length contents them, and what comes then:
-// - Greedy: a match is taken as it is. Positions inside long matches are not inserted, but for the
-//   last ones.
-// - Lazy: unless the match is long, the next position is searched for one that saves more; then
-//   this position becomes a literal.
+// With keys of 4 bytes the chains are a few times shorter than with keys of 3. The matches of 3
+// bytes that they miss are found by a second table, without chains: only the nearest one can be
+// worth its bits, and only if it is not far away. Candidates are compared by the bits they save
+// with the fixed codes, not by their length: one more byte is not worth a distance of many more
+// bits. The levels (effort.h) differ in how many candidates they try, at which length they stop,
+// and in the parsing:
+// - Greedy: a match is always taken. Of the positions inside long matches only the last ones are
+//   inserted.
+// - Lazy: unless the match is long, the next position is searched for one that saves more; if there
+//   is one, this position becomes a literal.
 //
-// State: the caller's. pHashHead holds, in its lower half, the newest position of each chain, in
-// its upper half the newest position by 3 bytes; pHashPrev the next older position in the chain, by
-// position modulo the window. Positions count through the whole sequence of data, so that tables
-// need no change when buffers move.
+// State: in the caller's tables. The lower half of pHashHead holds the newest position of each
+// chain, its upper half the newest position by 3 bytes; pHashPrev holds the next older position in
+// the chain, indexed by position modulo the window. Positions count through the whole sequence of
+// data, so tables need no change when buffers move.
 //
 // Invariants:
-// - No entry of a table is believed. A position outside the window, or not older than the one
-//   before it in the chain, ends a chain, and the bytes at any other are compared. So tables may
-//   hold anything; what older data left in pHashPrev cannot be reached from heads that were reset.
-// - Between two calls no position from *pSrcIdx on is in a chain: the one that waits for a better
-//   match when the destination is full is taken out again. (The table by 3 bytes keeps it, which
-//   costs the next call at most one match of 3 bytes.) The last 3 before it, which had no 4
-//   bytes yet, are inserted by the next call.
-// - Each step makes one entry, so that a call can stop behind any of them.
+// - No entry of a table is trusted. A position outside the window, or not older than the one before
+//   it in the chain, ends the chain, and the bytes at any other are compared. So tables may hold
+//   anything; what older data left in pHashPrev cannot be reached from heads that were reset.
+// - Between two calls no position from *pSrcIdx on is in a chain: a position whose match is
+// deferred
+//   when the destination is full is removed again. (The table by 3 bytes keeps it, which costs the
+//   next call at most one match of 3 bytes.) The last 3 positions before it, which lacked some of
+//   their 4 bytes, are inserted by the next call.
+// - Each step writes one entry, so that a call can stop after any of them.
 //
-// Limits: positions up to INT_MAX; the last 3 bytes of the data are never begun by a match.
+// Limits: positions up to INT_MAX; no match begins in the last 3 bytes of the data.
 
 #include "ntkdc.h"
 
@@ -44,12 +46,12 @@ namespace ntk::deflate {
 
 namespace {
 
-// Bytes from a position on that make sure that more of them would change nothing: what
-// ntkDeflateNoFlush waits for. The next position is searched too.
+// With this many bytes from a position on, more of them would not change its entry: what
+// ntkDeflateNoFlush waits for. Includes the search at the next position.
 constexpr int lookaheadBytes = maxMatch + 1 + MatchFinder::keyBytes;
 
-// The members are copied into locals of the loops below: nothing that these write through pointers
-// can change a local, so it stays in registers.
+// The loops below copy the members to locals: writes through pointers cannot alias these, so they
+// stay in registers.
 struct Search {
     MatchFinder finder;
     EntryWriter entries;
@@ -60,7 +62,7 @@ Match findAt(MatchFinder& finder, int position, const Effort& effort) {
                                       : Match{0, 0, 0};
 }
 
-// Makes entries from `position` until `stop`; returns where it came to.
+// Writes entries from `position` until `stop`; returns the position reached.
 int searchGreedily(Search& search, const Effort& effort, int position, int stop) {
     auto [finder, entries] = search;
     while (position < stop && !entries.isFull()) {
@@ -78,13 +80,13 @@ int searchGreedily(Search& search, const Effort& effort, int position, int stop)
     return position;
 }
 
-// Whether the match at the position should wait for what the next one gives.
+// Whether the match at the position should be deferred until the next position is searched.
 bool isWorthWaiting(const MatchFinder& finder, const Match& match, int position,
                     const Effort& effort) {
     return match.length < effort.lazyLength && finder.canSearch(position + 1);
 }
 
-// A match at the position that saves more than the one that waits before it.
+// A match at the position that saves more than the one deferred at the position before.
 Match findBetter(MatchFinder& finder, const Match& waiting, int position, const Effort& effort) {
     SearchLimits limits = effort.limits;
     if (waiting.length >= effort.goodLength) {
@@ -93,7 +95,7 @@ Match findBetter(MatchFinder& finder, const Match& waiting, int position, const 
     return finder.findAndInsert(position, waiting.gain, limits);
 }
 
-// As searchGreedily. One step longer than most functions: what waits is a state of the loop.
+// As searchGreedily. Long, because the deferred match is part of the loop's state.
 int searchLazily(Search& search, const Effort& effort, int position, int stop) {
     auto [finder, entries] = search;
     bool isSearched = false; // whether `match` is that of the position
@@ -105,7 +107,7 @@ int searchLazily(Search& search, const Effort& effort, int position, int stop) {
             entries.literal(*finder.at(position++));
             continue;
         }
-        int first = position + 1; // that is not inserted
+        int first = position + 1; // first position not yet inserted
         if (isWorthWaiting(finder, match, position, effort)) {
             const Match better = findBetter(finder, match, first++, effort);
             if (better.length != 0) {

@@ -1,4 +1,4 @@
-// Search for earlier occurrences of the data at a position; the method is told in lz77.cpp.
+// Search for earlier occurrences of the data at a position; lz77.cpp describes the method.
 #pragma once
 
 #include <algorithm>
@@ -9,7 +9,7 @@
 
 namespace ntk::deflate {
 
-// What the codes of a length and a distance take in most cases, with the fixed codes.
+// Bits of the codes of a length and a distance, in most cases, with the fixed codes.
 inline constexpr int codeBits = 7 + 5;
 
 // Bits saved when literals of 8 bits become a match.
@@ -25,18 +25,18 @@ struct Match {
     int gain;
 };
 
-// What a search may spend.
+// When a search ends.
 struct SearchLimits {
-    int chainLength; // candidates compared at most, 1 or more
+    int chainLength; // largest number of candidates, 1 or more
     int niceLength;  // a match this long ends the search
 };
 
 // The data of a call and the caller's tables.
 struct SearchSpace {
     const Ntk8u* source;
-    int first;  // position of *source
-    int end;    // position behind the last byte
-    int oldest; // position of the first byte that may be looked at
+    int first;        // position of *source
+    int end;          // position after the last byte
+    int historyBegin; // position of the first byte that may be read
     int windowSize;
     Ntk32s* heads; // hashSize positions
     int hashSize;
@@ -45,7 +45,7 @@ struct SearchSpace {
 
 class MatchFinder {
 public:
-    // Bytes that there must be from a position on for it to be searched or inserted.
+    // Bytes that must follow from a position on for it to be searched or inserted.
     static constexpr int keyBytes = 4;
 
     explicit MatchFinder(const SearchSpace& space)
@@ -65,12 +65,12 @@ public:
         const int nearest = nearHead;
         nearHead = position;
         const int newest = insertIntoChain(position, key);
-        const int oldest = std::max(m_space.oldest, position - m_space.windowSize);
+        const int lowest = std::max(m_space.historyBegin, position - m_space.windowSize);
         Match best{0, 0, leastGain};
-        if (isWithin(nearest, oldest, position) && ((load32(at(nearest)) ^ key) << 8) == 0) {
+        if (isWithin(nearest, lowest, position) && ((load32(at(nearest)) ^ key) << 8) == 0) {
             improve(best, minMatch, position - nearest);
         }
-        searchChain(best, position, newest, oldest, limits);
+        searchChain(best, position, newest, lowest, limits);
         return best;
     }
 
@@ -86,14 +86,14 @@ public:
         }
     }
 
-    // Takes the position that was inserted last out of its chain, so that it can be searched again.
+    // Removes the position that was inserted last from its chain, so that it can be searched again.
     void remove(int position) {
         m_space.heads[chainHash(load32(at(position)))] = previous(position);
     }
 
-    // Inserts what an earlier call could not, because the bytes behind it were not there yet.
+    // Inserts the positions that an earlier call could not, for lack of the bytes after them.
     void insertBefore(int position) {
-        for (int p = std::max(position - keyBytes + 1, m_space.oldest); p < position; ++p) {
+        for (int p = std::max(position - keyBytes + 1, m_space.historyBegin); p < position; ++p) {
             if (canSearch(p) && m_space.heads[chainHash(load32(at(p)))] < p) {
                 insert(p);
             }
@@ -111,8 +111,8 @@ private:
         std::memcpy(&value, p, sizeof value);
         return value;
     }
-    static bool isWithin(int position, int oldest, int end) {
-        return position >= oldest && position < end;
+    static bool isWithin(int position, int lowest, int end) {
+        return position >= lowest && position < end;
     }
     static void improve(Match& best, int length, int distance) {
         const int gain = gainOf(length, distance);
@@ -126,7 +126,7 @@ private:
     Ntk32u nearHash(Ntk32u key) const { return (key << 8) * 0x9E3779B1U >> m_hashShift; }
     Ntk32s& previous(int position) { return m_space.previous[position & m_windowMask]; }
 
-    // The newest position of the chain until now.
+    // Returns what was the newest position of the chain before.
     int insertIntoChain(int position, Ntk32u key) {
         Ntk32s& head = m_space.heads[chainHash(key)];
         const int newest = head;
@@ -135,17 +135,17 @@ private:
         return newest;
     }
 
-    // A chain goes from newer to older; where it does not, it is not one of this window.
-    void searchChain(Match& best, int position, int candidate, int oldest,
+    // A chain leads from newer to older positions; where it does not, it leaves this window.
+    void searchChain(Match& best, int position, int candidate, int lowest,
                      const SearchLimits& limits) {
         const Ntk8u* const here = at(position);
         const int most = std::min(maxMatch, m_space.end - position);
         const int enough = std::min(limits.niceLength, most);
-        // A match not longer than this cannot gain enough.
+        // Only a longer match can save enough.
         int length = std::max(minMatch, (best.gain + codeBits) / 8);
         int newer = position;
         for (int left = limits.chainLength;
-             left > 0 && length < enough && isWithin(candidate, oldest, newer); --left) {
+             left > 0 && length < enough && isWithin(candidate, lowest, newer); --left) {
             const Ntk8u* const there = at(candidate);
             if (load32(there + length - 3) == load32(here + length - 3) &&
                 load32(there) == load32(here)) {
@@ -160,8 +160,7 @@ private:
         }
     }
 
-    // Equal bytes at two places whose first keyBytes are equal, at most `most` of those from here
-    // on.
+    // Number of equal bytes at two places whose first keyBytes are equal, at most `most`.
     int commonLength(const Ntk8u* here, const Ntk8u* there, int most) const {
         const std::ptrdiff_t readable = at(m_space.end) - here;
         int length = keyBytes;

@@ -22,7 +22,7 @@ constexpr int distanceExtraBits(int symbol) {
     return symbol < 4 ? 0 : symbol / 2 - 1;
 }
 
-// By length - 3: the symbol less 257. Length 258 has a symbol of its own.
+// By length - 3: the symbol minus 257. Length 258 has a symbol of its own.
 inline constexpr auto lengthSymbolOf = [] {
     std::array<Ntk8u, maxMatch - minMatch + 1> symbols{};
     int length = 0;
@@ -35,8 +35,9 @@ inline constexpr auto lengthSymbolOf = [] {
     return symbols;
 }();
 
-// Distances share a slot of the table below: each up to 256 has its own, above that 128 in a row,
-// which share a symbol. Without a branch, because near and far distances alternate at random.
+// Slot of a distance in the table below: each distance up to 256 has its own, above that 128
+// consecutive distances, which have the same symbol, share one. Computed without a branch, because
+// near and far distances alternate unpredictably.
 inline constexpr int ownSlots = 257;
 inline constexpr int slotCount = ownSlots + (maxDistance >> 7);
 constexpr unsigned slotOf(unsigned distance) {
@@ -44,7 +45,7 @@ constexpr unsigned slotOf(unsigned distance) {
     return ((distance - far) >> (far * 7)) + far * ownSlots;
 }
 
-// By slot of a distance. Distance 0, that of a literal, has a symbol behind the last.
+// By slot of a distance. Distance 0, that of a literal, has a symbol after the last one.
 inline constexpr auto distanceSymbolOf = [] {
     std::array<Ntk8u, slotCount> symbols{};
     symbols[0] = distanceSymbols;

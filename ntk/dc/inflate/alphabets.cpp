@@ -5,7 +5,7 @@ namespace ntk::inflate {
 namespace {
 
 // Bases and extra bits of the length symbols 257 to 284 and of the distance symbols 0 to 29: after
-// the first 2 * group symbols, every `group` symbols have one extra bit more.
+// the first 2 * group symbols, each further `group` symbols have one more extra bit.
 template <std::size_t N>
 constexpr void fillRanges(std::array<Entry, N>& symbols, unsigned first, unsigned last,
                           unsigned group, unsigned base) {
@@ -41,7 +41,7 @@ constexpr std::array<Entry, numLengthCodes> makeCodeLengthSymbols() {
     for (unsigned s = 0; s <= maxCodeBits; ++s) {
         symbols[s] = s << 16;
     }
-    symbols[16] = (3U << 16) | 2;  // the length before, 3 to 6 times
+    symbols[16] = (3U << 16) | 2;  // the previous length, 3 to 6 times
     symbols[17] = (3U << 16) | 3;  // 0, 3 to 10 times
     symbols[18] = (11U << 16) | 7; // 0, 11 to 138 times
     return symbols;

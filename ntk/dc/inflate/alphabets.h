@@ -14,13 +14,12 @@ inline constexpr unsigned numLengthCodes = 19;
 
 inline constexpr unsigned literalRootBits = 11;
 inline constexpr unsigned distanceRootBits = 8;
-inline constexpr unsigned lengthCodeRootBits = 7; // the longest there is
+inline constexpr unsigned lengthCodeRootBits = 7; // the longest code length
 
-// Entries without a code, see TableBuilder.
+// Entries without the bits of a code, see TableBuilder.
 extern const std::array<Entry, 288> literalSymbols; // and lengths
 extern const std::array<Entry, 32> distanceSymbols;
-// Of code lengths: values 0 to 15 are lengths; the three repetitions are told apart by their extra
-// bits.
+// Of code lengths: values 0 to 15 are lengths; the three repetitions differ in their extra bits.
 extern const std::array<Entry, numLengthCodes> codeLengthSymbols;
 
 extern const CodeTable fixedLiteralTable;

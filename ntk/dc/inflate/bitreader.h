@@ -17,8 +17,8 @@ inline Ntk64u load64(const Ntk8u* bytes) {
     return word;
 }
 
-// Invariant: `bits` holds `count` bits that were taken from the source; what stands above them is
-// either 0 or the bits that follow in the source at `next`.
+// Invariant: `bits` holds `count` bits that were taken from the source; the bits above them are
+// either 0 or those that follow in the source at `next`.
 struct BitReader {
     const Ntk8u* begin;
     const Ntk8u* next;
@@ -26,7 +26,7 @@ struct BitReader {
     Ntk64u bits;
     unsigned count;
 
-    // Whether there are n bits, at most 56, taking from the source what is needed.
+    // Whether there are n bits, at most 56, after a refill from the source if needed.
     bool has(unsigned n) {
         if (count < n) {
             refill();
@@ -45,7 +45,7 @@ struct BitReader {
         count -= n;
     }
 
-    // Makes it 56 bits or more, or all that the source has.
+    // Refills to 56 bits or more, or to the end of the source.
     void refill() {
         if (end - next >= 8) {
             refillWide();
@@ -56,15 +56,15 @@ struct BitReader {
         }
     }
 
-    // Makes it 56 to 63 bits. Reads 8 bytes of the source and takes those that fit.
+    // Refills to 56 to 63 bits. Reads 8 bytes of the source and takes those that fit.
     void refillWide() {
         bits |= load64(next) << count;
         next += (63 - count) >> 3;
         count |= 56;
     }
 
-    // Whole bytes go back to this call's source; only those bits are kept that are counted.
-    void giveBack() {
+    // Returns whole bytes to this call's source; keeps only bits that are counted.
+    void unreadBytes() {
         const auto taken = static_cast<std::size_t>(next - begin);
         const std::size_t bytes = count / 8 < taken ? count / 8 : taken;
         next -= bytes;

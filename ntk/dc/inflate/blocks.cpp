@@ -35,8 +35,8 @@ Outcome readStoredLength(Stream& s) {
 }
 
 Outcome copyStored(Stream& s) {
-    s.in.giveBack();
-    // Bytes that came as pending bits stand before those of the source.
+    s.in.unreadBytes();
+    // Bytes passed in as pending bits come before those of the source.
     while (s.storedBytes > 0 && s.in.count >= 8 && s.out.room() > 0) {
         *s.out.next++ = static_cast<Ntk8u>(s.in.take(8));
         --s.storedBytes;

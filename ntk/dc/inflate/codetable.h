@@ -1,13 +1,14 @@
 // Lookup tables for the prefix codes of deflate.
 //
 // A table is indexed by the next bits of the stream, lowest first. Its root has 2^rootBits entries;
-// a longer code leads from the root to a subtable, indexed by the bits behind the root's. Every
+// a longer code leads from the root to a subtable, indexed by the bits after the root's. Every
 // index is filled: a code of fewer bits occupies all indices that end in it.
 //
 // Entry, 32 bits:
-//    0..7   bits that the symbol takes: its code (behind the root's bits in a subtable) and its
-//           extra bits; in a link to a subtable the root's bits
-//    8..11  bits of the code alone; in a link the bits of the subtable's index
+//    0..7   bits that the symbol takes: its code (in a subtable, the part after the root's bits)
+//    and
+//           its extra bits; in a link to a subtable, the root's bits
+//    8..11  bits of the code alone; in a link, the bits of the subtable's index
 //   12..15  exception flags, all clear for a literal, length, or distance
 //   16..30  literal, base of the length or distance, or index of the subtable's first entry
 //   31      set for a literal
@@ -41,7 +42,7 @@ constexpr unsigned lowMask(unsigned bits) {
     return (1U << bits) - 1;
 }
 
-// What an entry stands for: its value and the extra bits, found in `bits` behind the code.
+// The decoded value of an entry: its value plus the extra bits, which follow the code in `bits`.
 constexpr unsigned valueWithExtra(Entry e, Ntk64u bits) {
     return valueOf(e) +
            static_cast<unsigned>((bits & ~(~Ntk64u{0} << takenBits(e))) >> codeBits(e));
@@ -53,7 +54,7 @@ struct CodeTable {
     unsigned rootMask; // lowMask of the root bits
 
     Entry at(Ntk64u bits) const { return entries[bits & rootMask]; }
-    // The entry that a link leads to; `bits` begins behind the root's bits.
+    // The entry that a link leads to; `bits` begins after the root's bits.
     Entry follow(Entry link, Ntk64u bits) const {
         return entries[valueOf(link) + (bits & lowMask(codeBits(link)))];
     }
@@ -62,7 +63,7 @@ struct CodeTable {
 inline constexpr unsigned maxCodeBits = 15;
 inline constexpr unsigned maxSymbols = 288;
 
-// Entries that a table may need. A subtable of 2^k entries holds at least k + 1 symbols, as its
+// Entries that a table may need. A subtable of 2^k entries holds at least k + 1 symbols because its
 // code is complete; so subtables have at most 2^k / (k + 1) entries per symbol, which grows with k,
 // and k is at most maxCodeBits - rootBits.
 constexpr std::size_t entriesNeeded(std::size_t symbols, unsigned rootBits) {
@@ -74,7 +75,7 @@ constexpr std::size_t entriesNeeded(std::size_t symbols, unsigned rootBits) {
 struct CanonicalOrder {
     std::array<unsigned, maxCodeBits + 1> counts{}; // symbols of each length
     std::array<Ntk16u, maxSymbols> symbols{};
-    unsigned unused = 1U << maxCodeBits; // share of the code space, of 2^maxCodeBits
+    unsigned unused = 1U << maxCodeBits; // part of the code space of 2^maxCodeBits
     bool isOversubscribed = false;
 
     constexpr CanonicalOrder(const Ntk8u* lengths, unsigned numSymbols) {
@@ -105,7 +106,7 @@ struct CanonicalOrder {
     }
 };
 
-// The code that follows `code` among those of `length` bits, both with their first bit lowest.
+// The code after `code` among those of `length` bits, both with their first bit lowest.
 constexpr unsigned nextCode(unsigned code, unsigned length) {
     unsigned bit = 1U << (length - 1);
     while ((code & bit) != 0) {
@@ -117,7 +118,7 @@ constexpr unsigned nextCode(unsigned code, unsigned length) {
 // Fills a table, symbol by symbol in canonical order.
 class TableBuilder {
 public:
-    // symbolEntries: for each symbol its value and flags, and its extra bits in the place of
+    // symbolEntries: for each symbol its value and flags, with the number of its extra bits as
     // takenBits.
     constexpr TableBuilder(const CanonicalOrder& order, const Entry* symbolEntries, Entry* table,
                            unsigned rootBits)
@@ -133,8 +134,8 @@ private:
         return m_symbolEntries[m_order.symbols[m_position++]] + (bits << 8) + bits;
     }
 
-    // Doubles the table for each length, which spreads all shorter codes, and puts in the codes of
-    // that length.
+    // Doubles the table for each length, which replicates all shorter codes, and enters the codes
+    // of that length.
     constexpr void fillRoot() {
         for (unsigned length = 1; length <= m_rootBits; ++length) {
             const unsigned half = 1U << (length - 1);
@@ -173,8 +174,8 @@ private:
         }
     }
 
-    // Index bits of the subtable whose first code has this length, of which `left` are still to be
-    // placed: the length at which the codes to come fill it.
+    // Index bits of the subtable whose first code has this length, with `left` codes of this length
+    // still to be entered: up to the length at which the remaining codes fill it.
     constexpr unsigned subtableBits(unsigned length, unsigned left) const {
         unsigned bits = length - m_rootBits;
         for (unsigned filled = left; filled < (1U << bits) && length < maxCodeBits; ++bits) {
@@ -194,10 +195,10 @@ private:
 enum class Incomplete { isRefused, mayBeOneBit };
 
 // Builds a table of entriesNeeded(numSymbols, maxRootBits) entries for the code with these lengths
-// (0 to 15). Gives its root bits, 0 when the code cannot be.
+// (0 to 15). Returns its root bits, 0 if there is no such code.
 //
-// An incomplete code is accepted only where the second argument says so, and only with no symbol or
-// with one of 1 bit; what has no code is then an invalid entry of 1 bit.
+// An incomplete code is accepted only if `incomplete` allows it, and only with no symbol or with
+// one of 1 bit; an unused bit pattern then has an invalid entry of 1 bit.
 constexpr unsigned buildTable(const Ntk8u* lengths, unsigned numSymbols, Incomplete incomplete,
                               const Entry* symbolEntries, unsigned maxRootBits, Entry* table) {
     const CanonicalOrder order(lengths, numSymbols);

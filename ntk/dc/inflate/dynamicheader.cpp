@@ -1,5 +1,5 @@
-// The header of a dynamic block (RFC 1951, 3.2.7): the lengths of the code for lengths, then with
-// that code the lengths of the literal and distance codes, run-length encoded in one row.
+// The header of a dynamic block (RFC 1951, 3.2.7): the lengths of the code for code lengths, then,
+// in that code, the lengths of the literal and distance codes as one run-length encoded sequence.
 
 #include <algorithm>
 
@@ -15,7 +15,7 @@ Outcome readCodeCounts(Stream& s) {
     const unsigned numLiteralCodes = 257 + static_cast<unsigned>(s.in.take(5));
     const unsigned numDistanceCodes = 1 + static_cast<unsigned>(s.in.take(5));
     if (numLiteralCodes > maxLiteralCodes || numDistanceCodes > maxDistanceCodes) {
-        return Outcome::malformed; // and such numbers never get into the work buffer
+        return Outcome::malformed; // before such numbers can get into the work buffer
     }
     w.numLiteralCodes = numLiteralCodes;
     w.numDistanceCodes = numDistanceCodes;
@@ -78,7 +78,7 @@ Outcome readCodeLengths(Stream& s) {
             length = static_cast<Ntk8u>(valueOf(entry));
         } else {
             repeat = valueWithExtra(entry, s.in.bits);
-            if (takenBits(entry) - codeBits(entry) == 2) { // a repetition of the length before
+            if (takenBits(entry) - codeBits(entry) == 2) { // repeats the previous length
                 if (w.position == 0) {
                     return Outcome::malformed;
                 }

@@ -1,5 +1,5 @@
 // The symbols of a block far from the ends of source and destination: no symbol needs a check
-// against either, and copies may write behind the end of a match.
+// against either, and copies may write beyond the end of a match.
 
 #include "stream.h"
 
@@ -7,14 +7,15 @@ namespace ntk::inflate {
 
 namespace {
 
-// Bits from one refill to the next: three literals of the root, or a length and a distance.
+// Bits from one refill to the next: three literals found in the root, or a length and a distance.
 constexpr unsigned distanceMaxBits = 15 + 13;
 static_assert(3 * literalRootBits <= 56 && 15 + 5 + distanceMaxBits <= 56);
 
-// A turn of the loop refills twice after the first refill, each reading 8 bytes from at most 7
-// bytes behind the one before.
+// An iteration refills twice after the first refill, each time reading 8 bytes from at most 7 bytes
+// further on.
 constexpr std::ptrdiff_t sourceMargin = 3 * 8;
-// A turn writes two literals and a match of 258 bytes, and its copy up to 29 bytes more.
+// An iteration writes two literals and a match of 258 bytes, and copying that writes up to 29 bytes
+// more.
 constexpr std::ptrdiff_t destinationMargin = 2 + 258 + 29;
 
 inline void store64(Ntk8u* bytes, Ntk64u word) {
@@ -25,8 +26,8 @@ inline void copy16(Ntk8u* to, const Ntk8u* from) {
     std::memcpy(to, from, 16);
 }
 
-// For distances below 8: the bytes at distance, repeated to fill a word, and the largest multiple
-// of the distance up to 8, by which the word may be written again and again.
+// For distances below 8: the factor that repeats the bytes at the distance to fill a word, and the
+// largest multiple of the distance up to 8, the step at which the word is written repeatedly.
 struct Repetition {
     Ntk64u factor;
     unsigned step;
@@ -40,7 +41,7 @@ constexpr Repetition repetitions[8] = {{0, 0},
                                        {0x0001000000000001, 6},
                                        {0x0100000000000001, 7}};
 
-// Writes up to 29 bytes behind the end.
+// Writes up to 29 bytes beyond the end.
 inline void copyMatch(Ntk8u* to, unsigned length, unsigned distance) {
     const Ntk8u* from = to - distance;
     Ntk8u* const end = to + length;
@@ -68,14 +69,14 @@ inline void copyMatch(Ntk8u* to, unsigned length, unsigned distance) {
 
 } // namespace
 
-// Long, as the state of the loop lives in registers.
+// Long, because the state of the loop has to stay in registers.
 Outcome decodeFast(Stream& s, CodeTable literals, CodeTable distances) {
     if (s.in.end - s.in.next < sourceMargin || s.out.end - s.out.next < destinationMargin) {
         return Outcome::goOn;
     }
     BitReader in = s.in;
     Ntk8u* out = s.out.next;
-    const Ntk8u* const oldest = s.out.oldest;
+    const Ntk8u* const historyBegin = s.out.historyBegin;
     const Ntk8u* const lastSource = in.end - sourceMargin;
     const Ntk8u* const lastOut = s.out.end - destinationMargin;
     Outcome outcome = Outcome::goOn;
@@ -141,7 +142,7 @@ Outcome decodeFast(Stream& s, CodeTable literals, CodeTable distances) {
         }
         const unsigned distance = valueWithExtra(entry, in.bits);
         in.drop(takenBits(entry));
-        if (distance > static_cast<std::size_t>(out - oldest)) [[unlikely]] {
+        if (distance > static_cast<std::size_t>(out - historyBegin)) [[unlikely]] {
             s.pendingLength = length;
             s.pendingDistance = distance;
             break;

@@ -1,32 +1,32 @@
 // Inflater.
 //
-// Format (RFC 1951): blocks of three kinds, each behind a header of 3 bits. Stored blocks hold
-// plain bytes. In the others a prefix code gives literals, the block's end, and the lengths (3 to
-// 258) of matches; behind a length a second code gives how far back (1 to 32768) the match lies.
-// The codes are fixed ones, or stand in the block's header as a list of lengths.
+// Format (RFC 1951): blocks of three types, each after a header of 3 bits. Stored blocks hold plain
+// bytes. In the others a prefix code encodes literals, the end of the block, and the lengths (3 to
+// 258) of matches; after a length, a second code encodes the distance (1 to 32768) back to the
+// match. The codes are the fixed ones, or are given in the block's header as a list of lengths.
 //
-// Method: a symbol is found by one lookup of the next bits in a table (codetable.h), a long code by
-// a second one. Far from the ends of source and destination a loop without checks decodes from a
-// 64-bit buffer (fastloop.cpp); near them a careful one takes symbol by symbol (symbols.cpp). The
-// modes are the steps of a plain state machine; each step can stop where the source or the
-// destination ends.
+// Method: a symbol is found by looking up the next bits in a table (codetable.h), a long code by a
+// second lookup. Far from the ends of source and destination a loop without checks decodes from a
+// 64-bit buffer (fastloop.cpp); near them a careful one decodes symbol by symbol (symbols.cpp). The
+// modes are the states of a state machine; each step can stop where the source or the destination
+// ends.
 //
 // State between calls:
-// - *pMode: the step that comes next.
+// - *pMode: the next step.
 // - *pCode: bits taken from the source that are less than a symbol. The longest single symbol is a
-//   distance with 28 bits, and a stored length has 32, so there are never more than 31 of our own:
-//   a length is kept apart from its distance, and whole bytes go back to the source whenever the
-//   call ends for another reason than a source used up.
-// - pending: of a match the distance, 0 when it is not yet read; of a stored block what is left.
-// - progress: bits 0 to 15 how many bytes of the stream's data lie directly before the destination,
-//   at most 32768; bits 16 to 24 what is left of a match; bit 25 whether another block follows. So
-//   0 makes all else in the state of no effect but the work buffer.
-//   But for bits 0 to 15, which are the caller's promise that the destination has not moved,
-//   nothing here is believed that could lead outside the buffers: a match is checked against the
-//   history whenever it goes on.
+//   distance of 28 bits, and a stored length has 32, so the decoder never keeps more than 31: a
+//   length is stored apart from its distance, and whole bytes go back to the source whenever the
+//   call ends for another reason than an exhausted source.
+// - pending: the distance of a match, 0 if it is not yet read, or what is left of a stored block.
+// - progress: in bits 0 to 15 the number of bytes of the stream's data directly before the
+//   destination, at most 32768; in bits 16 to 24 what is left of a match; in bit 25 whether another
+//   block follows. So 0 makes everything else in the state but the work buffer irrelevant.
+//   Bits 0 to 15 rest on the caller's promise that the destination has not moved. Nothing else here
+//   is trusted where it could lead outside the buffers: a match is checked against the history
+//   whenever it is continued.
 // - the work buffer: the header of a dynamic block as far as it is read, then the tables.
 //
-// Limits: the history before a destination must be given as one piece.
+// Limits: the history before a destination must be contiguous.
 
 #include "ntkdcinflate.h"
 
@@ -34,6 +34,7 @@
 #include <cstdint>
 #include <cstring>
 
+#include "../callerblock.h"
 #include "stream.h"
 
 namespace ntk::inflate {
@@ -73,9 +74,8 @@ struct Call {
 };
 
 NtkStatus Call::check() const {
-    if (ppSrc == nullptr || pSrcLen == nullptr || pCode == nullptr || pCodeLenBits == nullptr ||
-        ppDst == nullptr || pDstLen == nullptr || pMode == nullptr || pState == nullptr ||
-        *ppSrc == nullptr || *ppDst == nullptr || (pHistory == nullptr && historyLen != 0)) {
+    if (anyNull(ppSrc, pSrcLen, pCode, pCodeLenBits, ppDst, pDstLen, pMode, pState) ||
+        anyNull(*ppSrc, *ppDst) || (pHistory == nullptr && historyLen != 0)) {
         return ntkStsNullPtr;
     }
     if (*pSrcLen < 0 || *pDstLen < 0 || historyLen < 0) {
@@ -101,12 +101,12 @@ Output Call::output() const {
     const auto length = static_cast<std::size_t>(historyLen);
     Output out{dst, dst, dst, dst + *pDstLen, dst, 0};
     if (pHistory == nullptr) {
-        out.oldest = dst - written;
+        out.historyBegin = dst - written;
     } else if (pHistory + length == dst) {
-        out.oldest = pHistory;
+        out.historyBegin = pHistory;
     } else {
-        out.farEnd = pHistory + length;
-        out.farBytes = length;
+        out.externalHistoryEnd = pHistory + length;
+        out.externalHistoryBytes = length;
     }
     return out;
 }
@@ -134,7 +134,8 @@ void Call::end(const Stream& s) const {
     *ppDst = s.out.next;
     *pDstLen = static_cast<int>(s.out.room());
     *pMode = s.mode;
-    const auto written = static_cast<Ntk32u>(std::min<std::size_t>(s.out.nearBytes(), windowBytes));
+    const auto written =
+        static_cast<Ntk32u>(std::min<std::size_t>(s.out.contiguousHistoryBytes(), windowBytes));
     pState->pending = s.mode == ntkInflateStored ? s.storedBytes : s.pendingDistance;
     pState->progress =
         written | (s.pendingLength << lengthShift) | (s.isLastBlock ? 0 : moreBlocksFlag);
@@ -173,7 +174,7 @@ NtkStatus decode(const Call& call) {
     const NtkStatus status = statusOf(outcome);
     if (status >= 0) {
         if (outcome != Outcome::sourceUsedUp) {
-            s.in.giveBack();
+            s.in.unreadBytes();
         }
         call.end(s);
     }
@@ -184,18 +185,15 @@ NtkStatus decode(const Call& call) {
 
 } // namespace ntk::inflate
 
+using namespace ntk;
 using namespace ntk::inflate;
 
 NtkStatus ntksInflateGetSize_8u(int* pSize) {
-    if (pSize == nullptr) {
-        return ntkStsNullPtr;
-    }
-    *pSize = static_cast<int>(sizeof(WorkBuffer) + workAlignment - 1);
-    return ntkStsNoErr;
+    return returnSize(static_cast<int>(sizeof(WorkBuffer) + workAlignment - 1), pSize);
 }
 
 NtkStatus ntksInflateInit_8u(NtksInflateState* pState, Ntk8u* pWorkBuffer) {
-    if (pState == nullptr || pWorkBuffer == nullptr) {
+    if (anyNull(pState, pWorkBuffer)) {
         return ntkStsNullPtr;
     }
     const auto address = reinterpret_cast<std::uintptr_t>(pWorkBuffer);

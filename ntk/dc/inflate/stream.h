@@ -1,5 +1,5 @@
-// A stream during one call: the caller's arguments taken apart, and the parts of the decoder that
-// work on them.
+// A stream during one call: the caller's arguments unpacked, and the steps of the decoder that work
+// on them.
 #pragma once
 
 #include <array>
@@ -11,7 +11,7 @@
 
 namespace ntk::inflate {
 
-// The modes within a block's header, behind the public ones.
+// The modes within a block's header, numbered after the public ones.
 enum : int {
     modeStoredLength = ntkInflateFinished + 1,
     modeCodeCounts,
@@ -23,15 +23,15 @@ enum : int {
 // Why a step ended.
 enum class Outcome {
     goOn,            // the mode has changed: take the next step
-    sourceUsedUp,    // all of it is taken, and the bits left do not make a symbol
-    destinationFull, // and there is something to be written
+    sourceUsedUp,    // all of it is taken, and the bits left are less than a symbol
+    destinationFull, // and more data are to be written
     malformed,
     noWorkBuffer
 };
 
-// The caller's work buffer: codes of a dynamic block, and what is known of them while its header is
-// read. An error leaves it as it is while the caller's arguments go back, so any mode may meet it
-// in any state: each field keeps its bounds by itself.
+// The caller's work buffer: the codes of a dynamic block, and what is known of them while its
+// header is read. An error restores the caller's arguments but not this buffer, so any mode may
+// find it in any state: each field must stay within its own bounds.
 struct WorkBuffer {
     std::array<Entry, entriesNeeded(maxLiteralCodes, literalRootBits)> literals;
     std::array<Entry, entriesNeeded(maxDistanceCodes, distanceRootBits)> distances;
@@ -42,24 +42,26 @@ struct WorkBuffer {
     unsigned numLiteralCodes;
     unsigned numDistanceCodes;
     unsigned numLengthCodesGiven;
-    unsigned position; // how many lengths of the sequence being read are there
+    unsigned position; // how many lengths of the current sequence have been read
     // 0 to 7: their table never needs subtables.
     std::array<Ntk8u, numLengthCodes> lengthCodeLengths;
-    // Of the literal and distance codes, in one row.
+    // Of the literal and then the distance codes.
     std::array<Ntk8u, maxLiteralCodes + maxDistanceCodes> lengths;
 };
 
 struct Output {
-    const Ntk8u* oldest; // first byte of the data that lie directly before `next`
+    const Ntk8u* historyBegin; // first byte of the history that ends at `next`
     Ntk8u* begin;
     Ntk8u* next;
     Ntk8u* end;
-    // The end of data that come before `oldest` and lie elsewhere.
-    const Ntk8u* farEnd;
-    std::size_t farBytes;
+    // History from before `historyBegin`, in a buffer of its own.
+    const Ntk8u* externalHistoryEnd;
+    std::size_t externalHistoryBytes;
 
     std::size_t room() const { return static_cast<std::size_t>(end - next); }
-    std::size_t nearBytes() const { return static_cast<std::size_t>(next - oldest); }
+    std::size_t contiguousHistoryBytes() const {
+        return static_cast<std::size_t>(next - historyBegin);
+    }
 };
 
 struct Stream {
@@ -75,7 +77,7 @@ struct Stream {
     void endBlock() { mode = isLastBlock ? ntkInflateFinished : ntkInflateBlockHeader; }
 };
 
-// One step each. A step goes on as long as its mode lasts.
+// One step each. A step continues for as long as its mode lasts.
 Outcome readBlockHeader(Stream& s); // blocks.cpp
 Outcome readStoredLength(Stream& s);
 Outcome readCodeCounts(Stream& s); // dynamicheader.cpp
@@ -85,8 +87,9 @@ Outcome copyStored(Stream& s); // blocks.cpp
 // symbols.cpp
 Outcome decodeSymbols(Stream& s, const CodeTable& literals, const CodeTable& distances);
 
-// Decodes symbols as long as source and destination are far from their ends; then, or with a match
-// pending that refers to before `oldest`, it returns goOn with the mode unchanged. fastloop.cpp
+// Decodes symbols as long as source and destination are far from their ends (fastloop.cpp). Then,
+// or with a pending match that begins before `historyBegin`, it returns goOn with the mode
+// unchanged.
 Outcome decodeFast(Stream& s, CodeTable literals, CodeTable distances);
 
 } // namespace ntk::inflate

@@ -1,5 +1,5 @@
 // The symbols of a block, one at a time: near the ends of source and destination, and wherever the
-// fast loop cannot go on.
+// fast loop cannot continue.
 
 #include <algorithm>
 
@@ -15,14 +15,14 @@ constexpr unsigned distanceMaxBits = 15 + 13;
 // The next symbol, not taken yet.
 struct Symbol {
     Entry entry;
-    unsigned linkBits; // in front of the bits that the entry counts
+    unsigned linkBits; // before the bits that the entry counts
 
     unsigned value(const BitReader& in) const { return valueWithExtra(entry, in.bits >> linkBits); }
     void take(BitReader& in) const { in.drop(linkBits + takenBits(entry)); }
 };
 
-// False when the source ends before the symbol does. Whatever stands above the bits counted, an
-// entry of no more bits than these is the right one.
+// False if the source ends before the symbol does. An entry that takes no more bits than are
+// counted is right whatever the bits above them are.
 bool findSymbol(BitReader& in, const CodeTable& table, unsigned maxBits, Symbol& symbol) {
     in.has(maxBits);
     symbol = {table.at(in.bits), 0};
@@ -33,27 +33,27 @@ bool findSymbol(BitReader& in, const CodeTable& table, unsigned maxBits, Symbol&
     return symbol.linkBits + takenBits(symbol.entry) <= in.count;
 }
 
-// Copies the pending match as far as there is room, byte by byte, as it may overlap itself.
+// Copies the pending match as far as there is room, byte by byte because it may overlap itself.
 Outcome copyMatch(Stream& s) {
     Output& out = s.out;
-    if (s.pendingDistance > out.nearBytes() + out.farBytes) {
+    if (s.pendingDistance > out.contiguousHistoryBytes() + out.externalHistoryBytes) {
         return Outcome::malformed;
     }
     for (; s.pendingLength > 0; --s.pendingLength) {
         if (out.room() == 0) {
             return Outcome::destinationFull;
         }
-        const std::size_t nearBytes = out.nearBytes();
-        *out.next = s.pendingDistance <= nearBytes
+        const std::size_t contiguousHistoryBytes = out.contiguousHistoryBytes();
+        *out.next = s.pendingDistance <= contiguousHistoryBytes
                         ? *(out.next - s.pendingDistance)
-                        : *(out.farEnd - (s.pendingDistance - nearBytes));
+                        : *(out.externalHistoryEnd - (s.pendingDistance - contiguousHistoryBytes));
         ++out.next;
     }
     s.pendingDistance = 0;
     return Outcome::goOn;
 }
 
-// Finishes a match whose length is known.
+// Continues a match whose length is known.
 Outcome finishMatch(Stream& s, const CodeTable& distances) {
     if (s.pendingDistance == 0) {
         Symbol symbol;
@@ -69,8 +69,8 @@ Outcome finishMatch(Stream& s, const CodeTable& distances) {
     return copyMatch(s);
 }
 
-// Decodes a literal, the length of a match or the block's end. What needs room is left where it is
-// when there is none.
+// Decodes a literal, the length of a match or the end of the block. A symbol that needs room is not
+// taken if there is none.
 Outcome decodeSymbol(Stream& s, const CodeTable& literals) {
     Symbol symbol;
     if (!findSymbol(s.in, literals, literalMaxBits, symbol)) {

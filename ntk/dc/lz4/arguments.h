@@ -1,15 +1,16 @@
-// What the LZ4 calls have in common: the checks of their arguments and the empty source.
+// Common to the LZ4 calls: the checks of their arguments and the empty source.
 #pragma once
 
 #include <climits>
 
 #include <lz4.h>
 
+#include "../callerblock.h"
 #include "ntkdefs.h"
 
 namespace ntk::lz4 {
 
-// liblz4 takes plain characters.
+// liblz4 takes pointers to char.
 inline const char* chars(const Ntk8u* bytes) {
     return reinterpret_cast<const char*>(bytes);
 }
@@ -17,17 +18,13 @@ inline char* chars(Ntk8u* bytes) {
     return reinterpret_cast<char*>(bytes);
 }
 
-constexpr bool anyNull(auto... pointers) {
-    return (... || (pointers == nullptr));
-}
-
 // For calls without a dictionary.
 constexpr NtkStatus checkLengths(int srcLen, int capacity) {
     return srcLen < 0 || srcLen > LZ4_MAX_INPUT_SIZE || capacity < 0 ? ntkStsBadSize : ntkStsNoErr;
 }
 
-// The dictionary arguments and the position of a call. A dictionary of length 0 is none, wherever
-// it points.
+// The position and dictionary arguments of a call. With a length of 0 there is no dictionary,
+// whatever the pointer.
 struct DictArguments {
     int srcIdx;
     const Ntk8u* dict;
@@ -53,7 +50,7 @@ inline NtkStatus encodeEmpty(Ntk8u* pDst, int* pDstLen) {
     return ntkStsNoErr;
 }
 
-// The farthest that a match may lie back, rounded up as liblz4 does.
+// The largest distance of a match, rounded up as liblz4 does.
 inline constexpr int windowBytes = 65536;
 
 } // namespace ntk::lz4

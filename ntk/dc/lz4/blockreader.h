@@ -1,4 +1,4 @@
-// Walks over the sequences of an LZ4 block without decoding them.
+// Iterates over the sequences of an LZ4 block without decoding them.
 #pragma once
 
 #include <cstddef>
@@ -18,8 +18,8 @@ class BlockReader {
 public:
     BlockReader(const Ntk8u* block, std::size_t length) : m_block(block), m_length(length) {}
 
-    // Reads the next sequence. False at the end of the block, and for a sequence that does not fit
-    // the block or has an offset of 0.
+    // Reads the next sequence. False at the end of the block, and for a sequence that exceeds the
+    // block or has an offset of 0.
     bool next(Sequence& sequence);
 
     // Bytes of the block read so far.

@@ -1,11 +1,11 @@
 // LZ4 block decoder, on liblz4. Format: see encode.cpp.
 //
-// liblz4 checks every length and distance of the block against both buffers, so that the source may
-// come from anywhere. It does not tell why it refuses a block; that is found out afterwards, by a
-// walk over the sequences that adds up what they would decode to.
+// liblz4 checks every length and distance of the block against both buffers, so the source need not
+// be trusted. It does not report why it rejects a block; that is determined afterwards, by adding
+// up the lengths that the sequences decode to.
 //
-// Limit: liblz4 lets a distance of 0 pass and writes undefined bytes for it. To refuse it would
-// take a walk over every block.
+// Limit: liblz4 accepts a distance of 0 and writes undefined bytes for it. Rejecting it would take
+// a pass over every block.
 
 #include "ntkdc.h"
 
@@ -16,7 +16,7 @@ namespace ntk::lz4 {
 
 namespace {
 
-NtkStatus whyRefused(const Ntk8u* block, int length, int capacity) {
+NtkStatus whyRejected(const Ntk8u* block, int length, int capacity) {
     BlockReader reader(block, static_cast<std::size_t>(length));
     Sequence s{};
     std::size_t decoded = 0;
@@ -38,6 +38,7 @@ NtkStatus whyRefused(const Ntk8u* block, int length, int capacity) {
 
 } // namespace ntk::lz4
 
+using namespace ntk;
 using namespace ntk::lz4;
 
 NtkStatus ntksDecodeLZ4_8u(const Ntk8u* pSrc, int srcLen, Ntk8u* pDst, int* pDstLen) {
@@ -49,7 +50,7 @@ NtkStatus ntksDecodeLZ4_8u(const Ntk8u* pSrc, int srcLen, Ntk8u* pDst, int* pDst
     }
     const int length = LZ4_decompress_safe(chars(pSrc), chars(pDst), srcLen, *pDstLen);
     if (length < 0) {
-        return whyRefused(pSrc, srcLen, *pDstLen);
+        return whyRejected(pSrc, srcLen, *pDstLen);
     }
     *pDstLen = length;
     return ntkStsNoErr;

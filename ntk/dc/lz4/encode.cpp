@@ -1,31 +1,33 @@
 // LZ4 block encoders without and with a dictionary, on liblz4's fast encoder.
 //
-// Format (lz4_Block_format.md of the LZ4 project, Y. Collet): a block is a row of sequences. Each
-// has a token with two lengths of 4 bits, more length bytes where one is 15, literals, and a match:
-// a distance back of 1 to 65535 bytes and a length of 4 or more. The last sequence ends after its
+// Format (lz4_Block_format.md of the LZ4 project, Y. Collet): a block is a series of sequences.
+// Each has a token with two lengths of 4 bits, further length bytes if one is 15, literals, and a
+// match: a distance of 1 to 65535 bytes and a length of 4 or more. The last sequence ends after its
 // literals. The last 5 bytes of a block are literals and its last match begins at least 12 bytes
-// before its end. A block holds neither its length nor that of its data.
+// before its end. A block contains neither its length nor that of its data.
 //
 // Method: greedy. Each position is looked up in a hash table of positions by its next 4 bytes; the
-// candidate found is compared, and taken when it matches. Matches may reach back into a dictionary:
-// data that the decoder already has.
+// candidate found is compared, and taken if it matches. Matches may refer to a dictionary: data
+// that the decoder already has.
 //
-// State: the caller's hash table holds liblz4's stream and our note of the position in the caller's
-// sequence up to which it was fed. The stream's own index grows along with it, but starts and
-// restarts as liblz4 sees fit.
+// State: the caller's hash table holds liblz4's stream and the position in the caller's sequence up
+// to which the stream has seen the data. The stream's own index advances with the position, but
+// liblz4 decides where it starts and restarts.
 //
 // Invariants:
-// - The pointers in the stream are dead after a call. A call that goes on with the table sets every
-//   one of them from its own arguments first.
-// - An index in the table is used by liblz4 without a check against the end of the data. Hence
-//   before a table is used again all 4096 must lie at least 4 bytes (a match) below the stream's
-//   index; a table that fails, or ends at another position than the call begins, is made anew from
-//   the dictionary. The check costs about as much as clearing the table, which every call without
-//   a dictionary does.
-// - Wrong indices that pass are harmless: liblz4 compares the bytes they lead to, and what lies
-//   before the dictionary is out of reach by its length.
-// - A call that fails or stops early has fed the stream more than it encoded: the table is
-//   disowned.
+// - The pointers in the stream are dangling after a call. A call that continues with the table
+// first
+//   sets all of them from its own arguments.
+// - liblz4 uses an index from the table without checking it against the end of the data. Hence,
+//   before a table is reused, all its 4096 indices must be at least 4 (a match) below the stream's
+//   index; a table that fails this check, or that does not end at the position where the call
+//   begins, is rebuilt from the dictionary. The check takes about as long as clearing the table,
+//   which every call without a dictionary does.
+// - Wrong indices that pass are harmless: liblz4 compares the bytes that they refer to, and limits
+//   them to the length of the dictionary.
+// - After a call that fails or stops early the stream has seen more data than were encoded: the
+// table
+//   is marked as unusable.
 //
 // Limits: sources of up to 0x7e000000 bytes, positions up to INT_MAX, dictionaries of which the
 // last 65536 bytes count.
@@ -52,7 +54,7 @@ bool continuesAt(const HashTable& table, int srcIdx) {
            noneAbove.get()(stream.hashTable, LZ4_HASH_SIZE_U32, stream.currentOffset - minMatch);
 }
 
-// Makes the table ready for data at srcIdx that follow the dictionary.
+// Prepares the table for data at srcIdx that follow the dictionary.
 void attachDictionary(HashTable& table, const DictArguments& d) {
     if (d.dictLen == 0) {
         LZ4_initStream(&table.stream, sizeof table.stream);
@@ -67,7 +69,7 @@ void attachDictionary(HashTable& table, const DictArguments& d) {
     }
 }
 
-// Length of the block, 0 when it does not fit.
+// Returns the length of the block, 0 if it does not fit.
 int encodeWithDictionary(HashTable& table, const DictArguments& d, const Ntk8u* src, int srcLen,
                          Ntk8u* dst, int capacity) {
     attachDictionary(table, d);
@@ -95,21 +97,18 @@ NtkStatus makeEmpty(Ntk8u* pHashTable, int srcLen) {
     if (pHashTable == nullptr) {
         return ntkStsNullPtr;
     }
-    return srcLen < 0 ? ntkStsBadSize : ntksZero_8u(pHashTable, blockBytes<HashTable>());
+    return srcLen < 0 ? ntkStsBadSize : ntksZero_8u(pHashTable, stateBytes<HashTable>());
 }
 
 } // namespace
 
 } // namespace ntk::lz4
 
+using namespace ntk;
 using namespace ntk::lz4;
 
 NtkStatus ntksEncodeLZ4HashTableGetSize_8u(int* pSize) {
-    if (pSize == nullptr) {
-        return ntkStsNullPtr;
-    }
-    *pSize = blockBytes<HashTable>();
-    return ntkStsNoErr;
+    return returnSize(stateBytes<HashTable>(), pSize);
 }
 
 NtkStatus ntksEncodeLZ4HashTableInit_8u(Ntk8u* pHashTable, int srcLen) {
@@ -132,7 +131,7 @@ NtkStatus ntksEncodeLZ4_8u(const Ntk8u* pSrc, int srcLen, Ntk8u* pDst, int* pDst
     if (srcLen == 0) {
         return encodeEmpty(pDst, pDstLen);
     }
-    auto& table = tableIn<HashTable>(pHashTable);
+    auto& table = stateIn<HashTable>(pHashTable);
     return finishWhole(encodeAlone(table, pSrc, srcLen, pDst, *pDstLen), pDstLen);
 }
 
@@ -148,7 +147,7 @@ NtkStatus ntksEncodeLZ4Safe_8u(const Ntk8u* pSrc, int* pSrcLen, Ntk8u* pDst, int
     if (*pSrcLen == 0) {
         return encodeEmpty(pDst, pDstLen);
     }
-    auto& table = tableIn<HashTable>(pHashTable);
+    auto& table = stateIn<HashTable>(pHashTable);
     const int length = encodeAlone(table, pSrc, *pSrcLen, pDst, *pDstLen);
     return finishSafe(length, windowOf({0, nullptr, 0}, pSrc, *pSrcLen), pSrcLen, pDst, pDstLen);
 }
@@ -166,7 +165,7 @@ NtkStatus ntksEncodeLZ4Dict_8u(const Ntk8u* pSrc, int srcIdx, int srcLen, Ntk8u*
     if (srcLen == 0) {
         return encodeEmpty(pDst, pDstLen);
     }
-    auto& table = tableIn<HashTable>(pHashTable);
+    auto& table = stateIn<HashTable>(pHashTable);
     return finishWhole(encodeWithDictionary(table, d, pSrc, srcLen, pDst, *pDstLen), pDstLen);
 }
 
@@ -184,7 +183,7 @@ NtkStatus ntksEncodeLZ4DictSafe_8u(const Ntk8u* pSrc, int srcIdx, int* pSrcLen, 
     if (*pSrcLen == 0) {
         return encodeEmpty(pDst, pDstLen);
     }
-    auto& table = tableIn<HashTable>(pHashTable);
+    auto& table = stateIn<HashTable>(pHashTable);
     const int length = encodeWithDictionary(table, d, pSrc, *pSrcLen, pDst, *pDstLen);
     return finishSafe(length, windowOf(d, pSrc, *pSrcLen), pSrcLen, pDst, pDstLen);
 }

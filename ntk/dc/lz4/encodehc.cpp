@@ -1,22 +1,23 @@
-// LZ4 block encoder with a thorough search, on liblz4's high-compression encoder.
+// LZ4 block encoder with high compression, on liblz4's high-compression encoder.
 //
-// Format, dictionaries and positions: as in encode.cpp. Method: every position is entered into a
-// hash table and chained to the earlier positions of the same hash; the chain is searched for the
-// longest match, the longer the higher the level. Levels from 10 on choose the cheapest way through
-// the matches found (dynamic programming over a stretch of 4 KiB).
+// Format, dictionaries and positions: as in encode.cpp. Method: every position is inserted into a
+// hash table and linked to the earlier positions with the same hash; the chain is searched for the
+// longest match, the further the higher the level. Levels from 10 on use optimal parsing (dynamic
+// programming over 4 KiB at a time).
 //
 // State: liblz4's stream in the block of the hash table, and in the block of the chain table the
-// position up to which the stream was fed, in the caller's sequence and as liblz4's index.
+// position up to which the stream has seen the data, in the caller's sequence and as liblz4's
+// index.
 //
-// Invariants, besides those of encode.cpp:
-// - Pointers and limits in the stream are set from the arguments before a stream is used again:
-//   it then looks as if it had just been fed exactly the dictionary.
-// - All entries of the hash table must lie below the end index. Links of the chains only lead
-//   down, by at most 65535, and the lowest index in use is kept at 65536 or more, so that no link
-//   leads below 0.
+// Invariants, in addition to those of encode.cpp:
+// - Pointers and limits in the stream are set from the arguments before a stream is reused: it is
+//   then in the state of a stream that has seen exactly the dictionary.
+// - All entries of the hash table must be below the end index. The links of the chains only lead to
+//   lower indices, by at most 65535, and the lowest index in use is kept at 65536 or more, so that
+//   no link leads below 0.
 //
-// A full destination is dealt with as in encode.cpp. (liblz4 can stop at one by itself here, but
-// then it does not fill the last bytes.)
+// A full destination is handled as in encode.cpp. (liblz4's own way of stopping there does not fill
+// the last bytes.)
 
 #include "ntkdc.h"
 
@@ -41,7 +42,7 @@ struct HcTables {
 };
 
 HcTables tablesIn(Ntk8u** blocks) {
-    return {tableIn<HcState>(blocks[0]).stream, tableIn<HcRecord>(blocks[1])};
+    return {stateIn<HcState>(blocks[0]).stream, stateIn<HcRecord>(blocks[1])};
 }
 
 bool continuesAt(const HcTables& t, int srcIdx) {
@@ -87,9 +88,9 @@ void noteEnd(HcTables& t, Ntk64s position) {
         knowsFields() ? stream.dictLimit + static_cast<Ntk32u>(stream.end - stream.prefixStart) : 0;
 }
 
-// Length of the block, 0 when it does not fit.
-int encodeThoroughly(HcTables& t, const DictArguments& d, int level, const Ntk8u* src, int srcLen,
-                     Ntk8u* dst, int capacity) {
+// Returns the length of the block, 0 if it does not fit.
+int encodeHc(HcTables& t, const DictArguments& d, int level, const Ntk8u* src, int srcLen,
+             Ntk8u* dst, int capacity) {
     attachDictionary(t, d, level);
     t.record.position = noPosition;
     const int length =
@@ -105,14 +106,15 @@ int encodeThoroughly(HcTables& t, const DictArguments& d, int level, const Ntk8u
 
 } // namespace ntk::lz4
 
+using namespace ntk;
 using namespace ntk::lz4;
 
 NtkStatus ntksEncodeLZ4HCHashTableGetSize_8u(int* pHashTableSize, int* pChainTableSize) {
     if (anyNull(pHashTableSize, pChainTableSize)) {
         return ntkStsNullPtr;
     }
-    *pHashTableSize = blockBytes<HcState>();
-    *pChainTableSize = blockBytes<HcRecord>();
+    *pHashTableSize = stateBytes<HcState>();
+    *pChainTableSize = stateBytes<HcRecord>();
     return ntkStsNoErr;
 }
 
@@ -120,8 +122,8 @@ NtkStatus ntksEncodeLZ4HCHashTableInit_8u(Ntk8u** ppHashTables) {
     if (ppHashTables == nullptr || anyNull(ppHashTables[0], ppHashTables[1])) {
         return ntkStsNullPtr;
     }
-    ntksZero_8u(ppHashTables[0], blockBytes<HcState>());
-    return ntksZero_8u(ppHashTables[1], blockBytes<HcRecord>());
+    ntksZero_8u(ppHashTables[0], stateBytes<HcState>());
+    return ntksZero_8u(ppHashTables[1], stateBytes<HcRecord>());
 }
 
 NtkStatus ntksEncodeLZ4HC_8u(const Ntk8u* pSrc, int srcIdx, int* pSrcLen, Ntk8u* pDst, int* pDstLen,
@@ -145,7 +147,7 @@ NtkStatus ntksEncodeLZ4HC_8u(const Ntk8u* pSrc, int srcIdx, int* pSrcLen, Ntk8u*
         return ntkStsDstTooSmall;
     }
     HcTables tables = tablesIn(ppHashTables);
-    const int length = encodeThoroughly(tables, d, level == 0 ? LZ4HC_CLEVEL_DEFAULT : level, pSrc,
-                                        *pSrcLen, pDst, *pDstLen);
+    const int length = encodeHc(tables, d, level == 0 ? LZ4HC_CLEVEL_DEFAULT : level, pSrc,
+                                *pSrcLen, pDst, *pDstLen);
     return finishSafe(length, windowOf(d, pSrc, *pSrcLen), pSrcLen, pDst, pDstLen);
 }

@@ -16,11 +16,11 @@ namespace {
 constexpr std::size_t minLastLiterals = 5;
 constexpr std::size_t minLastMatchToEnd = 12;
 
-// The longest run of literals that fits with its token and length bytes. Of the bytes behind the
-// token, one in 256 is a length byte once there are 15.
+// The longest run of literals that fits with its token and length bytes. From 15 literals on, one
+// of every 256 bytes after the token is a length byte.
 std::size_t literalsThatFit(std::size_t room) {
-    const std::size_t behindToken = room - 1;
-    return behindToken - (behindToken + 241) / 256;
+    const std::size_t afterToken = room - 1;
+    return afterToken - (afterToken + 241) / 256;
 }
 
 std::size_t lastLiterals(const Window& w, std::size_t srcDone, std::size_t room) {
@@ -33,7 +33,7 @@ Ntk8u byteAt(const Window& w, std::ptrdiff_t position) {
 }
 
 // Whether the sequence decodes to the bytes of the source from a position on.
-bool isProven(const Sequence& s, const Window& w, std::size_t srcDone) {
+bool isVerified(const Sequence& s, const Window& w, std::size_t srcDone) {
     const std::size_t matchStart = srcDone + s.literalLength;
     if (matchStart + s.matchLength > w.srcLen || s.offset > matchStart + w.dictLen ||
         std::memcmp(s.literals, w.src + srcDone, s.literalLength) != 0) {
@@ -68,7 +68,7 @@ Filled fillDestination(const Window& window, Ntk8u* dst, std::size_t capacity) {
     BlockReader reader(dst, capacity);
     Filled kept{0, 0};
     Sequence s{};
-    while (reader.next(s) && s.matchLength != 0 && isProven(s, window, kept.srcBytes)) {
+    while (reader.next(s) && s.matchLength != 0 && isVerified(s, window, kept.srcBytes)) {
         const std::size_t srcDone = kept.srcBytes + s.literalLength + s.matchLength;
         const std::size_t last = lastLiterals(window, srcDone, capacity - reader.position());
         if (last < minLastLiterals || s.matchLength + last < minLastMatchToEnd) {

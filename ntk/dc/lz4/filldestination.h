@@ -1,4 +1,4 @@
-// The end of the calls that stop at a full destination.
+// Completes the calls that stop at a full destination.
 #pragma once
 
 #include <cstddef>
@@ -7,11 +7,11 @@
 
 namespace ntk::lz4 {
 
-// What is encoded, and the bytes that matches may refer to before it.
+// The source, and the dictionary that matches may refer to.
 struct Window {
     const Ntk8u* src;
     std::size_t srcLen;
-    const Ntk8u* dictEnd; // one behind the last byte of the dictionary; null without one
+    const Ntk8u* dictEnd; // end of the dictionary; null without one
     std::size_t dictLen;
 };
 
@@ -25,14 +25,14 @@ struct Filled {
     std::size_t srcBytes;   // how much of the source it holds
 };
 
-// Makes a block that fills a destination from what an encoder left there when it gave up. Where a
-// block does not fit, liblz4 fails, but until then it wrote whole sequences. Those are kept, each
-// proved against the source first, so that the destination may hold anything. The block then ends
-// with as many literals as still fit. A capacity of 0 has no room for a block and is not allowed.
+// Completes a block that fills the destination from what an encoder left there when it failed: if a
+// block does not fit, liblz4 gives up, but has written whole sequences by then. Those are kept,
+// each verified against the source first, so that the destination may hold anything. The block then
+// ends with as many literals as fit. The capacity must not be 0, which has no room for a block.
 Filled fillDestination(const Window& window, Ntk8u* dst, std::size_t capacity);
 
-// Status and lengths of a call for which the encoder made a block of the given length or, with 0,
-// failed.
+// Sets status and lengths of a call whose encoder returned a block of this length, or 0 for
+// failure.
 NtkStatus finishSafe(int length, const Window& window, int* pSrcLen, Ntk8u* pDst, int* pDstLen);
 
 } // namespace ntk::lz4

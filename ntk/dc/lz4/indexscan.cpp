@@ -8,8 +8,8 @@ namespace ntk::lz4 {
 
 namespace {
 
-// A word above the limit sets the top bit of the difference or has it set itself. Without a branch
-// the compiler makes vector code of it.
+// A word above the limit sets the top bit of the difference or has it set itself. Without branches,
+// so that the compiler vectorises it.
 bool scanGeneric(const Ntk32u* words, std::size_t count, Ntk32u limit) {
     Ntk32u signs = 0;
     for (std::size_t i = 0; i < count; ++i) {
@@ -18,7 +18,7 @@ bool scanGeneric(const Ntk32u* words, std::size_t count, Ntk32u limit) {
     return (signs >> 31) == 0;
 }
 
-// Four maxima side by side, because each takes a clock and two can start per clock.
+// Four maxima side by side: each has a latency of one clock, and two can start per clock.
 [[gnu::target("avx2")]] bool scanAvx2(const Ntk32u* words, std::size_t count, Ntk32u limit) {
     constexpr std::size_t lanes = 8;
     __m256i largest[4] = {};

@@ -1,4 +1,4 @@
-// Checks a hash table of liblz4 before it is used again.
+// Checks the indices in a hash table of liblz4 before it is reused.
 #pragma once
 
 #include <cstddef>
@@ -7,7 +7,7 @@
 
 namespace ntk::lz4 {
 
-// Whether none of `count` words (a multiple of 32) is above a limit below 2^31.
+// Whether none of `count` words (a multiple of 32) is above the limit, which is below 2^31.
 using IndexScanFunction = bool(const Ntk32u* words, std::size_t count, Ntk32u limit);
 
 extern Choice<IndexScanFunction> noneAbove;

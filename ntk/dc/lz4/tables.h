@@ -1,7 +1,5 @@
-// The tables of the LZ4 encoders, as they lie in the caller's blocks.
+// The tables of the LZ4 encoders in the caller's blocks.
 #pragma once
-
-#include <cstdint>
 
 #include <lz4.h>
 #include <lz4hc.h>
@@ -10,17 +8,17 @@
 
 namespace ntk::lz4 {
 
-// No position of a sequence: what the table holds serves no later call.
+// Not a position: the contents of the table are of no use to a later call.
 inline constexpr Ntk64s noPosition = -1;
 
 struct HashTable {
     LZ4_stream_t stream;
-    // Position in the sequence up to which the stream has seen data. 0 in an empty table.
+    // Position in the sequence up to which the stream has seen the data. 0 in an empty table.
     Ntk64s position;
 };
 
-// The high-compression encoder of liblz4 has one state for both its tables. It lies in the block
-// of the hash table; the block of the chain table holds what is known about it.
+// The high-compression encoder of liblz4 has one state for both its tables. It is in the block of
+// the hash table; the block of the chain table records how far it has seen the data.
 struct HcState {
     LZ4_streamHC_t stream;
 };
@@ -30,19 +28,8 @@ struct HcRecord {
     Ntk32u endIndex;
 };
 
-// The caller's blocks have any alignment; liblz4 wants that of its structures.
-template <class Table> constexpr int blockBytes() {
-    return static_cast<int>(sizeof(Table) + alignof(Table) - 1);
-}
-
-template <class Table> Table& tableIn(Ntk8u* block) {
-    constexpr std::uintptr_t mask = alignof(Table) - 1;
-    const auto address = reinterpret_cast<std::uintptr_t>(block);
-    return *reinterpret_cast<Table*>(block + (((address + mask) & ~mask) - address));
-}
-
-// Whether the liblz4 at hand is the one whose structures this was compiled with. Their fields may
-// change from version to version, so without this they are not touched.
+// Whether the liblz4 found at run time is the one whose structures this was compiled with. Their
+// fields may change from version to version; those of another version are not touched.
 inline bool knowsFields() {
     return LZ4_versionNumber() == LZ4_VERSION_NUMBER;
 }

@@ -1,7 +1,7 @@
 // LZO1X decoders, on liblzo2's checking one. Format and frame: see encode.cpp.
 //
-// Both calls check everything: liblzo2's decoder without checks is faster by 2 to 9 percent only,
-// on text as well as on runs, and reads and writes wherever a damaged stream sends it.
+// Both calls use the checking decoder: liblzo2's decoder without checks is only 2 to 9 percent
+// faster, on text as well as on runs, and a damaged stream makes it read and write anywhere.
 
 #include "ntkdc.h"
 
@@ -19,7 +19,7 @@ struct Piece {
     Ntk32u srcLen;
     Ntk8u* dst;
     Ntk32u dstLen; // of the piece's data
-    bool isSound;  // after decoding
+    bool isValid;  // after decoding
 };
 
 NtkStatus decodeStream(const Ntk8u* src, Ntk32u srcLen, Ntk8u* dst, Ntk32u* dstLen) {
@@ -35,7 +35,7 @@ NtkStatus decodeStream(const Ntk8u* src, Ntk32u srcLen, Ntk8u* dst, Ntk32u* dstL
 void decodePiece(void* pieces, unsigned i) {
     Piece& p = static_cast<Piece*>(pieces)[i];
     Ntk32u length = p.dstLen;
-    p.isSound = decodeStream(p.src, p.srcLen, p.dst, &length) == ntkStsNoErr && length == p.dstLen;
+    p.isValid = decodeStream(p.src, p.srcLen, p.dst, &length) == ntkStsNoErr && length == p.dstLen;
 }
 
 Ntk64u decodedLength(const Frame& frame) {
@@ -46,7 +46,7 @@ Ntk64u decodedLength(const Frame& frame) {
     return length;
 }
 
-// src: the first stream, all of them there; dst: room for all of their data.
+// src: the streams, all of them complete; dst: has room for all of their data.
 bool decodePieces(const Frame& frame, const Ntk8u* src, Ntk8u* dst) {
     Piece pieces[maxPieces];
     for (Ntk32u i = 0; i < frame.count; ++i) {
@@ -56,11 +56,11 @@ bool decodePieces(const Frame& frame, const Ntk8u* src, Ntk8u* dst) {
         dst += lengths.decoded;
     }
     runJobs(frame.count, allowedWorkers(), decodePiece, pieces);
-    bool areSound = true;
+    bool areValid = true;
     for (Ntk32u i = 0; i < frame.count; ++i) {
-        areSound = areSound && pieces[i].isSound;
+        areValid = areValid && pieces[i].isValid;
     }
-    return areSound;
+    return areValid;
 }
 
 NtkStatus decodeFrame(const Ntk8u* src, Ntk32u srcLen, Ntk8u* dst, Ntk32u* dstLen) {

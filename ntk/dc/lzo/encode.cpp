@@ -1,30 +1,29 @@
 // LZO1X encoders, on liblzo2.
 //
-// Format (published with the LZO library of M. F. X. J. Oberhumer, and as lzo.rst among the
-// documents of the Linux kernel): a stream is a row of instructions, each for a match and up to
-// three literals after it, or for a longer row of literals. There are four kinds of match, of
-// distances up to 1, 2, 16 and 48 KiB, with 2 or 3 bytes each, and more for long lengths, which
-// grow by 255 per byte. The instruction 11 00 00 ends the stream. It holds neither its length nor
-// that of its data.
+// Format (published with the LZO library of M. F. X. J. Oberhumer, and as lzo.rst in the
+// documentation of the Linux kernel): a stream is a series of instructions, each for a match
+// followed by up to three literals, or for a longer run of literals. There are four kinds of
+// matches, with distances up to 1, 2, 16 and 48 KiB, of 2 or 3 bytes each, and more for long
+// lengths, which grow by 255 per byte. The instruction 11 00 00 ends the stream. A stream contains
+// neither its length nor that of its data.
 //
-// Frame, for a source split over threads (this library's own): an empty stream (11 00 00); the
+// Frame, for a source split among threads (this library's own): an empty stream (11 00 00); the
 // number of pieces, 2 to 64; per piece the length of its stream and that of its data; the streams,
-// one after another. Numbers are of 4 bytes, the lowest first. No decoder takes a frame for a
-// stream: after 11 00 00 nothing may follow. A frame cut off after these 3 bytes decodes as an
-// empty stream, without error. A source in one piece makes a plain stream.
+// one after another. Numbers have 4 bytes, least significant first. No decoder mistakes a frame for
+// a stream: nothing may follow 11 00 00. A frame truncated after these 3 bytes decodes as an empty
+// stream, without error. A source in one piece is encoded as a plain stream.
 //
-// Method: liblzo2's fast searches, greedy, with a dictionary of the positions of 4-byte strings
-// that begins anew every 48 KiB. Its sizes are what the methods differ in: lzo1x_1 (2^14 entries)
-// and lzo1x_1_11 (2^11, which fits the first-level cache). lzo1x_1_15 comes out within a few
-// percent of lzo1x_1.
+// Method: liblzo2's fast encoders, greedy, with a dictionary of the positions of 4-byte strings
+// that is reset every 48 KiB. The methods differ in its size: lzo1x_1 (2^14 entries) and lzo1x_1_11
+// (2^11, which fits the first-level cache). lzo1x_1_15 is within a few percent of lzo1x_1.
 //
-// State: a record of what it was prepared for, one work area of liblzo2's per piece, and room for
+// State: a record of what it was initialised for, a work area for liblzo2 per piece, and room for
 // the longest stream.
 //
-// Invariants: liblzo2 checks no capacity when encoding. It writes into the destination only where
-// the worst case fits, otherwise into the room in the state, from where the stream is copied if it
-// fits. Areas and room are sized by maxInputLen alone, so that the number of threads may change
-// between any two calls. A call leaves nothing in the state that a later one reads.
+// Invariants: liblzo2 does not check the capacity when encoding. It writes to the destination only
+// if the worst case fits, otherwise to the room in the state, from where the stream is copied if it
+// fits. Areas and room are sized by maxInputLen alone, so the number of threads may change between
+// any two calls. A call leaves nothing in the state that a later one reads.
 
 #include "ntkdc.h"
 
@@ -40,12 +39,12 @@ namespace ntk::lzo {
 
 namespace {
 
-constexpr Ntk32u maxLen = 0x7e000000; // any stream's length still fits an Ntk32u
-constexpr Ntk32u preparedTag = 0x004f5a4c;
+constexpr Ntk32u maxLen = 0x7e000000; // the length of any stream then fits an Ntk32u
+constexpr Ntk32u stateTag = 0x004f5a4c;
 constexpr std::size_t workBytes = LZO1X_1_MEM_COMPRESS;
 static_assert(workBytes >= LZO1X_1_11_MEM_COMPRESS);
 
-// The work areas and the room for a stream follow it.
+// Followed by the work areas and the room for a stream.
 struct alignas(64) State {
     Ntk32u tag;
     Ntk32u method;
@@ -64,6 +63,17 @@ struct Piece {
 
 bool isMethod(NtkLZOMethod method) {
     return method == ntkLZOST || method == ntkLZOMT || method == ntkLZOST1X;
+}
+
+// Of GetSize and Init.
+NtkStatus checkArguments(const void* pointer, NtkLZOMethod method, Ntk32u maxInputLen) {
+    if (pointer == nullptr) {
+        return ntkStsNullPtr;
+    }
+    if (maxInputLen > maxLen) {
+        return ntkStsBadSize;
+    }
+    return isMethod(method) ? ntkStsNoErr : ntkStsBadValue;
 }
 
 Ntk32u areaCount(Ntk32u method, Ntk32u maxInputLen) {
@@ -96,7 +106,7 @@ void encodePiece(void* pieces, unsigned i) {
     p.dstLen = encodeStream(ntkLZOMT, p.src, p.srcLen, p.dst, p.work);
 }
 
-// Each piece has its worst case to itself, so that all can be written at once.
+// Each piece gets room for its worst case, so that all can be written at the same time.
 void layOut(Piece* pieces, Ntk32u count, State& state, const Ntk8u* src, Ntk32u srcLen,
             Ntk8u* dst) {
     dst += frameBytes(count);
@@ -108,7 +118,7 @@ void layOut(Piece* pieces, Ntk32u count, State& state, const Ntk8u* src, Ntk32u 
     }
 }
 
-// Moves the streams together behind their table. Length of the frame.
+// Moves the streams together after their table. Returns the length of the frame.
 Ntk32u closeFrame(const Piece* pieces, Ntk32u count, Ntk8u* dst) {
     Frame frame;
     frame.count = count;
@@ -122,7 +132,7 @@ Ntk32u closeFrame(const Piece* pieces, Ntk32u count, Ntk8u* dst) {
     return static_cast<Ntk32u>(end - dst);
 }
 
-// dst takes the worst case. Length of the stream or frame.
+// dst has room for the worst case. Returns the length of the stream or frame.
 Ntk32u encode(State& state, Ntk32u count, const Ntk8u* src, Ntk32u srcLen, Ntk8u* dst) {
     if (count == 1) {
         return encodeStream(state.method, src, srcLen, dst, state.workArea(0));
@@ -141,14 +151,9 @@ using namespace ntk;
 using namespace ntk::lzo;
 
 NtkStatus ntksEncodeLZOGetSize(NtkLZOMethod method, Ntk32u maxInputLen, Ntk32u* pStateSize) {
-    if (pStateSize == nullptr) {
-        return ntkStsNullPtr;
-    }
-    if (maxInputLen > maxLen) {
-        return ntkStsBadSize;
-    }
-    if (!isMethod(method)) {
-        return ntkStsBadValue;
+    const NtkStatus status = checkArguments(pStateSize, method, maxInputLen);
+    if (status != ntkStsNoErr) {
+        return status;
     }
     const Ntk32u areas = areaCount(method, maxInputLen);
     const std::size_t areaBytes = areas * workBytes;
@@ -158,17 +163,12 @@ NtkStatus ntksEncodeLZOGetSize(NtkLZOMethod method, Ntk32u maxInputLen, Ntk32u* 
 }
 
 NtkStatus ntksEncodeLZOInit_8u(NtkLZOMethod method, Ntk32u maxInputLen, Ntk8u* pState) {
-    if (pState == nullptr) {
-        return ntkStsNullPtr;
-    }
-    if (maxInputLen > maxLen) {
-        return ntkStsBadSize;
-    }
-    if (!isMethod(method)) {
-        return ntkStsBadValue;
+    const NtkStatus status = checkArguments(pState, method, maxInputLen);
+    if (status != ntkStsNoErr) {
+        return status;
     }
     auto& state = stateIn<State>(pState);
-    state.tag = preparedTag;
+    state.tag = stateTag;
     state.method = method;
     state.maxInputLen = maxInputLen;
     return ntkStsNoErr;
@@ -183,7 +183,7 @@ NtkStatus ntksEncodeLZO_8u(const Ntk8u* pSrc, Ntk32u srcLen, Ntk8u* pDst, Ntk32u
         return ntkStsBadSize;
     }
     auto& state = stateIn<State>(pState);
-    if (state.tag != preparedTag) {
+    if (state.tag != stateTag) {
         return ntkStsBadValue;
     }
     if (srcLen > state.maxInputLen) {

@@ -6,14 +6,14 @@
 
 namespace ntk::lzo {
 
-// Fewer bytes do not pay for a thread.
+// Fewer bytes are not worth a thread.
 inline constexpr Ntk32u minPieceBytes = 32768;
 inline constexpr Ntk32u maxPieces = maxWorkers;
 
-// A stream of liblzo2 that begins like this ends here: its end marker comes first.
+// The end marker: a stream of liblzo2 that begins with it ends there.
 inline constexpr Ntk8u emptyStream[] = {0x11, 0, 0};
 
-// Pieces of a source of srcLen bytes at most, 1 or more.
+// The largest number of pieces for a source of srcLen bytes, 1 or more.
 Ntk32u mostPieces(Ntk32u srcLen);
 
 struct PieceLengths {
@@ -22,7 +22,7 @@ struct PieceLengths {
 };
 
 struct Frame {
-    Ntk32u count; // pieces, 2 to maxPieces in a sound frame
+    Ntk32u count; // pieces, 2 to maxPieces in a valid frame
     PieceLengths pieces[maxPieces];
 };
 
@@ -33,10 +33,10 @@ constexpr Ntk32u frameBytes(Ntk32u pieces) {
 
 void writeFrame(const Frame& frame, Ntk8u* dst);
 
-// Whether the source begins as a frame does: else it is a plain stream.
+// Whether the source begins like a frame; otherwise it is a plain stream.
 bool isFrame(const Ntk8u* src, Ntk32u srcLen);
 
-// False when the table is cut off, or the streams it promises are not exactly what follows it.
+// False if the table is truncated, or the lengths in it do not add up to what follows it.
 bool readFrame(const Ntk8u* src, Ntk32u srcLen, Frame& frame);
 
 } // namespace ntk::lzo

@@ -27,8 +27,8 @@ void* work(void* argument) {
     return nullptr;
 }
 
-// Signals stay with the caller's threads, whose handlers may rely on it. (Not std::thread, which
-// throws where the system has no thread to give.)
+// The new threads block all signals, because the caller's handlers may rely on being run by the
+// caller's threads. (Not std::thread, whose constructor throws if no thread can be started.)
 unsigned startThreads(pthread_t* threads, unsigned wanted, Jobs& jobs) {
     sigset_t all;
     sigset_t callers;

@@ -1,16 +1,16 @@
-// Independent jobs shared out over threads.
+// Independent jobs distributed among threads.
 #pragma once
 
 namespace ntk::lzo {
 
 inline constexpr unsigned maxWorkers = 64;
 
-// What ntkSetNumThreads allows, up to maxWorkers.
+// The number of threads set by ntkSetNumThreads, at most maxWorkers.
 unsigned allowedWorkers();
 
-// Runs run(context, job) for every job from 0 to jobs - 1, in no order, and returns when all are
-// done. The caller's thread works too; no other is made for one job or one worker. Threads that the
-// system refuses are done without.
+// Calls run(context, job) for every job from 0 to jobs - 1, in any order, and returns when all are
+// done. The caller's thread is one of the workers; no other is started for one job or one worker.
+// If the system cannot start a thread, the others do its jobs.
 void runJobs(unsigned jobs, unsigned workers, void (*run)(void* context, unsigned job),
              void* context);
 

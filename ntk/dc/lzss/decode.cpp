@@ -1,14 +1,15 @@
 // LZSS decoder, streaming. Format: see encode.cpp.
 //
-// Method: data are decoded into a buffer of the state's, four windows long, and delivered from
-// there. Where the source has a whole group and the buffer room for its data, the group is decoded
-// at once, runs of literals eight bytes at a time; elsewhere the source is taken byte by byte.
+// Method: data are decoded into a buffer in the state, four windows long, and delivered from there.
+// If the source has a whole group and the buffer has room for its data, the group is decoded at
+// once, runs of literals eight bytes at a time; otherwise the source is taken byte by byte.
 //
 // Invariants:
-// - The buffer holds all data from its start to its end: a distance is sound if it does not lead
-//   before the start. When the buffer is full and delivered, its last window moves to the start.
-// - A copy by words writes up to slackBytes beyond the data's end, within the buffer.
-// - How the source is cut decides nothing but which of the two ways is taken.
+// - The buffer holds the data without gaps: a distance is valid if it does not reach back beyond
+// the
+//   start. When the buffer is full and delivered, its last window moves to the start.
+// - A copy by words writes up to slackBytes beyond the end of the data, within the buffer.
+// - How the source is split affects nothing but which of the two ways is taken.
 
 #include "ntkdc.h"
 
@@ -24,15 +25,16 @@ namespace {
 constexpr Ntk32u windowBytes = maxDistance + 1;
 constexpr Ntk32u bufferBytes = sizeof(Decoder::bytes) - slackBytes;
 constexpr Ntk32u maxGroupData = tokensPerGroup * maxMatch;
-// With less room the buffer counts as full. A group fits, and so does a token.
+// From here on the buffer counts as full. Below, a group fits, and so does a token.
 constexpr Ntk32u fullAt = bufferBytes - maxGroupData;
 static_assert(slackBytes >= 16 && fullAt >= windowBytes);
-// A run of literals is read by eight bytes, beyond the group's end.
+// Literals are read eight bytes at a time, beyond the end of the group.
 constexpr int groupReadBytes = static_cast<int>(maxGroupBytes + 8);
 
 // Repeats length bytes from the distance, which is below 8.
 void repeat(Ntk8u* to, Ntk32u distance, const Ntk8u* end) {
-    static constexpr Ntk8u wholePeriods[8] = {0, 8, 8, 6, 8, 5, 6, 7}; // bytes of them in a word
+    // Bytes of the whole periods that fit a word.
+    static constexpr Ntk8u wholePeriods[8] = {0, 8, 8, 6, 8, 5, 6, 7};
     Ntk8u word[8];
     for (Ntk32u i = 0; i < 8; ++i) {
         to[i] = *(to + i - distance);
@@ -65,13 +67,13 @@ void copyMatch(Ntk8u* to, Match m) {
     }
 }
 
-bool isSound(Match m, const Decoder& d, const Ntk8u* to) {
+bool isValid(Match m, const Decoder& d, const Ntk8u* to) {
     return m.distance != 0 && m.distance <= to - d.bytes;
 }
 
-// Decodes one group; returns where the next one begins, null when it is malformed. The source has
-// groupReadBytes and the buffer room for maxGroupData. The flags have a 1 above the last one:
-// when that is all that is left of them, the group is done.
+// Decodes one group; returns where the next one begins, null if it is malformed. The source has
+// groupReadBytes and the buffer has room for maxGroupData. The flags get a 1 above the last one:
+// when only that is left of them, the group is complete.
 const Ntk8u* decodeGroup(Decoder& d, const Ntk8u* from) {
     Ntk8u* to = d.bytes + d.end;
     Ntk32u flags = *from++ | 1U << tokensPerGroup;
@@ -89,7 +91,7 @@ const Ntk8u* decodeGroup(Decoder& d, const Ntk8u* from) {
             break;
         }
         const Match match = readToken(from);
-        if (!isSound(match, d, to)) {
+        if (!isValid(match, d, to)) {
             return nullptr;
         }
         copyMatch(to, match);
@@ -102,21 +104,21 @@ const Ntk8u* decodeGroup(Decoder& d, const Ntk8u* from) {
 }
 
 void nextToken(Decoder& d) {
-    d.held = 0;
+    d.tokenLen = 0;
     d.flags >>= 1;
     --d.tokens;
 }
 
-// Executes the match that is held whole.
+// Executes the match whose token is complete.
 bool takeMatch(Decoder& d) {
     if (endsGroup(d.token)) {
-        d.held = 0;
+        d.tokenLen = 0;
         d.tokens = 0;
         return true;
     }
     const Match match = readToken(d.token);
     Ntk8u* const to = d.bytes + d.end;
-    if (!isSound(match, d, to)) {
+    if (!isValid(match, d, to)) {
         return false;
     }
     copyMatch(to, match);
@@ -125,7 +127,7 @@ bool takeMatch(Decoder& d) {
     return true;
 }
 
-// False when the stream is malformed.
+// False if the stream is malformed.
 bool takeByte(Decoder& d, Ntk8u byte) {
     if (d.tokens == 0) {
         d.flags = byte;
@@ -137,12 +139,12 @@ bool takeByte(Decoder& d, Ntk8u byte) {
         nextToken(d);
         return true;
     }
-    d.token[d.held++] = byte;
-    const bool isWhole = d.held >= 2 && d.held == tokenBytes(d.token, d.held);
+    d.token[d.tokenLen++] = byte;
+    const bool isWhole = d.tokenLen >= 2 && d.tokenLen == tokenBytes(d.token, d.tokenLen);
     return !isWhole || takeMatch(d);
 }
 
-// Decodes until the source is taken or the buffer is full. False when the stream is malformed.
+// Decodes until the source is taken or the buffer is full. False if the stream is malformed.
 bool fillBuffer(Decoder& d, Source& src) {
     while (src.left > 0 && d.end < fullAt) {
         if (d.tokens == 0 && src.left >= groupReadBytes) {
@@ -198,7 +200,7 @@ NtkStatus ntksDecodeLZSSInit_8u(Ntk8u* pState) {
     auto& d = stateIn<Decoder>(pState);
     d.tag = decoderTag;
     d.tokens = 0;
-    d.held = 0;
+    d.tokenLen = 0;
     d.sent = 0;
     d.end = 0;
     return ntkStsNoErr;

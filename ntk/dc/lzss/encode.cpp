@@ -1,32 +1,34 @@
 // LZSS encoder, streaming.
 //
 // Format (this library's own; the method is that of J. A. Storer and T. G. Szymanski, 1982, with
-// the flags gathered in bytes as usual since H. Okumura's program of 1989). A stream is a row of
-// groups. A group is a byte of flags and up to eight tokens, the first token's flag in the lowest
-// bit. Flag 0: a literal, one byte. Flag 1: a match, two to four bytes b0 b1 b2 b3:
+// the flags collected in bytes as usual since H. Okumura's program of 1989). A stream is a series
+// of groups. A group is a flag byte and up to eight tokens; the flag of the first token is in the
+// lowest bit. Flag 0: a literal, one byte. Flag 1: a match, two to four bytes b0 b1 b2 b3:
 //
 //     b0 + 256 b1 = 8 d + c      c = 0..6: length 3 + c, distance d (up to 8191)
 //                                c = 7: b2 follows, b2 = 2 k + h, distance d + 8192 h (to 16383)
 //                                   k = 0..126: length 4 + k
 //                                   k = 127: b3 follows, length 131 + b3 (up to 386)
 //
-// A match repeats bytes from a distance back, which is at least 1 and never beyond the start of the
-// data; it may overlap itself. The match 00 00 ends a group before its eighth token: the flags left
-// are void, the next byte is a byte of flags. Any other match of distance 0 is malformed. Nothing
-// marks the end of the stream, and it holds neither its length nor that of its data. A decoder
-// needs the last 16383 bytes of data.
+// A match repeats bytes from a distance back, which is at least 1 and never reaches back beyond the
+// start of the data; it may overlap itself. The match 00 00 ends a group before its eighth token:
+// the remaining flags are ignored, the next byte is a flag byte. Any other match of distance 0 is
+// malformed. Nothing marks the end of the stream, which contains neither its length nor that of its
+// data. A decoder needs the last 16383 bytes of data.
 //
-// Method: hash chains of four bytes, of which the latest 16 candidates are tried, and the latest
-// position of three. The match that saves most bits is taken, unless the one at the next position
-// saves more: then a literal goes first.
+// Method: hash chains by four bytes, of which the latest 16 candidates are tried, and the latest
+// position by three bytes. Lazy: the match that saves most bits is taken unless the one at the next
+// position saves more; then a literal comes first.
 //
-// State: the window (see windowsearch.h) and the group being made.
+// State: the window (see windowsearch.h) and the current group.
 //
 // Invariants:
-// - Data are passed only when a match of full length and the one after it can be seen, or in a
-//   flush. So the stream depends on the data and the flushes alone, not on how calls cut them.
-// - A group goes to the destination when it is complete, if need be in parts over several calls;
-//   meanwhile nothing is added to it.
+// - Data are encoded only if a match of full length and the one after it can be seen, or in a
+// flush.
+//   So the stream depends on the data and the flushes alone, not on how calls split the data.
+// - A group is written when it is complete, if necessary in parts by several calls; meanwhile
+// nothing
+//   is added to it.
 // - Positions are relative to the window's buffer: the data may have any length.
 
 #include "ntkdc.h"
@@ -51,7 +53,7 @@ bool isComplete(const Encoder& e) {
     return e.tokens == tokensPerGroup;
 }
 
-// False when some of the complete group is left.
+// False if some of the complete group is left.
 bool send(Encoder& e, Destination& dst) {
     e.groupSent += dst.put(e.group + e.groupSent, e.groupLen - e.groupSent);
     if (e.groupSent < e.groupLen) {
@@ -64,14 +66,14 @@ bool send(Encoder& e, Destination& dst) {
 void addLiteral(Encoder& e) {
     e.group[e.groupLen++] = *e.finder.current();
     ++e.tokens;
-    e.finder.pass(1);
+    e.finder.advance(1);
 }
 
 void addMatch(Encoder& e, Match m) {
     e.group[0] = static_cast<Ntk8u>(e.group[0] | 1 << e.tokens);
     e.groupLen += writeToken(m, e.group + e.groupLen);
     ++e.tokens;
-    e.finder.pass(m.length);
+    e.finder.advance(m.length);
 }
 
 void addToken(Encoder& e) {
@@ -92,8 +94,8 @@ void addToken(Encoder& e) {
     addMatch(e, match);
 }
 
-// Takes the source and writes groups as long as enough data are seen. False when the destination
-// is full.
+// Takes the source and writes groups as long as at least `enough` bytes are seen ahead. False if
+// the destination is full.
 bool encode(Encoder& e, Source& src, Destination& dst, Ntk32u enough) {
     while (true) {
         if (isComplete(e) && !send(e, dst)) {
@@ -109,7 +111,7 @@ bool encode(Encoder& e, Source& src, Destination& dst, Ntk32u enough) {
     }
 }
 
-// Ends the group with the match of no distance.
+// Ends the group with the match 00 00.
 void closeGroup(Encoder& e) {
     e.group[0] = static_cast<Ntk8u>(e.group[0] | 1 << e.tokens);
     e.group[e.groupLen++] = 0;
@@ -125,11 +127,7 @@ using namespace ntk;
 using namespace ntk::lzss;
 
 NtkStatus ntksLZSSGetSize_8u(int* pSize) {
-    if (pSize == nullptr) {
-        return ntkStsNullPtr;
-    }
-    *pSize = static_cast<int>(std::max(stateBytes<Encoder>(), stateBytes<Decoder>()));
-    return ntkStsNoErr;
+    return returnSize(std::max(stateBytes<Encoder>(), stateBytes<Decoder>()), pSize);
 }
 
 NtkStatus ntksEncodeLZSSInit_8u(Ntk8u* pState) {
@@ -140,7 +138,7 @@ NtkStatus ntksEncodeLZSSInit_8u(Ntk8u* pState) {
     e.tag = encoderTag;
     e.isNextFound = false;
     startGroup(e);
-    e.finder.start();
+    e.finder.reset();
     return ntkStsNoErr;
 }
 

@@ -1,4 +1,4 @@
-// The blocks that the caller keeps for the LZSS coders, and the arguments that move on.
+// The states of the LZSS coders, and the source and destination of a call.
 #pragma once
 
 #include <algorithm>
@@ -8,35 +8,35 @@
 
 namespace ntk::lzss {
 
-// What a state was last initialised for.
+// Marks what a state was last initialised for.
 inline constexpr Ntk32u encoderTag = 0x45535a4c;
 inline constexpr Ntk32u decoderTag = 0x44535a4c;
 inline constexpr Ntk32u brokenDecoderTag = 0x42535a4c; // after a malformed stream
 
 struct Encoder {
     Ntk32u tag;
-    // The group being made: flags and up to eight tokens. Bytes from 0 to groupSent are out.
+    // The current group: flags and up to eight tokens. The first groupSent bytes are written.
     Ntk32u tokens;
     Ntk32u groupLen;
     Ntk32u groupSent;
     Ntk8u group[maxGroupBytes];
-    // The match for the next position, when the look ahead found it already.
+    // The match at the current position, if the lazy search has already found it.
     bool isNextFound;
     Match next;
     MatchFinder finder;
 };
 
-inline constexpr Ntk32u slackBytes = 32; // what a copy by words may write beyond its end
+inline constexpr Ntk32u slackBytes = 32; // that a copy by words may write beyond its end
 
 struct Decoder {
     Ntk32u tag;
-    // Where in a group the source was cut: tokens to come, their flags, and what of a token is
-    // there.
+    // The place in a group: tokens to come, their flags, and the bytes taken of an incomplete
+    // token.
     Ntk32u tokens;
     Ntk32u flags;
-    Ntk32u held;
+    Ntk32u tokenLen;
     Ntk8u token[maxTokenBytes];
-    // Decoded data from 0 to end, of which those from sent on are still to be delivered.
+    // Decoded data up to `end`, of which those from `sent` on are still to be delivered.
     Ntk32u sent;
     Ntk32u end;
     Ntk8u bytes[65536 + slackBytes];
@@ -57,7 +57,7 @@ struct Destination {
     Ntk8u* at;
     int left;
 
-    // Takes as much of the bytes as it has room for; returns how much.
+    // Writes as many of the bytes as fit; returns how many.
     Ntk32u put(const Ntk8u* bytes, Ntk32u count) {
         const Ntk32u taken = std::min(static_cast<Ntk32u>(left), count);
         std::memcpy(at, bytes, taken);

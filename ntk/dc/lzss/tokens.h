@@ -1,4 +1,4 @@
-// Tokens of the LZSS stream. The format is told in encode.cpp.
+// Tokens of the LZSS stream. encode.cpp specifies the format.
 #pragma once
 
 #include <cstring>
@@ -13,13 +13,13 @@ inline constexpr Ntk32u maxGroupBytes = 1 + tokensPerGroup * maxTokenBytes;
 
 // Matches of two bytes.
 inline constexpr Ntk32u minMatch = 3;
-inline constexpr Ntk32u longCode = 7; // in place of a length: a third byte follows
+inline constexpr Ntk32u longCode = 7; // instead of a length: a third byte follows
 inline constexpr Ntk32u maxShortMatch = minMatch + longCode - 1;
 inline constexpr Ntk32u maxShortDistance = 8191;
 
 // Matches of three bytes, and of four.
 inline constexpr Ntk32u minLongMatch = 4;
-inline constexpr Ntk32u longestCode = 127; // in place of a length: a fourth byte follows
+inline constexpr Ntk32u longestCode = 127; // instead of a length: a fourth byte follows
 inline constexpr Ntk32u minLongestMatch = minLongMatch + longestCode;
 inline constexpr Ntk32u maxMatch = minLongestMatch + 255;
 inline constexpr Ntk32u maxDistance = 16383;
@@ -33,12 +33,12 @@ constexpr bool isShort(Match m) {
     return m.length <= maxShortMatch && m.distance <= maxShortDistance;
 }
 
-// Bytes of the match's token. A match of 3 at more than maxShortDistance has none.
+// Bytes of the match's token. There is no token for a length of 3 at more than maxShortDistance.
 constexpr Ntk32u tokenBytes(Match m) {
     return isShort(m) ? 2 : m.length < minLongestMatch ? 3 : 4;
 }
 
-// Bytes of a match's token as far as its first ones tell: at least 2 of them are there.
+// Bytes of a match's token, as far as its first bytes, of which at least 2 are known, determine it.
 constexpr Ntk32u tokenBytes(const Ntk8u* token, Ntk32u known) {
     if ((token[0] & 7) != longCode) {
         return 2;
@@ -46,7 +46,7 @@ constexpr Ntk32u tokenBytes(const Ntk8u* token, Ntk32u known) {
     return known < 3 || token[2] >> 1 != longestCode ? 3 : 4;
 }
 
-// Writes all of maxTokenBytes; returns those that count.
+// Writes maxTokenBytes; returns the length of the token.
 inline Ntk32u writeToken(Match m, Ntk8u* dst) {
     const Ntk32u code = isShort(m) ? m.length - minMatch : longCode;
     const Ntk32u low = (m.distance & maxShortDistance) << 3 | code;
@@ -59,7 +59,7 @@ inline Ntk32u writeToken(Match m, Ntk8u* dst) {
     return tokenBytes(m);
 }
 
-// The token is there whole. A distance of 0 is one that no match has.
+// Reads a complete token. A distance of 0 is invalid.
 inline Match readToken(const Ntk8u* token) {
     const Ntk32u low = token[0] | token[1] << 8;
     const Ntk32u code = low & 7;
@@ -71,7 +71,7 @@ inline Match readToken(const Ntk8u* token) {
             low >> 3 | (token[2] & 1U) << 13};
 }
 
-// Ends a group before its eighth token.
+// Whether the token is the one that ends a group early.
 constexpr bool endsGroup(const Ntk8u* token) {
     return token[0] == 0 && token[1] == 0;
 }

@@ -14,7 +14,7 @@ Ntk32u hashOf(Ntk32u value, int bits) {
     return value * 2654435761U >> (32 - bits);
 }
 
-// Equal bytes from a and b on, up to limit; reads up to 7 bytes beyond it.
+// Number of equal bytes from a and b on, at most limit; reads up to 7 bytes beyond it.
 Ntk32u equalBytes(const Ntk8u* a, const Ntk8u* b, Ntk32u limit) {
     for (Ntk32u n = 0; n < limit; n += 8) {
         const Ntk64u difference = load<Ntk64u>(a + n) ^ load<Ntk64u>(b + n);
@@ -25,8 +25,8 @@ Ntk32u equalBytes(const Ntk8u* a, const Ntk8u* b, Ntk32u limit) {
     return limit;
 }
 
-// Positions that fall out of the window become 0. In 16 bits throughout, for the vectoriser.
-void countDown(Ntk16u* positions, std::size_t count, Ntk16u by) {
+// Positions that leave the window become 0. All in 16 bits, so that the compiler vectorises it.
+void subtractFromAll(Ntk16u* positions, std::size_t count, Ntk16u by) {
     for (std::size_t i = 0; i < count; ++i) {
         const Ntk16u p = positions[i];
         positions[i] = p >= by ? static_cast<Ntk16u>(p - by) : Ntk16u{0};
@@ -35,8 +35,8 @@ void countDown(Ntk16u* positions, std::size_t count, Ntk16u by) {
 
 } // namespace
 
-void MatchFinder::start() {
-    m_pos = m_end = m_entered = 1;
+void MatchFinder::reset() {
+    m_pos = m_end = m_nextToInsert = 1;
     std::fill(std::begin(m_head4), std::end(m_head4), Ntk16u{0});
     std::fill(std::begin(m_head3), std::end(m_head3), Ntk16u{0});
     std::fill(std::begin(m_chain), std::end(m_chain), Ntk16u{0});
@@ -58,10 +58,10 @@ void MatchFinder::slide() {
     std::memcpy(m_bytes, m_bytes + distance, window);
     m_pos -= distance;
     m_end -= distance;
-    m_entered -= distance;
-    countDown(m_head4, std::size(m_head4), distance);
-    countDown(m_head3, std::size(m_head3), distance);
-    countDown(m_chain, std::size(m_chain), distance);
+    m_nextToInsert -= distance;
+    subtractFromAll(m_head4, std::size(m_head4), distance);
+    subtractFromAll(m_head3, std::size(m_head3), distance);
+    subtractFromAll(m_chain, std::size(m_chain), distance);
 }
 
 Ntk16u& MatchFinder::head4(Ntk32u position) {
@@ -72,12 +72,12 @@ Ntk16u& MatchFinder::head3(Ntk32u position) {
     return m_head3[hashOf(load<Ntk32u>(m_bytes + position) << 8, hashBits3)];
 }
 
-void MatchFinder::enterUpTo(Ntk32u position) {
-    for (; m_entered < position && m_entered + 4 <= m_end; ++m_entered) {
-        Ntk16u& head = head4(m_entered);
-        m_chain[m_entered % window] = head;
-        head = static_cast<Ntk16u>(m_entered);
-        head3(m_entered) = static_cast<Ntk16u>(m_entered);
+void MatchFinder::insertUpTo(Ntk32u position) {
+    for (; m_nextToInsert < position && m_nextToInsert + 4 <= m_end; ++m_nextToInsert) {
+        Ntk16u& head = head4(m_nextToInsert);
+        m_chain[m_nextToInsert % window] = head;
+        head = static_cast<Ntk16u>(m_nextToInsert);
+        head3(m_nextToInsert) = static_cast<Ntk16u>(m_nextToInsert);
     }
 }
 
@@ -85,7 +85,7 @@ Match MatchFinder::find(Ntk32u ahead) {
     const Ntk32u position = m_pos + ahead;
     const Ntk8u* const here = m_bytes + position;
     const Ntk32u limit = std::min(m_end - position, maxMatch);
-    enterUpTo(position);
+    insertUpTo(position);
     if (limit < 4) {
         return {0, 0};
     }

@@ -2,26 +2,27 @@
 //
 // The format in short (P. Lindstrom, "Fixed-Rate Compressed Floating-Point Arrays", IEEE
 // Transactions on Visualization and Computer Graphics 20(12), 2014; codec 5 of libzfp): a block of
-// 4 x 4 x 4 values is one bit 0 when all are zero; otherwise a bit 1, the exponent of the largest
-// magnitude (8 bits) and the values as integers of 32 bits relative to it, decorrelated along each
-// dimension, ordered by frequency, in negabinary. Their bit planes follow from the most significant
-// one down. Of each plane come the bits of the values that are significant already, then the others
-// in runs: a bit tells whether one more becomes significant, bits 0 lead to it. The planes end
-// where the mode says: after a number of bits (fixed rate; shorter blocks are filled up) or at the
-// plane below the tolerance. Bits stand in a byte from the least significant one up; blocks follow
-// each other without a gap.
+// 4 x 4 x 4 values is a single bit 0 if all are zero; otherwise a bit 1, the exponent of the
+// largest magnitude (8 bits) and the values as integers of 32 bits relative to it, decorrelated
+// along each dimension, ordered by frequency, in negabinary. Their bit planes follow, most
+// significant one first. Each plane has the bits of the values that are already significant, then
+// the others in runs: a bit tells whether another value becomes significant, bits 0 lead to it. The
+// mode determines where the planes end: after a number of bits (fixed rate; shorter blocks are
+// padded) or at the plane below the tolerance. Bits fill bytes from the least significant one up;
+// blocks follow each other without a gap.
 //
-// libzfp does all that. What is added here is the end of the buffer, which libzfp does not look at:
+// libzfp does all that. Added here are the checks at the end of the buffer, which libzfp lacks:
 // - State: libzfp's own stream records over the caller's buffer, see zfpstate.h. Invariant between
-//   calls: the bits written so far, rounded up to bytes, lie within the buffer, of which the last
-//   byte may still wait in the record; a reader is at or before the end.
+//   calls: the bits written so far, rounded up to bytes, are within the buffer, though the last
+//   byte may still be in the record; a reader is at or before the end.
 // - No block takes more than mostBits() (2120 by the format, fewer at a fixed rate). As long as
 //   that many bits are left, libzfp works in the caller's buffer.
-// - Nearer to the end it works in the state's scratch, which takes the largest block. A written
-//   block is copied out when it fits, a read one handed over when it ended within the buffer, and
-//   else the record is put back.
-// - libzfp reads and writes bytes here (words of 8 bits), so that not even a word lies across the
-//   end; Init refuses a libzfp of other words.
+// - Nearer to the end it works in the state's scratch buffer, which has room for the largest block.
+// A
+//   written block is copied out if it fits, a decoded one is delivered if it ended within the
+//   buffer; otherwise the record is restored.
+// - libzfp reads and writes single bytes here (words of 8 bits), so no word crosses the end; Init
+//   rejects a libzfp with other words.
 //
 // Limits: single precision, three dimensions, whole blocks. Infinities and NaN cannot be coded.
 
@@ -38,7 +39,7 @@ namespace {
 using Block = Ntk32f[blockValues];
 constexpr std::size_t rowBytes = 4 * sizeof(Ntk32f);
 
-// Calls take(row in the block, row of the caller's as bytes, which may have any alignment).
+// Calls take(row in the block, row of the caller's values, as bytes of any alignment).
 template <class Byte>
 void forEachRow(Byte* values, int stepY, int stepZ, Ntk32f* block, auto take) {
     constexpr std::ptrdiff_t valueBytes = sizeof(Ntk32f);
@@ -88,16 +89,17 @@ NtkStatus decodeNearEnd(State& state, Block& block) {
 }
 
 NtkStatus checkCall(const void* values, const Ntk8u* pState, Mark mark) {
-    if (values == nullptr || pState == nullptr) {
+    if (anyNull(values, pState)) {
         return ntkStsNullPtr;
     }
-    return stateIn(pState).mark == mark ? ntkStsNoErr : ntkStsBadValue;
+    return stateIn<State>(pState).mark == mark ? ntkStsNoErr : ntkStsBadValue;
 }
 
 } // namespace
 
 } // namespace ntk::zfp
 
+using namespace ntk;
 using namespace ntk::zfp;
 
 NtkStatus ntksEncodeZfp444_32f(const Ntk32f* pSrc, int stepY, int stepZ, Ntk8u* pState) {
@@ -108,7 +110,7 @@ NtkStatus ntksEncodeZfp444_32f(const Ntk32f* pSrc, int stepY, int stepZ, Ntk8u* 
     Block block;
     forEachRow(reinterpret_cast<const Ntk8u*>(pSrc), stepY, stepZ, block,
                [](Ntk32f* row, const Ntk8u* values) { std::memcpy(row, values, rowBytes); });
-    State& state = stateIn(pState);
+    State& state = stateIn<State>(pState);
     if (isNearEnd(stream_wtell(&state.bits), state)) {
         return encodeNearEnd(state, block);
     }
@@ -122,7 +124,7 @@ NtkStatus ntksDecodeZfp444_32f(Ntk32f* pDst, int stepY, int stepZ, Ntk8u* pState
         return status;
     }
     Block block;
-    State& state = stateIn(pState);
+    State& state = stateIn<State>(pState);
     if (isNearEnd(stream_rtell(&state.bits), state)) {
         status = decodeNearEnd(state, block);
     } else {

@@ -1,4 +1,4 @@
-// ZFP streams: begin, mode, end and length. The method: see block.cpp.
+// ZFP streams: begin, mode, end and length. Method: see block.cpp.
 
 #include <cmath>
 
@@ -10,7 +10,7 @@ namespace ntk::zfp {
 
 namespace {
 
-// Whether the libzfp at hand has the bit stream that this was compiled with.
+// Whether the libzfp found at run time has the bit stream that this was compiled with.
 bool knowsFields() {
     constexpr unsigned patchBits = 8;
     return stream_word_bits == bitsPerWord &&
@@ -18,7 +18,7 @@ bool knowsFields() {
 }
 
 NtkStatus makeState(Mark mark, const Ntk8u* buffer, int length, Ntk8u* pState) {
-    if (buffer == nullptr || pState == nullptr) {
+    if (anyNull(buffer, pState)) {
         return ntkStsNullPtr;
     }
     if (length < 0) {
@@ -27,7 +27,7 @@ NtkStatus makeState(Mark mark, const Ntk8u* buffer, int length, Ntk8u* pState) {
     if (!knowsFields()) {
         return ntkStsNotImplemented;
     }
-    State& state = stateIn(pState);
+    State& state = stateIn<State>(pState);
     state = {};
     state.mark = mark;
     state.bits.begin = const_cast<Ntk8u*>(buffer); // a decoder does not write
@@ -42,21 +42,18 @@ NtkStatus checkSetter(const Ntk8u* pState, bool isInRange) {
     if (pState == nullptr) {
         return ntkStsNullPtr;
     }
-    return isMade(stateIn(pState)) && isInRange ? ntkStsNoErr : ntkStsBadValue;
+    return isMade(stateIn<State>(pState)) && isInRange ? ntkStsNoErr : ntkStsBadValue;
 }
 
 } // namespace
 
 } // namespace ntk::zfp
 
+using namespace ntk;
 using namespace ntk::zfp;
 
 NtkStatus ntksZfpGetSize_32f(int* pSize) {
-    if (pSize == nullptr) {
-        return ntkStsNullPtr;
-    }
-    *pSize = stateBytes;
-    return ntkStsNoErr;
+    return returnSize(stateBytes<State>(), pSize);
 }
 
 NtkStatus ntksEncodeZfpInit_32f(Ntk8u* pDst, int dstLen, Ntk8u* pState) {
@@ -70,7 +67,8 @@ NtkStatus ntksDecodeZfpInit_32f(const Ntk8u* pSrc, int srcLen, Ntk8u* pState) {
 NtkStatus ntksZfpSetRate_32f(double bitsPerValue, Ntk8u* pState) {
     const NtkStatus status = checkSetter(pState, bitsPerValue > 0 && bitsPerValue <= highestRate);
     if (status == ntkStsNoErr) {
-        zfp_stream_set_rate(&stateIn(pState).zfp, bitsPerValue, zfp_type_float, dims, zfp_false);
+        zfp_stream_set_rate(&stateIn<State>(pState).zfp, bitsPerValue, zfp_type_float, dims,
+                            zfp_false);
     }
     return status;
 }
@@ -78,7 +76,7 @@ NtkStatus ntksZfpSetRate_32f(double bitsPerValue, Ntk8u* pState) {
 NtkStatus ntksZfpSetAccuracy_32f(double tolerance, Ntk8u* pState) {
     const NtkStatus status = checkSetter(pState, tolerance >= 0 && std::isfinite(tolerance));
     if (status == ntkStsNoErr) {
-        zfp_stream_set_accuracy(&stateIn(pState).zfp, tolerance);
+        zfp_stream_set_accuracy(&stateIn<State>(pState).zfp, tolerance);
     }
     return status;
 }
@@ -87,24 +85,24 @@ NtkStatus ntksEncodeZfpFlush_32f(Ntk8u* pState) {
     if (pState == nullptr) {
         return ntkStsNullPtr;
     }
-    State& state = stateIn(pState);
+    State& state = stateIn<State>(pState);
     if (state.mark != Mark::encoder && state.mark != Mark::ended) {
         return ntkStsBadValue;
     }
-    stream_flush(&state.bits); // what was taken into the stream has its last byte in the buffer
+    stream_flush(&state.bits); // there is room: blocks are only accepted if their last byte fits
     state.mark = Mark::ended;
     return ntkStsNoErr;
 }
 
 NtkStatus ntksZfpGetLength_32f(int* pLength, const Ntk8u* pState) {
-    if (pLength == nullptr || pState == nullptr) {
+    if (anyNull(pLength, pState)) {
         return ntkStsNullPtr;
     }
-    const State& state = stateIn(pState);
+    const State& state = stateIn<State>(pState);
     if (!isMade(state)) {
         return ntkStsBadValue;
     }
-    // A reader has taken the byte that it is in, a writer has not yet written it.
+    // A reader has taken its partial byte from the buffer, a writer has not yet written it.
     const bool isByteBegun = state.mark != Mark::decoder && state.bits.bits > 0;
     *pLength = static_cast<int>(state.bits.ptr - state.bits.begin) + isByteBegun;
     return ntkStsNoErr;

@@ -1,4 +1,4 @@
-#include "bzip2chain.h"
+#include "bz2chain.h"
 
 #include <algorithm>
 #include <stdexcept>
@@ -22,12 +22,6 @@ void require(bool isSound, const char* what) {
     }
 }
 
-template <class GetSize, class... Length> Bytes made(GetSize* getSize, Length... length) {
-    int size = 0;
-    check(getSize(length..., &size), "a GetSize function");
-    return Bytes(static_cast<std::size_t>(size));
-}
-
 int lengthOf(const auto& elements) {
     return static_cast<int>(elements.size());
 }
@@ -43,7 +37,7 @@ Ntk32u combined(Ntk32u all, Ntk32u block) {
 }
 
 struct Block {
-    Bytes bytes; // run-length coded, then reduced, transformed, ranked
+    Bytes bytes; // after the last stage applied
     Ntk8u inUse[256];
     int sizeDictionary = 0;
     int row = 0;
@@ -88,7 +82,7 @@ private:
 
     Block runLengthCoded(Ntk8u*& at, int& left) const {
         constexpr int flushBytes = 5;
-        Bytes state = made(ntksRLEGetSize_BZ2_8u);
+        Bytes state = blockFor(ntksRLEGetSize_BZ2_8u);
         check(ntksEncodeRLEInit_BZ2_8u(state.data()), "RLE init");
         Block block{Bytes(static_cast<std::size_t>(m_blockLimit)), {}};
         int length = m_blockLimit - flushBytes;
@@ -108,9 +102,9 @@ private:
         check(ntksReduceDictionary_8u_I(block.inUse, bytes.data(), length, &block.sizeDictionary),
               "reduction");
         Bytes sorted(bytes.size());
-        Bytes buffer = made(ntksBWTFwdGetSize_8u, length);
+        Bytes buffer = blockFor(ntksBWTFwdGetSize_8u, length);
         check(ntksBWTFwd_8u(bytes.data(), sorted.data(), length, &block.row, buffer.data()), "BWT");
-        Bytes mtf = made(ntksMTFGetSize_8u);
+        Bytes mtf = blockFor(ntksMTFGetSize_8u);
         check(ntksMTFInit_8u(mtf.data()), "MTF init");
         check(ntksMTFFwd_8u(sorted.data(), bytes.data(), length, mtf.data()), "MTF");
         Symbols symbols(bytes.size() + 1);
@@ -227,7 +221,7 @@ private:
         const int sizeDictionary = takeInUse(inUse);
         const Symbols symbols = takeSymbols(sizeDictionary + 2);
         Bytes block(static_cast<std::size_t>(m_blockLimit));
-        Bytes buffer = made(ntksBWTInvGetSize_8u, m_blockLimit);
+        Bytes buffer = blockFor(ntksBWTInvGetSize_8u, m_blockLimit);
         int length = m_blockLimit;
         check(ntksDecodeBlock_BZ2_16u8u(symbols.data(), lengthOf(symbols) - 1, block.data(),
                                         &length, row, sizeDictionary, inUse, buffer.data()),
@@ -237,7 +231,7 @@ private:
     }
 
     static Bytes runLengthDecoded(Bytes block) {
-        Bytes state = made(ntksRLEGetSize_BZ2_8u);
+        Bytes state = blockFor(ntksRLEGetSize_BZ2_8u);
         check(ntksDecodeRLEInit_BZ2_8u(state.data()), "RLE decoder init");
         Bytes data;
         Ntk8u* src = block.data();
