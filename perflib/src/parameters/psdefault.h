@@ -101,7 +101,7 @@ public:
     virtual T validItem(const psString& text) {
         const T value = stringToValue(text);
         if constexpr (std::is_arithmetic_v<T> && !std::is_same_v<T, bool>) {
-            if (validString().empty() && !text.empty() && !psIsNumber(text, value)) {
+            if (isTypedAsNumber() && !text.empty() && !psIsNumber(text, value)) {
                 text.setBad(true);
             }
         }
@@ -110,6 +110,9 @@ public:
         }
         return value;
     }
+    // Whether stringToValue() reads a number, of which it takes the beginning of a text: the rest
+    // is then an error. False where the admitted values are typed as names.
+    virtual bool isTypedAsNumber() const { return validString().empty(); }
 
 protected:
     // True for the first call after resetIterator().
@@ -150,6 +153,7 @@ public:
     psString valueToString(T value) const override { return m_map.nameOf(value); }
     T stringToValue(const psString& text) const override { return m_map.find(text); }
     void addTo(psNamedValues& values) const override { psParameter::addTo(values); } // its name
+    bool isTypedAsNumber() const override { return false; }
 
 private:
     psNameMap<T> m_map;
