@@ -25,7 +25,7 @@ public:
         reset();
     }
     const T& defaultValue() const { return m_default; }
-    // The current value only; the next reset() forgets it.
+    // Sets the current value until the next reset().
     void setValue(const T& value) { m_value = value; }
     // From now on value is marked by text in the table wherever it occurs.
     void addDeprecated(const T& value, const psString& text) {
@@ -106,7 +106,7 @@ public:
             }
         }
         if (text.isBad()) {
-            refuse(text);
+            reject(text);
         }
         return value;
     }
@@ -121,7 +121,7 @@ protected:
         m_begun = true;
         return first;
     }
-    [[noreturn]] void refuse(const psString& text) const {
+    [[noreturn]] void reject(const psString& text) const {
         throw psException("Invalid value of " + name() + " = " + text);
     }
 

@@ -35,7 +35,7 @@ public:
     T validItem(const psString& text) override {
         const T value = psIterator_NSC<T>::validItem(text);
         if (!isAdmitted(value)) {
-            this->refuse(text);
+            this->reject(text);
         }
         return value;
     }
