@@ -1,7 +1,6 @@
 #pragma once
 
 #include <initializer_list>
-#include <new>
 #include <string>
 
 #include "files.h"
@@ -9,6 +8,7 @@
 #include "psalloc.h"
 #include "psctrl87.h"
 #include "psistream.h"
+#include "pssettings.h"
 #include "pstest.h"
 
 // A session whose program is "prog" in the test directory, in which nothing was asked for yet: also
@@ -25,20 +25,13 @@ public:
     }
     ~OptionSession() override {
         pSession = nullptr;
-        m_exitLevel = m_nameMode = 0;
-        m_nameExit = false;
-        psTest::m_pressing = psTest::m_cache = psTest::m_unmasked = false;
-        psTest::m_hot = 0;
-        psTool::m_numExtLoops = m_loops.ext;
-        psTool::m_minNumLoops = m_loops.min;
-        psTool::m_numMilliseconds = m_loops.milliseconds;
-        psTool::m_priority = 0;
+        g_settings = m_settings;
         g_tool = psTool();
         ts87Base::Exception = m_exceptions.x87;
         tsSSXBase::Exception = m_exceptions.ssx;
-        psTestList::m_startFunc = "";
-        g_istrm.~psIStream();
-        new (&g_istrm) psIStream;
+        g_istrm.closeIniFile();
+        g_istrm.setIStream(nullptr);
+        g_istrm.removePresets();
     }
 
     // What the report of the command line says, and then what is no more as at the start.
@@ -104,10 +97,7 @@ public:
     using psSession::hintOutput;
 
 private:
-    const struct {
-        int ext = psTool::m_numExtLoops, min = psTool::m_minNumLoops;
-        int milliseconds = psTool::m_numMilliseconds;
-    } m_loops;
+    const psSettings m_settings = g_settings;
     const struct { unsigned x87 = ts87Base::Exception, ssx = tsSSXBase::Exception; } m_exceptions;
 };
 
