@@ -11,8 +11,8 @@
 #include "pssettings.h"
 #include "pstest.h"
 
-// A session whose program is "prog" in the test directory, in which nothing was asked for yet: also
-// the process-wide settings are as they are at the start, and again so at the end.
+// A session before its command line, of a program "prog" in the test directory. What its keys
+// change outside of it is restored at the end.
 class OptionSession : public psSession {
 public:
     OptionSession() {
@@ -34,7 +34,7 @@ public:
         g_istrm.removePresets();
     }
 
-    // What the report of the command line says, and then what is no more as at the start.
+    // What the report of the command line says of a key; what differs from the start after it.
     std::string info(char key, const char* argument) {
         return getOption(key)->info(argument).c_str();
     }

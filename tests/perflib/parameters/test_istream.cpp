@@ -90,7 +90,7 @@ TEST(IStream, SectionsOfTheSettingsFile) {
     EXPECT_EQ(readFrom(in, "Len"), "-untouched");
 }
 
-TEST(IStream, PresetsThatNobodyAskedForAreKnown) {
+TEST(IStream, UnusedPresetsAreListed) {
     psIStream in;
     in.preset("CodeLenght", "1");
     in.preset("Len", "2");
@@ -140,7 +140,7 @@ TEST(IStream, BadAnswersAreAskedAgain) {
 }
 
 // A pipe, a directory, a file opened for writing: whatever standard input is.
-TEST(IStream, AnyConsoleWillDo) {
+TEST(IStream, AnyKindOfConsoleIsAccepted) {
     const Captured output;
     int ends[2];
     ASSERT_EQ(pipe(ends), 0);

@@ -82,7 +82,7 @@ TEST(StepIterator, TextGivesItsValues) {
     }
 }
 
-TEST(StepIterator, RefusalNamesTheFaultAndKeepsTheProgression) {
+TEST(StepIterator, RejectionNamesTheFaultAndKeepsTheProgression) {
     struct Case {
         const char* text;
         std::string message;
@@ -381,7 +381,7 @@ TEST(FileIterator, ReadsWhatTheLengthRuleAdmits) {
 }
 
 // A shared parameter is read for the session and again for each test.
-TEST(FromInput, ARefusedPresetIsReportedOnce) {
+TEST(FromInput, ARejectedPresetIsReportedOnce) {
     const struct {
         const char *preset, *reason;
     } cases[] = {{"x", "Exception: Invalid value of Len = x"},
@@ -400,7 +400,7 @@ TEST(FromInput, ARefusedPresetIsReportedOnce) {
     }
 }
 
-// What a settings file got for an empty list says nothing when it is read.
+// As a settings file has it that was written with the defaults: nothing to report.
 TEST(FromInput, AnEmptyDefinitionComesBackEmpty) {
     const Captured log;
     psIStream in;

@@ -17,7 +17,7 @@ std::string placed(std::string text) {
 
 } // namespace
 
-// What the keys of the guide's examples do is a matter of the system tests.
+// The system tests cover what the keys do in the guide's examples.
 TEST(Options, EffectAndReportOfUnusualArguments) {
     const struct {
         char key;
@@ -186,7 +186,7 @@ TEST(Options, KeysThatDependOnOthers) {
     }
 }
 
-TEST(Options, KeysThatCountNoMore) {
+TEST(Options, KeysWithoutAnEffectAreReported) {
     const std::string word = "-@" + writeFile(testPath("args"), "-ld -Z6");
     const Captured output;
     OptionSession session;
@@ -291,7 +291,7 @@ TEST(Options, FeaturesReachTheLibraryAndTestsAreListed) {
     });
     const struct {
         NtkStatus status, initStatus;
-        std::string told; // "N": the library's text of a status
+        std::string report; // "N": the library's text of a status
     } cases[] = {
         {0, -5, "--status = ntkStsNoErr\n"},
         {3, -5, "--NTK FAIL. status = 3: N\n"},
@@ -315,7 +315,7 @@ TEST(Options, FeaturesReachTheLibraryAndTestsAreListed) {
         const std::string output =
             std::regex_replace(readFile(file), std::regex("(FAIL. status = -?\\d: ).*"), "$1N");
         EXPECT_EQ(timesIn(output, "__psBraskCpu"), 1) << output;
-        EXPECT_EQ(timesIn(output, "ntkCpuFeatures =   0x81df )\n" + c.told + "\n"), 1) << output;
+        EXPECT_EQ(timesIn(output, "ntkCpuFeatures =   0x81df )\n" + c.report + "\n"), 1) << output;
     }
     psRegNtkEnvironment(nullptr);
     ntk_SetCpuFeatures = setFeatures;
