@@ -24,7 +24,7 @@ const char* statusText(NtkStatus status) {
 }
 
 // The services that the harness takes from a library. Those of the machine come with the harness;
-// what is left out here has a stand-by.
+// what is left out here has a fallback.
 void setEnvironment() {
     ntk_GetCpuFeatures = ntkGetCpuFeatures;
     ntk_GetEnabledCpuFeatures = ntkGetEnabledCpuFeatures;

@@ -2,8 +2,8 @@
 
 #include <type_traits>
 
-// Takes a process-wide pointer aside: it is null from then on, and has its old value again when
-// this is gone. An object that it points to in the end is deleted.
+// Sets a process-wide pointer to null and restores it at the end of its life. An object that it
+// then points to is deleted.
 template <class T> class Aside {
 public:
     explicit Aside(T*& pointer) : m_pointer(pointer), m_saved(pointer) { pointer = nullptr; }

@@ -5,7 +5,7 @@
 #include "files.h"
 #include "psostream.h"
 
-// What g_ostrm is told while this lives, at the output level given.
+// Captures what is written to g_ostrm during its life, at the output level given.
 class Captured {
 public:
     explicit Captured(int outLevel = PS_OUT_PERF) : m_levelBefore(g_ostrm.outLevel()) {

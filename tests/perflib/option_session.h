@@ -1,7 +1,6 @@
 #pragma once
 
 #include <initializer_list>
-#include <new>
 #include <string>
 
 #include "files.h"
@@ -9,10 +8,11 @@
 #include "psalloc.h"
 #include "psctrl87.h"
 #include "psistream.h"
+#include "pssettings.h"
 #include "pstest.h"
 
-// A session whose program is "prog" in the test directory, in which nothing was asked for yet: also
-// the process-wide settings are as they are at the start, and again so at the end.
+// A session before its command line, of a program "prog" in the test directory. What its keys
+// change outside of it is restored at the end.
 class OptionSession : public psSession {
 public:
     OptionSession() {
@@ -25,23 +25,16 @@ public:
     }
     ~OptionSession() override {
         pSession = nullptr;
-        m_exitLevel = m_nameMode = 0;
-        m_nameExit = false;
-        psTest::m_pressing = psTest::m_cache = psTest::m_unmasked = false;
-        psTest::m_hot = 0;
-        psTool::m_numExtLoops = m_loops.ext;
-        psTool::m_minNumLoops = m_loops.min;
-        psTool::m_numMilliseconds = m_loops.milliseconds;
-        psTool::m_priority = 0;
+        g_settings = m_settings;
         g_tool = psTool();
         ts87Base::Exception = m_exceptions.x87;
         tsSSXBase::Exception = m_exceptions.ssx;
-        psTestList::m_startFunc = "";
-        g_istrm.~psIStream();
-        new (&g_istrm) psIStream;
+        g_istrm.closeIniFile();
+        g_istrm.setIStream(nullptr);
+        g_istrm.removePresets();
     }
 
-    // What the report of the command line says, and then what is no more as at the start.
+    // What the report of the command line says of a key; what differs from the start after it.
     std::string info(char key, const char* argument) {
         return getOption(key)->info(argument).c_str();
     }
@@ -104,10 +97,7 @@ public:
     using psSession::hintOutput;
 
 private:
-    const struct {
-        int ext = psTool::m_numExtLoops, min = psTool::m_minNumLoops;
-        int milliseconds = psTool::m_numMilliseconds;
-    } m_loops;
+    const psSettings m_settings = g_settings;
     const struct { unsigned x87 = ts87Base::Exception, ssx = tsSSXBase::Exception; } m_exceptions;
 };
 

@@ -3,7 +3,7 @@
 #include "psexcept.h"
 #include "pstest.h"
 
-// A test of the harness that calls nothing: what its measurement gives is told beforehand.
+// A test of the harness that calls nothing: the result of its measurement is given beforehand.
 class PlainTest : public psTest {
 public:
     explicit PlainTest(const psString& function, const psString& info = "Plain",

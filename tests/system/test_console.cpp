@@ -28,16 +28,16 @@ TEST_F(Questions, ABadAnswerIsNamedAndAskedAgain) {
     } cases[] = {
         {"Specify timing method, please", 1},
         {"Method {Auto|Manual|Statistic|Iterative} [Auto]: ", 2},
-        {"(Method = Quickly is refused, Auto stays)\n", 1},
+        {"(Method = Quickly is rejected; keeping Auto)\n", 1},
         {"Method = Manual\n", 1},
         {"NumLoops [10]: ", 3},
-        {"(NumLoops = abc is refused, 10 stays)\n", 1},
-        {"(NumLoops = 0 is refused, 10 stays)\n", 1},
+        {"(NumLoops = abc is rejected; keeping 10)\n", 1},
+        {"(NumLoops = 0 is rejected; keeping 10)\n", 1},
         {"NumLoops = 3\n", 1},
         {"Accuracy, % [5]: ", 1},
         {"Specify common test parameters, please", 1},
         {"for CodeLength [16384; 262144; *2]: ", 2},
-        {"(CodeLength = 16384;x;*2 is refused, 16384; 262144; *2 stays)\n", 1},
+        {"(CodeLength = 16384;x;*2 is rejected; keeping 16384; 262144; *2)\n", 1},
         {ended, 0},
     };
     for (const auto& c : cases) {

@@ -27,7 +27,7 @@ private:
 
 class psCommandList : public psList<psCommandKey> {
 public:
-    // With one leading entry without key, which whoever applies the list passes over.
+    // With one leading entry without a key; skip it when applying the list.
     psCommandList();
 
     // Add at the end: words as the shell split them, or a text that is split here at blanks,

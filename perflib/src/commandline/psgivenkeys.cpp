@@ -6,7 +6,7 @@
 
 namespace {
 
-// What the keys have in common of which only the last one holds; empty: every one of them counts.
+// The group of keys of which only the last one holds; empty when every one of them holds.
 psString groupOf(const psCommandKey& command) {
     switch (command.key()) {
     case '\0': return "";
@@ -22,28 +22,28 @@ bool keepsValue(const psCommandKey& command) {
     return command.key() && strchr("cjJ", command.key()) && command.arg().trimmed().empty();
 }
 
-bool isRefused(const psCommandKey& command, psOptionList& options) {
+bool isIgnored(const psCommandKey& command, psOptionList& options) {
     const psOption* const option = options.getOption(command.key());
     return !option || option->report(command.arg()).startsWith("ignored");
 }
 
 } // namespace
 
-void psGivenKeys::noteLine(const psCommandList& commands) {
+void psGivenKeys::indexCommandLine(const psCommandList& commands) {
     *this = {};
     for (const psCommandKey& command : commands) {
         m_onLine[index(command.key())] = m_given[index(command.key())] = true;
     }
 }
 
-void psGivenKeys::noteAll(const psCommandList& commands, psOptionList& options) {
+void psGivenKeys::indexAll(const psCommandList& commands, psOptionList& options) {
     std::fill(std::begin(m_given), std::end(m_given), false);
     for (const psCommandKey& command : commands) {
         m_given[index(command.key())] = true;
     }
     for (const psCommandKey& command : commands) { // now that info functions may ask for keys
         const psString group = groupOf(command);
-        if (!group.empty() && !keepsValue(command) && !isRefused(command, options)) {
+        if (!group.empty() && !keepsValue(command) && !isIgnored(command, options)) {
             m_last[group] = &command;
         }
     }
@@ -54,9 +54,9 @@ bool psGivenKeys::isIniWritten() const {
     return last != m_last.end() && last->second->key() == 'I';
 }
 
-const psCommandKey* psGivenKeys::replacing(const psCommandKey& command,
-                                           psOptionList& options) const {
+const psCommandKey* psGivenKeys::overriddenBy(const psCommandKey& command,
+                                              psOptionList& options) const {
     const auto last = m_last.find(groupOf(command));
-    const bool stands = last == m_last.end() || last->second == &command || keepsValue(command);
-    return stands || isRefused(command, options) ? nullptr : last->second;
+    const bool holds = last == m_last.end() || last->second == &command || keepsValue(command);
+    return holds || isIgnored(command, options) ? nullptr : last->second;
 }

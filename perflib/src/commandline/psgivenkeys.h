@@ -5,21 +5,20 @@
 #include "pscmdline.h"
 #include "psoption.h"
 
-// Which keys a command line holds, answered without walking it: what a key will do often depends on
-// another one, and an argument file may hold a hundred thousand.
+// An index of the keys of a command line: what a key does often depends on another one, and an
+// argument file may hold a hundred thousand.
 class psGivenKeys {
 public:
-    // The line before its argument files are read, and after that.
-    void noteLine(const psCommandList& commands);
-    void noteAll(const psCommandList& commands, psOptionList& options);
+    // The line before its argument files are read, and with them.
+    void indexCommandLine(const psCommandList& commands);
+    void indexAll(const psCommandList& commands, psOptionList& options);
 
     bool isGiven(char key) const { return m_given[index(key)]; }
     bool isOnLine(char key) const { return m_onLine[index(key)]; }
     bool isIniWritten() const; // "-I" holds
     // Of some keys ("-i" and "-I" together, "-d" with the same name, "-k" ...) only the last one
-    // that is valid holds. The one that does so instead of command; null when command itself
-    // counts.
-    const psCommandKey* replacing(const psCommandKey& command, psOptionList& options) const;
+    // that is valid holds. The one that overrides command; null when command itself holds.
+    const psCommandKey* overriddenBy(const psCommandKey& command, psOptionList& options) const;
 
 private:
     struct Less {
@@ -30,5 +29,5 @@ private:
 
     bool m_onLine[keyCount] = {};
     bool m_given[keyCount] = {};
-    std::map<psString, const psCommandKey*, Less> m_last; // by what they have in common
+    std::map<psString, const psCommandKey*, Less> m_last; // by group
 };

@@ -71,11 +71,11 @@ psString psWrapLines(const psString& text, int columns) {
 }
 
 int psConsoleColumns() {
-    constexpr int usualColumns = 80;
+    constexpr int defaultColumns = 80;
     if (!isatty(STDOUT_FILENO)) {
         return 0;
     }
     winsize size = {};
-    const bool told = ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
-    return told ? size.ws_col : usualColumns;
+    const bool isKnown = ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
+    return isKnown ? size.ws_col : defaultColumns;
 }

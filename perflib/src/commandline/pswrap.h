@@ -8,5 +8,6 @@
 // its width. columns 0: the text as it is.
 psString psWrapLines(const psString& text, int columns);
 
-// The width of standard output when it is a terminal, 80 when the terminal does not tell; else 0.
+// The width of standard output when it is a terminal, 80 when the terminal does not report it; else
+// 0.
 int psConsoleColumns();

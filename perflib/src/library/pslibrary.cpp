@@ -46,9 +46,9 @@ NtkStatus s_ntkGetNumThreads(int*) {
     return ntkStsNotImplemented;
 }
 
-template <class Function> void fill(Function*& entry, Function* standBy) {
+template <class Function> void fill(Function*& entry, Function* fallback) {
     if (!entry) {
-        entry = standBy;
+        entry = fallback;
     }
 }
 

@@ -11,7 +11,7 @@ bool psRegNtkEnvironment(psHook fillsEntryPoints);
 extern psHook ntkEnvironment;
 
 // Entry points of the library's core, filled by the environment hook; those that it leaves empty
-// get a stand-by from setNtkEnvironment, so that a harness without a library runs too.
+// get a fallback from setNtkEnvironment, so that a harness without a library runs too.
 extern NtkStatus (*ntk_GetCpuFeatures)(Ntk64u* features, Ntk32u registers[4]);
 extern Ntk64u (*ntk_GetEnabledCpuFeatures)();
 extern NtkStatus (*ntk_GetMaxCacheSizeB)(int* sizeBytes);

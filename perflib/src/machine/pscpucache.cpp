@@ -44,7 +44,7 @@ psList<psCpuCache> listOf(unsigned leaf, psCpuidReader read) {
         const CPUID answer(leaf, subleaf, read);
         const bool isRepeated = subleaf > 0 && answer == CPUID(leaf, subleaf - 1, read);
         psCpuCache cache;
-        if (isRepeated || !decode(answer, cache)) { // repeated: subleaves are not told apart
+        if (isRepeated || !decode(answer, cache)) { // repeated: the subleaf is ignored
             break;
         }
         caches.append(cache);

@@ -14,7 +14,7 @@ struct psCpuCache {
     int partitions;
     int lineBytes;
     int sets;
-    int maxThreads; // at most so many share it
+    int maxThreads; // upper limit of the threads that share it
     bool selfInitializing;
     bool fullyAssociative;
     bool ownFlushOnly; // WBINVD may leave the lower caches of other threads alone

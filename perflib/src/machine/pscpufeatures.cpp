@@ -5,7 +5,7 @@
 
 namespace {
 
-// Descriptions that begin with "Technology" name what is no instruction set to write kernels in.
+// Descriptions begin with "Technology" where no kernel could be written with the instructions.
 // Those of longer labels, which the list prints without a blank in between, stand in parentheses.
 // There are no rows for builds of the library for certain processors: it has one build, in which
 // each function picks its kernel by the features that the kernel needs.

@@ -1,4 +1,4 @@
-// The processor's features as the library tells them.
+// The processor's features as the library reports them.
 
 #include "pscpureport.h"
 
@@ -9,6 +9,9 @@
 namespace {
 
 constexpr int lineWidth = 79;
+
+// SSE, AVX, mask registers, upper halves and upper registers of the 512-bit vectors.
+constexpr unsigned long long states512 = 0xe6;
 
 bool holds(unsigned long long features, unsigned long long mask) {
     return (features & mask) == mask;
@@ -24,7 +27,8 @@ psString savedStateLine(const char* width, bool isSaved) {
 
 } // namespace
 
-psString psFeatureFlags(unsigned long long present, unsigned long long enabled) {
+psString psFeatureFlags(unsigned long long present, unsigned long long enabled,
+                        unsigned long long savedStates) {
     if (present == 0) {
         return {};
     }
@@ -35,10 +39,8 @@ psString psFeatureFlags(unsigned long long present, unsigned long long enabled) 
         text += psFormat("    %-16s  %-7s  %s\n", row.label, yesNo(holds(present, row.mask)),
                          yesNo(holds(enabled, row.mask)));
     }
-    // The library counts no 512-bit feature as present whose state is not saved.
-    constexpr unsigned long long needs512 = NTK_CPU_AVX512F | NTK_CPU_AVX10_512;
     return text + "\n" + savedStateLine("256-bit", holds(present, NTK_CPU_AVX_OS)) +
-           savedStateLine("512-bit", (present & needs512) != 0);
+           savedStateLine("512-bit", holds(savedStates, states512));
 }
 
 psString psFeatureLine(unsigned long long present, unsigned long long enabled) {

@@ -20,7 +20,8 @@ bool ask(psCpuidReader read, unsigned leaf, unsigned subleaf, unsigned (&registe
     return answered;
 }
 
-// The first leaf of a range tells the last one in EAX; an answer outside the range is none.
+// The first leaf of a range has the number of the last one in EAX; one outside the range is not
+// valid.
 unsigned lastOfRange(psCpuidReader read, unsigned firstLeaf) {
     unsigned registers[4];
     ask(read, firstLeaf, 0, registers);
@@ -35,6 +36,17 @@ bool psReadCpuid(unsigned registers[4]) {
     static_assert(sizeof marker == sizeof NTK_GET_INFO_MARKER - 1);
     memcpy(&marker, NTK_GET_INFO_MARKER, sizeof marker);
     return ntkGetCpuFeatures(&marker, registers) >= 0;
+}
+
+unsigned long long psSavedStates(psCpuidReader read) {
+    constexpr int osxsaveBit = 27;
+    if (!CPUID(1, 0, read).getBit(CPUID::ECX, osxsaveBit)) {
+        return 0; // the instruction would be illegal
+    }
+    unsigned low = 0;
+    unsigned high = 0;
+    asm volatile("xgetbv" : "=a"(low), "=d"(high) : "c"(0));
+    return static_cast<unsigned long long>(high) << 32 | low;
 }
 
 CPUID::CPUID(unsigned leaf, unsigned subleaf, psCpuidReader read) {

@@ -11,6 +11,10 @@ using psCpuidReader = bool (*)(unsigned registers[4]);
 // Through the library.
 bool psReadCpuid(unsigned registers[4]);
 
+// The register states that the operating system saves, one bit each as XGETBV gives them; 0 where
+// it has not enabled that instruction.
+unsigned long long psSavedStates(psCpuidReader read = psReadCpuid);
+
 // One answer of the identification instruction. A leaf above the largest one that the processor
 // supports is not asked for (the answer would be that of another leaf) and reads as zeros.
 class CPUID {

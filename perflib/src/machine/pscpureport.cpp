@@ -23,7 +23,7 @@ psString line(const char* label, int value) {
 psString line(const char* label, const psPackageCount& number) {
     return number.count == 0
                ? psString()
-               : line(label, (number.isBound ? "at most " : "") + psText(number.count));
+               : line(label, (number.isUpperLimit ? "at most " : "") + psText(number.count));
 }
 
 psString flag(bool isSet, const char* text) {
@@ -91,8 +91,9 @@ psString caches(psCpuidReader read) {
     return text.empty() ? text : "    Deterministic Cache Parameters\n" + text;
 }
 
-// Empty for the other codes, reserved or rare: the list of caches tells the ways then.
-const char* associativityText(unsigned code) {
+// The other codes stand for rare numbers of ways or refer to the list of caches, and makers differ
+// in which.
+psString associativityText(unsigned code) {
     switch (code) {
     case 0: return "Disabled";
     case 1: return "Direct mapped";
@@ -101,7 +102,7 @@ const char* associativityText(unsigned code) {
     case 6: return "8-Way";
     case 8: return "16-Way";
     case 0xf: return "Fully associative";
-    default: return "";
+    default: return psFormat("Other (code %u)", code);
     }
 }
 
@@ -118,13 +119,14 @@ psString level2(psCpuidReader read) {
 
 } // namespace
 
-psString psCpuReport(psCpuidReader read, unsigned long long present, unsigned long long enabled) {
+psString psCpuReport(psCpuidReader read, unsigned long long present, unsigned long long enabled,
+                     unsigned long long savedStates) {
     const CPUID leaf1(1, 0, read);
     const bool hasLeaf1 = leaf1.get(CPUID::EAX) != 0; // zeros: hidden
     psString report = identification(read);
     for (const psString& section :
          {hasLeaf1 ? signature(leaf1) : psString(), hasLeaf1 ? threading(read) : psString(),
-          caches(read), level2(read), psFeatureFlags(present, enabled)}) {
+          caches(read), level2(read), psFeatureFlags(present, enabled, savedStates)}) {
         if (!section.empty()) {
             report += psReportFormat::sepLine() + section;
         }

@@ -1,9 +1,9 @@
-// How many logical processors and cores a package has is told in different places:
+// How many logical processors and cores a package has is reported in different places:
 // - Leaves 0x1F and 0xB list levels, each with the logical processors below it: first the threads
 //   of a core, last the package. The numbers are exact.
 // - Leaf 0x80000008 has the logical processors of the package where it is not reserved; from
 //   family 0x17 on leaf 0x8000001E has the threads of a core.
-// - Leaves 1 and 4 tell how many numbers are set aside for logical processors and cores.
+// - Leaves 1 and 4 report how many ids are reserved for logical processors and cores.
 
 #include "pscputopology.h"
 
@@ -41,16 +41,16 @@ Levels levelsOf(psCpuidReader read) {
     return levels.perPackage > 0 ? levels : levelsOf(0xb, read);
 }
 
-// Cores of different kinds have different numbers of threads; a division tells nothing there.
+// Cores of different kinds have different numbers of threads: a division would be wrong.
 bool isHybrid(psCpuidReader read) {
     return CPUID(7, 0, read).getBit(CPUID::EDX, 15) != 0;
 }
 
 int threadsPerCore(const CPUID& leaf1, psCpuidReader read) {
     constexpr int firstFamilyWithThreads = 0x17; // before it the field counts cores
-    const bool isTold =
+    const bool isReported =
         CPUID::hasTopologyExtensions(read) && psSignatureOf(leaf1).family >= firstFamilyWithThreads;
-    return isTold ? field(CPUID(0x8000001e, 0, read), CPUID::EBX, 15, 8) + 1 : 1;
+    return isReported ? field(CPUID(0x8000001e, 0, read), CPUID::EBX, 15, 8) + 1 : 1;
 }
 
 void countByLevels(psCpuThreads& threads, const Levels& levels, bool hybrid) {
@@ -60,7 +60,7 @@ void countByLevels(psCpuThreads& threads, const Levels& levels, bool hybrid) {
     }
 }
 
-void countBySetAside(psCpuThreads& threads, const CPUID& leaf1, psCpuidReader read) {
+void countByReservedIds(psCpuThreads& threads, const CPUID& leaf1, psCpuidReader read) {
     threads.logical = {field(leaf1, CPUID::EBX, 23, 16), true};
     const CPUID firstCache(4, 0, read);
     if (firstCache.getBits(CPUID::EAX, 4, 0) != 0) {
@@ -70,14 +70,14 @@ void countBySetAside(psCpuThreads& threads, const CPUID& leaf1, psCpuidReader re
 
 } // namespace
 
-// The family is extended where its base field is full. The extended model counts from family 6 on:
-// one maker defines it for 6 and 15, another for 15, a third uses it with family 7; elsewhere it is
-// 0.
+// The family is extended where all bits of its base field are set. The extended model counts from
+// family 6 on: one maker defines it for 6 and 15, another for 15, a third uses it with family 7;
+// elsewhere it is 0.
 psCpuSignature psSignatureOf(const CPUID& leaf1) {
-    constexpr int fullFamily = 0xf;
+    constexpr int extendedFamilyMark = 0xf;
     const int family = field(leaf1, CPUID::EAX, 11, 8);
     const int model = field(leaf1, CPUID::EAX, 7, 4);
-    const int extendedFamily = family == fullFamily ? field(leaf1, CPUID::EAX, 27, 20) : 0;
+    const int extendedFamily = family == extendedFamilyMark ? field(leaf1, CPUID::EAX, 27, 20) : 0;
     const int extendedModel = family >= 6 ? field(leaf1, CPUID::EAX, 19, 16) : 0;
     return {family + extendedFamily, (extendedModel << 4) + model, field(leaf1, CPUID::EAX, 3, 0),
             field(leaf1, CPUID::EAX, 13, 12), field(leaf1, CPUID::EBX, 7, 0)};
@@ -98,7 +98,7 @@ psCpuThreads psThreadsOf(psCpuidReader read) {
         threads.logical.count = lastThread + 1;
         threads.cores.count = threads.logical.count / threadsPerCore(leaf1, read);
     } else {
-        countBySetAside(threads, leaf1, read);
+        countByReservedIds(threads, leaf1, read);
     }
     return threads;
 }

@@ -2,7 +2,7 @@
 
 #include "pscpuid.h"
 
-// The numbers by which a processor's maker tells its models apart.
+// The numbers that identify a model among those of its maker.
 struct psCpuSignature {
     int family;
     int model;
@@ -14,10 +14,10 @@ struct psCpuSignature {
 // Decodes leaf 1.
 psCpuSignature psSignatureOf(const CPUID& leaf1);
 
-// A number of things in one package. Some leaves tell only how many numbers are set aside.
+// A number of things in one package. Some leaves report only how many ids are reserved for them.
 struct psPackageCount {
-    int count = 0;        // 0: not told
-    bool isBound = false; // at most so many
+    int count = 0; // 0: not reported
+    bool isUpperLimit = false;
 };
 
 struct psCpuThreads {

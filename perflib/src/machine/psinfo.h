@@ -6,7 +6,7 @@
 // What the harness asks about the machine. Nothing is reported as an error: what cannot be had is
 // empty or 0.
 
-// "Linux (release, version)", as uname tells.
+// "Linux (release, version)", as uname reports it.
 psString psOS();
 psString psHost();
 // Processors online, at least 1.
@@ -18,7 +18,7 @@ psString psCpuBrand(psCpuidReader read = psReadCpuid);
 using psCacheSizeQuery = int (*)(int* sizeBytes);
 
 // Bytes of the largest cache: the library's answer, or else of those that the processor lists
-// (psCpuCaches); 0 when neither tells, and without asking for the list on a processor older than
+// (psCpuCaches); 0 when neither answers, and without asking for the list on a processor older than
 // leaf 4.
 int psGetMaxCacheSizeB();
 int psMaxCacheSizeB(psCacheSizeQuery query, psCpuidReader read);

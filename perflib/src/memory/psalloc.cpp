@@ -57,8 +57,8 @@ void* allocationFailure(int size) {
     return nullptr;
 }
 
-// What a caller of the list's walk gets of a block.
-void* tell(const Address* block, int* size, void** tag) {
+// Fills size and tag where not null, and returns the pointer; null for no block.
+void* describe(const Address* block, int* size, void** tag) {
     if (block == nullptr) {
         return nullptr;
     }
@@ -184,15 +184,15 @@ void psFreeAll() {
 }
 
 bool psMallocInfo(const void* p, int* size, void** tag) {
-    return g_blocks != nullptr && tell(g_blocks->find(p), size, tag) != nullptr;
+    return g_blocks != nullptr && describe(g_blocks->find(p), size, tag) != nullptr;
 }
 
 void* psMallocFirst(int* size, void** tag) {
-    return g_blocks == nullptr ? nullptr : tell(g_blocks->first(), size, tag);
+    return g_blocks == nullptr ? nullptr : describe(g_blocks->first(), size, tag);
 }
 
 void* psMallocNext(int* size, void** tag) {
-    return g_blocks == nullptr ? nullptr : tell(g_blocks->next(), size, tag);
+    return g_blocks == nullptr ? nullptr : describe(g_blocks->next(), size, tag);
 }
 
 long long psSumOfBlocks() {
@@ -215,7 +215,8 @@ int psNextVectorShift(int currentShift, int step) {
 }
 
 void* psAllocateVector(int size, int n, void* tag) {
-    const int shift = psVectorMisalignment(n, g_settings.vectorAlign, g_settings.alignSrcOnly, g_vectorNum++);
+    const int shift =
+        psVectorMisalignment(n, g_settings.vectorAlign, g_settings.alignSrcOnly, g_vectorNum++);
     void* const p = psMalloc(size, shift, g_vectorShift, tag ? tag : MEM_OBJECT_IS_BUFFER);
     g_vectorShift = psNextVectorShift(g_vectorShift, g_settings.vectorShiftStep);
     return p;

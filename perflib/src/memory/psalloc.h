@@ -7,9 +7,9 @@
 
 // Aligned blocks: every buffer of a test comes from psMalloc, at a controlled alignment or
 // misaligned on purpose, and is tracked until psFree, so that blocks can be summed, dumped and,
-// at the end of the program, released whoever left them. Usable from any static initialiser.
+// at the end of the program, released if a test left them. Usable from any static initialiser.
 
-// What the block holds, told by its tag: an object (its address), a raw buffer, or a part of an
+// The tag says what the block holds: an object (its address), a raw buffer, or a part of an
 // object that the object itself shows. Dumps pass over a null tag as over a part.
 extern void* const MEM_OBJECT_IS_BUFFER;
 extern void* const MEM_OBJECT_IS_SUBOBJECT;

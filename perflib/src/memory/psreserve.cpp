@@ -33,7 +33,7 @@ template <class Visit> void forEachObject(Visit visit) {
     }
 }
 
-bool mayHoldCopy(const psObject* object) {
+bool mayOwnCopy(const psObject* object) {
     return std::find(g_reserved.begin(), g_reserved.end(), object) != g_reserved.end();
 }
 
@@ -76,7 +76,7 @@ void psRestoreBlocks() {
 void psDropReservedBlocks() {
     void* tag = nullptr;
     for (void* p = psMallocFirst(nullptr, &tag); p; p = psMallocNext(nullptr, &tag)) {
-        if (isObject(tag) && mayHoldCopy(static_cast<psObject*>(tag))) {
+        if (isObject(tag) && mayOwnCopy(static_cast<psObject*>(tag))) {
             static_cast<psObject*>(tag)->deleteReservedCopy();
         }
     }

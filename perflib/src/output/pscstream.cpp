@@ -5,7 +5,8 @@
 #include "psinit.h"
 #include "psostream.h"
 
-// After g_ostrm, which is told of tables that cannot be written, at the end of the program too.
+// After g_ostrm, on which a table that cannot be written is reported, at the end of the program
+// too.
 PS_INIT_SECOND psCStream g_cstrm;
 PS_INIT_SECOND psCStream g_ustrm;
 PS_INIT_SECOND psCStream g_nstrm;
@@ -58,7 +59,7 @@ void psCStream::skipToColm(int i) {
     m_nextColumn = column;
 }
 
-// A cell as it may stand in a line: what would end the cell or the line becomes a blank.
+// The cell without what would end it or its line.
 static psString cellText(const psString& cell) {
     psString text = cell;
     for (int i = 0; i < text.length(); ++i) {

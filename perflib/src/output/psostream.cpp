@@ -10,17 +10,17 @@
 
 PS_INIT_FIRST psOStream g_ostrm;
 
-// A standard file that was closed before the start would be taken by the first file opened, and
-// what is meant for the console would go into a log or a table. A file that refuses the wanted
-// direction takes its place, so that it still fails as a closed one does.
-static void holdStandardFiles() {
+// The first file opened would get the number of a standard file that was closed before the start,
+// and console output would go into a log or a table. Opened in the wrong direction, the stand-in
+// still fails as a closed file does.
+static void occupyClosedStandardFiles() {
     for (int file = STDIN_FILENO; file <= STDERR_FILENO; ++file) {
         if (fcntl(file, F_GETFD) != -1) {
             continue;
         }
-        const int held = open("/dev/null", file == STDIN_FILENO ? O_WRONLY : O_RDONLY);
-        if (held != file && held >= 0) {
-            close(held);
+        const int opened = open("/dev/null", file == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+        if (opened != file && opened >= 0) {
+            close(opened);
         }
     }
 }
@@ -47,7 +47,7 @@ void psOStream::addConsole() {
             return;
         }
     }
-    holdStandardFiles();
+    occupyClosedStandardFiles();
     ignoreWriteSignals();
     // Every line appears when it is written, also through a pipe: the reader of the console sees
     // what goes on, and nothing is lost when a measured function brings the program down.
@@ -63,8 +63,8 @@ bool psOStream::addStream(const psString& name, bool append) {
     return stream != nullptr;
 }
 
-// The new stream is told what failed before it was there: a console that is gone from the start
-// fails when nothing else is left to say so on.
+// Earlier failures are repeated on the new stream: when the console is gone from the start, there
+// was no other stream to report it on.
 void psOStream::addStream(o_stream* stream) {
     bool works = true;
     for (const o_stream* other : m_streams) {
@@ -157,7 +157,7 @@ void psOStream::reportFailure(const o_stream& failed) {
     reportFailures(list);
 }
 
-// A stream that fails while it is told of another one's failure joins the list being walked.
+// A stream that fails while another one's failure is written to it joins the list being walked.
 // Every stream fails once at most, so the walk ends.
 void psOStream::reportFailures(psList<const o_stream*>& failed) {
     if (!accepts(PS_ERR)) {

@@ -55,8 +55,9 @@ public:
     void unwindLevels(int depth);
     bool accepts(MessageLevel kind) const { return (kind & m_outLevel) != 0; }
 
-    // Compares numerically where the writing operators test bits: false and no change when
-    // level > outLevel; otherwise the message is begun and must be ended. Meant so.
+    // False and no change when level > outLevel; otherwise the message is begun and must be ended.
+    // Levels are compared as numbers here, while the writing operators test bits: true does not
+    // promise that the text is written.
     bool beginMessage(MessageLevel level);
     void endMessage() { restoreMsgLevel(); }
 
@@ -66,7 +67,7 @@ public:
     void writeToConsole(const psString& text);
     int streamCount() const { return m_streams.count(); }
 
-    // Says, as an error, that failed (of this or another owner) takes no more text.
+    // Says, as an error, that failed (of this or another owner) can no longer be written.
     void reportFailure(const o_stream& failed);
 
 private:

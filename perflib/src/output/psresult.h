@@ -35,7 +35,7 @@ constexpr psResult psWorse(psResult a, psResult b) {
 const char* psResultWord(int result);
 // The summary's names: "OK", "ACCURWRN" and alike; "UNKNOWN" from 12 on.
 const char* psResultShortName(int result);
-// The kind of the message that tells this result: warning for notes, error for failures.
+// The kind of the message that reports this result: warning for notes, error for failures.
 MessageLevel psResultLevel(int result);
 // Notes count as passed when the user asked for errors only.
 psResult psResultAtLevel(psResult result, int outLevel);

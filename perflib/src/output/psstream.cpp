@@ -31,7 +31,7 @@ struct OpenFile {
     unsigned number;
     FILE* file;
 };
-unsigned g_nextFileNumber = 0;
+constinit unsigned g_nextFileNumber = 0;
 
 // Never destroyed: streams that live until the end of the process close their files after it.
 psList<OpenFile>& openFiles() {
@@ -39,7 +39,7 @@ psList<OpenFile>& openFiles() {
     return files;
 }
 
-// False: somebody has closed the file already.
+// False: the file has been closed already.
 bool forgetFile(const FILE* file) {
     for (auto i = openFiles().begin(); i != openFiles().end(); ++i) {
         if (i->file == file) {

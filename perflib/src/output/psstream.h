@@ -19,7 +19,7 @@ psString psOpenModeText(int mode);
 // Whether there is no file of that name; false also for one that only cannot be reached.
 bool psIsMissing(const psString& name);
 
-// Says as an error that the file cannot be opened to write (when mode says so) or to read.
+// Reports as an error that the file cannot be opened, to write or to read as mode says.
 void psReportOpenFailure(const psString& name, int mode);
 
 // Wrapper of a C file. A file that cannot be opened (a directory counts as one) is reported to
@@ -70,8 +70,8 @@ private:
 
 // Writes to its file, or to standard output when it stands for the console; writes to a named
 // file that did not open are dropped. A write that fails (full disk, closed console) stops the
-// stream: later writes are dropped and failure() tells why, so that the owner can say it
-// elsewhere.
+// stream: later writes are dropped and failure() has the reason, so that the owner can report
+// it elsewhere.
 class o_stream : public io_stream {
 public:
     o_stream() = default;

@@ -27,7 +27,7 @@ void psTrace::unwind(int depth) {
     }
 }
 
-// Flushed, as the last trace line is what tells where a measured function brought the run down.
+// Flushed: the last trace line shows which measured function crashed the run.
 void psTrace::line(const char* what, const psString& label, int depth) const {
     if (!g_ostrm.accepts(PS_TRACE)) {
         return;

@@ -2,7 +2,7 @@
 
 #include "psstring.h"
 
-// Brackets of the steps of a run. The label of the innermost open bracket tells the error path
+// Brackets of the steps of a run. The label of the innermost open bracket shows the error path
 // where an exception came from; the lines themselves appear at trace level only.
 class psTrace {
 public:
@@ -22,8 +22,8 @@ private:
 
 extern psTrace g_trace;
 
-// A bracket for a scope. Left by an exception it closes nothing: the label must still tell the
-// catcher where it happened; the catcher unwinds.
+// A bracket for a scope. Left by an exception it closes nothing: the catcher still needs the
+// label to report where it happened, and unwinds.
 class psTraceScope {
 public:
     explicit psTraceScope(const char* label);

@@ -11,11 +11,11 @@
 
 namespace {
 
-constexpr double usualFactor = 0.1;
-constexpr double lowestFactor = 0.01;
+constexpr double defaultFactor = 0.1;
+constexpr double minFactor = 0.01;
 constexpr double factorTolerance = 0.0001;
-constexpr int mostRepeats = 10;
-constexpr int coarseRepeats = 2; // below this many repetitions a coarse step has been tried
+constexpr int maxRepeats = 10;
+constexpr int coarseRepeats = 2; // below this many repetitions only coarse steps have been tried
 
 } // namespace
 
@@ -29,7 +29,7 @@ psCacheIterator::psCacheIterator(psParameter& wrapped, psObject* object, Setter 
 bool psCacheIterator::nextValue() {
     m_repeats = 0;
     m_tries = "";
-    m_factor = usualFactor;
+    m_factor = defaultFactor;
     return psIterator<int>::nextValue() && setHasValue(m_wrapped->firstValue());
 }
 
@@ -102,8 +102,8 @@ bool psCacheIterator::validateSize() {
 
 // False when it is at its lowest: there is nothing left to try.
 bool psCacheIterator::lowerFactor() {
-    if (m_factor - factorTolerance > lowestFactor) {
-        m_factor = lowestFactor;
+    if (m_factor - factorTolerance > minFactor) {
+        m_factor = minFactor;
         return true;
     }
     m_repeats = givenUp;
@@ -125,7 +125,7 @@ void psCacheIterator::collectTries(bool tooSmall, bool tooLarge) {
 }
 
 bool psCacheIterator::repeatValue() {
-    if (++m_repeats > mostRepeats) {
+    if (++m_repeats > maxRepeats) {
         return false;
     }
     const bool shrink = isInCache() && m_totalBytes > highSize();

@@ -54,7 +54,7 @@ public:
     virtual bool setNewValueToParm(int current, int target, bool fine);
 
     // Whether the memory allocated now fits the mode; asked when the data of a combination are
-    // there. What did not fit is told.
+    // there. What did not fit is reported.
     bool validateSize();
     int highSize() const; // bytes that the whole data may have
     int lowSize() const;  // bytes that the object must have
@@ -62,7 +62,7 @@ public:
     static int getTotalSize();
     static int cacheSize();      // bytes of the largest cache; 0: not known
     psString getComment() const; // the mode
-    // What did not fit, for those who have not read it when it happened.
+    // Repeats what did not fit for an output level that did not show it when it happened.
     void outputInfo() const;
 
 private:

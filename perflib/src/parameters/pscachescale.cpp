@@ -8,7 +8,7 @@ namespace {
 
 constexpr double inCacheHigh = 0.9;
 constexpr double outOfCacheLow = 1.05;
-constexpr int mostSteps = 31;   // no positive int survives more
+constexpr int maxSteps = 31;    // no positive int survives more
 constexpr int unreachable = 64; // and no area of two of them this many
 
 int fractionOf(int bytes, double factor) {
@@ -48,7 +48,7 @@ int psPowerOfTwoSteps(int current, int target) {
 }
 
 int psScaled(int value, int steps) {
-    if (std::abs(steps) > mostSteps) {
+    if (std::abs(steps) > maxSteps) {
         return 0;
     }
     if (steps < 0) {

@@ -25,7 +25,7 @@ public:
         reset();
     }
     const T& defaultValue() const { return m_default; }
-    // The current value only; the next reset() forgets it.
+    // Sets the current value until the next reset().
     void setValue(const T& value) { m_value = value; }
     // From now on value is marked by text in the table wherever it occurs.
     void addDeprecated(const T& value, const psString& text) {
@@ -101,15 +101,18 @@ public:
     virtual T validItem(const psString& text) {
         const T value = stringToValue(text);
         if constexpr (std::is_arithmetic_v<T> && !std::is_same_v<T, bool>) {
-            if (validString().empty() && !text.empty() && !psIsNumber(text, value)) {
+            if (isTypedAsNumber() && !text.empty() && !psIsNumber(text, value)) {
                 text.setBad(true);
             }
         }
         if (text.isBad()) {
-            refuse(text);
+            reject(text);
         }
         return value;
     }
+    // Whether stringToValue() reads a number, of which it takes the beginning of a text: the rest
+    // is then an error. False where the admitted values are typed as names.
+    virtual bool isTypedAsNumber() const { return validString().empty(); }
 
 protected:
     // True for the first call after resetIterator().
@@ -118,7 +121,7 @@ protected:
         m_begun = true;
         return first;
     }
-    [[noreturn]] void refuse(const psString& text) const {
+    [[noreturn]] void reject(const psString& text) const {
         throw psException("Invalid value of " + name() + " = " + text);
     }
 
@@ -150,6 +153,7 @@ public:
     psString valueToString(T value) const override { return m_map.nameOf(value); }
     T stringToValue(const psString& text) const override { return m_map.find(text); }
     void addTo(psNamedValues& values) const override { psParameter::addTo(values); } // its name
+    bool isTypedAsNumber() const override { return false; }
 
 private:
     psNameMap<T> m_map;

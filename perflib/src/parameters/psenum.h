@@ -35,7 +35,7 @@ public:
     T validItem(const psString& text) override {
         const T value = psIterator_NSC<T>::validItem(text);
         if (!isAdmitted(value)) {
-            this->refuse(text);
+            this->reject(text);
         }
         return value;
     }
@@ -64,6 +64,7 @@ public:
     psString valueToString(T value) const override { return m_map.nameOf(value); }
     T stringToValue(const psString& text) const override { return m_map.find(text); }
     void addTo(psNamedValues& values) const override { psParameter::addTo(values); } // its name
+    bool isTypedAsNumber() const override { return false; }
 
 private:
     psNameMap<T> m_map;

@@ -3,7 +3,7 @@
 #include <unistd.h>
 
 #include "psostream.h"
-#include "psreplace.h"
+#include "psatomicfile.h"
 
 psValueItem& psValues::set(const psString& key, const psString& value, const psString& comment) {
     psValueItem* const item = find(key);
@@ -27,7 +27,7 @@ psIniFile::~psIniFile() {
 bool psIniFile::open(const psString& name, bool write) {
     close();
     m_name = name;
-    if (write && !psReplacement::isPossible(name)) {
+    if (write && !psAtomicFile::canReplace(name)) {
         psReportOpenFailure(name, PS_OPEN_WRITE);
         return false;
     }
@@ -36,8 +36,8 @@ bool psIniFile::open(const psString& name, bool write) {
     return m_open;
 }
 
-// A carriage return ends a line, too: files come from many systems, and what stands behind a
-// section header on its line is lost. A zero byte would hide the rest.
+// A carriage return ends a line, too: files come from many systems, and what follows a section
+// header on its line is dropped. A zero byte would hide the rest.
 static psStringList linesIn(psString text) {
     for (int i = 0; i < text.length(); ++i) {
         text.at(i) = text[i] ? text[i] : ' ';
@@ -123,7 +123,7 @@ bool psIniFile::close() {
     return written;
 }
 
-static void writeValues(psReplacement& file, const psValues& values) {
+static void writeValues(psAtomicFile& file, const psValues& values) {
     for (const psValueItem* item : values) {
         psString line = onOneLine(item->m_key);
         if (!(item->m_value == psValueItem::noValue)) {
@@ -143,7 +143,7 @@ bool psIniFile::updateFile() {
     if (m_name.empty()) {
         return false;
     }
-    psReplacement file(m_name);
+    psAtomicFile file(m_name);
     writeValues(file, m_strayValues);
     for (const psSectionItem* section : m_sections) {
         file.write("\n[" + onOneLine(section->m_name) + "]\n");

@@ -10,7 +10,7 @@ struct psValueItem {
         : m_key(key), m_value(value), m_comment(comment) {}
 
     psString m_key, m_value, m_comment;
-    bool m_asked = false; // somebody has looked for it
+    bool m_declared = false; // something reads it, or could
 };
 
 // The keys of a section in the order of the file.
@@ -25,7 +25,7 @@ struct psSectionItem {
 
     psString m_name;
     psValues m_values;
-    bool m_consulted = false; // everything that it may hold has been asked for
+    bool m_read = false; // everything that it may hold has been declared
 };
 
 // The sections in the order of the file.

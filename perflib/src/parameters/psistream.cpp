@@ -23,15 +23,15 @@ bool psIStream::closeIniFile() {
     return m_ini.close();
 }
 
-void psIStream::know(const psString& name) {
+void psIStream::declareName(const psString& name) {
     if (psValueItem* const item = m_ini.find(m_section, name)) {
-        item->m_asked = true;
+        item->m_declared = true;
     }
 }
 
-void psIStream::sectionDone() {
+void psIStream::markSectionRead() {
     if (psSectionItem* const section = m_ini.sections().find(m_section)) {
-        section->m_consulted = true;
+        section->m_read = true;
     }
 }
 
@@ -41,6 +41,10 @@ void psIStream::preset(const psString& name, const psString& value) {
     } else {
         m_presets.append(new Preset{name, value});
     }
+}
+
+void psIStream::removePresets() {
+    m_presets.removeAll();
 }
 
 psStringList psIStream::unusedPresets() const {
@@ -69,25 +73,25 @@ static bool hasValue(const psValueItem* item) {
 bool psIStream::willAsk(const psString& name) const {
     // A session that writes the settings measures nothing: an answer would go nowhere.
     return isAsking() && !m_writing && !name.empty() && !m_presets.exist(name) &&
-           !hasValue(m_ini.find(m_section, name)) && !isCommonlySet(name);
+           !hasValue(m_ini.find(m_section, name)) && !isSetForAllTests(name);
 }
 
-// What the common section holds was taken for all tests, if it can be.
-bool psIStream::isCommonlySet(const psString& name) const {
+// What the common section holds applies to every test that has no value of its own.
+bool psIStream::isSetForAllTests(const psString& name) const {
     const psValueItem* const item = m_ini.find(commonSection, name);
-    return hasValue(item) && item->m_asked;
+    return hasValue(item) && item->m_declared;
 }
 
 psIStream::Source psIStream::read(const psString& name, const psString& prompt,
                                   const psString& defaultText, psString& value) {
-    if (name.empty()) { // nobody can address it
+    if (name.empty()) { // nothing can refer to it
         return PS_FROM_NOTHING;
     }
     const psValueItem* const item = m_ini.find(m_section, name);
     if (m_writing && !item) {
         m_ini.write(m_section, name, defaultText, prompt == name ? psString() : prompt);
     }
-    know(name);
+    declareName(name);
     // A preset is for one run: it must not pass for a default in the sections written after this.
     if (!m_writing && findPreset(name, value)) {
         return PS_FROM_PRESET;

@@ -14,7 +14,7 @@ public:
     // The section of the settings file that holds the parameters common to all tests.
     static constexpr const char* commonSection = "Perf System";
 
-    // The console that questions are asked on; null: nothing is asked any more.
+    // The console on which questions are asked; null: none are asked any more.
     void setIStream(FILE* console) { m_console = console; }
     // Whether the readers that follow may ask on the console.
     void setAsking(bool asking) { m_asking = asking; }
@@ -28,15 +28,15 @@ public:
     bool sectionExist(const psString& section) const;
     void setSection(const psString& section) { m_section = section; }
     const psString& section() const { return m_section; }
-    // A key that the current section may hold although nothing of this session asks for it.
-    void know(const psString& name);
-    // All that the current section may hold has been asked for: what is left in it unasked is a
-    // mistake.
-    void sectionDone();
+    // Declares a key that the current section may hold although nothing in this session reads it.
+    void declareName(const psString& name);
+    // Everything that the current section may hold is declared now: another key in it is a mistake.
+    void markSectionRead();
     // Writes the settings file back when it was opened for writing. False: not written, reported.
     bool closeIniFile();
 
     void preset(const psString& name, const psString& value);
+    void removePresets(); // for another session in this process
     // Presets that no reader has asked for, in command-line order.
     psStringList unusedPresets() const;
 
@@ -55,7 +55,7 @@ private:
         bool used = false;
     };
     bool findPreset(const psString& name, psString& value);
-    bool isCommonlySet(const psString& name) const;
+    bool isSetForAllTests(const psString& name) const;
     Source ask(const psString& prompt, const psString& defaultText, psString& value);
 
     FILE* m_console = nullptr;

@@ -16,7 +16,7 @@ public:
         listDefault(defaultValue);
     }
 
-    // Begins a new definition: what add() put in before is forgotten.
+    // Begins a new definition: values that add() put in before are dropped.
     void init(const T& defaultValue, const psString& name, const psString& promptName = {}) {
         psDefault_NSC<T>::init(defaultValue, name, promptName);
         listDefault(defaultValue);
@@ -86,10 +86,10 @@ public:
 private:
     using psDefault_NSC<T>::setDefault; // would leave the list behind: see init()
     psList<T>& list() { return *this; }
-    // A place left blank between two separators is a slip, not the default.
+    // An empty item between two separators is a mistake, not the default.
     T itemOf(const psString& text) {
         if (text.empty()) {
-            this->refuse(text);
+            this->reject(text);
         }
         return this->validItem(text);
     }

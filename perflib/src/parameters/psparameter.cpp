@@ -87,9 +87,9 @@ bool psParameter::fromIStream(psIStream& in) {
     if (!m_inUse) {
         return false;
     }
-    // What answers wrongly so often is no person, and would do so for ever.
-    constexpr int mostAnswers = 10;
-    for (int answers = 1; answers <= mostAnswers; ++answers) {
+    // Only a program that never reads the messages would give more wrong answers than this.
+    constexpr int maxAnswers = 10;
+    for (int answer = 1; answer <= maxAnswers; ++answer) {
         psString text;
         const psIStream::Source source = in.read(m_name, prompt(), defaultString(), text);
         // An empty definition that was written to a settings file comes back as an empty text.
@@ -99,26 +99,27 @@ bool psParameter::fromIStream(psIStream& in) {
         try {
             translate(text);
             return true;
-        } catch (const psException& refused) {
-            // Shared parameters are read for the session and again for each test: once is enough.
-            if (source == psIStream::PS_FROM_CONSOLE || !m_refused || !(text == m_refusedText)) {
-                reportRefused(refused.msg(), text);
+        } catch (const psException& rejected) {
+            // Shared parameters are read for the session and again for each test: one message is
+            // enough.
+            if (source == psIStream::PS_FROM_CONSOLE || !m_rejected || !(text == m_rejectedText)) {
+                reportRejected(rejected.msg(), text);
             }
-            m_refused = true;
-            m_refusedText = text;
+            m_rejected = true;
+            m_rejectedText = text;
         }
         if (source != psIStream::PS_FROM_CONSOLE) {
             return false;
         }
     }
-    g_ostrm << PS_ERR << "-- " << mostAnswers << " answers were refused, " << m_name << " stays "
-            << defaultString() << "\n"
+    g_ostrm << PS_ERR << "-- " << maxAnswers << " answers were rejected; keeping " << m_name
+            << " = " << defaultString() << "\n"
             << PS_END;
     return false;
 }
 
-void psParameter::reportRefused(const char* message, const psString& text) const {
-    g_ostrm << PS_ERR << message << " (" << m_name << " = " << text << " is refused, "
-            << defaultString() << " stays)\n"
+void psParameter::reportRejected(const char* message, const psString& text) const {
+    g_ostrm << PS_ERR << message << " (" << m_name << " = " << text << " is rejected; keeping "
+            << defaultString() << ")\n"
             << PS_END;
 }

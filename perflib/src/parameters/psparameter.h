@@ -51,7 +51,7 @@ public:
     virtual void toCStream(psCStream& table) const;
     virtual void nameToCStream(psCStream& table) const;
     // Takes a new definition from the input, when the parameter is in use and the input has one;
-    // true when it was taken. A refused one is reported and the earlier definition stays; on the
+    // true when it was taken. A rejected one is reported and the earlier definition stays; on the
     // console the question is then asked again.
     virtual bool fromIStream(psIStream& in);
     // Replaces the definition. Throws psException when the text is no definition; the parameter
@@ -71,7 +71,7 @@ public:
 
     // True while the iteration stands on a value.
     bool hasValue() const { return m_hasValue; }
-    // Only parameters in use are read from the input. True until told otherwise.
+    // Only parameters in use are read from the input. True at first.
     bool isInUse() const { return m_inUse; }
     void setInUse(bool inUse) { m_inUse = inUse; }
     // Whether the table cell stands in double quotes.
@@ -90,7 +90,7 @@ protected:
 private:
     static constexpr int quotedFlag = 2;
     void putCell(psCStream& table, const psString& text) const;
-    void reportRefused(const char* message, const psString& text) const;
+    void reportRejected(const char* message, const psString& text) const;
 
     psString m_name;
     psString m_promptName;
@@ -99,6 +99,6 @@ private:
     int m_outputFlags = 0;
     bool m_deprecated = false;
     psString m_deprecatedText;
-    bool m_refused = false;
-    psString m_refusedText; // the last definition that was refused, when one was
+    bool m_rejected = false;
+    psString m_rejectedText; // valid when m_rejected
 };

@@ -2,7 +2,7 @@
 
 namespace {
 
-[[noreturn]] void refuseConflict() {
+[[noreturn]] void rejectConflict() {
     throw psException(psString("Conflict between iterator limits and operation"));
 }
 
@@ -10,8 +10,8 @@ bool isOperation(char c) {
     return c == PS_STEP_ADD || c == PS_STEP_SUB || c == PS_STEP_MUL;
 }
 
-// What is no whole number counts as bad, also an empty field: a step left out would otherwise
-// become 0 and the iteration endless.
+// Rejects what is no whole number, also an empty field: a missing step would become 0 and the
+// iteration endless.
 int fieldValue(const psString& field, const char* what) {
     int value = 0;
     value << field;
@@ -46,7 +46,7 @@ void psProgression::validate() const {
     case PS_STEP_LIST: break;
     }
     if (!fits) {
-        refuseConflict();
+        rejectConflict();
     }
 }
 

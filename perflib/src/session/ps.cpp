@@ -125,7 +125,7 @@ int psSession::runTests() {
     readCommonData();
     endCommonData();
     g_istrm.setSection(psIStream::commonSection);
-    g_istrm.sectionDone();
+    g_istrm.markSectionRead();
     if (!g_pHotList) {
         g_pHotList = new psStringList;
     }
@@ -168,7 +168,7 @@ void psSession::selectTestParameters() {
     if (!g_pParmList) {
         return;
     }
-    knowCommonParms();
+    declareCommonParms();
     const int askMode = m_askMode;
     const bool batMode = m_batMode;
     m_askMode = 0;

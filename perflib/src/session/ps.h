@@ -3,7 +3,7 @@
 #include "psbase.h"
 #include "pscmdline.h"
 #include "pscond.h"
-#include "psfileclaims.h"
+#include "psfileuses.h"
 #include "psgivenkeys.h"
 #include "psoption.h"
 #include "psostream.h"
@@ -59,7 +59,7 @@ public:
     psOption* getOption(char key) { return m_options.getOption(key); } // null: no such key
     psCommandList& commands() { return m_commands; }
     const psGivenKeys& keys() const { return m_keys; }
-    psFileClaims& fileClaims() { return m_claims; }
+    psFileUses& fileUses() { return m_fileUses; }
     void applyOption(char key, const psString& argument);
 
     // For the apply functions.
@@ -134,7 +134,7 @@ private:
     static constexpr int notListed = 100;
 
     void resetModes();
-    void claimConsole();
+    void noteConsoleFiles();
     void readArguments(int argc, char** argv);
     bool readCfgFile(psString& text, psString& file);
     void setDirectories();
@@ -149,7 +149,7 @@ private:
     void collectLibInfo();
     bool sortTests();
     int runTests();
-    void knowCommonParms();
+    void declareCommonParms();
     void warnUnusedPresets();
     void warnUnusedSettings();
     void finish();
@@ -159,7 +159,7 @@ private:
     psOptionList m_options;
     psCommandList m_commands;
     psGivenKeys m_keys;
-    psFileClaims m_claims;
+    psFileUses m_fileUses;
     int m_askMode = 0;
     bool m_batMode = false;
     int m_levelMode = 0;

@@ -20,7 +20,7 @@ public:
         g_istrm.setAsking((session.askMode() & bit) != 0);
     }
 
-    // Reads the definition of parm. What was found is reported, so that a log tells with which
+    // Reads the definition of parm. What was found is reported, so that a log shows with which
     // settings its numbers were measured.
     void read(psParameter& parm) {
         const bool asks = parm.isInUse() && g_istrm.willAsk(parm.name());
@@ -54,7 +54,7 @@ public:
     T validItem(const psString& text) override {
         const T value = psDefault_NSC<T>::validItem(text);
         if (!(value >= m_lowest && value <= m_highest) || !isMultiple(value)) {
-            this->refuse(text);
+            this->reject(text);
         }
         return value;
     }
@@ -119,18 +119,17 @@ int psReadTimingMethod(psSession& session) {
     Block block(session, PS_ASK_TIMING, "Specify timing method, please");
     for (const psTimingMethod& method : psTool::methods()) {
         for (const psMethodSetting& setting : method.settings) {
-            g_istrm.know(setting.name); // also those of the methods not chosen
+            g_istrm.declareName(setting.name); // also those of the methods not chosen
         }
     }
     if (initTimingMethod) { // what it sets up is the default of the questions
         initTimingMethod(g_tool);
     }
     readMethodSettings(block, readMethod(block));
-    constexpr double leastPercent = 0.001;
-    g_tool.accuracyLimit =
-        readNumber(block, Number<double>(100 * g_tool.accuracyLimit, leastPercent, "Accuracy",
-                                         "Accuracy, %")) /
-        100;
+    constexpr double minPercent = 0.001;
+    g_tool.accuracyLimit = readNumber(block, Number<double>(100 * g_tool.accuracyLimit, minPercent,
+                                                            "Accuracy", "Accuracy, %")) /
+                           100;
     return block.reported();
 }
 

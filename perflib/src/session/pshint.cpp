@@ -1,4 +1,4 @@
-// The help of the command line, and what is settled when all its keys are known.
+// The help of the command line, and what depends on all of its keys.
 #include "ps.h"
 #include "pscpufeatures.h"
 #include "pswrap.h"

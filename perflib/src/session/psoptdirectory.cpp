@@ -1,5 +1,5 @@
-// Keys for where files lie. The session settles them before it applies any key, so that their
-// place on the command line does not matter; here they only say what is in force.
+// Keys for the directories of files. The session evaluates them before it applies any key, so that
+// their place on the command line does not matter; here they only report what is in force.
 #include "psoptionutil.h"
 
 namespace {
@@ -13,7 +13,7 @@ bool isInputUsed() {
     return !psSession::isExit(PS_USED_IN_RUN);
 }
 
-// Argument files are read when the directories are settled already.
+// Argument files are read when the directories are set already.
 psString inForceText(bool used, char key, const char* what, const psString& asked,
                      const psString& inForce) {
     if (!used) {

@@ -1,4 +1,5 @@
-// Keys for sessions that only tell something, for argument files, and those kept for developers.
+// Keys for sessions that only print help, a list or the version, for argument files, and those kept
+// for developers.
 #include "psoptionutil.h"
 #include "pstool.h"
 
@@ -21,25 +22,25 @@ void setList(const psString& argument, psSession* session) {
     session->setEnumMode(listMode(argument));
 }
 
-// Of help, listing and version the session does only the first that is asked for.
-bool isOutdone() {
+// Of help, list and version, in this order, the session gives only the first one asked for.
+bool isSupersededByHelpOrList() {
     constexpr int versionOnly = 3;
     return psSession::isExit(PS_USED_IN_RUN) && psSession::m_exitLevel != versionOnly;
 }
 
 psString versionInfo(const psString&) {
-    return isOutdone() ? psSession::getExitInfo()
-                       : "type the version number of the Performance System";
+    return isSupersededByHelpOrList() ? psSession::getExitInfo()
+                                      : "type the version number of the Performance System";
 }
 
 void askVersion(const psString&, psSession* session) {
-    if (!isOutdone()) {
+    if (!isSupersededByHelpOrList()) {
         session->setVersion();
     }
 }
 
-// Applied for an argument file that is named in another one: those of the command line have been
-// replaced by their content.
+// Reached by a "-@" inside an argument file only: those on the command line have been replaced by
+// their content.
 psString fileInfo(const psString&) {
     return "ignored: -@ key in argument file";
 }
@@ -70,7 +71,7 @@ constexpr psCountKey milliseconds = {&psSettings::milliseconds,
                                      "set min number of ms for 1 measurement to ",
                                      "ignored: incorrect number of milliseconds"};
 constexpr psCountKey minLoops = {&psSettings::minCalls,
-                                 "set minimal number of measurement loops to ", psLoopsRefusal};
+                                 "set minimal number of measurement loops to ", psIgnoredLoopsText};
 
 constexpr const char* fileDetail =
     "This key works as if command line is extended by the file content\n"

@@ -84,17 +84,16 @@ psString readIniInfo(const psString& argument) {
            (psIsMissing(path) ? ": there is no such file" : "");
 }
 
-// A file that the shell or "-@" uses, and that would be replaced.
-const psFileClaims::Claim* claimAgainstWriting(const psString& path) {
-    const psFileClaims::Claim* const claim = psClaimOn(path);
-    return claim && (claim->key == '@' || claim->key == 0) ? claim : nullptr;
+// The use by the shell or "-@" of a file that would be replaced.
+const psFileUses::Use* useAgainstWriting(const psString& path) {
+    const psFileUses::Use* const use = psUseOfFile(path);
+    return use && (use->key == '@' || use->key == 0) ? use : nullptr;
 }
 
 psString writeIniInfo(const psString& argument) {
     const psString path = iniPath(argument);
-    const psFileClaims::Claim* const claim = claimAgainstWriting(path);
-    return claim ? psClaimedText(path, *claim)
-                 : "write PS parameters to file " + path + " and exit";
+    const psFileUses::Use* const use = useAgainstWriting(path);
+    return use ? psFileInUseText(path, *use) : "write PS parameters to file " + path + " and exit";
 }
 
 void readIni(const psString& argument, psSession* session) {
@@ -103,7 +102,7 @@ void readIni(const psString& argument, psSession* session) {
 
 void writeIni(const psString& argument, psSession* session) {
     const psString path = iniPath(argument);
-    if (claimAgainstWriting(path)) {
+    if (useAgainstWriting(path)) {
         session->unopenedFile();
     } else {
         session->setIniMode(path, true);

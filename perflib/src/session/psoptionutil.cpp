@@ -41,8 +41,8 @@ bool psIsKeyGiven(char key) {
     return pSession && pSession->keys().isGiven(key);
 }
 
-const psFileClaims::Claim* psClaimOn(const psString& path) {
-    return pSession ? pSession->fileClaims().find(path) : nullptr;
+const psFileUses::Use* psUseOfFile(const psString& path) {
+    return pSession ? pSession->fileUses().find(path) : nullptr;
 }
 
 psString psCountText(char key, const psString& argumentName) {

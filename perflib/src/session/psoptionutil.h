@@ -34,8 +34,8 @@ void psAddOption(psOptionList& options, char key, const psString& help, const ps
 // A key that sets a count of at least 1. An argument without a number keeps the value.
 struct psCountKey {
     int psSettings::*setting;
-    const char* meaning; // stands before the number in the info text
-    const char* refusal;
+    const char* meaning;     // stands before the number in the info text
+    const char* ignoredText; // for an argument without a count
 };
 
 // False, and count untouched, when argument gives no count.
@@ -44,20 +44,20 @@ bool psReadCount(const psString& argument, int& count);
 template <const psCountKey& Key> psString psCountInfo(const psString& argument) {
     int count = g_settings.*Key.setting;
     return psReadCount(argument, count) ? psString(Key.meaning) + psText(count)
-                                        : psString(Key.refusal);
+                                        : psString(Key.ignoredText);
 }
 
 template <const psCountKey& Key> void psSetCount(const psString& argument, psSession*) {
     psReadCount(argument, g_settings.*Key.setting);
 }
 
-constexpr const char* psLoopsRefusal = "ignored: incorrect number of loops";
+constexpr const char* psIgnoredLoopsText = "ignored: incorrect number of loops";
 
 // Whether the command line of the running session has the key.
 bool psIsKeyGiven(char key);
 
-// Who uses the file already; null when nobody does.
-const psFileClaims::Claim* psClaimOn(const psString& path);
+// What the file is already used for; null when it is free.
+const psFileUses::Use* psUseOfFile(const psString& path);
 
 // The detail text of the keys that set a count.
 psString psCountText(char key, const psString& argumentName);

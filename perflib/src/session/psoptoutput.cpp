@@ -37,8 +37,8 @@ psString outputPath(const OutputFile& file, const psString& argument) {
 
 template <const OutputFile& File, bool Append> psString fileInfo(const psString& argument) {
     const psString path = outputPath(File, argument);
-    if (const psFileClaims::Claim* const claim = psClaimOn(path)) {
-        return psClaimedText(path, *claim);
+    if (const psFileUses::Use* const use = psUseOfFile(path)) {
+        return psFileInUseText(path, *use);
     }
     return Append ? psString("add ") + File.content + " to file " + path
                   : "create file " + path + " and write " + File.content;
@@ -46,13 +46,13 @@ template <const OutputFile& File, bool Append> psString fileInfo(const psString&
 
 // A second key for what the file receives anyway is passed over. A file that is used for something
 // else ends the session, before anything in it is lost.
-void respect(psFileClaims::Claim& claim, const OutputFile& file, psSession* session) {
-    if (claim.use == file.content) {
+void rejectConflict(psFileUses::Use& use, const OutputFile& file, psSession* session) {
+    if (use.purpose == file.content) {
         return;
     }
-    claim.disputed = true;
+    use.conflicting = true;
     session->unopenedFile();
-    if (claim.use == signalUse) {
+    if (use.purpose == signalUse) {
         session->dropSignal();
     }
 }
@@ -60,10 +60,10 @@ void respect(psFileClaims::Claim& claim, const OutputFile& file, psSession* sess
 template <const OutputFile& File, bool Append>
 void openFile(const psString& argument, psSession* session) {
     const psString path = outputPath(File, argument);
-    if (psFileClaims::Claim* const claim = session->fileClaims().find(path)) {
-        respect(*claim, File, session);
+    if (psFileUses::Use* const use = session->fileUses().find(path)) {
+        rejectConflict(*use, File, session);
     } else {
-        session->fileClaims().add(path, File.content, Append ? File.appendKey : File.createKey);
+        session->fileUses().add(path, File.content, Append ? File.appendKey : File.createKey);
         session->openOutput(path, Append, File.open);
     }
 }
@@ -145,23 +145,23 @@ void setNameExit(const psString&, psSession* session) {
 
 psString signalInfo(const psString& argument) {
     const psString path = psSession::genOutPath(argument, ".end");
-    const psFileClaims::Claim* const claim = psClaimOn(path);
-    return claim ? psClaimedText(path, *claim) : "create file " + path + " at the end of PS work";
+    const psFileUses::Use* const use = psUseOfFile(path);
+    return use ? psFileInUseText(path, *use) : "create file " + path + " at the end of PS work";
 }
 
 void setSignal(const psString& argument, psSession* session) {
     const psString path = psSession::genOutPath(argument, ".end");
-    if (psFileClaims::Claim* const claim = session->fileClaims().find(path)) {
-        claim->disputed = true;
+    if (psFileUses::Use* const use = session->fileUses().find(path)) {
+        use->conflicting = true;
         session->unopenedFile();
         return;
     }
     session->setSglName(argument);
-    session->fileClaims().add(path, signalUse, 'g');
+    session->fileUses().add(path, signalUse, 'g');
 }
 
-constexpr psCountKey extLoops = {&psSettings::extLoops,
-                                 "set number of external measurement loops to ", psLoopsRefusal};
+constexpr psCountKey extLoops = {
+    &psSettings::extLoops, "set number of external measurement loops to ", psIgnoredLoopsText};
 
 constexpr const char* levelDetail =
     "ERR  : output errors\n"

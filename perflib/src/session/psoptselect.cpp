@@ -8,8 +8,8 @@ namespace {
 struct Field {
     char key;
     psConditionGroup group;
-    const char* name;  // in the texts: "function" name
-    const char* empty; // the refusal of a condition without a pattern
+    const char* name;      // in the texts: "function" name
+    const char* emptyText; // for a condition without a pattern
 };
 constexpr Field functionField = {'f', PS_BY_FUNCTION, "function",
                                  "ignored: empty function pattern"};
@@ -27,7 +27,7 @@ const char* verbOf(char form) {
 template <const Field& F> psString conditionInfo(const psString& argument) {
     RunCondition* const condition = psMakeCondition(argument, F.group);
     if (!condition) {
-        return F.empty;
+        return F.emptyText;
     }
     const char* const relation = argument[0] == '=' ? " name equal to " : " name that contains ";
     const psString text = verbOf(argument[0]) + psString(F.name) + relation + condition->pattern();

@@ -1,4 +1,4 @@
-// The settings file of a session, and the names given by mistake.
+// The settings file of a session, and warnings of names that nothing reads.
 
 #include "ps.h"
 #include "psistream.h"
@@ -6,7 +6,7 @@
 
 // False: the settings cannot be written, which ends the session. Settings that cannot be read are
 // done without. A missing file is as good as an empty one, and the report of the command line names
-// it, but one that is there was meant to be read.
+// it, but one that exists should have been read.
 bool psSession::openSettings() {
     if (m_iniName.empty() || g_istrm.setIniFile(m_iniName, m_iniWrite)) {
         return true;
@@ -22,15 +22,15 @@ bool psSession::openSettings() {
 }
 
 // Before those that no selected test uses are left out: a settings file serves any selection.
-void psSession::knowCommonParms() {
+void psSession::declareCommonParms() {
     g_istrm.setSection(psIStream::commonSection);
     for (const psParameter* const parm : *g_pParmList) {
-        g_istrm.know(parm->name());
+        g_istrm.declareName(parm->name());
     }
 }
 
-// A name that nothing asked for is most likely a typing error: the run measured something else
-// than the user meant.
+// A name that nothing asked for is most likely misspelt: the run did not measure what the user
+// wanted.
 void psSession::warnUnusedPresets() {
     if (g_istrm.isWriting()) { // and presets are not used at all
         return;
@@ -44,7 +44,7 @@ void psSession::warnUnusedPresets() {
 
 static void warnUnusedValues(const psValues& values, const psString& place, const char* fault) {
     for (const psValueItem* const item : values) {
-        if (!item->m_asked) {
+        if (!item->m_declared) {
             g_ostrm << PS_WARN << "-- Parameter " << item->m_key << " was set " << place
                     << " of ini-file " << g_istrm.settings().name() << " " << fault << "\n"
                     << PS_END;
@@ -61,13 +61,13 @@ static bool isTestFunction(const psString& name) {
     return false;
 }
 
-// Sections of tests that were not run are none of this run's business, but a section that no test
-// can have is.
+// Sections of tests that were not run are passed over: a settings file serves any selection. One
+// that no test can have is a mistake.
 void psSession::warnUnusedSettings() {
     const psIniFile& ini = g_istrm.settings();
     warnUnusedValues(ini.strayValues(), "before the first section", "and is not used");
     for (const psSectionItem* const section : ini.sections()) {
-        if (section->m_consulted) {
+        if (section->m_read) {
             warnUnusedValues(section->m_values, "in section " + section->m_name,
                              "but no test asked for it");
         } else if (!isTestFunction(section->m_name)) {

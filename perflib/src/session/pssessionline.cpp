@@ -24,9 +24,9 @@ void psSession::resetModes() {
 bool psSession::parseCommandLine(int argc, char** argv) {
     m_exePath = argc > 0 ? argv[0] : "";
     resetModes();
-    claimConsole();
+    noteConsoleFiles();
     readArguments(argc, argv);
-    m_keys.noteLine(m_commands);
+    m_keys.indexCommandLine(m_commands);
     setExitLevel();
     setDirectories();
     g_ostrm.setOutLevel(PS_OUT_PERF);
@@ -58,7 +58,7 @@ void psSession::readArguments(int argc, char** argv) {
         m_commands.setArgs(argc - 1, argv + 1);
         m_report.append("\n");
     } else if (readCfgFile(text, file)) {
-        m_claims.add(file, "command line options", 0);
+        m_fileUses.add(file, "command line options", 0);
         m_commands.setArgs(text.c_str());
         m_report.append("read from " + file + " file\n");
     } else if (pCmdLine) {
@@ -94,17 +94,17 @@ void psSession::setDirectories() {
     setDefName(argument('n'));
 }
 
-// Whatever the session reads or writes already is out of bounds for the output files to come.
-void psSession::claimConsole() {
-    m_claims.clear();
-    m_claims.addOpen(STDIN_FILENO, "console input");
-    m_claims.addOpen(STDOUT_FILENO, "console output");
+// Files that the shell opened for the session must not become output files, too.
+void psSession::noteConsoleFiles() {
+    m_fileUses.clear();
+    m_fileUses.addOpen(STDIN_FILENO, "console input");
+    m_fileUses.addOpen(STDOUT_FILENO, "console output");
 }
 
 void psSession::readArgumentFiles() {
     for (const psCommandKey& command : m_commands) {
         if (command.key() == '@') {
-            m_claims.add(command.arg(), "command line options", '@');
+            m_fileUses.add(command.arg(), "command line options", '@');
         }
     }
     if (!m_commands.expandFiles()) {
@@ -112,36 +112,36 @@ void psSession::readArgumentFiles() {
     }
     for (const psCommandKey& command : m_commands) {
         if (command.key() == 'i' || command.key() == 'I') {
-            m_claims.add(genInPath(command.arg(), ".ini"), "PS parameters", command.key());
+            m_fileUses.add(genInPath(command.arg(), ".ini"), "PS parameters", command.key());
         }
     }
 }
 
 void psSession::applyCommands() {
-    m_keys.noteAll(m_commands, m_options);
+    m_keys.indexAll(m_commands, m_options);
     for (const psCommandKey& command : m_commands) {
-        const bool isLeadingEntry = command.key() == ' ' && command.arg().empty();
-        if (!isLeadingEntry) {
+        const bool isBlankEntry = command.key() == ' ' && command.arg().empty();
+        if (!isBlankEntry) {
             applyCommand(command);
         }
     }
 }
 
-// Behind the last key, because the first of two that dispute a file must not have emptied it.
+// After the last key: the first of two keys that conflict over a file must not have emptied it.
 void psSession::openOutputs() {
     for (const Output& output : m_outputs) {
-        const psFileClaims::Claim* const claim = m_claims.find(output.path);
-        const bool disputed = claim && claim->disputed;
-        if (!disputed && !output.open(output.path, output.append)) {
+        const psFileUses::Use* const use = m_fileUses.find(output.path);
+        const bool conflicting = use && use->conflicting;
+        if (!conflicting && !output.open(output.path, output.append)) {
             m_unopenedFile = true;
         }
     }
     m_outputs.clear();
 }
 
-// A key that is good by itself but replaced by a later one has no effect.
+// A valid key that a later one overrides has no effect.
 void psSession::applyCommand(const psCommandKey& command) {
-    if (const psCommandKey* const later = m_keys.replacing(command, m_options)) {
+    if (const psCommandKey* const later = m_keys.overriddenBy(command, m_options)) {
         m_report.append("-" + psText(command.key()) + command.arg() +
                         ": ignored because of later -" + psText(later->key()) + " key\n");
     } else {

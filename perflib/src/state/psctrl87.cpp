@@ -46,9 +46,9 @@ bool processorHasSSX() {
 
 } // namespace
 
-unsigned ts87Base::Rounding = 0;
-unsigned ts87Base::Precision = 0x200;
-unsigned ts87Base::Exception = 0x3B;
+constinit unsigned ts87Base::Rounding = 0;
+constinit unsigned ts87Base::Precision = 0x200;
+constinit unsigned ts87Base::Exception = 0x3B;
 
 ts87Base::ts87Base() {
     setDefault();
@@ -97,9 +97,9 @@ psString ts87Base::strCW(unsigned controlWord) {
     return text;
 }
 
-unsigned tsSSXBase::Rounding = 0;
-unsigned tsSSXBase::Exception = 0x1F80;
-unsigned tsSSXBase::FlushZero = 0x8000;
+constinit unsigned tsSSXBase::Rounding = 0;
+constinit unsigned tsSSXBase::Exception = 0x1F80;
+constinit unsigned tsSSXBase::FlushZero = 0x8000;
 
 tsSSXBase::tsSSXBase() : tsSSXBase(processorHasSSX()) {}
 

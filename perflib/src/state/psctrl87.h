@@ -60,7 +60,7 @@ public:
     void enableExceptions() const;
     void disableExceptions() const;
     void disableInexactException() const; // the other masks stay
-    // Leaves the register harmless for code that runs after the harness: flags down, all masked.
+    // Leaves the register safe for code that runs after the harness: flags clear, all masked.
     void destroy() const;
 
     // As the texts of ts87Base; "cpu has not SSX extension" without it.

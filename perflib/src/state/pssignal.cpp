@@ -43,9 +43,9 @@ bool installHandlers() {
 
 } // namespace
 
-sigjmp_buf tsSignal::m_jmpbuf;
-volatile sig_atomic_t tsSignal::m_code = 0;
-volatile sig_atomic_t tsSignal::m_armed = 0;
+constinit sigjmp_buf tsSignal::m_jmpbuf;
+constinit volatile sig_atomic_t tsSignal::m_code = 0;
+constinit volatile sig_atomic_t tsSignal::m_armed = 0;
 
 const char* tsSignal::getInfo(int code) {
     switch (code) {

@@ -10,7 +10,7 @@
 // fault outside a guard ends the process by that signal, as without the harness.
 //
 // A fault is left by a jump, over the frames of the measured code: their destructors do not run.
-// What a guarded body owns must therefore be released by somebody outside the guard.
+// What a guarded body owns must therefore be released outside the guard.
 class tsSignal {
 public:
     // Runs body(); after a fault inside it throws psException(getInfo()). Guards nest: a fault
@@ -52,7 +52,7 @@ private:
     static void run(void (*call)(void*), void* callable);
 
     // An x87 exception waits for the next x87 instruction. Called inside the guard, so that it
-    // does not strike the harness later.
+    // does not trap in the harness later.
     static void raisePending87();
 
     static sigjmp_buf m_jmpbuf;

@@ -226,7 +226,7 @@ void psTest::readParms() {
         m_keptDefinitions.append(parm->keepDefinition());
     }
     psStep("parmsFromIstrm", [&] { parmsFromIstrm(); });
-    g_istrm.sectionDone();
+    g_istrm.markSectionRead();
 }
 
 // What the test's own section or an answer before it said does not hold for the tests after it,

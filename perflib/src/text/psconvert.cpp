@@ -14,8 +14,8 @@ bool isHexadecimal(const psString& s) {
     return s.length() >= 2 && s[0] == '0' && (s[1] == 'x' || s[1] == 'X');
 }
 
-// A flag only where sscanf refuses: at the end of the input it gives EOF, not 0, and then the
-// value keeps its default and the text is good.
+// sscanf returns EOF, not 0, for an empty text: the value then keeps its default, and the text is
+// not bad.
 void setBadFrom(const psString& s, int sscanfResult) {
     s.setBad(sscanfResult == 0);
 }

@@ -3,14 +3,14 @@
 #include "psstring.h"
 
 // An ordered table of names and the values they stand for. Typed texts may abbreviate: the first
-// name that begins with the text, in any case of letters, is meant, so the order decides between
+// name that begins with the text, in any case of letters, counts, so the order decides between
 // names that begin alike.
 template <class T> class psNameMap {
 public:
     void clear() { m_entries.clear(); }
     void add(const psString& name, const T& value) { m_entries.append({name, value}); }
 
-    // The value meant by text; T{}, with the flag of text set, when no name fits.
+    // The value that text stands for; T{}, with the flag of text set, when no name fits.
     T find(const psString& text) const {
         for (const Entry& entry : m_entries) {
             if (fitString(text, entry.name)) {

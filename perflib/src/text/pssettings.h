@@ -13,8 +13,8 @@ struct psSettings {
     psString defName; // of files without a name of their own
 
     // What the session is for.
-    int exitLevel = 0; // it only prints help (2), lists the tests (1) or prints the version (3)
-    int nameMode = 0;  // bit 1: name lines in the performance table, bit 2: name table
+    int exitLevel = 0;     // it only prints help (2), lists the tests (1) or prints the version (3)
+    int nameMode = 0;      // bit 1: name lines in the performance table, bit 2: name table
     bool nameExit = false; // only the name table is written
 
     // Which tests run, and in which surroundings.
@@ -31,10 +31,10 @@ struct psSettings {
     int priority = 0;       // class for psSetPriority
 
     // How their vectors lie in memory.
-    int vectorAlign = 0;        // misalignment step
-    int vectorShiftStep = 512;  // bytes by which each vector lies further in its block
-    bool alignSrcOnly = true;   // the first vector of a combination alone is misaligned
-    bool alignByByte = true;    // the misalignment counts bytes, else elements
+    int vectorAlign = 0;       // misalignment step
+    int vectorShiftStep = 512; // bytes by which each vector lies further in its block
+    bool alignSrcOnly = true;  // the first vector of a combination alone is misaligned
+    bool alignByByte = true;   // the misalignment counts bytes, else elements
 };
 
 extern psSettings g_settings;

@@ -5,7 +5,7 @@
 #include "aside.h"
 #include "captured.h"
 
-TEST(Library, EntryPointsGetStandBys) {
+TEST(Library, EmptyEntryPointsGetFallbacks) {
     const Aside hook(ntkEnvironment);
     const Aside a(ntk_GetCpuFeatures);
     const Aside b(ntk_GetEnabledCpuFeatures);
@@ -21,7 +21,7 @@ TEST(Library, EntryPointsGetStandBys) {
     EXPECT_EQ(ntk_SetNumThreads(1), 101); // the hook's stays
     ntk_SetNumThreads = nullptr;
     ntkEnvironment = nullptr;
-    setNtkEnvironment(); // and has nothing more to tell
+    setNtkEnvironment(); // and reports nothing more
     EXPECT_EQ(console.text(), "\nBrask NTK Core library functions have been integrated into PS\n");
     EXPECT_EQ(ntk_SetNumThreads(1), -2);
     EXPECT_EQ(ntk_GetNumThreads(nullptr), -2);

@@ -99,6 +99,14 @@ TEST(CpuFeatures, SplitCountsFirst) {
     EXPECT_TRUE(pieces[0] == "a" && pieces[1].empty() && pieces[2] == "b,c" && pieces[3].empty());
 }
 
+TEST(Processor, SavedStatesAreTheSystems) {
+    constexpr unsigned x87AndSse = 3; // saved by every system that enables XGETBV
+    EXPECT_EQ(psSavedStates() & x87AndSse, x87AndSse);
+    constexpr unsigned allButOsxsave = ~(1U << 27);
+    g_answers = {{{0, 0}, {1, 0, 0, 0}}, {{1, 0}, {1, 0, allButOsxsave, ~0U}}};
+    EXPECT_EQ(psSavedStates(replay), 0U);
+}
+
 TEST(Cpuid, FieldsOfTheAnswer) {
     g_answers = {{{0, 0}, {7, 0, 0, 0}},
                  {{7, 2}, {0x80000001, 0xFFFFFFFF, 0x12345678, 0x00F00000}}};

@@ -111,7 +111,7 @@ TEST_F(Alloc, ImpossibleSizesAreReported) {
 
 // A misaligned block of a large unit may come to lie before what the system gave, depending on the
 // address it gave.
-TEST_F(Alloc, BlocksOutsideTheSystemsBlockAreRefused) {
+TEST_F(Alloc, BlocksOutsideTheSystemsBlockAreRejected) {
     const struct {
         std::uintptr_t raw;
         int size, shift, offset, unit;

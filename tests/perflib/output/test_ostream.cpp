@@ -7,27 +7,10 @@
 
 #include <gtest/gtest.h>
 
-#include "files.h"
+#include "captured.h"
 #include "pstrace.h"
 
 static const char* const fullDisk = "/dev/full";
-
-// Catches what g_ostrm prints, at the level given, and leaves it as it was found.
-class Printed {
-public:
-    explicit Printed(int outLevel = PS_OUT_PERF) : m_path(testPath("printed.txt")) {
-        g_ostrm.setOutLevel(outLevel);
-        g_ostrm.addStream(m_path.c_str(), false);
-    }
-    ~Printed() { g_ostrm.close(); }
-    std::string text() const {
-        g_ostrm.flush();
-        return readFile(m_path);
-    }
-
-private:
-    std::string m_path;
-};
 
 TEST(OpenMode, TextFollowsTheFlags) {
     const struct {
@@ -55,7 +38,7 @@ TEST(Open, FailureIsReportedWithItsDirection) {
         {"", 0x102, "-- Can't open file. Wrong filename (NULL)  to write\n"},
     };
     for (const auto& c : cases) {
-        const Printed printed(PS_OUT_ERR);
+        const Captured printed(PS_OUT_ERR);
         EXPECT_FALSE(io_stream(c.name.c_str(), c.mode, false).isOpen());
         EXPECT_EQ(printed.text(), "") << c.name;
         EXPECT_FALSE(io_stream(c.name.c_str(), c.mode).isOpen());
@@ -155,7 +138,7 @@ TEST(TextStream, WritesKindsByBit) {
                  {12, 8, true},  {7, 2, true},   {15, 8, true}, {39, 32, true},
                  {39, 8, false}, {71, 64, true}, {0, 1, false}};
     for (const auto& c : cases) {
-        const Printed printed(c.outLevel);
+        const Captured printed(c.outLevel);
         const int before = g_ostrm.msgLevel();
         g_ostrm << MessageLevel(c.kind) << "x" << psString("y") << 7 << MessageLevel(-10);
         EXPECT_EQ(printed.text(), c.shown ? "xy7" : "") << c.outLevel << " " << c.kind;
@@ -216,7 +199,7 @@ TEST(TextStream, ConsoleIsTheFirstStreamAndThereOnce) {
 }
 
 TEST(TextStream, AnUnwritableLogIsReportedAndNotAdded) {
-    const Printed printed;
+    const Captured printed;
     EXPECT_FALSE(g_ostrm.addStream("/no such/log.txt", false));
     EXPECT_EQ(g_ostrm.streamCount(), 1);
     EXPECT_EQ(printed.text(), "-- Can't open file /no such/log.txt to write\n");
@@ -275,7 +258,7 @@ TEST(TextStream, AClosedConsoleLeavesTheLog) {
 }
 
 TEST(Trace, LinesShowTheNesting) {
-    const Printed printed(PS_OUT_TRACE);
+    const Captured printed(PS_OUT_TRACE);
     g_trace.traceIn("main");
     g_trace.traceIn("runTest");
     EXPECT_STREQ(g_trace.label().c_str(), "runTest");
@@ -291,7 +274,7 @@ TEST(Trace, LinesShowTheNesting) {
 }
 
 TEST(Trace, OtherLevelsKeepTheLabelOnly) {
-    const Printed printed(PS_OUT_INFO);
+    const Captured printed(PS_OUT_INFO);
     const psTraceScope scope("quiet");
     EXPECT_STREQ(g_trace.label().c_str(), "quiet");
     EXPECT_EQ(printed.text(), "");

@@ -39,7 +39,7 @@ TEST(CacheScale, LengthsAreScaled) {
     const struct {
         int value, current, target;
         bool fine;
-        int scaled; // 0: refused
+        int scaled; // 0: rejected
     } cases[] = {
         {10, 100, 1000, true, 20},       {10, 1000, 100, true, 5},
         {10, 100, 100, true, 5},         {64, 100, 101, false, 128},
@@ -65,7 +65,7 @@ TEST(CacheScale, AreasAreScaled) {
         NtkiSize size;
         int current, target;
         bool fine;
-        NtkiSize scaled; // width 0: refused
+        NtkiSize scaled; // width 0: rejected
     } cases[] = {
         {{10, 20}, 1, 2, true, {20, 20}},         {{20, 10}, 1, 2, true, {20, 20}},
         {{10, 10}, 1, 2, true, {20, 10}},         {{10, 20}, 2, 1, true, {10, 10}},
@@ -191,7 +191,7 @@ TEST_F(CacheIterator, StepsThroughTheModes) {
 TEST_F(CacheIterator, ValidatesTheAllocatedSizes) {
     const struct {
         int cache, mode, object, total;
-        std::string said; // empty: valid
+        std::string report; // empty: valid
     } cases[] = {
         {10000, 0, 0, 1000, ""},
         {10000, 0, 0, 9000, ""},
@@ -212,8 +212,8 @@ TEST_F(CacheIterator, ValidatesTheAllocatedSizes) {
         psCacheIteratorInt& cache = begin(c.mode, c.object, nullptr);
         hold(c.total);
         const Captured output;
-        EXPECT_EQ(cache.validateSize(), c.said.empty()) << c.object << " " << c.total;
-        const std::string said = c.said.empty() ? "" : "      " + c.said;
+        EXPECT_EQ(cache.validateSize(), c.report.empty()) << c.object << " " << c.total;
+        const std::string said = c.report.empty() ? "" : "      " + c.report;
         cache.outputInfo(); // has been read
         EXPECT_EQ(output.text(), said);
         g_ostrm.setOutLevel(PS_OUT_WARN);

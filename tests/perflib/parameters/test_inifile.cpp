@@ -125,7 +125,7 @@ TEST_F(IniFile, AnUnmodifiedFileKeepsItsText) {
     EXPECT_EQ(readFile(m_path), text);
 }
 
-// Only the failure to open for writing is the user's to hear of here.
+// Only a failure to open for writing is reported here.
 TEST_F(IniFile, WhatCannotBeOpened) {
     const std::string log = testPath("log.txt");
     const struct {

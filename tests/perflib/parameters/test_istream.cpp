@@ -90,7 +90,7 @@ TEST(IStream, SectionsOfTheSettingsFile) {
     EXPECT_EQ(readFrom(in, "Len"), "-untouched");
 }
 
-TEST(IStream, PresetsThatNobodyAskedForAreKnown) {
+TEST(IStream, UnusedPresetsAreListed) {
     psIStream in;
     in.preset("CodeLenght", "1");
     in.preset("Len", "2");
@@ -130,17 +130,17 @@ TEST(IStream, BadAnswersAreAskedAgain) {
     EXPECT_EQ(output.text(),
               "for Len [4]: 1;10;-3\n"
               "--NTK. Exception: Conflict between iterator limits and operation "
-              "(Len = 1;10;-3 is refused, 4 stays)\n"
+              "(Len = 1;10;-3 is rejected; keeping 4)\n"
               "for Len [4]: x\n"
-              "--NTK. Exception: Invalid value of Len = x (Len = x is refused, 4 stays)\n"
+              "--NTK. Exception: Invalid value of Len = x (Len = x is rejected; keeping 4)\n"
               "for Len [4]: 8\n");
     Asking junk("x\nx\nx\nx\nx\nx\nx\nx\nx\nx\n16\n"); // what never ends must not hold the run
     EXPECT_FALSE(length.fromIStream(junk));
-    EXPECT_TRUE(output.text().ends_with("-- 10 answers were refused, Len stays 8\n"));
+    EXPECT_TRUE(output.text().ends_with("-- 10 answers were rejected; keeping Len = 8\n"));
 }
 
 // A pipe, a directory, a file opened for writing: whatever standard input is.
-TEST(IStream, AnyConsoleWillDo) {
+TEST(IStream, AnyKindOfConsoleIsAccepted) {
     const Captured output;
     int ends[2];
     ASSERT_EQ(pipe(ends), 0);

@@ -19,23 +19,6 @@ namespace {
 
 enum Hint { hintNone, hintSmall, hintSmart, hintLarge, hintUnnamed };
 
-// What g_ostrm and the table print while this lives.
-class Printed {
-public:
-    Printed() : m_path(testPath("parameters.txt")) {
-        g_ostrm.setOutLevel(PS_OUT_PERF);
-        g_ostrm.addStream(m_path.c_str(), false);
-    }
-    ~Printed() { g_ostrm.close(); }
-    std::string text() const {
-        g_ostrm.flush();
-        return readFile(m_path);
-    }
-
-private:
-    std::string m_path;
-};
-
 // The texts of at most limit values, as an iteration gives them.
 std::string valuesOf(psParameter& parameter, int limit = 20) {
     std::string text;
@@ -46,8 +29,8 @@ std::string valuesOf(psParameter& parameter, int limit = 20) {
     return text;
 }
 
-// The message with which the parameter refuses a text; empty when it takes it.
-std::string refusal(psParameter& parameter, const char* text) {
+// The message with which the parameter rejects a text; empty when it takes it.
+std::string rejection(psParameter& parameter, const char* text) {
     try {
         parameter.translate(text);
         return "";
@@ -99,7 +82,7 @@ TEST(StepIterator, TextGivesItsValues) {
     }
 }
 
-TEST(StepIterator, RefusalNamesTheFaultAndKeepsTheProgression) {
+TEST(StepIterator, RejectionNamesTheFaultAndKeepsTheProgression) {
     struct Case {
         const char* text;
         std::string message;
@@ -122,7 +105,7 @@ TEST(StepIterator, RefusalNamesTheFaultAndKeepsTheProgression) {
     for (const auto& c : cases) {
         psStepIterator<int> length;
         length.init(5, 20, 5, PS_STEP_ADD, "Length");
-        EXPECT_EQ(refusal(length, c.text), c.message) << c.text;
+        EXPECT_EQ(rejection(length, c.text), c.message) << c.text;
         EXPECT_EQ(valuesOf(length), "5 10 15 20") << c.text;
     }
     psStepIterator<int> length;
@@ -142,7 +125,7 @@ TEST(StepIterator, DescribesItselfInBothModes) {
         EXPECT_STREQ(length.defaultString().c_str(), c.defaultString);
         EXPECT_STREQ(length.description().c_str(), c.description);
         EXPECT_STREQ(length.prompt().c_str(), "for number of bytes");
-        EXPECT_EQ(refusal(length, length.defaultString().c_str()), "");
+        EXPECT_EQ(rejection(length, length.defaultString().c_str()), "");
     }
     psStepIterator<int> length;
     length.translate("16;64;*2");
@@ -204,7 +187,7 @@ TEST(SingleValue, StandsOnceAndKeepsItsText) {
     loops.translate(" 25 ");
     EXPECT_EQ(valuesOf(loops), "25");
     EXPECT_STREQ(loops.description().c_str(), "NumLoops = 25");
-    EXPECT_EQ(refusal(loops, "many"), "--NTK. Exception: Invalid value of NumLoops = many");
+    EXPECT_EQ(rejection(loops, "many"), "--NTK. Exception: Invalid value of NumLoops = many");
     loops.translate(""); // an empty option value keeps the default
     EXPECT_EQ(loops.value(), 25);
     loops.setValue(99);
@@ -221,7 +204,7 @@ TEST(SingleValue, StandsOnceAndKeepsItsText) {
     psDefault_NSC<bool> flag(true, "Flag");
     flag.translate("no");
     EXPECT_EQ(valuesOf(flag), "no");
-    EXPECT_NE(refusal(flag, "maybe"), "");
+    EXPECT_NE(rejection(flag, "maybe"), "");
 }
 
 TEST(MapIterator, NamesMayBeAbbreviated) {
@@ -242,10 +225,21 @@ TEST(MapIterator, NamesMayBeAbbreviated) {
     psMapIterator<Hint> hint;
     addHints(hint);
     for (const char* const text : {"Smaller", "x", "s;x"})
-        EXPECT_NE(refusal(hint, text), "") << text;
+        EXPECT_NE(rejection(hint, text), "") << text;
     EXPECT_EQ(valuesOf(hint), "None");
     EXPECT_STREQ(hint.valueToString(hintUnnamed).c_str(), "");
     EXPECT_STREQ(hint.prompt().c_str(), "Hint");
+}
+
+TEST(MapIterator, NumbersMayHaveNames) {
+    psMapIterator<int> level(3, "Level");
+    level.addMap("Fast", 1);
+    level.addMap("Best", 9);
+    EXPECT_EQ(rejection(level, "best;f"), "");
+    EXPECT_EQ(valuesOf(level), "Best Fast");
+    for (const char* const text : {"1", "9", "Fast1"}) {
+        EXPECT_NE(rejection(level, text), "") << text;
+    }
 }
 
 TEST(MapIterator, ValidationListNarrowsTheNames) {
@@ -256,19 +250,19 @@ TEST(MapIterator, ValidationListNarrowsTheNames) {
     admitted.append(hintLarge);
     hint.addValidation(&admitted);
     EXPECT_STREQ(hint.prompt().c_str(), "Hint {None|Large}");
-    EXPECT_EQ(refusal(hint, "Large;Small"), "--NTK. Exception: Invalid value of Hint = Small");
-    EXPECT_EQ(refusal(hint, "L"), "");
+    EXPECT_EQ(rejection(hint, "Large;Small"), "--NTK. Exception: Invalid value of Hint = Small");
+    EXPECT_EQ(rejection(hint, "L"), "");
     hint.addValidation(hintSmall);
-    EXPECT_EQ(refusal(hint, "Large;Small"), "");
+    EXPECT_EQ(rejection(hint, "Large;Small"), "");
     hint.initValidation(); // what is iterated now
     EXPECT_STREQ(hint.validString().c_str(), "Large|Small");
     hint.resetValidation();
-    EXPECT_EQ(refusal(hint, "None;SMART"), "");
+    EXPECT_EQ(rejection(hint, "None;SMART"), "");
 }
 
 TEST(Output, TextHasNameAndValue) {
     psDefault<int> named(4, "Level"), unnamed(5);
-    const Printed printed;
+    const Captured printed;
     g_ostrm << PS_NORMAL;
     named.toOStream(g_ostrm);
     unnamed.toOStream(g_ostrm);
@@ -332,7 +326,7 @@ TEST(Input, TakesGoodDefinitionsAndNamesBadOnes) {
         {"4;8", nullptr, true, true, "4 8", ""},
         {"4;8", nullptr, false, false, "1 2", ""},
         {"4;x", nullptr, true, false, "1 2",
-         "--NTK. Exception: Invalid value of Len = x (Len = 4;x is refused, 1; 2 stays)\n"},
+         "--NTK. Exception: Invalid value of Len = x (Len = 4;x is rejected; keeping 1; 2)\n"},
         {"4;x", "6\n", true, false, "1 2", "= x"},
         {nullptr, nullptr, true, false, "1 2", ""},
         {nullptr, "7\n", true, true, "7", ""},
@@ -353,7 +347,7 @@ TEST(Input, TakesGoodDefinitionsAndNamesBadOnes) {
             in.setIStream(console);
             in.setAsking(true);
         }
-        const Printed printed;
+        const Captured printed;
         EXPECT_EQ(length.fromIStream(in), c.taken);
         EXPECT_EQ(valuesOf(length), c.values);
         EXPECT_NE(printed.text().find(c.printed), std::string::npos) << printed.text();
@@ -379,7 +373,7 @@ TEST(FileIterator, ReadsWhatTheLengthRuleAdmits) {
     }
     file.init("", "CodeFile");
     file.add("no such file");
-    const Printed printed;
+    const Captured printed;
     ASSERT_TRUE(file.firstValue());
     char byte = '?';
     EXPECT_EQ(file.readData(&byte, 1, 0), 0);
@@ -387,7 +381,7 @@ TEST(FileIterator, ReadsWhatTheLengthRuleAdmits) {
 }
 
 // A shared parameter is read for the session and again for each test.
-TEST(FromInput, ARefusedPresetIsReportedOnce) {
+TEST(FromInput, ARejectedPresetIsReportedOnce) {
     const struct {
         const char *preset, *reason;
     } cases[] = {{"x", "Exception: Invalid value of Len = x"},
@@ -402,11 +396,11 @@ TEST(FromInput, ARefusedPresetIsReportedOnce) {
         EXPECT_FALSE(len.fromIStream(in));
         EXPECT_FALSE(len.fromIStream(in));
         EXPECT_EQ(log.text(), std::string("--NTK. ") + c.reason + " (Len = " + c.preset +
-                                  " is refused, 1 stays)\n");
+                                  " is rejected; keeping 1)\n");
     }
 }
 
-// What a settings file got for an empty list says nothing when it is read.
+// As a settings file has it that was written with the defaults: nothing to report.
 TEST(FromInput, AnEmptyDefinitionComesBackEmpty) {
     const Captured log;
     psIStream in;

@@ -20,7 +20,9 @@ std::string methodText() {
     switch (g_tool.method) {
     case PS_AUTO: text << "auto"; break;
     case PS_MANUAL: text << "manual " << g_tool.loopNumLoops; break;
-    case PS_STATISTIC: text << "statistic " << g_tool.statMinCalls << " " << g_tool.statMaxClocks; break;
+    case PS_STATISTIC:
+        text << "statistic " << g_tool.statMinCalls << " " << g_tool.statMaxClocks;
+        break;
     default:
         text << "iterative " << g_tool.bestMinLoops << " " << g_tool.bestMaxLoops << " "
              << g_tool.bestMinClocks;
@@ -59,7 +61,7 @@ private:
 TEST(CommonData, TimingMethod) {
     const struct {
         const char *presets, *method;
-        int reported, refused;
+        int reported, rejected;
     } cases[] = {
         {"", "auto 5%", 0, 0},
         {"Accuracy=0.5 NumLoops=3", "auto 0.5%", 1, 0},
@@ -85,9 +87,9 @@ TEST(CommonData, TimingMethod) {
         EXPECT_EQ(psReadTimingMethod(session), c.reported) << c.presets;
         EXPECT_EQ(methodText(), c.method) << c.presets;
         const std::string text = output.text();
-        EXPECT_EQ(timesIn(text, "is refused"), c.refused) << text;
+        EXPECT_EQ(timesIn(text, "is rejected"), c.rejected) << text;
         EXPECT_EQ(timesIn(text, "***"), 0) << text; // nothing is asked
-        EXPECT_EQ(timesIn(text, "\n"), c.reported + c.refused) << text;
+        EXPECT_EQ(timesIn(text, "\n"), c.reported + c.rejected) << text;
     }
 }
 
@@ -147,8 +149,8 @@ TEST(CommonData, ConsoleAndSettingsFile) {
     } cases[] = {
         {PS_ASK_TIMING, "x\nman\n\n3\n", "[Perf System]\nLen=4\n[f]\nLen=5\n",
          timing + "Method {Auto|Manual|Statistic|Iterative} [Auto]: x\n"
-                  "--NTK. Exception: Invalid value of Method = x (Method = x is refused, Auto "
-                  "stays)\n"
+                  "--NTK. Exception: Invalid value of Method = x (Method = x is rejected; "
+                  "keeping Auto)\n"
                   "Method {Auto|Manual|Statistic|Iterative} [Auto]: man\nMethod = Manual\n"
                   "NumLoops [10]: \nAccuracy, % [5]: 3\nAccuracy = 3\nLen = 4\n",
          4},

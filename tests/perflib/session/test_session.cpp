@@ -1,4 +1,4 @@
-// The session's own services: paths, banner, stand-bys, the signal file.
+// The session's own services: paths, banner, exit levels, the signal file.
 
 #include <gtest/gtest.h>
 
@@ -47,7 +47,7 @@ TEST(Session, BannerCentresItsTitle) {
     }
 }
 
-TEST(Session, WhatTheSessionWillOnlyDo) {
+TEST(Session, TheFirstOfHelpListAndVersionEndsIt) {
     const struct {
         std::initializer_list<const char*> words;
         int level;
@@ -64,7 +64,7 @@ TEST(Session, WhatTheSessionWillOnlyDo) {
     }
 }
 
-// Whoever waits for the signal file finds the log whole.
+// The log is complete when the signal file appears.
 TEST(Session, TheSignalFileComesLast) {
     struct Watched : psSession {
         void outputSignal() override {

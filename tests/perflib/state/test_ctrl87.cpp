@@ -125,7 +125,7 @@ TEST_F(FpuWords, WatchersCollectTheUnionOfTheRuns) {
     ps87::setExceptionValue(0x3F);
     watch87.init();
     watchSSX.init();
-    divideByZero87(), divideSSX(1, 0); // outside a run: nobody's flags
+    divideByZero87(), divideSSX(1, 0); // outside a run: not collected
     run([] {
         roundInexactly87(), divideSSX(1, 3);
         ntkFpuSsx4TS(ntkFpuSetControl, 0x400, 0xC00); // until the end of the run

@@ -56,7 +56,7 @@ psString signatureText(unsigned eax) {
 }
 
 std::string countText(const psPackageCount& number) {
-    return (number.isBound ? "<=" : "") + std::to_string(number.count);
+    return (number.isUpperLimit ? "<=" : "") + std::to_string(number.count);
 }
 
 } // namespace
@@ -202,16 +202,15 @@ TEST(CpuReport, WaysOfLevel2) {
                      {{0x80000006, 0}, {0, 0, 0x02000140 | code << 12, 0}}};
         const std::string report = psCpuReport(replay, 0, 0).c_str();
         const std::string line = report.substr(report.find(" 64 bytes\n") + 10);
-        EXPECT_EQ(line, ways[code].empty()
-                            ? ""
-                            : "    Associativity                       : " + ways[code] + "\n")
-            << code;
+        const std::string text =
+            ways[code].empty() ? "Other (code " + std::to_string(code) + ")" : ways[code];
+        EXPECT_EQ(line, "    Associativity                       : " + text + "\n");
     }
 }
 
 TEST(CpuReport, FlagsTellPresentAndEnabled) {
     const unsigned long long avx = 0x1df | NTK_CPU_AVX_OS;
-    const std::string flags = psFeatureFlags(avx, 0x7).c_str();
+    const std::string flags = psFeatureFlags(avx, 0x7, 0).c_str();
     for (const char* const piece :
          {"    Feature Flags\n    got by ntkGetCpuFeatures & ntkGetEnabledCpuFeatures\n\n",
           "\n    SSE2              yes      yes\n", "\n    AVX               yes      no\n",
@@ -219,11 +218,14 @@ TEST(CpuReport, FlagsTellPresentAndEnabled) {
           "512-bit vector state : no\n"}) {
         EXPECT_NE(flags.find(piece), std::string::npos) << piece << flags;
     }
-    EXPECT_TRUE(psFeatureFlags(7, 7).contains("256-bit vector state : no\n"));
-    for (const unsigned long long bit : {NTK_CPU_AVX512F, NTK_CPU_AVX10_512}) {
-        EXPECT_TRUE(psFeatureFlags(avx | bit, 7).contains("512-bit vector state : yes\n"));
+    EXPECT_TRUE(psFeatureFlags(7, 7, 0).contains("256-bit vector state : no\n"));
+    EXPECT_TRUE(psFeatureFlags(7, 7, 0xe7).contains("512-bit vector state : yes\n"));
+    for (const unsigned long long states : {0x7, 0x27, 0x47, 0x87, 0xe1}) {
+        EXPECT_TRUE(psFeatureFlags(avx | NTK_CPU_AVX512F, 7, states)
+                        .contains("512-bit vector state : no\n"))
+            << states;
     }
-    EXPECT_TRUE(psFeatureFlags(0, 0).empty());
+    EXPECT_TRUE(psFeatureFlags(0, 0, 0).empty());
 }
 
 TEST(CpuReport, FeatureLineIsWrapped) {

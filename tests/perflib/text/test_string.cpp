@@ -28,7 +28,7 @@ TEST(String, CapacityGrowsInStepsOf16) {
     }
 }
 
-TEST(String, AllocateZeroesAndRefusesTheImpossible) {
+TEST(String, AllocateZeroesAndRejectsImpossibleSizes) {
     psString s("0123456789");
     s.allocate(12);
     EXPECT_EQ(str(s), std::string(12, '\0'));

@@ -1,4 +1,4 @@
-#include "psreplace.h"
+#include "psatomicfile.h"
 
 #include <cerrno>
 #include <climits>
@@ -36,7 +36,7 @@ static mode_t newFileMode() {
     return 0666 & ~mask;
 }
 
-bool psReplacement::isPossible(const psString& name) {
+bool psAtomicFile::canReplace(const psString& name) {
     const psString target = resolve(name);
     struct stat status;
     if (stat(target.c_str(), &status) == 0) {
@@ -53,9 +53,9 @@ bool psReplacement::isPossible(const psString& name) {
     return access(directoryOf(target).c_str(), W_OK | X_OK) == 0;
 }
 
-psReplacement::psReplacement(const psString& name) : m_target(resolve(name)) {
+psAtomicFile::psAtomicFile(const psString& name) : m_target(resolve(name)) {
     // Also keeps a device from being replaced by a file.
-    if (!check(isPossible(name))) {
+    if (!check(canReplace(name))) {
         return;
     }
     psString temporary = directoryOf(m_target) + ".new-XXXXXX";
@@ -72,7 +72,7 @@ psReplacement::psReplacement(const psString& name) : m_target(resolve(name)) {
     }
 }
 
-psReplacement::~psReplacement() {
+psAtomicFile::~psAtomicFile() {
     if (m_file) {
         fclose(m_file);
     }
@@ -80,14 +80,14 @@ psReplacement::~psReplacement() {
 }
 
 // Remembers the reason of the first step that failed.
-bool psReplacement::check(bool done) {
+bool psAtomicFile::check(bool done) {
     if (!done && m_failure == 0) {
         m_failure = errno ? errno : EIO;
     }
     return done;
 }
 
-void psReplacement::copyAttributes() {
+void psAtomicFile::copyAttributes() {
     struct stat old;
     const bool exists = stat(m_target.c_str(), &old) == 0;
     // Only a privileged process can give a file away; for others the new one is their own. The
@@ -98,14 +98,14 @@ void psReplacement::copyAttributes() {
     check(fchmod(fileno(m_file), exists ? old.st_mode & 07777 : newFileMode()) == 0);
 }
 
-void psReplacement::removeTemporary() {
+void psAtomicFile::removeTemporary() {
     if (!m_temporary.empty()) {
         unlink(m_temporary.c_str());
     }
     m_temporary = "";
 }
 
-void psReplacement::write(const psString& text) {
+void psAtomicFile::write(const psString& text) {
     if (m_failure != 0) {
         return;
     }
@@ -115,7 +115,7 @@ void psReplacement::write(const psString& text) {
 
 // The order matters: the content must be on the disk before the name leads to it, or a power
 // failure could leave an empty file under it.
-bool psReplacement::commit() {
+bool psAtomicFile::commit() {
     if (m_failure != 0) {
         return false;
     }
