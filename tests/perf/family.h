@@ -1,6 +1,7 @@
 #pragma once
 
 #include <fstream>
+#include <stdexcept>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -8,14 +9,15 @@
 #include "files.h"
 #include "kxdc.h"
 
-// A registered test by the function that it measures; null when there is none.
-inline psTest* findTest(const char* function) {
+// A registered test by the function that it measures. The exception fails a test that has the name
+// wrong, and tells it.
+inline psTest& findTest(const std::string& function) {
     for (psTest* test : *pTestList) {
-        if (test->functionName() == function) {
-            return test;
+        if (test->functionName() == function.c_str()) {
+            return *test;
         }
     }
-    return nullptr;
+    throw std::invalid_argument("no test measures " + function);
 }
 
 // Files of this process's own, and the shared parameters put on one of them.

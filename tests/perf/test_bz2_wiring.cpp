@@ -140,7 +140,7 @@ protected:
         if (m_test) {
             m_test->flushData();
         }
-        m_test = findTest(function);
+        m_test = &findTest(function);
         m_test->forgetParms();
         EXPECT_TRUE(m_test->canStart());
         dataLength.firstValue();
@@ -350,7 +350,7 @@ TEST_F(Bz2Wiring, CombinationsAndTheirCells) {
     for (const auto& [function, combinations] :
          {std::pair{"ntksBWTFwd_SelectSort_8u", 4}, {"ntksMTFInv_8u", 1}}) {
         const Captured log;
-        findTest(function)->run();
+        findTest(function).run();
         for (const std::string& parms : {":  length=3001 CodeFile=" + file + " \n",
                                          ":  length=102400 CodeFile=" + other + " \n"}) {
             int n = 0;
@@ -382,7 +382,7 @@ TEST_F(Bz2Wiring, FilesAndLengthsThatCannotBeMeasured) {
         {file, "0", "-- CodeLength=0 is not within 1 to "},
         {file, "536870912", "-- CodeLength=536870912 is not within 1 to "},
     };
-    psTest& test = *findTest("ntksMTFFwd_8u");
+    psTest& test = findTest("ntksMTFFwd_8u");
     for (const auto& c : cases) {
         choose("16384", c.file);
         test.forgetParms();

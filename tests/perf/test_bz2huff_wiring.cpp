@@ -14,7 +14,7 @@ namespace {
 class Bz2HuffWiring : public FamilyTest {
 protected:
     psTest& call(const char* function, const std::string& file) {
-        psTest& test = *findTest(function);
+        psTest& test = findTest(function);
         test.forgetParms();
         EXPECT_TRUE(test.canStart());
         g_codeFile.translate(file.c_str());
@@ -96,7 +96,7 @@ TEST_F(Bz2HuffWiring, DecoderWritesTheSymbolsOfTheFile) {
 
 TEST_F(Bz2HuffWiring, NothingIsMeasuredWithoutDataAndCellsAreLengthAndFile) {
     for (const std::string& file : {makeFile("empty", ""), std::string("/nowhere/book")}) {
-        psTest& test = *findTest("ntksEncodeHuff_BZ2_16u8u");
+        psTest& test = findTest("ntksEncodeHuff_BZ2_16u8u");
         test.forgetParms();
         EXPECT_TRUE(test.canStart());
         g_codeFile.translate(file.c_str());

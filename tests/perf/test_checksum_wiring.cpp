@@ -18,7 +18,7 @@ TEST_F(ChecksumWiring, EveryCallGoesOnFromTheValueBefore) {
     std::set<Ntk32u> values;
     for (const char* function :
          {"ntksAdler32_8u", "ntksCRC32_8u", "ntksCRC32C_8u", "ntksCRC32_BZ2_8u"}) {
-        psTest& test = *findTest(function);
+        psTest& test = findTest(function);
         test.forgetParms();
         ASSERT_TRUE(test.canStart());
         EXPECT_EQ(test.parms().count(), 1);
@@ -47,7 +47,7 @@ TEST_F(ChecksumWiring, EveryCallGoesOnFromTheValueBefore) {
 }
 
 TEST_F(ChecksumWiring, DataDifferFromLengthToLength) {
-    psTest& test = *findTest("ntksCRC32_8u");
+    psTest& test = findTest("ntksCRC32_8u");
     test.forgetParms();
     ASSERT_TRUE(test.canStart());
     std::set<std::string> starts;

@@ -17,7 +17,7 @@ class DeflateWiring : public FamilyTest {
 protected:
     // canStart, initData; the caller looks, calls and flushes.
     psTest& prepare(const char* function, int level, const std::string& path) {
-        psTest& test = *findTest(function);
+        psTest& test = findTest(function);
         test.forgetParms();
         EXPECT_TRUE(test.canStart());
         g_codeFile.translate(path.c_str());
@@ -123,7 +123,7 @@ TEST_F(DeflateWiring, FixedCodes) {
 
 TEST_F(DeflateWiring, LevelsLineAndCells) {
     g_codeFile.translate(file.c_str());
-    psTest& test = *findTest("ntksDeflateHuff_8u");
+    psTest& test = findTest("ntksDeflateHuff_8u");
     const std::string path = testPath("cells.csv");
     const Captured log;
     test.run();
@@ -146,7 +146,7 @@ TEST_F(DeflateWiring, LevelsLineAndCells) {
 }
 
 TEST_F(DeflateWiring, WhatCannotBeMeasuredIsPassedOver) {
-    psTest& test = *findTest("ntksInflate_8u");
+    psTest& test = findTest("ntksInflate_8u");
     for (const std::string& path : {makeFile("empty", ""), std::string("/nowhere/book")}) {
         const Captured log;
         g_codeFile.translate(path.c_str());

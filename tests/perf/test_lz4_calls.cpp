@@ -146,7 +146,7 @@ TEST_F(Lz4Calls, SecondPartAfterTheFirst) {
     };
     choose("65536", file);
     for (const auto& c : cases) {
-        psTest& test = *findTest(c.function);
+        psTest& test = findTest(c.function);
         test.forgetParms();
         ASSERT_TRUE(test.canStart());
         dictType.translate(c.dict);
@@ -167,7 +167,7 @@ TEST_F(Lz4Calls, SecondPartAfterTheFirst) {
 
 TEST_F(Lz4Calls, AFailingPreparationIsNamedAndNothingIsMeasured) {
     choose("16384", file);
-    psTest& test = *findTest("ntksDecodeLZ4_8u");
+    psTest& test = findTest("ntksDecodeLZ4_8u");
     for (const char* function :
          {"ntksEncodeLZ4HashTableGetSize_8u", "ntksEncodeLZ4HashTableInit_8u",
           "ntksEncodeLZ4HCHashTableGetSize_8u", "ntksEncodeLZ4_8u"}) {

@@ -16,7 +16,7 @@ class Lz4Wiring : public FamilyTest {
 protected:
     // canStart, initData, one timed call; the buffers stay for the check.
     psTest& call(const char* function, const char* dict) {
-        psTest& test = *findTest(function);
+        psTest& test = findTest(function);
         test.forgetParms();
         EXPECT_TRUE(test.canStart());
         if (dict) {
@@ -112,7 +112,7 @@ TEST_F(Lz4Wiring, LengthsThatWouldMeasureTheSameBytesArePassedOver) {
         {10000, "16384;32768", 2}, // a list asks for what it says
         {0, "16384;262144;*2", 0},
     };
-    psTest& test = *findTest("ntksEncodeLZ4_8u");
+    psTest& test = findTest("ntksEncodeLZ4_8u");
     for (const auto& c : cases) {
         const std::string path = makeFile("sized", sampleText(c.bytes));
         g_codeLen.translate(c.lengths);
@@ -132,7 +132,7 @@ TEST_F(Lz4Wiring, LengthsThatWouldMeasureTheSameBytesArePassedOver) {
 TEST_F(Lz4Wiring, AMissingFileIsNamed) {
     choose("16384", "/nowhere/book");
     const Captured log;
-    findTest("ntksEncodeLZ4_8u")->run();
+    findTest("ntksEncodeLZ4_8u").run();
     EXPECT_NE(log.text().find("-- Can't open file /nowhere/book to read\n"), std::string::npos);
 }
 
@@ -140,7 +140,7 @@ TEST_F(Lz4Wiring, ALengthWithoutBuffersIsNamed) {
     for (const char* length : {"0", "-5", "-1500000000", "1073741824"}) {
         choose(length, file);
         const Captured log;
-        findTest("ntksEncodeLZ4_8u")->run();
+        findTest("ntksEncodeLZ4_8u").run();
         EXPECT_NE(log.text().find("-- CodeLength=" + std::string(length) + " is not within 1 to "),
                   std::string::npos)
             << log.text();

@@ -15,7 +15,7 @@ class LzoWiring : public FamilyTest {
 protected:
     // canStart, initData, one timed call; the buffers stay for the check.
     psTest& call(const char* function, const char* methodName) {
-        psTest& test = *findTest(function);
+        psTest& test = findTest(function);
         test.forgetParms();
         EXPECT_TRUE(test.canStart());
         method.translate(methodName);
@@ -81,7 +81,7 @@ TEST_F(LzoWiring, DecodersWriteOverTheSource) {
 // Two bytes make a stream of six, and there is room for four.
 TEST_F(LzoWiring, AStreamThatDoesNotFitEndsThePreparation) {
     choose("2", makeFile("two", "ab"));
-    psTest& test = *findTest("ntksDecodeLZO_8u");
+    psTest& test = findTest("ntksDecodeLZO_8u");
     test.forgetParms();
     EXPECT_TRUE(test.canStart());
     method.firstValue();
@@ -109,7 +109,7 @@ TEST_F(LzoWiring, CellsOfTheTable) {
 
 TEST_F(LzoWiring, ARunTakesTheMethodsInTheirOrder) {
     choose("16384", file);
-    psTest& test = *findTest("ntksEncodeLZO_8u");
+    psTest& test = findTest("ntksEncodeLZO_8u");
     test.forgetParms();
     const Captured log;
     test.run();

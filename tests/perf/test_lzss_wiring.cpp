@@ -12,7 +12,7 @@ class LzssWiring : public FamilyTest {
 protected:
     // canStart and initData; the buffers stay for the check.
     psTest& prepare(const char* function) {
-        psTest& test = *findTest(function);
+        psTest& test = findTest(function);
         test.forgetParms();
         EXPECT_TRUE(test.canStart());
         EXPECT_TRUE(test.initData());

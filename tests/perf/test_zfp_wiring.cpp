@@ -16,7 +16,7 @@ class ZfpWiring : public FamilyTest {
 protected:
     // canStart, initData, one timed call; the buffers stay for the check.
     static psTest& call(const char* function, const char* bitsPerValue) {
-        psTest& test = *findTest(function);
+        psTest& test = findTest(function);
         test.forgetParms();
         EXPECT_TRUE(test.canStart());
         rate.translate(bitsPerValue);
@@ -92,7 +92,7 @@ TEST_F(ZfpWiring, TheFieldIsSmoothAndNotFlat) {
 // Every rate is a combination, with the flags of the processor watched.
 TEST_F(ZfpWiring, ARunMeasuresEveryRate) {
     for (const char* const function : {"ntksEncodeZfp444_32f", "ntksDecodeZfp444_32f"}) {
-        psTest& test = *findTest(function);
+        psTest& test = findTest(function);
         const Captured log;
         test.run();
         EXPECT_EQ(test.result(), PS_OK) << log.text();
@@ -119,7 +119,7 @@ TEST_F(ZfpWiring, CellsOfTheTable) {
 
 TEST_F(ZfpWiring, ARateThatIsNoneIsNamed) {
     for (const char* const bitsPerValue : {"0", "-1", "33"}) {
-        psTest& test = *findTest("ntksDecodeZfp444_32f");
+        psTest& test = findTest("ntksDecodeZfp444_32f");
         test.forgetParms();
         EXPECT_TRUE(test.canStart());
         rate.translate(bitsPerValue);
