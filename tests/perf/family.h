@@ -44,6 +44,30 @@ protected:
         g_codeLen.firstValue();
         g_codeFile.firstValue();
     }
+    static void set(psParameter& parm, const std::string& value) {
+        parm.translate(value.c_str());
+        parm.firstValue();
+    }
+    // The test with each of its parameters at the first value; its data are not prepared yet.
+    static psTest& started(const std::string& function) {
+        psTest& test = findTest(function);
+        test.forgetParms();
+        EXPECT_TRUE(test.canStart()) << function;
+        for (psParameter* parm : test.parms()) {
+            parm->firstValue();
+        }
+        test.tool().setMethodLoop(1);
+        return test;
+    }
+    // The row that the test's combination makes in the table.
+    static std::string cellsOf(psTest& test) {
+        const std::string path = testPath("cells.csv");
+        EXPECT_TRUE(g_cstrm.addStream(path.c_str(), false));
+        test.parmsToCstrm();
+        g_cstrm << "\n";
+        g_cstrm.close();
+        return readFile(path);
+    }
     // Text that LZ4 finds matches in, near and far.
     static std::string sampleText(size_t length) {
         std::string text;
