@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <climits>
 
+#include "psvalue.h"
+
 bool passed(int status, const char* name) {
     return !psIsFail(kxTest::checkStatus(status, name));
 }
@@ -34,7 +36,7 @@ void release(std::initializer_list<kxVector*> vectors, std::initializer_list<Ntk
     }
 }
 
-// ---- Text line and cells ----------------------------------------------------------------------
+// ---- Text line and values ---------------------------------------------------------------------
 
 const psParameter* dcTest::variant() const {
     return nullptr;
@@ -54,16 +56,15 @@ void dcBlockTest::parmsToOstrm() {
     g_codeFile.toOStream(g_ostrm);
 }
 
-// The cells of parmColumns in kxdc.cpp. The table itself marks cells that stay empty.
-void dcTest::parmsToCstrm() {
-    const psParameter* const parm = variant();
-    const std::optional<double> value = ratio();
-    g_cstrm << psText(length()) << inputName();
-    if (parm || value) {
-        g_cstrm << (parm ? parm->valueString() : psString());
+// The columns are those of parmColumns in kxdc.cpp.
+void dcTest::addValues(psNamedValues& values) {
+    values.add("Length", length());
+    values.add("CodeFile", inputName());
+    if (const psParameter* const parm = variant()) {
+        values.add("Variant", parm->valueString());
     }
-    if (value) {
-        g_cstrm << psText(*value);
+    if (const std::optional<double> value = ratio()) {
+        values.add("Ratio", *value);
     }
 }
 

@@ -25,13 +25,14 @@ public:
     using kxTest::kxTest;
     psString getUnit() override { return "e"; }
     void parmsToOstrm() override;
-    void parmsToCstrm() override;
+    void addValues(psNamedValues& values) override;
 
 protected:
-    virtual long long length() const = 0;   // uncompressed bytes of the combination
-    virtual psString inputName() const = 0; // where they come from; may be empty
-    virtual const psParameter*
-    variant() const; // tells combinations of one input apart; may be null
+    // Uncompressed bytes of the combination, and where they come from (may be empty).
+    virtual long long length() const = 0;
+    virtual psString inputName() const = 0;
+    // Tells combinations of one input apart; may be null.
+    virtual const psParameter* variant() const;
     virtual std::optional<double> ratio() const; // uncompressed to compressed
 
     // False (printed) when the value is not within 1 to largest.

@@ -44,7 +44,7 @@ protected:
         g_codeLen.firstValue();
         g_codeFile.firstValue();
     }
-    static void set(psParameter& parm, const std::string& value) {
+    static void set(auto& parm, const std::string& value) {
         parm.translate(value.c_str());
         parm.firstValue();
     }

@@ -355,8 +355,8 @@ TEST_F(Bz2Wiring, CombinationsAndTheirCells) {
     }
     choose("16384", file);
     EXPECT_EQ(cellsOf(prepare("ntksBWTFwd_SelectSort_8u")),
-              "3001," + file + ",ntkBWTItohTanakaLimSort\n");
-    EXPECT_EQ(cellsOf(prepare("ntksMTFInv_8u")), "3001," + file + "\n");
+              "3001," + file + ",ntkBWTItohTanakaLimSort,-\n");
+    EXPECT_EQ(cellsOf(prepare("ntksMTFInv_8u")), "3001," + file + ",-,-\n");
 }
 
 // What cannot be prepared is named.
