@@ -44,7 +44,8 @@ protected:
         g_codeLen.firstValue();
         g_codeFile.firstValue();
     }
-    static void set(auto& parm, const std::string& value) {
+    // Not inlined: gcc 12 would warn of overrides that the parameter does not have.
+    [[gnu::noinline]] static void set(psParameter& parm, const std::string& value) {
         parm.translate(value.c_str());
         parm.firstValue();
     }
