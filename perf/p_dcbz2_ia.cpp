@@ -1,5 +1,11 @@
 // The tests of the bzip2 stages: their state, preparation, calls and registration. One file,
 // because the calls and what resets their arguments must be read together.
+//
+// The stages share buffers and states, and few of them are reset between the calls of a test: a
+// call reads what the preparation or the call before it left, and its output is not always what
+// bzip2 would make of the file. That is deliberate. It defines the work that is timed, and figures
+// of different builds of the library are compared only as long as this work stays the same. Where
+// it differs from a bzip2 run, a comment says how.
 
 #include "p_dcbz2_ia.h"
 
@@ -7,7 +13,6 @@
 
 #include "dchooks.h"
 #include "kxtiming.h"
-#include "kxdc.h"
 
 namespace dcbz2 {
 Ntk8u* pSrcRLE = nullptr;
@@ -38,27 +43,8 @@ using namespace dcbz2;
 
 // ---- Preparation ------------------------------------------------------------------------------
 
-// Whether a preparation call succeeded; a status that is not 0 is printed.
-static bool passed(NtkStatus status, const char* name) {
-    return !psIsFail(kxTest::checkStatus(status, name));
-}
-
 static Ntk16u* symbols(Ntk8u* block) {
     return reinterpret_cast<Ntk16u*>(block);
-}
-
-static bool allocateBlock(Ntk8u*& block, int size, int misalignment) {
-    block = static_cast<Ntk8u*>(psTest::allocate(size, misalignment));
-    return block != nullptr;
-}
-
-static bool allocateState(Ntk8u*& state, int size) {
-    return allocateBlock(state, size, 0);
-}
-
-static void freeBlock(Ntk8u*& block) {
-    psTest::deallocate(block);
-    block = nullptr;
 }
 
 static void setCall(Ntk8u* from, int fromLen, Ntk8u* to, int capacity) {
@@ -68,38 +54,41 @@ static void setCall(Ntk8u* from, int fromLen, Ntk8u* to, int capacity) {
     dstLen = capacity;
 }
 
-static bool createBuffers() {
-    constexpr int longest = 900000; // that a block of the format holds
-    if (dataLength.value() < 1 || dataLength.value() > longest) {
-        g_ostrm << PS_ERR << "-- CodeLength=" << dataLength.value() << " is not within 1 to "
-                << longest << "\n"
-                << PS_END;
-        return false;
-    }
+long long Timdc_BZ2::length() const {
+    return len;
+}
+
+const psParameter* Timdc_BZ2::variant() const {
+    return m_isSelectSort ? &hint : nullptr;
+}
+
+psIterator_NSC<int>& Timdc_BZ2::lengthParm() {
+    return dataLength;
+}
+
+int Timdc_BZ2::largestLength() const {
+    return 900000; // that a block of the format holds
+}
+
+bool Timdc_BZ2::createBuffers() {
     maxLen = 4 * dataLength.value();
     for (Ntk8u** block : {&pSrcRLE, &pSrcDict, &pSrcBWT, &pSrcMTF, &pSrcZ1Z2, &pDstZ1Z2}) {
-        if (!allocateBlock(*block, maxLen, -1)) {
+        if (!createBlock(*block, maxLen, -1)) {
             return false;
         }
     }
     return true;
 }
 
-// Also a file that is shorter than the length asked for: no shorter length measures it.
-static bool readFile() {
-    len = g_codeFile.readData(pSrcRLE, dataLength.value(), 0);
-    return len > 0;
-}
-
-static bool createRleState() {
-    int size = 0;
-    return passed(ntksRLEGetSize_BZ2_8u(&size), "ntksRLEGetSize_BZ2_8u") &&
-           allocateState(pRLEState, size) &&
-           passed(ntksEncodeRLEInit_BZ2_8u(pRLEState), "ntksEncodeRLEInit_BZ2_8u");
+int Timdc_BZ2::readFile() {
+    return len = readInto(pSrcRLE);
 }
 
 static bool prepareRle() {
-    if (!createRleState()) {
+    int size = 0;
+    if (!passed(ntksRLEGetSize_BZ2_8u(&size), "ntksRLEGetSize_BZ2_8u") ||
+        !createBlock(pRLEState, size, 0) ||
+        !passed(ntksEncodeRLEInit_BZ2_8u(pRLEState), "ntksEncodeRLEInit_BZ2_8u")) {
         return false;
     }
     srcRLELen = len;
@@ -109,15 +98,16 @@ static bool prepareRle() {
         return false;
     }
     srcDictLen = dstLen;
-    // The last run is written over the first bytes, and counted at the end: meant so.
+    // The last run overwrites the first bytes but is counted at the end, where the bytes are zeroes
+    // of the new block.
     if (!passed(ntksEncodeRLEFlush_BZ2_8u(pDst, &dstLen, pRLEState), "ntksEncodeRLEFlush_BZ2_8u")) {
         return false;
     }
-    srcDictLen += dstLen; // what stands at the end are zeroes of the new block, or bytes in use
+    srcDictLen += dstLen;
     return true;
 }
 
-// The dictionary tests read the reduced data again, the decoder of runs, too: meant so.
+// Reduces in place: the dictionary tests and the run-length decoder read reduced data.
 static bool prepareDictionary() {
     if (!passed(ntksRLEGetInUseTable_8u(inUse, pRLEState), "ntksRLEGetInUseTable_8u")) {
         return false;
@@ -129,14 +119,15 @@ static bool prepareDictionary() {
                 "ntksReduceDictionary_8u_I")) {
         return false;
     }
-    ntksCopy_8u(pSrcDict, pSrcBWT, srcDictLen); // its status is not asked for: meant so
+    ntksCopy_8u(pSrcDict, pSrcBWT,
+                srcDictLen); // cannot fail: both are blocks of this length or more
     return true;
 }
 
 bool Timdc_BZ2::prepareBwt() {
     int size = 0;
     if (!passed(ntksBWTFwdGetSize_8u(srcBWTLen, &size), "ntksBWTFwdGetSize_8u") ||
-        !allocateState(pBWTBuff, size)) {
+        !createBlock(pBWTBuff, size, 0)) {
         return false;
     }
     srcMTFLen = srcBWTLen;
@@ -151,19 +142,19 @@ bool Timdc_BZ2::prepareBwt() {
     if (!passed(ntksBWTInvGetSize_8u(srcBWTLen, &size), "ntksBWTInvGetSize_8u")) {
         return false;
     }
-    freeBlock(pBWTBuff);
-    return allocateState(pBWTBuff, size);
+    release({}, {&pBWTBuff});
+    return createBlock(pBWTBuff, size, 0);
 }
 
 bool Timdc_BZ2::prepareMtf() {
     int size = 0;
-    if (!passed(ntksMTFGetSize_8u(&size), "ntksMTFGetSize_8u") || !allocateState(pMTFState, size) ||
-        !passed(ntksMTFInit_8u(pMTFState), "ntksMTFInit_8u")) {
+    if (!passed(ntksMTFGetSize_8u(&size), "ntksMTFGetSize_8u") ||
+        !createBlock(pMTFState, size, 0) || !passed(ntksMTFInit_8u(pMTFState), "ntksMTFInit_8u")) {
         return false;
     }
     srcZ1Z2Len = srcMTFLen;
     setCall(pSrcMTF, srcMTFLen, pSrcZ1Z2, maxLen);
-    idx = 0; // the row found above is given up, the inverse tests start from row 0: meant so
+    idx = 0; // not the row found above: the inverse tests start from row 0
     if (!passed(ntksMTFFwd_8u(pSrcMTF, pSrcZ1Z2, srcMTFLen, pMTFState), "ntksMTFFwd_8u")) {
         return false;
     }
@@ -171,12 +162,13 @@ bool Timdc_BZ2::prepareMtf() {
 }
 
 static bool prepareZ1Z2() {
-    // The two symbols beyond a byte keep their counts: meant so.
+    // The counts of the two symbols beyond a byte are not cleared.
     constexpr int countedBytes = 256 * sizeof freqTable[0];
     if (!passed(ntksZero_8u(reinterpret_cast<Ntk8u*>(freqTable), countedBytes), "ntksZero_8u")) {
         return false;
     }
-    // pSrc is still the move-to-front stage's source, not what is coded next: meant so.
+    // pSrc is still the source of the move-to-front stage: not the positions are counted, which are
+    // coded next.
     for (int i = 0; i < srcZ1Z2Len; i++) {
         freqTable[pSrc[i]]++;
     }
@@ -189,20 +181,20 @@ static bool prepareZ1Z2() {
     return true;
 }
 
-// The alphabet is told to be as small as the dictionary, without its two more symbols: meant so.
+// The alphabet is given as that of the dictionary, without the two symbols that the runs of zeroes
+// and the end of the block add.
 static int initHuffman() {
     return ntksEncodeHuffInit_BZ2_16u8u(sizeDictionary, freqTable, symbols(pDstZ1Z2), dstZ1Z2Len,
                                         pEncodeHuffState);
 }
 
-// The state is asked for fewer symbols than a block may have, every state has room for the longest:
-// meant so.
+// The size is that for fewer symbols than a block may have: it is the same for all.
 static bool prepareHuffman() {
     constexpr int blockSymbols = 100000;
     int size = 0;
     return passed(ntksEncodeHuffGetSize_BZ2_16u8u(blockSymbols, &size),
                   "ntksEncodeHuffGetSize_BZ2_16u8u") &&
-           allocateState(pEncodeHuffState, size) &&
+           createBlock(pEncodeHuffState, size, 0) &&
            passed(initHuffman(), "ntksEncodeHuffInit_BZ2_16u8u");
 }
 
@@ -211,8 +203,10 @@ static void initHint() {
     hint.addMap("ntkBWTItohTanakaLimSort", ntkBWTItohTanakaLimSort);
     hint.addMap("ntkBWTItohTanakaUnlimSort", ntkBWTItohTanakaUnlimSort);
     hint.addMap("ntkBWTSuffixSort", ntkBWTSuffixSort);
-    hint.addMap(" ntkBWTAutoSort", ntkBWTAutoSort); // the blank is shown: meant so
-    hint.addMap("ntkBWTAutoSort", ntkBWTAutoSort);  // as it is typed
+    // The first name of a value is the one shown: with a blank, as the tables that figures are
+    // compared with have it. The second is the one that users type.
+    hint.addMap(" ntkBWTAutoSort", ntkBWTAutoSort);
+    hint.addMap("ntkBWTAutoSort", ntkBWTAutoSort);
     hint.init(ntkBWTItohTanakaLimSort, "NtkBWTSortAlgorithmHint");
     for (const auto value :
          {ntkBWTItohTanakaLimSort, ntkBWTItohTanakaUnlimSort, ntkBWTSuffixSort, ntkBWTAutoSort}) {
@@ -223,8 +217,7 @@ static void initHint() {
 bool Timdc_BZ2::canStart() {
     m_isInverse = functionName().contains("Decode") || functionName().contains("Inv");
     m_isSelectSort = functionName().contains("ntksBWTFwd_SelectSort_8u");
-    regParm(dataLength);
-    regParm(g_codeFile);
+    dcBlockTest::canStart();
     if (m_isSelectSort) {
         regParm(hint);
         initHint();
@@ -234,38 +227,24 @@ bool Timdc_BZ2::canStart() {
     return true;
 }
 
-bool Timdc_BZ2::initData() {
-    return createBuffers() && readFile() && prepareRle() && prepareDictionary() && prepareBwt() &&
-           prepareMtf() && prepareZ1Z2() && prepareHuffman();
+bool Timdc_BZ2::prepare() {
+    return prepareRle() && prepareDictionary() && prepareBwt() && prepareMtf() && prepareZ1Z2() &&
+           prepareHuffman();
 }
 
 void Timdc_BZ2::flushData() {
-    for (Ntk8u** block : {&pSrcRLE, &pSrcDict, &pSrcBWT, &pSrcMTF, &pSrcZ1Z2, &pDstZ1Z2, &pRLEState,
-                          &pBWTBuff, &pMTFState, &pEncodeHuffState}) {
-        freeBlock(*block);
-    }
+    release({}, {&pSrcRLE, &pSrcDict, &pSrcBWT, &pSrcMTF, &pSrcZ1Z2, &pDstZ1Z2, &pRLEState,
+                 &pBWTBuff, &pMTFState, &pEncodeHuffState});
 }
 
 double Timdc_BZ2::getDivisor() {
     return len;
 }
 
-void Timdc_BZ2::parmsToOstrm() {
-    g_ostrm << " length=" << len << " ";
-    g_codeFile.toOStream(g_ostrm);
-}
-
-void Timdc_BZ2::parmsToCstrm() {
-    g_cstrm << psText(len) << g_codeFile.valueString();
-    if (m_isSelectSort) {
-        g_cstrm << hint.valueString();
-    }
-}
-
 // ---- Calls and init bodies --------------------------------------------------------------------
 
 // The state is never reset: every call after the first begins with the run that the call before it
-// left pending. Meant so.
+// left pending.
 static int tinit_ntksEncodeRLE_BZ2_8u() {
     setCall(pSrcRLE, srcRLELen, pSrcDict, maxLen);
     return 0;
@@ -275,7 +254,7 @@ static int tcall_ntksEncodeRLE_BZ2_8u() {
 }
 KX_TIMING_I(ntksEncodeRLE_BZ2_8u)
 
-// Every call reduces what the call before it made: meant so.
+// Every call reduces the output of the call before it.
 static int tinit_ntksReduceDictionary_8u_I() {
     pSrc = pSrcDict;
     srcLen = srcDictLen;
@@ -286,7 +265,7 @@ static int tcall_ntksReduceDictionary_8u_I() {
 }
 KX_TIMING_I(ntksReduceDictionary_8u_I)
 
-// Every call expands what the call before it made: meant so.
+// Every call expands the output of the call before it.
 static int tinit_ntksExpandDictionary_8u_I() {
     pSrc = pSrcDict;
     srcLen = srcDictLen;
@@ -316,7 +295,7 @@ static int tcall_ntksBWTInv_8u() {
 }
 KX_TIMING_I(ntksBWTInv_8u)
 
-// The list goes on from call to call, in both directions: meant so.
+// The list of bytes carries over from call to call, here and in the inverse.
 static int tinit_ntksMTFFwd_8u() {
     setCall(pSrcMTF, srcMTFLen, pSrcZ1Z2, maxLen);
     idx = 0;
@@ -336,7 +315,7 @@ static int tcall_ntksMTFInv_8u() {
 }
 KX_TIMING_I(ntksMTFInv_8u)
 
-// Every call adds to the counts: meant so.
+// Every call adds to the counts of the calls before it.
 static int tinit_ntksEncodeZ1Z2_BZ2_8u16u() {
     setCall(pSrcZ1Z2, srcZ1Z2Len, pDstZ1Z2, maxLen >> 1);
     return 0;
@@ -367,7 +346,7 @@ static int tcall_ntksDecodeBlock_BZ2_16u8u() {
 }
 KX_TIMING_I(ntksDecodeBlock_BZ2_16u8u)
 
-// The encoder's state, and ranks for bytes: the decoder's output is not the file. Meant so.
+// It decodes reduced data, with the encoder's state: the output is not the file.
 static int tinit_ntksDecodeRLEState_BZ2_8u() {
     setCall(pSrcDict, srcDictLen, pSrcRLE, maxLen);
     return 0;

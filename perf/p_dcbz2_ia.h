@@ -2,21 +2,25 @@
 
 #include <ntkdc.h>
 
-#include <kx.h>
+#include "dctest.h"
 
 // The stages of bzip2's compression, forward and inverse, each on what the stages before it make
 // of a file.
-class Timdc_BZ2 : public kxTest {
+class Timdc_BZ2 : public dcBlockTest {
 public:
-    using kxTest::kxTest;
-    ~Timdc_BZ2() override = default;
+    using dcBlockTest::dcBlockTest;
     bool canStart() override;
-    bool initData() override;
     void flushData() override;
     double getDivisor() override;
-    psString getUnit() override { return "e"; }
-    void parmsToOstrm() override;
-    void parmsToCstrm() override;
+
+protected:
+    long long length() const override;
+    const psParameter* variant() const override;
+    psIterator_NSC<int>& lengthParm() override;
+    int largestLength() const override;
+    bool createBuffers() override;
+    int readFile() override;
+    bool prepare() override; // the stages in their order, below
 
 private:
     bool prepareBwt();

@@ -2,20 +2,24 @@
 
 #include <ntkdc.h>
 
-#include <kx.h>
+#include "dctest.h"
 
 // Huffman coding of bzip2 blocks: encoding and decoding of a file's bytes as 16-bit symbols.
-class Timdcbz2Huff : public kxTest {
+class Timdcbz2Huff : public dcBlockTest {
 public:
-    using kxTest::kxTest;
-    ~Timdcbz2Huff() override = default;
+    using dcBlockTest::dcBlockTest;
     bool canStart() override;
     bool initData() override;
     void flushData() override;
     double getDivisor() override;
-    psString getUnit() override { return "e"; }
-    void parmsToOstrm() override;
-    void parmsToCstrm() override;
+
+protected:
+    long long length() const override;
+    psIterator_NSC<int>& lengthParm() override;
+    int largestLength() const override;
+    bool createBuffers() override;
+    int readFile() override;
+    bool prepare() override;
 };
 
 // The state that both tests share: the generated functions have no test to ask. It keeps its last

@@ -6,9 +6,7 @@
 #include <cstring>
 
 #include "dchooks.h"
-#include "dcprepare.h"
 #include "kxtiming.h"
-#include "kxdc.h"
 
 namespace dclz4 {
 kxVector fileBuf, comprBuf, decomprBuf;
@@ -37,18 +35,20 @@ static Ntk8u* bytes(kxVector& vector) {
     return static_cast<Ntk8u*>(vector.data());
 }
 
-static Ntk8u* allocateTable(int size) {
-    return static_cast<Ntk8u*>(psMalloc(size, 0, 0, MEM_OBJECT_IS_BUFFER));
+long long TimdcLZ4File::length() const {
+    return fileLen;
+}
+
+int TimdcLZ4File::readFile() {
+    return fileLen = readInto(fileBuf.data());
 }
 
 static bool createHashTable() {
     int size = 0;
-    if (!passed(ntksEncodeLZ4HashTableGetSize_8u(&size), "ntksEncodeLZ4HashTableGetSize_8u")) {
-        return false;
-    }
-    pHashTable = allocateTable(size);
-    return pHashTable && passed(ntksEncodeLZ4HashTableInit_8u(pHashTable, fileLen),
-                                "ntksEncodeLZ4HashTableInit_8u");
+    return passed(ntksEncodeLZ4HashTableGetSize_8u(&size), "ntksEncodeLZ4HashTableGetSize_8u") &&
+           createState(pHashTable, size) &&
+           passed(ntksEncodeLZ4HashTableInit_8u(pHashTable, fileLen),
+                  "ntksEncodeLZ4HashTableInit_8u");
 }
 
 // Made for every test of the family, also where no HC call follows.
@@ -56,14 +56,13 @@ static bool createTablesHC() {
     int hashSize = 0;
     int chainSize = 0;
     if (!passed(ntksEncodeLZ4HCHashTableGetSize_8u(&hashSize, &chainSize),
-                "ntksEncodeLZ4HCHashTableGetSize_8u")) {
+                "ntksEncodeLZ4HCHashTableGetSize_8u") ||
+        !createState(pHashTableHC, hashSize) || !createState(pChainTableHC, chainSize)) {
         return false;
     }
-    pHashTableHC = allocateTable(hashSize);
-    pChainTableHC = allocateTable(chainSize);
     hashTables[0] = pHashTableHC;
     hashTables[1] = pChainTableHC;
-    return pHashTableHC && pChainTableHC;
+    return true;
 }
 
 static bool createTables() {
@@ -77,39 +76,19 @@ static bool createTables() {
     return createTablesHC();
 }
 
-static void flushBuffers() {
-    fileBuf.deleteVector();
-    comprBuf.deleteVector();
-    decomprBuf.deleteVector();
-    for (Ntk8u** table : {&pHashTable, &pHashTableHC, &pChainTableHC}) {
-        psFree(*table);
-        *table = nullptr;
-    }
-}
-
-static void putCells(const psString& variant, double ratio) {
-    g_cstrm << psText(fileLen) << g_codeFile.valueString() << variant << psText(ratio);
-}
-
 bool TimdcLZ4::canStart() {
     m_isEncoder = functionName().contains("Encode");
-    regParm(g_codeLen);
-    regParm(g_codeFile);
     for (kxVector* buffer : {&fileBuf, &comprBuf, &decomprBuf}) {
         buffer->init(kx8u);
     }
-    return true;
+    return dcFileTest::canStart();
 }
 
-bool TimdcLZ4::initData() {
-    if (!createBuffers({&fileBuf, &decomprBuf, &comprBuf})) {
-        return false;
-    }
-    fileLen = readCodeFile(fileBuf.data());
-    return fileLen >= 1 && createTables() && (m_isEncoder || encodeForDecoder());
+bool TimdcLZ4::createBuffers() {
+    return createVectors({&fileBuf, &decomprBuf, &comprBuf}, 2 * g_codeLen.value());
 }
 
-bool TimdcLZ4::encodeForDecoder() {
+static bool encodeForDecoder() {
     encodeSrcLen = fileLen;
     encodeDstLen = comprBuf.size();
     int out = comprBuf.size();
@@ -121,8 +100,12 @@ bool TimdcLZ4::encodeForDecoder() {
     return true;
 }
 
+bool TimdcLZ4::prepare() {
+    return createTables() && (m_isEncoder || encodeForDecoder());
+}
+
 void TimdcLZ4::flushData() {
-    flushBuffers();
+    release({&fileBuf, &comprBuf, &decomprBuf}, {&pHashTable, &pHashTableHC, &pChainTableHC});
 }
 
 // The decoder is measured per compressed byte.
@@ -130,24 +113,13 @@ double TimdcLZ4::getDivisor() {
     return m_isEncoder ? encodeSrcLen : decodeSrcLen;
 }
 
-double TimdcLZ4::ratio() const {
+std::optional<double> TimdcLZ4::ratio() const {
     return m_isEncoder ? static_cast<double>(encodeSrcLen) / encodeDstLen
                        : static_cast<double>(decodeDstLen) / decodeSrcLen;
 }
 
-void TimdcLZ4::parmsToOstrm() {
-    g_ostrm << "length=" << fileLen << " ";
-    psTest::parmsToOstrm();
-}
-
-void TimdcLZ4::parmsToCstrm() {
-    putCells("-", ratio());
-}
-
 bool TimdcLZ4Dict::canStart() {
     regParm(dictType);
-    regParm(g_codeLen);
-    regParm(g_codeFile);
     for (kxVector* buffer : {&fileBuf, &comprBuf, &decomprBuf, &dictBuf}) {
         buffer->init(kx8u);
     }
@@ -159,39 +131,35 @@ bool TimdcLZ4Dict::canStart() {
     for (const dictType_t type : {DICT_NONE, DICT_INTERNAL, DICT_EXTERNAL}) {
         dictType.add(type);
     }
-    return true;
+    return dcFileTest::canStart();
 }
 
-bool TimdcLZ4Dict::initData() {
-    if (!createBuffers({&fileBuf, &decomprBuf, &comprBuf, &dictBuf})) {
-        return false;
-    }
-    fileLen = readCodeFile(fileBuf.data());
-    if (fileLen < 1) {
-        return false;
-    }
+bool TimdcLZ4Dict::createBuffers() {
+    return createVectors({&fileBuf, &decomprBuf, &comprBuf, &dictBuf}, 2 * g_codeLen.value());
+}
+
+bool TimdcLZ4Dict::prepare() {
     memcpy(dictBuf.data(), fileBuf.data(), static_cast<size_t>(fileLen)); // of twice the room
     return createTables();
 }
 
 void TimdcLZ4Dict::flushData() {
-    dictBuf.deleteVector();
-    flushBuffers();
+    release({&dictBuf, &fileBuf, &comprBuf, &decomprBuf},
+            {&pHashTable, &pHashTableHC, &pChainTableHC});
 }
 
 double TimdcLZ4Dict::getDivisor() {
     return encodeSrcLen;
 }
 
-void TimdcLZ4Dict::parmsToOstrm() {
-    g_ostrm << "length=" << fileLen << " ";
-    psTest::parmsToOstrm();
+const psParameter* TimdcLZ4Dict::variant() const {
+    return &dictType;
 }
 
-// The whole file's length over the compressed size of its second part alone: meant so, the figure
+// Deliberate: the whole file's length over the compressed size of its second part alone. The figure
 // is compared between builds of the library.
-void TimdcLZ4Dict::parmsToCstrm() {
-    putCells(dictType.valueString(), static_cast<double>(fileLen) / encodeDstLen);
+std::optional<double> TimdcLZ4Dict::ratio() const {
+    return static_cast<double>(fileLen) / encodeDstLen;
 }
 
 // ---- Calls and init bodies --------------------------------------------------------------------
@@ -240,8 +208,9 @@ static Ntk8u* chosenDict() {
     }
 }
 
-// The measured call encodes what follows the first h bytes, which came out as out bytes. It writes
-// over them, from the start of the destination, with the capacity that they left: meant so.
+// The measured call encodes what follows the first h bytes, which were encoded to out bytes.
+// Deliberate: it overwrites these, from the start of the destination, with the capacity that they
+// left, which is what a caller has who encodes both parts into one buffer.
 static void setSecondPart(int h, int out) {
     encodeDstLen -= out;
     encodeSrcLen = fileLen - h;
@@ -254,7 +223,7 @@ static void setDict(int h) {
     dictLen = pDict ? h : 0;
 }
 
-// The status of a priming call is passed over here and below: the measured call tells.
+// The status of a priming call is not checked here and below: the measured call fails if it did.
 static int tinit_ntksEncodeLZ4Dict_8u() {
     ntksEncodeLZ4DictHashTableInit_8u(pHashTable, fileLen);
     encodeDstLen = comprBuf.size();
@@ -296,8 +265,8 @@ static void setWholeFile() {
     pDict = nullptr;
 }
 
-// Without a dictionary the HC test encodes the whole file, where the other two still encode the
-// first part untimed: meant so.
+// Deliberate: without a dictionary the HC test encodes the whole file, while the other two encode
+// the first part untimed there, too. Its figures with "N" are those of the encoder alone.
 static int tinit_ntksEncodeLZ4HC_8u() {
     ntksEncodeLZ4HCHashTableInit_8u(hashTables);
     if (dictType.value() == DICT_NONE) {

@@ -2,40 +2,48 @@
 
 #include <ntkdc.h>
 
-#include <kx.h>
+#include "dctest.h"
+
+// What the LZ4 tests have in common: the file, its coded form, and the encoders' tables.
+class TimdcLZ4File : public dcFileTest {
+public:
+    using dcFileTest::dcFileTest;
+
+protected:
+    long long length() const override;
+    int readFile() override;
+};
 
 // LZ4: encoding of a whole buffer, and decoding of a buffer that was encoded once.
-class TimdcLZ4 : public kxTest {
+class TimdcLZ4 : public TimdcLZ4File {
 public:
-    using kxTest::kxTest;
-    ~TimdcLZ4() override = default;
+    using TimdcLZ4File::TimdcLZ4File;
     bool canStart() override;
-    bool initData() override;
     void flushData() override;
     double getDivisor() override;
-    psString getUnit() override { return "e"; }
-    void parmsToOstrm() override;
-    void parmsToCstrm() override;
+
+protected:
+    bool createBuffers() override;
+    bool prepare() override;
+    std::optional<double> ratio() const override;
 
 private:
-    bool encodeForDecoder();
-    double ratio() const;
-
     bool m_isEncoder = false;
 };
 
 // LZ4 with a dictionary: encoding of the second half of the data after the first.
-class TimdcLZ4Dict : public kxTest {
+class TimdcLZ4Dict : public TimdcLZ4File {
 public:
-    using kxTest::kxTest;
-    ~TimdcLZ4Dict() override = default;
+    using TimdcLZ4File::TimdcLZ4File;
     bool canStart() override;
-    bool initData() override;
     void flushData() override;
     double getDivisor() override;
-    psString getUnit() override { return "e"; }
-    void parmsToOstrm() override;
-    void parmsToCstrm() override;
+
+protected:
+    bool createBuffers() override;
+    bool prepare() override;
+    const psParameter* variant() const override;
+    std::optional<double> ratio() const override;
 };
 
 // Where the dictionary of the measured call lies.

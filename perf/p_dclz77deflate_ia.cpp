@@ -4,11 +4,9 @@
 #include "p_dclz77deflate_ia.h"
 
 #include <algorithm>
-#include <climits>
 
 #include "dchooks.h"
 #include "kxtiming.h"
-#include "kxdc.h"
 
 constexpr int dataBytes = 102400;
 constexpr int windowSize = 32768; // and the entries of either hash table
@@ -76,8 +74,8 @@ static Ntk32s* positions(Ntk8u* bytes) {
 
 // ---- Calls and init bodies --------------------------------------------------------------------
 
-// A match search over all of the data with room for some entries. Only the heads of the hash
-// chains are reset, pHashPrev never is: meant so, the heads alone lead into it.
+// A match search over all of the data with room for so many entries. Only the heads of the hash
+// chains are reset; pHashPrev need not be, as only the heads lead into it.
 static void resetSearch(Ntk32u room) {
     std::fill_n(positions(pHashHead), windowSize, -windowSize);
     pSrc = pData;
@@ -87,12 +85,14 @@ static void resetSearch(Ntk32u room) {
     srcIdx = 0;
 }
 
-// There is just the room that the entries took when the data were prepared: meant so.
+// Deliberate: there is exactly the room that the entries took in the preparation. A search that
+// finds other matches in a later call would fail instead of being measured.
 static int tinit_ntksDeflateLZ77_8u() {
     resetSearch(distLen);
     return 0;
 }
-// The window begins where the source does, and the frequencies add up over all calls: meant so.
+// The window begins where the source does. The frequencies add up over all calls: nothing reads
+// them, and clearing them would be part of the timed span of the statistics method.
 static int tcall_ntksDeflateLZ77_8u() {
     return ntksDeflateLZ77_8u(&pSrc, &srcLen, &srcIdx, pSrc, windowSize, positions(pHashHead),
                               positions(pHashPrev), windowSize, pLitFreqTable, pDistFreqTable, pLit,
@@ -115,9 +115,9 @@ static int tcall_ntksDeflateHuff_8u() {
 }
 KX_TIMING_I(ntksDeflateHuff_8u)
 
-// The stream starts within its block and overwrites the file's data, which nothing needs any more;
-// nobody compares what comes out: meant so. Of the waiting bits only the number is reset: meant so,
-// no bit of `code` counts then.
+// The stream has no block header: it starts with the first symbol. The output overwrites the file's
+// data, which nothing reads after the preparation. Of the pending bits only the number is reset:
+// with none pending the value of `code` does not count.
 static int tinit_ntksInflate_8u() {
     pSrc = pHuff;
     pDst = pData;
@@ -136,14 +136,8 @@ KX_TIMING_I(ntksInflate_8u)
 
 // ---- Preparation ------------------------------------------------------------------------------
 
-// Whether a preparation call succeeded; a status that is not 0 is printed.
-static bool passed(NtkStatus status, const char* name) {
-    return !psIsFail(kxTest::checkStatus(status, name));
-}
-
 bool Timdc_Deflate::canStart() {
-    regParm(dataLength);
-    regParm(g_codeFile);
+    dcBlockTest::canStart();
     regParm(comprLevel);
     dataLength.init(dataBytes, "CodeLength");
     dataLength.add(dataBytes);
@@ -154,22 +148,22 @@ bool Timdc_Deflate::canStart() {
     return true;
 }
 
-static bool hasLength() {
-    constexpr int longest = INT_MAX / 2;
-    if (dataLength.value() >= 1 && dataLength.value() <= longest) {
-        return true;
-    }
-    g_ostrm << PS_ERR << "-- CodeLength=" << dataLength.value() << " is not within 1 to " << longest
-            << "\n"
-            << PS_END;
-    return false;
+psIterator_NSC<int>& Timdc_Deflate::lengthParm() {
+    return dataLength;
 }
 
-// Takes any file that is not empty, also one shorter than the length: there is only one.
-static bool readFile() {
-    dataLen = static_cast<Ntk32u>(g_codeFile.readData(pData, dataLength.value(), 0));
+bool Timdc_Deflate::createBuffers() {
+    const int length = dataLength.value();
+    return createBlock(pData, length, -1) && createBlock(pDist, 2 * length, -1) &&
+           createBlock(pHuff, 2 * length, -1) && createBlock(pLit, length, -1) &&
+           createBlock(pHashHead, hashBytes, -1) && createBlock(pHashPrev, hashBytes, -1);
+}
+
+int Timdc_Deflate::readFile() {
+    const int length = readInto(pData);
+    dataLen = static_cast<Ntk32u>(length);
     distLen = dataLen; // the room of the search: no more entries than bytes
-    return dataLen != 0;
+    return length;
 }
 
 static bool search() {
@@ -187,10 +181,10 @@ static void putByte() {
     codeLen -= 8;
 }
 
-// Ends the block, with room in the waiting bits for the code of its end.
+// Ends the block: writes the pending bits and the code of the block's end.
 static void finishStream() {
     huffLen = static_cast<Ntk32u>(dstIdx);
-    while (codeLen >= 9) { // 8 bits stay and go out with the end's code: meant so
+    while (codeLen >= 9) { // up to 8 bits stay: the end's code fits above them
         putByte();
     }
     code |= static_cast<Ntk32u>(pLitHuffCodes[endOfBlock].code) << codeLen;
@@ -200,20 +194,8 @@ static void finishStream() {
     }
 }
 
-bool Timdc_Deflate::initData() {
-    if (!hasLength()) {
-        return false;
-    }
-    const int length = dataLength.value();
-    const auto make = [](Ntk8u*& buffer, int size) {
-        buffer = static_cast<Ntk8u*>(allocate(size, -1));
-        return buffer != nullptr;
-    };
-    if (!make(pData, length) || !make(pDist, 2 * length) || !make(pHuff, 2 * length) ||
-        !make(pLit, length) || !make(pHashHead, hashBytes) || !make(pHashPrev, hashBytes)) {
-        return false;
-    }
-    if (!readFile() || !search()) {
+bool Timdc_Deflate::prepare() {
+    if (!search()) {
         return false;
     }
     tinit_ntksDeflateHuff_8u();
@@ -225,28 +207,24 @@ bool Timdc_Deflate::initData() {
 }
 
 void Timdc_Deflate::flushData() {
-    for (Ntk8u** buffer : {&pData, &pDist, &pHuff, &pLit, &pHashHead, &pHashPrev}) {
-        deallocate(*buffer);
-        *buffer = nullptr;
-    }
+    release({}, {&pData, &pDist, &pHuff, &pLit, &pHashHead, &pHashPrev});
 }
 
 double Timdc_Deflate::getDivisor() {
     return dataLen;
 }
 
-static psString lengthText() {
-    return psText(static_cast<long long>(dataLen));
+long long Timdc_Deflate::length() const {
+    return dataLen;
+}
+
+const psParameter* Timdc_Deflate::variant() const {
+    return &comprLevel;
 }
 
 void Timdc_Deflate::parmsToOstrm() {
-    g_ostrm << " length=" << lengthText() << " ";
-    g_codeFile.toOStream(g_ostrm);
+    dcBlockTest::parmsToOstrm();
     comprLevel.toOStream(g_ostrm);
-}
-
-void Timdc_Deflate::parmsToCstrm() {
-    g_cstrm << lengthText() << g_codeFile.valueString() << comprLevel.valueString();
 }
 
 [[maybe_unused]] static const bool g_registered = [] {

@@ -4,20 +4,24 @@
 
 #include <ntkdc.h>
 
-#include <kx.h>
+#include "dctest.h"
 
 // Deflate: the match search, the Huffman coding of what it finds, and the inflating of the result.
-class Timdc_Deflate : public kxTest {
+class Timdc_Deflate : public dcBlockTest {
 public:
-    using kxTest::kxTest;
-    ~Timdc_Deflate() override = default;
+    using dcBlockTest::dcBlockTest;
     bool canStart() override;
-    bool initData() override;
     void flushData() override;
     double getDivisor() override;
-    psString getUnit() override { return "e"; }
     void parmsToOstrm() override;
-    void parmsToCstrm() override;
+
+protected:
+    long long length() const override;
+    const psParameter* variant() const override;
+    psIterator_NSC<int>& lengthParm() override;
+    bool createBuffers() override;
+    int readFile() override;
+    bool prepare() override;
 };
 
 // The state that the three tests share: the generated functions have no test to ask. It keeps its
@@ -38,9 +42,9 @@ extern const Ntk8u* pSrc;
 extern Ntk8u* pDst;
 extern int srcLen, dstLen;
 extern int srcIdx, dstIdx;
-extern Ntk32u code; // bits that wait
+extern Ntk32u code; // pending bits
 extern int codeLen; // their number
-extern int mode;    // where the inflater stands
+extern int mode;    // of the inflater: which part of the stream comes next
 extern NtksInflateState inflateState;
 // The fixed codes of RFC 1951, 3.2.6, each with its bits reversed.
 extern const std::array<NtkHuffCode, 288> pLitHuffCodes;

@@ -1,9 +1,7 @@
 #include "p_dclzo_ia.h"
 
 #include "dchooks.h"
-#include "dcprepare.h"
 #include "kxtiming.h"
-#include "kxdc.h"
 
 namespace dclzo {
 kxVector src, dst;
@@ -21,8 +19,7 @@ using namespace dclzo;
 
 bool TimdcLZO::canStart() {
     m_isEncoder = functionName().contains("Encode");
-    regParm(g_codeLen);
-    regParm(g_codeFile);
+    dcFileTest::canStart();
     regParm(method);
     method.resetMap();
     method.addMap("ST", ntkLZOST);
@@ -37,36 +34,30 @@ bool TimdcLZO::canStart() {
     return true;
 }
 
-bool TimdcLZO::initData() {
-    if (!createBuffers({&src, &dst})) {
-        return false;
-    }
-    maxSrcLen = maxDstLen = 2 * static_cast<Ntk32u>(g_codeLen.value());
-    len = readCodeFile(src.data());
-    if (len < 1 || !createState()) {
-        return false;
-    }
-    pSrc = static_cast<Ntk8u*>(src.data());
-    pDst = static_cast<Ntk8u*>(dst.data());
-    maxSrcLen = srcLen = static_cast<Ntk32u>(len);
-    dstLen = maxDstLen;
-    return m_isEncoder || encodeForDecoder();
+long long TimdcLZO::length() const {
+    return len;
 }
 
-bool TimdcLZO::createState() {
+bool TimdcLZO::createBuffers() {
+    return createVectors({&src, &dst}, 2 * g_codeLen.value());
+}
+
+int TimdcLZO::readFile() {
+    return len = readInto(src.data());
+}
+
+static bool createEncoderState() {
     Ntk32u size = 0;
-    if (!passed(ntksEncodeLZOGetSize(method.value(), static_cast<Ntk32u>(len), &size),
-                "ntksEncodeLZOGetSize")) {
-        return false;
-    }
-    pState = static_cast<Ntk8u*>(psMalloc(static_cast<int>(size), 0, 0, MEM_OBJECT_IS_BUFFER));
-    return pState && passed(ntksEncodeLZOInit_8u(method.value(), static_cast<Ntk32u>(len), pState),
-                            "ntksEncodeLZOInit_8u");
+    return passed(ntksEncodeLZOGetSize(method.value(), static_cast<Ntk32u>(len), &size),
+                  "ntksEncodeLZOGetSize") &&
+           createState(pState, static_cast<int>(size)) &&
+           passed(ntksEncodeLZOInit_8u(method.value(), static_cast<Ntk32u>(len), pState),
+                  "ntksEncodeLZOInit_8u");
 }
 
 // From here on the compressed length is the decoders' source length, and they may write twice the
 // length of the data.
-bool TimdcLZO::encodeForDecoder() {
+static bool encodeForDecoder() {
     if (!passed(ntksEncodeLZO_8u(pSrc, static_cast<Ntk32u>(len), pDst, &dstLen, pState),
                 "ntksEncodeLZO_8u")) {
         return false;
@@ -76,11 +67,19 @@ bool TimdcLZO::encodeForDecoder() {
     return true;
 }
 
+bool TimdcLZO::prepare() {
+    if (!createEncoderState()) {
+        return false;
+    }
+    pSrc = static_cast<Ntk8u*>(src.data());
+    pDst = static_cast<Ntk8u*>(dst.data());
+    maxSrcLen = srcLen = static_cast<Ntk32u>(len);
+    maxDstLen = dstLen = 2 * static_cast<Ntk32u>(g_codeLen.value());
+    return m_isEncoder || encodeForDecoder();
+}
+
 void TimdcLZO::flushData() {
-    src.deleteVector();
-    dst.deleteVector();
-    psFree(pState);
-    pState = nullptr;
+    release({&src, &dst}, {&pState});
 }
 
 // The decoders too are measured per byte of the data, not per compressed byte.
@@ -88,17 +87,12 @@ double TimdcLZO::getDivisor() {
     return len;
 }
 
-double TimdcLZO::ratio() const {
+const psParameter* TimdcLZO::variant() const {
+    return &method;
+}
+
+std::optional<double> TimdcLZO::ratio() const {
     return static_cast<double>(len) / dstLen;
-}
-
-void TimdcLZO::parmsToOstrm() {
-    g_ostrm << "length=" << len << " ";
-    psTest::parmsToOstrm();
-}
-
-void TimdcLZO::parmsToCstrm() {
-    g_cstrm << psText(len) << g_codeFile.valueString() << method.valueString() << psText(ratio());
 }
 
 // ---- Calls and init bodies --------------------------------------------------------------------
@@ -112,7 +106,7 @@ static int tcall_ntksEncodeLZO_8u() {
 }
 KX_TIMING_I(ntksEncodeLZO_8u)
 
-// The decoders write the data back over the source, the same bytes: meant so.
+// Deliberate: the decoders write the data back over the source. They are the same bytes.
 static int tinit_ntksDecodeLZO_8u() {
     srcLen = maxSrcLen;
     return 0;

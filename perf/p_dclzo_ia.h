@@ -2,26 +2,25 @@
 
 #include <ntkdc.h>
 
-#include <kx.h>
+#include "dctest.h"
 
 // LZO: encoding of a whole buffer, and decoding of a buffer that was encoded once.
-class TimdcLZO : public kxTest {
+class TimdcLZO : public dcFileTest {
 public:
-    using kxTest::kxTest;
-    ~TimdcLZO() override = default;
+    using dcFileTest::dcFileTest;
     bool canStart() override;
-    bool initData() override;
     void flushData() override;
     double getDivisor() override;
-    psString getUnit() override { return "e"; }
-    void parmsToOstrm() override;
-    void parmsToCstrm() override;
+
+protected:
+    long long length() const override;
+    const psParameter* variant() const override;
+    std::optional<double> ratio() const override;
+    bool createBuffers() override;
+    int readFile() override;
+    bool prepare() override;
 
 private:
-    bool createState();
-    bool encodeForDecoder();
-    double ratio() const;
-
     bool m_isEncoder = false;
 };
 

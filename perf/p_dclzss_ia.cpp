@@ -1,9 +1,7 @@
 #include "p_dclzss_ia.h"
 
 #include "dchooks.h"
-#include "dcprepare.h"
 #include "kxtiming.h"
-#include "kxdc.h"
 
 namespace dclzss {
 kxVector src, dst;
@@ -27,37 +25,31 @@ static void pointToStart() {
 
 bool TimdcLZSS::canStart() {
     m_isEncoder = functionName().contains("Encode");
-    regParm(g_codeLen);
-    regParm(g_codeFile);
     src.init(kx8u);
     dst.init(kx8u);
-    return true;
+    return dcFileTest::canStart();
 }
 
-bool TimdcLZSS::initData() {
-    if (!createBuffers({&src, &dst})) {
-        return false;
-    }
-    maxSrcLen = maxDstLen = 2 * static_cast<Ntk32u>(g_codeLen.value());
-    len = readCodeFile(src.data());
-    if (len < 1 || !createState()) {
-        return false;
-    }
-    maxSrcLen = static_cast<Ntk32u>(len);
-    return m_isEncoder || encodeForDecoder();
+long long TimdcLZSS::length() const {
+    return len;
 }
 
-bool TimdcLZSS::createState() {
+bool TimdcLZSS::createBuffers() {
+    return createVectors({&src, &dst}, 2 * g_codeLen.value());
+}
+
+int TimdcLZSS::readFile() {
+    return len = readInto(src.data());
+}
+
+static bool createEncoderState() {
     int size = 0;
-    if (!passed(ntksLZSSGetSize_8u(&size), "ntksLZSSGetSize_8u")) {
-        return false;
-    }
-    pState = static_cast<Ntk8u*>(psMalloc(size, 0, 0, MEM_OBJECT_IS_BUFFER));
-    return pState && passed(ntksEncodeLZSSInit_8u(pState), "ntksEncodeLZSSInit_8u");
+    return passed(ntksLZSSGetSize_8u(&size), "ntksLZSSGetSize_8u") && createState(pState, size) &&
+           passed(ntksEncodeLZSSInit_8u(pState), "ntksEncodeLZSSInit_8u");
 }
 
 // From here on maxDstLen is the compressed length, the decoder's source length.
-bool TimdcLZSS::encodeForDecoder() {
+static bool encodeForDecoder() {
     pointToStart();
     if (!passed(ntksEncodeLZSS_8u(&pSrc, &srcLen, &pDst, &dstLen, pState), "ntksEncodeLZSS_8u") ||
         !passed(ntksEncodeLZSSFlush_8u(&pDst, &dstLen, pState), "ntksEncodeLZSSFlush_8u")) {
@@ -68,11 +60,14 @@ bool TimdcLZSS::encodeForDecoder() {
     return passed(ntksDecodeLZSSInit_8u(pState), "ntksDecodeLZSSInit_8u");
 }
 
+bool TimdcLZSS::prepare() {
+    maxSrcLen = static_cast<Ntk32u>(len);
+    maxDstLen = 2 * static_cast<Ntk32u>(g_codeLen.value());
+    return createEncoderState() && (m_isEncoder || encodeForDecoder());
+}
+
 void TimdcLZSS::flushData() {
-    src.deleteVector();
-    dst.deleteVector();
-    psFree(pState);
-    pState = nullptr;
+    release({&src, &dst}, {&pState});
 }
 
 // The decoder too is measured per byte of the data.
@@ -82,24 +77,18 @@ double TimdcLZSS::getDivisor() {
 
 // The encoder's is that of its last call, which may find the data of the call before in its window.
 // A call that only took its few bytes and wrote none has no ratio.
-psString TimdcLZSS::ratioText() const {
+std::optional<double> TimdcLZSS::ratio() const {
     const Ntk32u codeLen = m_isEncoder ? maxDstLen - static_cast<Ntk32u>(dstLen) : maxDstLen;
-    return codeLen == 0 ? psString("-") : psText(static_cast<double>(len) / codeLen);
-}
-
-void TimdcLZSS::parmsToOstrm() {
-    g_ostrm << "length=" << len << " ";
-    psTest::parmsToOstrm();
-}
-
-void TimdcLZSS::parmsToCstrm() {
-    g_cstrm << psText(len) << g_codeFile.valueString() << "-" << ratioText();
+    if (codeLen == 0) {
+        return std::nullopt;
+    }
+    return static_cast<double>(len) / codeLen;
 }
 
 // ---- Calls and init bodies --------------------------------------------------------------------
 
-// The encoder's state is not initialised again, so that its window goes on from call to call, and
-// no flush follows the call: meant so.
+// Deliberate: the encoder's state is not initialised again and no flush follows the call. What is
+// measured is the steady state of a stream, in which the window goes on from call to call.
 static int tinit_ntksEncodeLZSS_8u() {
     pointToStart();
     return 0;
@@ -109,8 +98,8 @@ static int tcall_ntksEncodeLZSS_8u() {
 }
 KX_TIMING_I(ntksEncodeLZSS_8u)
 
-// The decoder reads dst and writes the data back over src; the status of its initialisation is
-// passed over, the measured call tells.
+// The decoder reads dst and writes the data back over src. The status of its initialisation is not
+// checked: the measured call fails if it did.
 static int tinit_ntksDecodeLZSS_8u() {
     pointToStart();
     ntksDecodeLZSSInit_8u(pState);

@@ -2,26 +2,24 @@
 
 #include <ntkdc.h>
 
-#include <kx.h>
+#include "dctest.h"
 
 // LZSS: streaming encoding of a buffer, and decoding of a buffer that was encoded once.
-class TimdcLZSS : public kxTest {
+class TimdcLZSS : public dcFileTest {
 public:
-    using kxTest::kxTest;
-    ~TimdcLZSS() override = default;
+    using dcFileTest::dcFileTest;
     bool canStart() override;
-    bool initData() override;
     void flushData() override;
     double getDivisor() override;
-    psString getUnit() override { return "e"; }
-    void parmsToOstrm() override;
-    void parmsToCstrm() override;
+
+protected:
+    long long length() const override;
+    std::optional<double> ratio() const override; // none where nothing was written
+    bool createBuffers() override;
+    int readFile() override;
+    bool prepare() override;
 
 private:
-    bool createState();
-    bool encodeForDecoder();
-    psString ratioText() const; // "-" where nothing was written
-
     bool m_isEncoder = false;
 };
 

@@ -2,32 +2,32 @@
 
 #include <ntkdc.h>
 
-#include <kx.h>
+#include "dctest.h"
 
 // ZFP coding of a whole field, block by block: what the two tests have in common.
-class TimdcZfp444 : public kxTest {
+class TimdcZfp444 : public dcTest {
 public:
-    using kxTest::kxTest;
-    ~TimdcZfp444() override = default;
+    using dcTest::dcTest;
     bool canStart() override;
     bool initData() override;
     void flushData() override;
-    psString getUnit() override { return "e"; }
-    void parmsToOstrm() override;
-    void parmsToCstrm() override;
+
+protected:
+    long long length() const override;
+    psString inputName() const override;
+    const psParameter* variant() const override;
+    std::optional<double> ratio() const override;
 };
 
 class TimdcZfpEncode444 : public TimdcZfp444 {
 public:
     using TimdcZfp444::TimdcZfp444;
-    ~TimdcZfpEncode444() override = default;
     double getDivisor() override;
 };
 
 class TimdcZfpDecode444 : public TimdcZfp444 {
 public:
     using TimdcZfp444::TimdcZfp444;
-    ~TimdcZfpDecode444() override = default;
     double getDivisor() override;
 };
 

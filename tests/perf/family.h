@@ -1,6 +1,7 @@
 #pragma once
 
 #include <fstream>
+#include <stdexcept>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -8,14 +9,15 @@
 #include "files.h"
 #include "kxdc.h"
 
-// A registered test by the function that it measures; null when there is none.
-inline psTest* findTest(const char* function) {
+// A registered test by the function that it measures. The exception fails a test that has the name
+// wrong, and tells it.
+inline psTest& findTest(const std::string& function) {
     for (psTest* test : *pTestList) {
-        if (test->functionName() == function) {
-            return test;
+        if (test->functionName() == function.c_str()) {
+            return *test;
         }
     }
-    return nullptr;
+    throw std::invalid_argument("no test measures " + function);
 }
 
 // Files of this process's own, and the shared parameters put on one of them.
@@ -41,6 +43,31 @@ protected:
         g_codeFile.translate(file.c_str());
         g_codeLen.firstValue();
         g_codeFile.firstValue();
+    }
+    // Not inlined: gcc 12 would warn of overrides that the parameter does not have.
+    [[gnu::noinline]] static void set(psParameter& parm, const std::string& value) {
+        parm.translate(value.c_str());
+        parm.firstValue();
+    }
+    // The test with each of its parameters at the first value; its data are not prepared yet.
+    static psTest& started(const std::string& function) {
+        psTest& test = findTest(function);
+        test.forgetParms();
+        EXPECT_TRUE(test.canStart()) << function;
+        for (psParameter* parm : test.parms()) {
+            parm->firstValue();
+        }
+        test.tool().setMethodLoop(1);
+        return test;
+    }
+    // The row that the test's combination makes in the table.
+    static std::string cellsOf(psTest& test) {
+        const std::string path = testPath("cells.csv");
+        EXPECT_TRUE(g_cstrm.addStream(path.c_str(), false));
+        test.parmsToCstrm();
+        g_cstrm << "\n";
+        g_cstrm.close();
+        return readFile(path);
     }
     // Text that LZ4 finds matches in, near and far.
     static std::string sampleText(size_t length) {

@@ -54,18 +54,11 @@ protected:
         if (m_test) {
             m_test->flushData();
         }
-        m_test = findTest(function);
-        m_test->forgetParms();
-        EXPECT_TRUE(m_test->canStart());
-        dataLength.firstValue();
-        hint.firstValue();
+        m_test = &started(function);
         EXPECT_TRUE(m_test->initData());
         return *m_test;
     }
-    void call() {
-        m_test->tool().setMethodLoop(1);
-        EXPECT_EQ(m_test->runTiming(), PS_OK);
-    }
+    void call() { EXPECT_EQ(m_test->runTiming(), PS_OK); }
 
     // A length that is no multiple of anything; a last run with a count; first bytes that it
     // overwrites.
@@ -258,7 +251,7 @@ TEST_F(Bz2Wiring, CombinationsAndTheirCells) {
     for (const auto& [function, combinations] :
          {std::pair{"ntksBWTFwd_SelectSort_8u", 4}, {"ntksMTFInv_8u", 1}}) {
         const Captured log;
-        findTest(function)->run();
+        findTest(function).run();
         for (const std::string& parms : {":  length=3001 CodeFile=" + file + " \n",
                                          ":  length=102400 CodeFile=" + other + " \n"}) {
             int n = 0;
@@ -269,14 +262,9 @@ TEST_F(Bz2Wiring, CombinationsAndTheirCells) {
         }
     }
     choose("16384", file);
-    const std::string path = testPath("cells.csv");
-    ASSERT_TRUE(g_cstrm.addStream(path.c_str(), false));
-    for (const char* function : {"ntksBWTFwd_SelectSort_8u", "ntksMTFInv_8u"}) {
-        prepare(function).parmsToCstrm();
-        g_cstrm << "\n";
-    }
-    g_cstrm.close();
-    EXPECT_EQ(readFile(path), "3001," + file + ",ntkBWTItohTanakaLimSort\n3001," + file + "\n");
+    EXPECT_EQ(cellsOf(prepare("ntksBWTFwd_SelectSort_8u")),
+              "3001," + file + ",ntkBWTItohTanakaLimSort,-\n");
+    EXPECT_EQ(cellsOf(prepare("ntksMTFInv_8u")), "3001," + file + ",-,-\n");
 }
 
 // What cannot be prepared is named.
@@ -290,13 +278,10 @@ TEST_F(Bz2Wiring, FilesAndLengthsThatCannotBeMeasured) {
         {file, "0", "-- CodeLength=0 is not within 1 to "},
         {file, "536870912", "-- CodeLength=536870912 is not within 1 to "},
     };
-    psTest& test = *findTest("ntksMTFFwd_8u");
     for (const auto& c : cases) {
         choose("16384", c.file);
-        test.forgetParms();
-        ASSERT_TRUE(test.canStart());
-        dataLength.translate(c.length);
-        dataLength.firstValue();
+        psTest& test = started("ntksMTFFwd_8u");
+        set(dataLength, c.length);
         const Captured log;
         EXPECT_FALSE(test.initData()) << c.message;
         EXPECT_NE(log.text().find(c.message), std::string::npos) << log.text();

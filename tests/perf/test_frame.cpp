@@ -7,7 +7,9 @@
 
 #include <memory>
 #include <set>
+#include <vector>
 
+#include "../registered_tests.h"
 #include "dchooks.h"
 
 namespace {
@@ -78,4 +80,19 @@ TEST_F(Frame, ListedFunctionsAreThoseOfTheLibrary) {
     }
     EXPECT_EQ(listed, exportedFunctions());
     EXPECT_EQ(listed.count("ntksDecodeLZ4_8u"), 1u);
+}
+
+// Their order is that in which users see the tests when they switch sorting off.
+TEST_F(Frame, TestsAreRegisteredInTheirOrder) {
+    std::vector<std::string> wanted = {"__psOS OS information/", "__psHost Computer information/"};
+    for (const RegisteredTest& test : registeredTests()) {
+        wanted.push_back(std::string(test.function) + " " + test.className + "/" + test.macro);
+    }
+    std::vector<std::string> registered;
+    for (const psTest* test : *pTestList) {
+        const psString text =
+            test->functionName() + " " + test->info().name + "/" + test->info().macro;
+        registered.push_back(text.c_str());
+    }
+    EXPECT_EQ(registered, wanted);
 }

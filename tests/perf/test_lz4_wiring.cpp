@@ -16,15 +16,11 @@ class Lz4Wiring : public FamilyTest {
 protected:
     // canStart, initData, one timed call; the buffers stay for the check.
     psTest& call(const char* function, const char* dict) {
-        psTest& test = *findTest(function);
-        test.forgetParms();
-        EXPECT_TRUE(test.canStart());
+        psTest& test = started(function);
         if (dict) {
-            dictType.translate(dict);
-            dictType.firstValue();
+            set(dictType, dict);
         }
         EXPECT_TRUE(test.initData());
-        test.tool().setMethodLoop(1);
         EXPECT_EQ(test.runTiming(), PS_OK);
         return test;
     }
@@ -112,7 +108,7 @@ TEST_F(Lz4Wiring, LengthsThatWouldMeasureTheSameBytesArePassedOver) {
         {10000, "16384;32768", 2}, // a list asks for what it says
         {0, "16384;262144;*2", 0},
     };
-    psTest& test = *findTest("ntksEncodeLZ4_8u");
+    psTest& test = findTest("ntksEncodeLZ4_8u");
     for (const auto& c : cases) {
         const std::string path = makeFile("sized", sampleText(c.bytes));
         g_codeLen.translate(c.lengths);
@@ -132,7 +128,7 @@ TEST_F(Lz4Wiring, LengthsThatWouldMeasureTheSameBytesArePassedOver) {
 TEST_F(Lz4Wiring, AMissingFileIsNamed) {
     choose("16384", "/nowhere/book");
     const Captured log;
-    findTest("ntksEncodeLZ4_8u")->run();
+    findTest("ntksEncodeLZ4_8u").run();
     EXPECT_NE(log.text().find("-- Can't open file /nowhere/book to read\n"), std::string::npos);
 }
 
@@ -140,30 +136,25 @@ TEST_F(Lz4Wiring, ALengthWithoutBuffersIsNamed) {
     for (const char* length : {"0", "-5", "-1500000000", "1073741824"}) {
         choose(length, file);
         const Captured log;
-        findTest("ntksEncodeLZ4_8u")->run();
+        findTest("ntksEncodeLZ4_8u").run();
         EXPECT_NE(log.text().find("-- CodeLength=" + std::string(length) + " is not within 1 to "),
                   std::string::npos)
             << log.text();
     }
 }
 
-// Length, file, variant, ratio. The dictionary tests' ratio is that of
-// the whole file to the second part's block, and the decoder's what comes out to what goes in.
+// Length, file, variant, ratio. The dictionary tests' ratio is that of the whole file to the second
+// part's block, and the decoder's that of its output to its source.
 TEST_F(Lz4Wiring, CellsOfTheTable) {
     choose("16384", file);
     for (const auto& [function, dict] : {std::pair{"ntksEncodeLZ4_8u", "-"},
                                          {"ntksDecodeLZ4_8u", "-"},
                                          {"ntksEncodeLZ4Dict_8u", "E"}}) {
-        const std::string path = testPath("cells.csv");
-        ASSERT_TRUE(g_cstrm.addStream(path.c_str(), false));
         psTest& test = call(function, *dict == '-' ? nullptr : dict);
         const int blockLen =
             std::string(function) == "ntksDecodeLZ4_8u" ? decodeSrcLen : encodeDstLen;
-        test.parmsToCstrm();
-        g_cstrm << "\n";
-        g_cstrm.close();
-        test.flushData();
-        EXPECT_EQ(readFile(path),
+        EXPECT_EQ(cellsOf(test),
                   "16384," + file + "," + dict + "," + psText(16384.0 / blockLen).c_str() + "\n");
+        test.flushData();
     }
 }

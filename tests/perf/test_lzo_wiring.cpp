@@ -15,13 +15,9 @@ class LzoWiring : public FamilyTest {
 protected:
     // canStart, initData, one timed call; the buffers stay for the check.
     psTest& call(const char* function, const char* methodName) {
-        psTest& test = *findTest(function);
-        test.forgetParms();
-        EXPECT_TRUE(test.canStart());
-        method.translate(methodName);
-        method.firstValue();
+        psTest& test = started(function);
+        set(method, methodName);
         EXPECT_TRUE(test.initData());
-        test.tool().setMethodLoop(1);
         EXPECT_EQ(test.runTiming(), PS_OK);
         return test;
     }
@@ -81,10 +77,7 @@ TEST_F(LzoWiring, DecodersWriteOverTheSource) {
 // Two bytes make a stream of six, and there is room for four.
 TEST_F(LzoWiring, AStreamThatDoesNotFitEndsThePreparation) {
     choose("2", makeFile("two", "ab"));
-    psTest& test = *findTest("ntksDecodeLZO_8u");
-    test.forgetParms();
-    EXPECT_TRUE(test.canStart());
-    method.firstValue();
+    psTest& test = started("ntksDecodeLZO_8u");
     EXPECT_FALSE(test.initData());
     test.flushData();
     EXPECT_EQ(psSumOfBlocks(), 0);
@@ -93,24 +86,17 @@ TEST_F(LzoWiring, AStreamThatDoesNotFitEndsThePreparation) {
 // Length, file, method, ratio, for every method in the order in which they are listed.
 TEST_F(LzoWiring, CellsOfTheTable) {
     choose("16384", file);
-    const std::string path = testPath("cells.csv");
-    ASSERT_TRUE(g_cstrm.addStream(path.c_str(), false));
-    std::string expected;
     for (const char* name : {"ST", "ST1X", "MT"}) {
         psTest& test = call("ntksDecodeLZO_8u", name);
-        test.parmsToCstrm();
-        g_cstrm << "\n";
+        EXPECT_EQ(cellsOf(test),
+                  "16384," + file + "," + name + "," + psText(16384.0 / dstLen).c_str() + "\n");
         test.flushData();
-        expected += "16384," + file + "," + name + "," + psText(16384.0 / dstLen).c_str() + "\n";
     }
-    g_cstrm.close();
-    EXPECT_EQ(readFile(path), expected);
 }
 
 TEST_F(LzoWiring, ARunTakesTheMethodsInTheirOrder) {
     choose("16384", file);
-    psTest& test = *findTest("ntksEncodeLZO_8u");
-    test.forgetParms();
+    psTest& test = findTest("ntksEncodeLZO_8u");
     const Captured log;
     test.run();
     const std::string out = log.text();

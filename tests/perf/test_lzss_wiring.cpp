@@ -12,11 +12,8 @@ class LzssWiring : public FamilyTest {
 protected:
     // canStart and initData; the buffers stay for the check.
     psTest& prepare(const char* function) {
-        psTest& test = *findTest(function);
-        test.forgetParms();
-        EXPECT_TRUE(test.canStart());
+        psTest& test = started(function);
         EXPECT_TRUE(test.initData());
-        test.tool().setMethodLoop(1);
         return test;
     }
     static std::string written() {
@@ -92,16 +89,11 @@ TEST_F(LzssWiring, DecoderWritesOverTheSource) {
 TEST_F(LzssWiring, CellsOfTheTable) {
     choose("16384", file);
     for (const char* function : {"ntksEncodeLZSS_8u", "ntksDecodeLZSS_8u"}) {
-        const std::string path = testPath("cells.csv");
-        ASSERT_TRUE(g_cstrm.addStream(path.c_str(), false));
         psTest& test = prepare(function);
         test.runTiming();
         const double codeLen = static_cast<double>(written().size());
-        test.parmsToCstrm();
-        g_cstrm << "\n";
-        g_cstrm.close();
-        test.flushData();
-        EXPECT_EQ(readFile(path),
+        EXPECT_EQ(cellsOf(test),
                   "16384," + file + ",-," + psText(16384.0 / codeLen).c_str() + "\n");
+        test.flushData();
     }
 }

@@ -16,14 +16,10 @@ class ZfpWiring : public FamilyTest {
 protected:
     // canStart, initData, one timed call; the buffers stay for the check.
     static psTest& call(const char* function, const char* bitsPerValue) {
-        psTest& test = *findTest(function);
-        test.forgetParms();
-        EXPECT_TRUE(test.canStart());
-        rate.translate(bitsPerValue);
-        rate.firstValue();
+        psTest& test = started(function);
+        set(rate, bitsPerValue);
         EXPECT_TRUE(test.initData());
         memset(decomprBuf.data(), 0xff, static_cast<size_t>(decomprBuf.objectSize()));
-        test.tool().setMethodLoop(1);
         EXPECT_EQ(test.runTiming(), PS_OK);
         return test;
     }
@@ -92,7 +88,7 @@ TEST_F(ZfpWiring, TheFieldIsSmoothAndNotFlat) {
 // Every rate is a combination, with the flags of the processor watched.
 TEST_F(ZfpWiring, ARunMeasuresEveryRate) {
     for (const char* const function : {"ntksEncodeZfp444_32f", "ntksDecodeZfp444_32f"}) {
-        psTest& test = *findTest(function);
+        psTest& test = findTest(function);
         const Captured log;
         test.run();
         EXPECT_EQ(test.result(), PS_OK) << log.text();
@@ -106,24 +102,16 @@ TEST_F(ZfpWiring, ARunMeasuresEveryRate) {
 
 TEST_F(ZfpWiring, CellsOfTheTable) {
     for (const char* const function : {"ntksEncodeZfp444_32f", "ntksDecodeZfp444_32f"}) {
-        const std::string path = testPath("cells.csv");
-        ASSERT_TRUE(g_cstrm.addStream(path.c_str(), false));
         psTest& test = call(function, "8");
-        test.parmsToCstrm();
-        g_cstrm << "\n";
-        g_cstrm.close();
+        EXPECT_EQ(cellsOf(test), "131072,-,8,4\n");
         test.flushData();
-        EXPECT_EQ(readFile(path), "131072,-,8,4\n");
     }
 }
 
-TEST_F(ZfpWiring, ARateThatIsNoneIsNamed) {
+TEST_F(ZfpWiring, ARateOutOfRangeIsNamed) {
     for (const char* const bitsPerValue : {"0", "-1", "33"}) {
-        psTest& test = *findTest("ntksDecodeZfp444_32f");
-        test.forgetParms();
-        EXPECT_TRUE(test.canStart());
-        rate.translate(bitsPerValue);
-        rate.firstValue();
+        psTest& test = started("ntksDecodeZfp444_32f");
+        set(rate, bitsPerValue);
         const Captured log;
         EXPECT_FALSE(test.initData());
         EXPECT_NE(

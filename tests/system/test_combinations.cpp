@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <tuple>
 
+#include "../registered_tests.h"
 #include "session.h"
 
 namespace {
@@ -10,69 +11,9 @@ namespace {
 namespace fs = std::filesystem;
 using Combination = std::tuple<std::string, std::string, std::string>; // length, file, variant
 
-enum class Data {
-    doubling, // of a file, at five lengths
-    stage,    // of a file, at one length
-    random,   // at five lengths
-    field     // of ZFP
-};
+const std::vector<RegisteredTest> tests = registeredTests();
 
-struct Measured {
-    const char* function;
-    Data data;
-    std::size_t count; // with a corpus of the real sizes
-    Texts variants = {"-"};
-};
-
-void PrintTo(const Measured& measured, std::ostream* out) {
-    *out << measured.function;
-}
-
-const Texts dictionaries = {"N", "I", "E"}, levels = {"1", "6", "9"},
-            methods = {"ST", "ST1X", "MT"},
-            hints = {"ntkBWTItohTanakaLimSort", "ntkBWTItohTanakaUnlimSort", "ntkBWTSuffixSort",
-                     " ntkBWTAutoSort"};
-
-// In the order of registration.
-const Measured tests[] = {
-    {"ntksEncodeRLE_BZ2_8u", Data::stage, 14},
-    {"ntksReduceDictionary_8u_I", Data::stage, 14},
-    {"ntksExpandDictionary_8u_I", Data::stage, 14},
-    {"ntksBWTFwd_8u", Data::stage, 14},
-    {"ntksBWTInv_8u", Data::stage, 14},
-    {"ntksMTFFwd_8u", Data::stage, 14},
-    {"ntksMTFInv_8u", Data::stage, 14},
-    {"ntksEncodeZ1Z2_BZ2_8u16u", Data::stage, 14},
-    {"ntksDecodeZ1Z2_BZ2_16u8u", Data::stage, 14},
-    {"ntksDecodeBlock_BZ2_16u8u", Data::stage, 14},
-    {"ntksDecodeRLEState_BZ2_8u", Data::stage, 14},
-    {"ntksBWTFwd_SelectSort_8u", Data::stage, 56, hints},
-    {"ntksEncodeHuffInit_BZ2_16u8u", Data::stage, 14},
-    {"ntksEncodeHuff_BZ2_16u8u", Data::stage, 14},
-    {"ntksDecodeHuff_BZ2_8u16u", Data::stage, 14},
-    {"ntksAdler32_8u", Data::random, 5},
-    {"ntksCRC32_8u", Data::random, 5},
-    {"ntksCRC32C_8u", Data::random, 5},
-    {"ntksCRC32_BZ2_8u", Data::random, 5},
-    {"ntksEncodeLZ4_8u", Data::doubling, 56},
-    {"ntksEncodeLZ4Safe_8u", Data::doubling, 56},
-    {"ntksEncodeLZ4Dict_8u", Data::doubling, 168, dictionaries},
-    {"ntksEncodeLZ4DictSafe_8u", Data::doubling, 168, dictionaries},
-    {"ntksEncodeLZ4HC_8u", Data::doubling, 168, dictionaries},
-    {"ntksDecodeLZ4_8u", Data::doubling, 56},
-    {"ntksDeflateLZ77_8u", Data::stage, 42, levels},
-    {"ntksDeflateHuff_8u", Data::stage, 42, levels},
-    {"ntksInflate_8u", Data::stage, 42, levels},
-    {"ntksEncodeLZO_8u", Data::doubling, 168, methods},
-    {"ntksDecodeLZO_8u", Data::doubling, 168, methods},
-    {"ntksDecodeLZOSafe_8u", Data::doubling, 168, methods},
-    {"ntksEncodeLZSS_8u", Data::doubling, 56},
-    {"ntksDecodeLZSS_8u", Data::doubling, 56},
-    {"ntksEncodeZfp444_32f", Data::field, 3, {"4", "8", "16"}},
-    {"ntksDecodeZfp444_32f", Data::field, 3, {"4", "8", "16"}},
-};
-
-constexpr long shortest = 16384, longest = 262144, stageLength = 102400, fieldBytes = 131072;
+constexpr long shortest = 16384, longest = 262144, blockLength = 102400, fieldBytes = 131072;
 const Texts fileNames = {"bib",    "book1",  "book2", "geo",   "news",  "obj1",  "obj2",
                          "paper1", "paper2", "pic",   "progc", "progl", "progp", "trans"};
 
@@ -89,7 +30,7 @@ std::set<long> doublingLengths() {
 std::set<long> lengthsOfFile(const fs::path& file, Data data) {
     const long size = fs::is_regular_file(file) ? static_cast<long>(fs::file_size(file)) : 0;
     std::set<long> lengths;
-    for (const long length : data == Data::stage ? std::set{stageLength} : doublingLengths()) {
+    for (const long length : data == Data::block ? std::set{blockLength} : doublingLengths()) {
         if (size > (length > shortest && data == Data::doubling ? length / 2 : 0)) {
             lengths.insert(std::min(size, length));
         }
@@ -109,7 +50,7 @@ std::map<std::string, std::set<long>> lengthsOfInputs(Data data, const std::stri
     return lengths;
 }
 
-class Combinations : public SystemTest, public testing::WithParamInterface<Measured> {
+class Combinations : public SystemTest, public testing::WithParamInterface<RegisteredTest> {
 protected:
     static std::set<Combination> expectedIn(const std::string& directory) {
         std::set<Combination> all;
@@ -139,19 +80,19 @@ protected:
 
 TEST_P(Combinations, OfTheCorpus) {
     const auto expected = expectedIn(corpusDirectory());
-    ASSERT_EQ(expected.size(), GetParam().count);
+    ASSERT_EQ(expected.size(), GetParam().combinations);
     expectExactly(expected, corpusDirectory());
 }
 
 INSTANTIATE_TEST_SUITE_P(Of, Combinations, testing::ValuesIn(tests),
-                         [](const auto& measured) { return std::string(measured.param.function); });
+                         [](const auto& test) { return std::string(test.param.function); });
 
 class ListOfTests : public SystemTest {};
 
 TEST_F(ListOfTests, IsThatOfTheCombinationsInItsOrder) {
     Texts names;
-    for (const Measured& measured : tests) {
-        names.push_back(measured.function);
+    for (const RegisteredTest& test : tests) {
+        names.push_back(test.function);
     }
     EXPECT_EQ(listedFunctions(), names);
 }
@@ -172,15 +113,15 @@ TEST_P(FileCombinations, OfFilesAtTheEdgesOfALength) {
     expectExactly(expectedIn(directory()), directory());
 }
 
-std::vector<Measured> testsOfFiles() {
-    std::vector<Measured> all;
+std::vector<RegisteredTest> testsOfFiles() {
+    std::vector<RegisteredTest> all;
     std::copy_if(std::begin(tests), std::end(tests), std::back_inserter(all), [](const auto& test) {
-        return test.data == Data::doubling || test.data == Data::stage;
+        return test.data == Data::doubling || test.data == Data::block;
     });
     return all;
 }
 
 INSTANTIATE_TEST_SUITE_P(Of, FileCombinations, testing::ValuesIn(testsOfFiles()),
-                         [](const auto& measured) { return std::string(measured.param.function); });
+                         [](const auto& test) { return std::string(test.param.function); });
 
 } // namespace

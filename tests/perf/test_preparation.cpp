@@ -1,0 +1,111 @@
+// A call of the library that fails while data are prepared: it is named, nothing else is called,
+// and the combination is not measured.
+
+#include "family.h"
+
+#include <dlfcn.h>
+#include <sys/mman.h>
+
+#include <array>
+#include <cstring>
+#include <system_error>
+#include <vector>
+
+#include "captured.h"
+
+namespace {
+
+// Makes a function of the library return ntkStsBadValue at once while this lives: the first bytes
+// of its code are replaced, so that any function can fail without a stand-in of its signature.
+class FailingFunction {
+public:
+    explicit FailingFunction(const char* name) : m_code(dlsym(RTLD_DEFAULT, name)) {
+        if (!m_code) {
+            throw std::invalid_argument(std::string("the library has no ") + name);
+        }
+        memcpy(m_kept.data(), m_code, m_kept.size());
+        constexpr int status = ntkStsBadValue;
+        std::array<unsigned char, 6> code = {0xB8, 0, 0, 0, 0, 0xC3}; // mov eax, status; ret
+        memcpy(&code[1], &status, sizeof status);
+        write(code);
+    }
+    ~FailingFunction() { write(m_kept); }
+    FailingFunction(const FailingFunction&) = delete;
+    FailingFunction& operator=(const FailingFunction&) = delete;
+
+private:
+    void write(const std::array<unsigned char, 6>& code) const {
+        constexpr uintptr_t pageBytes = 4096;
+        auto* const page =
+            reinterpret_cast<void*>(reinterpret_cast<uintptr_t>(m_code) / pageBytes * pageBytes);
+        constexpr size_t bytes = 2 * pageBytes; // the code may reach into the next page
+        if (mprotect(page, bytes, PROT_READ | PROT_WRITE | PROT_EXEC) != 0) {
+            throw std::system_error(errno, std::generic_category(), "mprotect");
+        }
+        memcpy(m_code, code.data(), code.size());
+        mprotect(page, bytes, PROT_READ | PROT_EXEC);
+    }
+
+    void* const m_code;
+    std::array<unsigned char, 6> m_kept = {};
+};
+
+struct Family {
+    const char* function; // the measured one, of the longest preparation in its family
+    std::vector<const char*> preparation;
+};
+
+void PrintTo(const Family& family, std::ostream* out) {
+    *out << family.function;
+}
+
+const Family families[] = {
+    {"ntksBWTInv_8u",
+     {"ntksRLEGetSize_BZ2_8u", "ntksEncodeRLEInit_BZ2_8u", "ntksEncodeRLE_BZ2_8u",
+      "ntksEncodeRLEFlush_BZ2_8u", "ntksRLEGetInUseTable_8u", "ntksReduceDictionary_8u_I",
+      "ntksBWTFwdGetSize_8u", "ntksBWTFwd_8u", "ntksBWTInvGetSize_8u", "ntksMTFGetSize_8u",
+      "ntksMTFInit_8u", "ntksMTFFwd_8u", "ntksZero_8u", "ntksEncodeZ1Z2_BZ2_8u16u",
+      "ntksEncodeHuffGetSize_BZ2_16u8u", "ntksEncodeHuffInit_BZ2_16u8u"}},
+    {"ntksDecodeHuff_BZ2_8u16u",
+     {"ntksEncodeHuffGetSize_BZ2_16u8u", "ntksZero_8u", "ntksEncodeHuffInit_BZ2_16u8u",
+      "ntksPackHuffContext_BZ2_16u8u", "ntksEncodeHuff_BZ2_16u8u",
+      "ntksDecodeHuffGetSize_BZ2_8u16u", "ntksDecodeHuffInit_BZ2_8u16u",
+      "ntksUnpackHuffContext_BZ2_8u16u"}},
+    {"ntksDecodeLZ4_8u",
+     {"ntksEncodeLZ4HashTableGetSize_8u", "ntksEncodeLZ4HashTableInit_8u",
+      "ntksEncodeLZ4HCHashTableGetSize_8u", "ntksEncodeLZ4_8u"}},
+    {"ntksInflate_8u", {"ntksDeflateLZ77_8u", "ntksDeflateHuff_8u"}},
+    {"ntksDecodeLZO_8u", {"ntksEncodeLZOGetSize", "ntksEncodeLZOInit_8u", "ntksEncodeLZO_8u"}},
+    {"ntksDecodeLZSS_8u",
+     {"ntksLZSSGetSize_8u", "ntksEncodeLZSSInit_8u", "ntksEncodeLZSS_8u", "ntksEncodeLZSSFlush_8u",
+      "ntksDecodeLZSSInit_8u"}},
+    {"ntksDecodeZfp444_32f",
+     {"ntksZfpGetSize_32f", "ntksEncodeZfp444_32f", "ntksZfpGetLength_32f"}},
+};
+
+class Preparation : public FamilyTest, public testing::WithParamInterface<Family> {};
+
+} // namespace
+
+TEST_P(Preparation, EndsWithTheCallThatFails) {
+    choose("16384", makeFile("text", sampleText(16384)));
+    psTest& test = started(GetParam().function);
+    for (const char* const function : GetParam().preparation) {
+        const Captured log;
+        {
+            const FailingFunction failing(function);
+            EXPECT_FALSE(test.initData()) << function;
+        }
+        test.flushData();
+        const std::string text = log.text();
+        EXPECT_EQ(text.rfind("--NTK FAIL. status = -5 in " + std::string(function) + ": "), 0u)
+            << text;
+        EXPECT_EQ(text.find('\n'), text.size() - 1) << text;
+        EXPECT_EQ(psSumOfBlocks(), 0) << function;
+    }
+    EXPECT_TRUE(test.initData()); // none of them fails any more
+    test.flushData();
+}
+
+INSTANTIATE_TEST_SUITE_P(Of, Preparation, testing::ValuesIn(families),
+                         [](const auto& family) { return std::string(family.param.function); });
