@@ -7,8 +7,8 @@ psStepIterator<int> g_huffLen;
 psStepIterator<int> g_codeLen;
 psFileIterator g_codeFile;
 
-// The columns that the families fill: the bytes of a call, the file, what else tells measurements
-// of a test apart (dictionary, sorting hint, level, method) and the compression ratio.
+// The columns that the families fill: the bytes of a call, the file, what else distinguishes
+// measurements of a test apart (dictionary, sorting hint, level, method) and the compression ratio.
 static const char* const parmColumns[] = {"Length", "CodeFile", "Variant", "Ratio"};
 
 static const char* const corpusFiles[] = {"bib",   "book1", "book2",  "geo",    "news",

@@ -37,14 +37,14 @@ const NtkLibraryVersion* libraryVersion() {
 }
 
 // What a status that a call returns means for its test: below 0 a failure, above it a note.
-psResult judgeStatus(int status) {
+psResult resultOfStatus(int status) {
     return kxTest::checkStatus(status, psTestList::m_pCurrentTest->functionName());
 }
 
 [[maybe_unused]] const bool g_registered = [] {
     psRegNtkEnvironment(setEnvironment);
     psRegNtkVersion(libraryVersion);
-    psTool::m_pCheckStatus = judgeStatus;
+    psTool::m_pCheckStatus = resultOfStatus;
     psRegParm(g_length);
     psRegParm(g_size);
     psRegParmColumn("Data");

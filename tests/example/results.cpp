@@ -34,7 +34,7 @@ public:
 };
 
 // No data for any combination.
-class EmptyHandedTest : public Test {
+class NoDataTest : public Test {
 public:
     using Test::Test;
     bool initData() override { return false; }
@@ -54,7 +54,7 @@ volatile double g_sink;
 int succeed() {
     return 0;
 }
-int remark() {
+int noteStatus() {
     return ntkStsDstFull;
 }
 int fail() {
@@ -110,10 +110,10 @@ void add(const char* function, const char* info, psCallFunc call, psLoopFunc loo
     add("result02", "Wavering", nullptr, wavering);
     add("result03", "FlagsLeft", divideByZero);
     add<RepeatedTest>("result04", "Repeated", succeed);
-    add("result05", "Remark", remark);
+    add("result05", "Remark", noteStatus);
     add("result06", "Note", nullptr, noting);
     add("result07", "NoClocks", nullptr, standing);
-    add<EmptyHandedTest>("result08", "NoData", succeed);
+    add<NoDataTest>("result08", "NoData", succeed);
     add("result09", "Failure", fail);
     add("result10_segv", "ReadNowhere", readNowhere);
     add("result10_fpe", "TrapDivision", trapDivision);

@@ -9,8 +9,8 @@
 #include "files.h"
 #include "kxdc.h"
 
-// A registered test by the function that it measures. The exception fails a test that has the name
-// wrong, and tells it.
+// A registered test by the function that it measures. The exception fails a test that asks for a
+// function without one, and names the function.
 inline psTest& findTest(const std::string& function) {
     for (psTest* test : *pTestList) {
         if (test->functionName() == function.c_str()) {
