@@ -23,7 +23,7 @@ std::string where(const Ntk8u* p) {
     for (const auto& [name, buffer] : buffers) {
         const auto* const start = static_cast<const Ntk8u*>(buffer->data());
         if (start && p >= start && p < start + buffer->size()) {
-            return name + ("+" + std::to_string(p - start));
+            return std::string(name) + "+" + std::to_string(p - start);
         }
     }
     return p ? "elsewhere" : "none";
