@@ -1,5 +1,6 @@
 #include "psinfo.h"
 
+#include <sys/resource.h>
 #include <sys/utsname.h>
 #include <unistd.h>
 
@@ -75,4 +76,9 @@ int psMaxCacheSizeB(psCacheSizeQuery query, psCpuidReader read) {
 
 int psGetMaxCacheSizeB() {
     return psMaxCacheSizeB(ntkGetMaxCacheSizeB, psReadCpuid);
+}
+
+long psInvoluntarySwitches() {
+    rusage usage{};
+    return getrusage(RUSAGE_THREAD, &usage) == 0 ? usage.ru_nivcsw : 0;
 }

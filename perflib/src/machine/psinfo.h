@@ -9,6 +9,8 @@
 // "Linux (release, version)", as uname reports it.
 psString psOS();
 psString psHost();
+// How often this thread has lost its processor to another one, so far.
+long psInvoluntarySwitches();
 // Processors online, at least 1.
 int psGetNumOfProcessors();
 // The processor's own name without leading, trailing and doubled blanks; empty when it has none.

@@ -10,6 +10,7 @@ struct psTimes {
     int calls = 0;            // of the run that gave it; with a loop function its loops
     long long batches = 0;    // timed spans of the measurement
     double spread = 0;        // middle span over the smallest, less 1; 0 for a single one
+    int switches = 0;         // of the processor to another process, while it lasted
     double accuracy = 0;      // relative spread of the runs that were compared; 0: none were
     bool hasAccuracy = false; // whether the method judges it
     psString remark;          // "nLps=4096 acc=7.3%"
@@ -38,6 +39,9 @@ struct psMeasurement {
     // A failed call has no clocks worth telling.
     bool isMeasured() const { return !psIsFail(result) && !deprecated; }
     double clocksPerUnit() const { return times.clocksPerCall / unitsPerCall; }
+    // The machine did something else meanwhile: the middle span is far from the smallest, or the
+    // process was switched out.
+    bool isDisturbed() const;
     // "CodeLength=16384 CodeFile=book1": equal texts are the same measurement of a function.
     psString combination() const;
 };

@@ -4,6 +4,7 @@
 #include "psexcept.h"
 #include "psistream.h"
 #include "psostream.h"
+#include "psremarks.h"
 #include "psvalue.h"
 
 psParameter::psParameter(const psString& name, const psString& promptName) {
@@ -119,6 +120,7 @@ bool psParameter::fromIStream(psIStream& in) {
 }
 
 void psParameter::reportRejected(const char* message, const psString& text) const {
+    g_remarks.add(m_name + " = " + text + " (rejected; keeping " + defaultString() + ")");
     g_ostrm << PS_ERR << message << " (" << m_name << " = " << text << " is rejected; keeping "
             << defaultString() << ")\n"
             << PS_END;

@@ -3,6 +3,7 @@
 #include "pscputick_gcc.h"
 #include "pscpuidtest.h"
 #include "psistream.h"
+#include "psremarks.h"
 #include "psoptionutil.h"
 #include "psreport.h"
 #include "psreportformat.h"
@@ -10,6 +11,7 @@
 #include "pssettings.h"
 #include "pstable.h"
 #include "pstest.h"
+#include "pstestformat.h"
 
 namespace {
 constexpr int bannerWidth = 78;
@@ -229,7 +231,10 @@ void psSession::outputHeader() {
 
 void psSession::outputFooter() {
     const psReportEnd end(*pTestList);
-    g_ostrm << PS_ERR << end << PS_END_FLUSH;
+    // The counts stay the last thing that is seen.
+    g_ostrm << PS_NORMAL << psDisturbanceSummary(psTest::m_numDisturbed, psTest::m_numMeasured)
+            << PS_END;
+    g_ostrm << PS_ERR << g_remarks.closingText() << end << PS_END_FLUSH;
     g_ustrm << end;
 }
 

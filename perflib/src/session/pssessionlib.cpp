@@ -3,7 +3,11 @@
 
 #include <sys/personality.h>
 
+#include <cstdlib>
+
 #include "ps.h"
+#include "pscpufeatures.h"
+#include "psloaded.h"
 
 namespace {
 // Of <linux/personality.h>: address-space randomisation is switched off.
@@ -32,6 +36,11 @@ void psSession::prepareLibrary() {
         setNtkEnvironment();
     }
     collectLibInfo();
+    const char* const searchPath = getenv("LD_LIBRARY_PATH");
+    g_ostrm << PS_NORMAL
+            << psLibraryOriginText(psLoadedLibraries(), psOwnLibraryDir(),
+                                   searchPath ? searchPath : "")
+            << PS_END;
 }
 
 // The number and the library's text of a status that is not 0.
@@ -59,6 +68,18 @@ void psSession::applyFeatures() {
     g_ostrm << PS_END;
 }
 
+// What "-T" left enabled, so that tables of several kernels can be told apart by their titles.
+static psString enabledFeaturesText() {
+    const unsigned long long enabled = ntk_GetEnabledCpuFeatures();
+    psString text = "-T:";
+    for (const psCpuFeature& feature : psCpuFeatures()) {
+        if (feature.mask && (enabled & feature.mask) == feature.mask) {
+            text << " " << feature.label;
+        }
+    }
+    return text;
+}
+
 void psSession::collectLibInfo() {
     if (!ntkVersionList) {
         return;
@@ -69,6 +90,9 @@ void psSession::collectLibInfo() {
             psRegLibInfo(psString(version->name) + ", " + version->version + ", " +
                          version->buildDate);
         }
+    }
+    if (m_cpuFeatures) {
+        psRegLibInfo(enabledFeaturesText());
     }
     g_ostrm << PS_NORMAL << "Brask NTK libraries information has been set into PS\n" << PS_END;
 }

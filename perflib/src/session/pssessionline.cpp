@@ -4,6 +4,7 @@
 
 #include "ps.h"
 #include "psistream.h"
+#include "psremarks.h"
 #include "pstest.h"
 
 // Everything that the keys set, as it was before them.
@@ -17,6 +18,7 @@ void psSession::resetModes() {
     m_unopenedFile = false;
     m_iniName = "";
     m_outputs.clear();
+    g_remarks.clear();
     m_report.clear();
     m_report.append("Command line options: ");
 }
@@ -154,9 +156,15 @@ void psSession::applyOption(char key, const psString& argument) {
     psOption* const option = getOption(key);
     if (!option) {
         m_report.append("ignored: incorrect option key\n");
+        g_remarks.add("-" + psText(key) + argument + ": ignored: incorrect option key");
         return;
     }
-    m_report.append(option->report(argument) + "\n");
+    const psString effect = option->report(argument);
+    m_report.append(effect + "\n");
+    // A key that another one replaces or that this session has no use for is no mistake.
+    if (effect.startsWith("ignored") && !effect.startsWith("ignored because")) {
+        g_remarks.add("-" + psText(key) + argument + ": " + effect);
+    }
     if (option->apply) {
         option->apply(argument, this);
     }

@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "psbase.h"
+#include "pstestformat.h"
 #include "pstest.h"
 
 namespace {
@@ -28,6 +29,7 @@ constexpr psTableColumn resultColumns[] = {
     {"Interest",
      [](psTest&, const psMeasurement& m) { return psString(m.hot && !m.deprecated ? "+" : ""); },
      [] { return psTest::m_hot != 0; }},
+    {"Spread", [](psTest&, const psMeasurement& m) { return psSpreadText(m); }, nullptr},
 };
 
 constexpr int functionColumns = 2;

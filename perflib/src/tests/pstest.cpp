@@ -23,6 +23,8 @@ constinit int& psTest::m_vectorNum = g_vectorNum;
 constinit int& psTest::m_vectorShift = g_vectorShift;
 int psTest::m_numParmsColm = 0;
 int psTest::m_numResultColm = 0;
+int psTest::m_numMeasured = 0;
+int psTest::m_numDisturbed = 0;
 
 namespace {
 // The text before the first "/" of text, which loses it and the "/".

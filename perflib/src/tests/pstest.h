@@ -167,6 +167,9 @@ public:
     // Columns of the performance table: the function's and the parameters', then the result's.
     static int m_numParmsColm;
     static int m_numResultColm;
+    // Combinations of this run that gave figures, and of these the disturbed ones.
+    static int m_numMeasured;
+    static int m_numDisturbed;
 
 protected:
     void putTextError(psResult r);

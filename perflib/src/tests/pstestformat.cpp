@@ -35,3 +35,30 @@ psString sFormat(const psString& text, int width) {
 psString sFormat(double number, int width) {
     return sFormat(psText(number), width);
 }
+
+psString psSpreadText(const psMeasurement& record) {
+    const bool has = record.isMeasured() && record.times.batches > 1;
+    return has ? psFormat("%.1f", 100 * record.times.spread) : psString();
+}
+
+psString psDisturbanceText(const psMeasurement& record) {
+    if (!record.isDisturbed()) {
+        return {};
+    }
+    psString text = "spread=" + psFormat("%.1f%%", 100 * record.times.spread);
+    if (record.times.switches > 0) {
+        text << ", switched out " << record.times.switches
+             << (record.times.switches == 1 ? " time" : " times");
+    }
+    return text + "\n";
+}
+
+psString psDisturbanceSummary(int disturbed, int measured) {
+    if (disturbed == 0) {
+        return {};
+    }
+    return psFormat("-- %d of %d measurements were disturbed (spread above 5%% or switched out): "
+                    "measure them again\n"
+                    "--   with nothing else running, on one processor (taskset -c 1 ntkperf ...)\n",
+                    disturbed, measured);
+}

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "psresult.h"
+#include "psmeasurement.h"
 
 // The texts of a test's result, apart from any test.
 
@@ -12,3 +12,11 @@ psString psFormatClocks(double clocks);
 // longer text stays whole.
 psString sFormat(const psString& text, int width);
 psString sFormat(double number, int width);
+
+// By how much the middle timed span was longer than the smallest, in percent ("12.3"); empty when
+// the measurement failed or has a single span.
+psString psSpreadText(const psMeasurement& record);
+// What disturbed a measurement, as a line of the log; empty when nothing did.
+psString psDisturbanceText(const psMeasurement& record);
+// The closing line on disturbed measurements, with what helps; empty when there was none.
+psString psDisturbanceSummary(int disturbed, int measured);

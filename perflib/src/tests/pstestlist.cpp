@@ -125,6 +125,7 @@ bool psTestList::runTests(const psConditions& conditions) {
 
 void psTestList::clearCounts() {
     m_tests = m_notes = m_fails = 0;
+    psTest::m_numMeasured = psTest::m_numDisturbed = 0;
     for (int& count : m_counts) {
         count = 0;
     }

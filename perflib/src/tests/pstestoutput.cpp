@@ -140,7 +140,9 @@ void psTest::putTextResult(psResult r) {
     if (psIsFail(r)) {
         return;
     }
-    g_ostrm << PS_NORMAL << "-- performance:\n" << testResultString() << "\n" << PS_END_FLUSH;
+    g_ostrm << PS_NORMAL << "-- performance:\n"
+            << testResultString() << "\n"
+            << psDisturbanceText(record(r)) << PS_END_FLUSH;
 }
 
 void psTest::outputResult(psResult r) {
@@ -151,8 +153,10 @@ void psTest::outputResult(psResult r) {
     } else {
         putTableResult(r);
     }
+    const psMeasurement m = record(r);
+    m_numMeasured += m.isMeasured() ? 1 : 0;
+    m_numDisturbed += m.isDisturbed() ? 1 : 0;
     if (g_pRecordWriters) {
-        const psMeasurement m = record(r);
         for (psRecordWriter* writer : *g_pRecordWriters) {
             writer->write(m);
         }

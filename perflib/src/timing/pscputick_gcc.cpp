@@ -6,6 +6,8 @@
 
 #include <ntkcore.h>
 
+#include "psfreqcache.h"
+
 constinit psClockReader ntk_StartCpuClocks = ntkStartTsc;
 constinit psClockReader ntk_StopCpuClocks = ntkStopTsc;
 
@@ -70,10 +72,20 @@ int psNominalMHz(int mhz) {
     return mhz > 0 && static_cast<double>(smallest) / mhz < nominalTolerance ? nearest : mhz;
 }
 
-int psCpuTicker::getFreq() {
+int psCpuTicker::knownFreq() {
     if (m_empty) {
+        static const int keptMHz = psReadFrequency(psFrequencyCachePath(), psFrequencyCacheKey());
+        m_freqMHz = keptMHz;
+        m_empty = keptMHz == 0;
+    }
+    return m_freqMHz;
+}
+
+int psCpuTicker::getFreq() {
+    if (knownFreq() == 0) {
         m_freqMHz = measureMHz();
         m_empty = false;
+        psWriteFrequency(psFrequencyCachePath(), psFrequencyCacheKey(), m_freqMHz);
     }
     return m_freqMHz;
 }

@@ -19,10 +19,10 @@ int psNominalMHz(int mhz);
 
 class psCpuTicker {
 public:
-    // MHz. The first call takes two to three seconds, later ones nothing.
+    // MHz. The first call on a boot of the machine takes two to three seconds, later ones nothing.
     static int getFreq();
-    // MHz, or 0 when nobody has called getFreq() yet; never waits.
-    static int knownFreq() { return m_empty ? 0 : m_freqMHz; }
+    // MHz, or 0 when it has not been measured on this boot yet; never waits.
+    static int knownFreq();
     // Clocks of the processor in one clock of the reader.
     static int getClockFactor() { return 1; }
 

@@ -51,6 +51,7 @@ double psTool::clocksPerCall(Stored stored) const {
 // numLoops.
 void psTool::runTimFuncStat(long long maxClocks, int calls) {
     long long clocks = maxClocks;
+    g_batches.clear();
     if (harnessCalls) {
         if (!funcCall) {
             result = PS_UNDEFINED;
@@ -75,6 +76,7 @@ void psTool::runTimFunc(int loops, double* clocks, bool loopMode) {
     const double budget = *clocks;
     for (int pass = 0; pass < 2; pass++) {
         numClocks = 0;
+        g_batches.clear(); // the spans of the last run count: a prior run has spans of its own kind
         if (harnessCalls && !funcCall) {
             result = PS_UNDEFINED;
             return;

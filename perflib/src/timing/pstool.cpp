@@ -4,6 +4,7 @@
 
 #include "psbatches.h"
 #include "psctrl87.h"
+#include "psinfo.h"
 #include "psinit.h"
 #include "pspriority.h"
 #include "pssettings.h"
@@ -91,6 +92,7 @@ psTimes psTool::times() const {
     t.calls = numLoops;
     t.batches = g_batches.count();
     t.spread = g_batches.spread();
+    t.switches = m_switches;
     t.accuracy = accuracy;
     t.hasAccuracy = used && used->judgesAccuracy;
     t.remark = methodInfo;
@@ -107,8 +109,8 @@ int psTool::extLoop = 0;
 int psTool::extLoopPoint = 0;
 constinit int& psTool::m_priority = g_settings.priority;
 psResult (*psTool::m_pCheckStatus)(int status) = nullptr;
-constinit psString psTool::path;
-constinit psString psTool::path_tmp;
+constinit psString& psTool::path = g_settings.inDir;
+constinit psString& psTool::path_tmp = g_settings.outDir;
 
 void psTool::reset() {
     result = PS_UNDEFINED;
@@ -218,11 +220,13 @@ psResult psTool::timing(psLoopFunc loop, psStatFunc stat, psCallFunc call, psCal
     funcStat = stat;
     funcCall = call;
     initFunc = init;
+    const long switchesBefore = psInvoluntarySwitches();
     if (const psTimingMethod* const chosen = findMethod(method)) {
         (this->*chosen->run)();
     } else {
         updateResult(internalFail(unknownMethodLine));
     }
+    m_switches = static_cast<int>(psInvoluntarySwitches() - switchesBefore);
     return result;
 }
 

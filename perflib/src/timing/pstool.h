@@ -140,7 +140,8 @@ public:
     static int& m_priority; // class for psSetPriority
     // Judges a library status in the tool's own loops; null: they report PS_OK.
     static psResult (*m_pCheckStatus)(int status);
-    static psString path, path_tmp; // directories of the session
+    static psString& path;     // the directory for inputs
+    static psString& path_tmp; // for outputs
 
 private:
     // How the label of a run reads, and what the iterative method still may do.
@@ -198,6 +199,7 @@ private:
     const char* runLabel() const { return countCalls ? "numCalls" : "numLoops"; }
 
     psString m_detail;
+    int m_switches = 0; // of the last measurement
 };
 
 extern psTool g_tool;

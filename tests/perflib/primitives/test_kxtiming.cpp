@@ -33,6 +33,7 @@ class TimingTest : public testing::Test {
 protected:
     void SetUp() override {
         g_now = 0;
+        g_batches.clear();
         g_inits = g_calls = g_status = g_badCall = g_longInitClocks = 0;
         m_start = ntk_StartCpuClocks;
         m_stop = ntk_StopCpuClocks;
@@ -56,6 +57,8 @@ private:
 TEST_F(TimingTest, LoopKeepsTheQuickestCallAlone) {
     EXPECT_EQ(Timing::loop(9, &clocks, "f"), PS_OK);
     EXPECT_EQ(clocks, 410); // the call and the stop reading, no init body
+    EXPECT_EQ(g_batches.count(), 9);
+    EXPECT_DOUBLE_EQ(g_batches.spread(), 100.0 / 410);
     EXPECT_EQ(g_calls, 10);
     EXPECT_EQ(g_inits, 10);
 }
@@ -72,6 +75,7 @@ TEST_F(TimingTest, StatGoesOnUntilCallsAndClocksAreReached) {
     EXPECT_EQ(Timing::stat(&count, &clocks, 1, "f"), PS_OK);
     EXPECT_EQ(count, 4); // 513 clocks each
     EXPECT_EQ(clocks, 513 - 3);
+    EXPECT_EQ(g_batches.count(), 4); // of one call each
     EXPECT_EQ(g_inits, kxProbes + kxRounds * kxInitsPerRound + 4);
     EXPECT_EQ(g_calls, 5); // and one, untimed, for what a call leaves behind
     g_calls = 0;

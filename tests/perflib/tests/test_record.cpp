@@ -113,16 +113,16 @@ TEST_F(RecordsOfATest, HoldWhatWasMeasuredInFullPrecision) {
 }
 
 TEST_F(RecordsOfATest, AreWrittenByTheColumnsOfTheTable) {
-    EXPECT_EQ(tableOf(test), "ntksProbe_8u,-,999,-,2.05,123,e,-,OK,nLps=3\n"
-                             "ntksProbe_8u,-,1999,-,2.05,123,e,-,OK,nLps=3\n");
+    EXPECT_EQ(tableOf(test), "ntksProbe_8u,-,999,-,2.05,123,e,-,OK,nLps=3,-\n"
+                             "ntksProbe_8u,-,1999,-,2.05,123,e,-,OK,nLps=3,-\n");
     test.addsValues = false; // the parameters then fill the columns in their order
     test.length.init(5, "CodeLength");
-    EXPECT_EQ(tableOf(test), "ntksProbe_8u,-,5,fast,1,123,e,-,OK,nLps=3\n");
+    EXPECT_EQ(tableOf(test), "ntksProbe_8u,-,5,fast,1,123,e,-,OK,nLps=3,-\n");
 }
 
 TEST_F(RecordsOfATest, OfAFailureHoldNoFigures) {
     g_outcome = PS_FUNC_FAIL;
-    EXPECT_EQ(tableOf(test), "ntksProbe_8u,-,999,-,2.05,-,e,-,FUNCFAIL,nLps=3\n");
+    EXPECT_EQ(tableOf(test), "ntksProbe_8u,-,999,-,2.05,-,e,-,FUNCFAIL,nLps=3,-\n");
     ASSERT_EQ(writer.records.count(), 1);
     EXPECT_EQ(writer.records.front().result, PS_FUNC_FAIL);
     EXPECT_FALSE(writer.records.front().isMeasured());

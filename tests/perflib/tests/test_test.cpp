@@ -317,8 +317,8 @@ TEST_F(LifeTest, EqualParameterCellsAreToldOfTheFirstPair) {
     g_cstrm.close();
     EXPECT_TRUE(has(log, "-- Notice: duplicate lines in performance table (csv-file)\n")) << log;
     EXPECT_EQ(result, PS_DATA_NOTE);
-    EXPECT_EQ(readFile(path), "ntksProbe_8u,-,-,-,-,-,-,-,-,-,10.0,e,-,OK,nLps=1\n"
-                              "ntksProbe_8u,-,-,-,-,-,-,-,-,-,10.0,e,-,OK,nLps=1\n");
+    EXPECT_EQ(readFile(path), "ntksProbe_8u,-,-,-,-,-,-,-,-,-,10.0,e,-,OK,nLps=1,-\n"
+                              "ntksProbe_8u,-,-,-,-,-,-,-,-,-,10.0,e,-,OK,nLps=1,-\n");
 }
 
 TEST_F(LifeTest, RegistrationInfoNamesTheMethodThatWillBeCalled) {

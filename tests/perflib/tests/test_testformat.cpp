@@ -28,3 +28,32 @@ TEST(TestFormat, Texts) {
         EXPECT_STREQ(c.got.c_str(), c.want);
     }
 }
+
+TEST(TestFormat, DisturbancesAreTold) {
+    const struct {
+        psResult result;
+        long long batches;
+        double spread;
+        int switches;
+        const char *cell, *line;
+    } cases[] = {
+        {PS_OK, 1, 0, 0, "", ""}, // a single span has no spread
+        {PS_OK, 8, 0, 0, "0.0", ""},
+        {PS_OK, 8, 0.05, 0, "5.0", ""},
+        {PS_OK, 8, 0.0512, 0, "5.1", "spread=5.1%\n"},
+        {PS_OK, 8, 0.01, 1, "1.0", "spread=1.0%, switched out 1 time\n"},
+        {PS_ACCUR_WARN, 8, 1.5, 7, "150.0", "spread=150.0%, switched out 7 times\n"},
+        {PS_FUNC_FAIL, 8, 1.5, 7, "", ""},
+    };
+    for (const auto& c : cases) {
+        psMeasurement m;
+        m.result = c.result;
+        m.times.batches = c.batches;
+        m.times.spread = c.spread;
+        m.times.switches = c.switches;
+        EXPECT_STREQ(psSpreadText(m).c_str(), c.cell) << c.spread;
+        EXPECT_STREQ(psDisturbanceText(m).c_str(), c.line) << c.spread;
+    }
+    EXPECT_STREQ(psDisturbanceSummary(0, 9).c_str(), "");
+    EXPECT_TRUE(psDisturbanceSummary(3, 1692).startsWith("-- 3 of 1692 measurements were "));
+}

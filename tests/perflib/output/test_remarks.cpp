@@ -1,0 +1,19 @@
+#include "psremarks.h"
+
+#include <gtest/gtest.h>
+
+TEST(Remarks, AreRepeatedAtTheEndWithTheirCount) {
+    psRemarks remarks;
+    EXPECT_STREQ(remarks.closingText().c_str(), "");
+    remarks.add("CodeLength = 64k (rejected)");
+    EXPECT_STREQ(remarks.closingText().c_str(), "-- 1 setting was rejected or ignored:\n"
+                                                "--   CodeLength = 64k (rejected)\n");
+    for (int i = 2; i <= 23; ++i) {
+        remarks.add("another");
+    }
+    const psString text = remarks.closingText();
+    EXPECT_TRUE(text.startsWith("-- 23 settings were rejected or ignored:\n")) << text.c_str();
+    EXPECT_TRUE(text.contains("another\n--   and 3 more\n")) << text.c_str();
+    remarks.clear();
+    EXPECT_STREQ(remarks.closingText().c_str(), "");
+}
