@@ -42,11 +42,21 @@ static Ntk64u nextReading(void) {
     return elapsedClocks;
 }
 
-Ntk64u ntkGetCpuClocks(void) { return nextReading(); }
-Ntk64u ntkStartTsc(void) { return nextReading(); }
-Ntk64u ntkStopTsc(void) { return nextReading(); }
-Ntk64u ntkStartTscp(void) { return nextReading(); }
-Ntk64u ntkStopTscp(void) { return nextReading(); }
+Ntk64u ntkGetCpuClocks(void) {
+    return nextReading();
+}
+Ntk64u ntkStartTsc(void) {
+    return nextReading();
+}
+Ntk64u ntkStopTsc(void) {
+    return nextReading();
+}
+Ntk64u ntkStartTscp(void) {
+    return nextReading();
+}
+Ntk64u ntkStopTscp(void) {
+    return nextReading();
+}
 
 static void advance(Ntk64u nanoseconds) {
     elapsedClocks += nanoseconds * clocksPerMicrosecond / 1000;
