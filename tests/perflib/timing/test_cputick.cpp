@@ -26,31 +26,31 @@ Script* g_script = nullptr; // none: the time of the machine
 // In place of the functions of the C library and of the measured one.
 extern "C" {
 
-int clock_gettime(clockid_t clock, timespec* now) noexcept {
+int clock_gettime(clockid_t clock_id, timespec* tp) noexcept {
     if (!g_script) {
-        return static_cast<int>(syscall(SYS_clock_gettime, clock, now));
+        return static_cast<int>(syscall(SYS_clock_gettime, clock_id, tp));
     }
-    *now = {g_script->nanoseconds / second, g_script->nanoseconds % second};
+    *tp = {g_script->nanoseconds / second, g_script->nanoseconds % second};
     return 0;
 }
 
-time_t time(time_t* place) noexcept {
+time_t time(time_t* timer) noexcept {
     if (g_script) {
         g_script->nanoseconds += 1'000'000;
     }
     timespec now = {};
     clock_gettime(CLOCK_REALTIME, &now);
-    if (place) {
-        *place = now.tv_sec;
+    if (timer) {
+        *timer = now.tv_sec;
     }
     return now.tv_sec;
 }
 
-int nanosleep(const timespec* span, timespec* left) {
+int nanosleep(const timespec* requested_time, timespec* remaining) {
     if (!g_script) {
-        return static_cast<int>(syscall(SYS_nanosleep, span, left));
+        return static_cast<int>(syscall(SYS_nanosleep, requested_time, remaining));
     }
-    const long long nanoseconds = span->tv_sec * second + span->tv_nsec;
+    const long long nanoseconds = requested_time->tv_sec * second + requested_time->tv_nsec;
     g_script->nanoseconds += nanoseconds;
     g_script->slept += nanoseconds;
     return 0;
