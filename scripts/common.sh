@@ -18,16 +18,28 @@ fail() {
     exit 1
 }
 
-# build PRESET [TARGET...]: brings the build tree up to date, all of it when no target is named.
-build() {
+# All C and C++ sources of the project, by their absolute names, each ended by a zero byte.
+sources() {
+    find "$top"/{ntk,perflib,perf,tools,bench,tests} -name '*.[ch]' -print0 -o -name '*.cpp' -print0
+}
+
+# configure PRESET [OPTION...]: makes the build tree unless it is there and newer than the presets.
+configure() {
     local preset=$1 tree=$top/build/$1
     shift
     # Ninja configures again by itself when a CMakeLists.txt changes, but it does not know the
     # presets.
-    if [[ ! -f $tree/build.ninja || $top/CMakePresets.json -nt $tree/build.ninja ]]; then
+    if (($# > 0)) || [[ ! -f $tree/build.ninja || $top/CMakePresets.json -nt $tree/build.ninja ]]; then
         say "configuring preset $preset in build/$preset"
-        (cd "$top" && cmake --preset "$preset" </dev/null)
+        (cd "$top" && cmake --preset "$preset" "$@" </dev/null)
     fi
+}
+
+# build PRESET [TARGET...]: brings the build tree up to date, all of it when no target is named.
+build() {
+    local preset=$1
+    shift
+    configure "$preset"
     say "building preset $preset: ${*:-everything}"
     (cd "$top" && cmake --build --preset "$preset" --parallel "$(nproc)" \
         ${1:+--target "$@"} </dev/null)
@@ -36,5 +48,5 @@ build() {
 # run_tests PRESET: prints what CTest prints and returns its status.
 run_tests() {
     say "testing preset $1"
-    (cd "$top" && ctest --preset "$1" </dev/null)
+    (cd "$top" && ctest --preset "$1" --parallel "$(nproc)" </dev/null)
 }

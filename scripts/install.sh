@@ -1,6 +1,9 @@
 #!/usr/bin/env bash
 # Installs the Debian packages that the project needs and that are missing. Does nothing, and
 # needs no rights, when all are there.
+#
+#   scripts/install.sh            what building, measuring and testing need
+#   scripts/install.sh --checks   also what .ci/run checks the sources with
 
 # shellcheck source-path=SCRIPTDIR source=common.sh
 . "$(dirname "${BASH_SOURCE[0]}")/common.sh"
@@ -13,6 +16,11 @@ packages=(
     libcli11-dev                           # the command line of the comparisons
     libgtest-dev                           # tests
 )
+case ${1:-} in
+    --checks) packages+=(clang-14 clang-format-14 clang-tidy-14 shellcheck) ;;
+    "") ;;
+    *) fail "'$1' is not known; the only argument is --checks" ;;
+esac
 
 is_installed() {
     [[ $(dpkg-query --show --showformat='${db:Status-Status}' "$1" 2>/dev/null) == installed ]]

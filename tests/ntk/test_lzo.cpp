@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <lzo/lzo1x.h>
-#include <unistd.h>
 
+#include <condition_variable>
 #include <mutex>
 #include <set>
 
@@ -173,25 +173,27 @@ TEST(Lzo, AStreamFitsWhereItJustFits) {
 
 TEST(Lzo, JobsAreSharedOutOnlyOverThreadsAllowed) {
     struct Log {
+        const unsigned workers;
         std::mutex mutex;
+        std::condition_variable joined;
         std::set<pthread_t> threads;
         std::multiset<unsigned> jobs;
     };
     for (const unsigned workers : {1U, 4U}) {
-        Log log;
+        Log log{workers, {}, {}, {}, {}};
         ntk::lzo::runJobs(
             40, workers,
             [](void* context, unsigned job) {
                 Log& l = *static_cast<Log*>(context);
-                usleep(500);
-                const std::lock_guard lock(l.mutex);
+                std::unique_lock lock(l.mutex);
                 l.threads.insert(pthread_self());
                 l.jobs.insert(job);
+                l.joined.notify_all();
+                l.joined.wait(lock, [&l] { return l.threads.size() >= l.workers; });
             },
             &log);
         EXPECT_EQ(log.threads.count(pthread_self()), 1U);
-        EXPECT_LE(log.threads.size(), workers);
-        EXPECT_GE(log.threads.size(), std::min(workers, 2U));
+        EXPECT_EQ(log.threads.size(), workers);
         EXPECT_EQ(log.jobs.size(), 40U);
         EXPECT_EQ(std::set<unsigned>(log.jobs.begin(), log.jobs.end()).size(), 40U);
     }

@@ -73,26 +73,26 @@ NtkStatus ntksEncodeLZ4HCHashTableInit_8u(Ntk8u** tables) {
     note(tables[0] == pHashTableHC && tables[1] == pChainTableHC ? "Init" : "Init of other tables");
     return PASS_ON(ntksEncodeLZ4HCHashTableInit_8u, tables);
 }
-NtkStatus ntksEncodeLZ4Dict_8u(const Ntk8u* src, int srcIdx, int srcLen, Ntk8u* dst, int* dstLen,
+NtkStatus ntksEncodeLZ4Dict_8u(const Ntk8u* src, int index, int srcLen, Ntk8u* dst, int* dstLen,
                                Ntk8u* table, const Ntk8u* dict, int length) {
-    const std::string call = encoding("", src, srcIdx, srcLen, dst, *dstLen, dict, length);
+    const std::string call = encoding("", src, index, srcLen, dst, *dstLen, dict, length);
     const NtkStatus status =
-        PASS_ON(ntksEncodeLZ4Dict_8u, src, srcIdx, srcLen, dst, dstLen, table, dict, length);
+        PASS_ON(ntksEncodeLZ4Dict_8u, src, index, srcLen, dst, dstLen, table, dict, length);
     return noted(call, status, *dstLen);
 }
-NtkStatus ntksEncodeLZ4DictSafe_8u(const Ntk8u* src, int srcIdx, int* srcLen, Ntk8u* dst,
+NtkStatus ntksEncodeLZ4DictSafe_8u(const Ntk8u* src, int index, int* srcLen, Ntk8u* dst,
                                    int* dstLen, Ntk8u* table, const Ntk8u* dict, int length) {
-    const std::string call = encoding("", src, srcIdx, *srcLen, dst, *dstLen, dict, length);
+    const std::string call = encoding("", src, index, *srcLen, dst, *dstLen, dict, length);
     const NtkStatus status =
-        PASS_ON(ntksEncodeLZ4DictSafe_8u, src, srcIdx, srcLen, dst, dstLen, table, dict, length);
+        PASS_ON(ntksEncodeLZ4DictSafe_8u, src, index, srcLen, dst, dstLen, table, dict, length);
     return noted(call, status, *dstLen);
 }
-NtkStatus ntksEncodeLZ4HC_8u(const Ntk8u* src, int srcIdx, int* srcLen, Ntk8u* dst, int* dstLen,
+NtkStatus ntksEncodeLZ4HC_8u(const Ntk8u* src, int index, int* srcLen, Ntk8u* dst, int* dstLen,
                              Ntk8u** tables, const Ntk8u* dict, int length, int level) {
     const std::string call =
-        encoding(level ? "level" : "", src, srcIdx, *srcLen, dst, *dstLen, dict, length);
+        encoding(level ? "level" : "", src, index, *srcLen, dst, *dstLen, dict, length);
     const NtkStatus status =
-        PASS_ON(ntksEncodeLZ4HC_8u, src, srcIdx, srcLen, dst, dstLen, tables, dict, length, level);
+        PASS_ON(ntksEncodeLZ4HC_8u, src, index, srcLen, dst, dstLen, tables, dict, length, level);
     return noted(call, status, *dstLen);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <initializer_list>
+#include <stdexcept>
 #include <string>
 
 #include "files.h"
@@ -34,12 +35,17 @@ public:
         g_istrm.removePresets();
     }
 
-    // What the report of the command line says of a key; what differs from the start after it.
-    std::string info(char key, const char* argument) {
-        return getOption(key)->info(argument).c_str();
+    psOption& option(char key) {
+        if (psOption* const found = getOption(key)) {
+            return *found;
+        }
+        throw std::invalid_argument(std::string("no option has the key ") + key);
     }
+
+    // What the report of the command line says of a key; what differs from the start after it.
+    std::string info(char key, const char* argument) { return option(key).info(argument).c_str(); }
     std::string effect(char key, const char* argument) {
-        getOption(key)->apply(argument, this);
+        option(key).apply(argument, this);
         openOutputs();
         return state();
     }

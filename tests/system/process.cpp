@@ -182,9 +182,6 @@ void collect(Files& files, Clock::time_point begin, pid_t child, Outcome& outcom
             poll(both, 2, lookEveryMs) < 0) {
             return;
         }
-        if (both[0].revents && outcome.firstOutputSeconds < 0) {
-            outcome.firstOutputSeconds = secondsSince(begin);
-        }
         if (both[0].revents && !readSome(both[0].fd, outcome.output)) {
             files.output.reader.close();
         }
@@ -210,12 +207,8 @@ Outcome runCommand(const Command& command) {
     int state = 0;
     rusage usage = {};
     wait4(child, &state, 0, &usage);
-    outcome.wallSeconds = secondsSince(begin);
     outcome.peakKiB = usage.ru_maxrss;
     outcome.status = WIFEXITED(state) ? WEXITSTATUS(state) : -1;
     outcome.signal = WIFSIGNALED(state) ? WTERMSIG(state) : 0;
-    if (outcome.output.empty()) {
-        outcome.firstOutputSeconds = -1;
-    }
     return outcome;
 }

@@ -27,10 +27,8 @@ struct Outcome {
     int status = -1; // of the exit; -1 when a signal ended the program
     int signal = 0;  // that signal
     std::string output, errors;
-    double wallSeconds = 0;
-    double firstOutputSeconds = -1; // from the start; negative: it wrote nothing
-    int leastNice = 20;             // of the nice values seen while it ran
-    long peakKiB = 0; // never below this process's own peak, which the kernel hands on
+    int leastNice = 20; // of the nice values seen while it ran
+    long peakKiB = 0;   // never below this process's own peak, which the kernel hands on
 };
 
 // Runs the command to its end. A program that hangs is killed after two minutes.

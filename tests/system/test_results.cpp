@@ -1,6 +1,7 @@
 // The results of tests that are known to end with them: their records and the closing counts.
 #include "session.h"
 
+#include <ctime>
 #include <numeric>
 
 namespace {
@@ -88,14 +89,30 @@ TEST_F(Results, NotesArePassedOverWhereOnlyErrorsAreTold) {
     expectCounts({"-fresult", "-LERR"}, milder);
 }
 
+// The text between the label and the end of its line, at the first place.
+std::string told(const std::string& output, const std::string& label) {
+    const size_t at = output.find(label);
+    EXPECT_NE(at, std::string::npos) << label << output;
+    return at == std::string::npos ? "" : linesOf(output.substr(at + label.length())).front();
+}
+
+long secondsAt(const std::string& date) {
+    std::tm time = {};
+    EXPECT_NE(strptime(date.c_str(), "%a %b %d %T %Y", &time), nullptr) << date;
+    return timegm(&time);
+}
+
 TEST_F(Results, TheTotalTimeIsThatOfTheRun) {
-    const Outcome outcome = runWell({"-B", "-f=memset"}, {.program = NTK_EXAMPLE_FILE});
-    const std::string label = " .Total time     : 00:00:";
-    const size_t at = outcome.output.find(label);
-    ASSERT_NE(at, std::string::npos) << outcome.output;
-    const int seconds = std::stoi(outcome.output.substr(at + label.length()));
-    EXPECT_GT(outcome.wallSeconds, 2); // the frequency is read
-    EXPECT_NEAR(seconds, outcome.wallSeconds, 1.1);
+    const Outcome outcome =
+        runWell({"-B", "-f=memset", "-gdone", "-l" + directory()}, {.program = NTK_EXAMPLE_FILE});
+    const Texts signal = linesOf(text("done.end"));
+    ASSERT_EQ(signal.size(), 3u);
+    const long seconds = secondsAt(signal[1]) - secondsAt(told(outcome.output, " Start    : "));
+    EXPECT_GE(seconds, 2); // the frequency is read
+    std::tm total = {};
+    EXPECT_NE(strptime(signal[0].c_str(), "%T", &total), nullptr) << signal[0];
+    EXPECT_EQ(total.tm_hour * 3600 + total.tm_min * 60 + total.tm_sec, seconds);
+    EXPECT_EQ(told(outcome.output, " .Total time     : "), signal[0]);
 }
 
 } // namespace

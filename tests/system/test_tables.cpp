@@ -43,7 +43,7 @@ TEST_F(Tables, EveryCellStandsInTheColumnThatTheNameLineNames) {
         EXPECT_TRUE(isPositiveNumber(table.cell(row, "Length")));
         EXPECT_TRUE(isPositiveNumber(table.cell(row, "Clocks")));
         const std::string function = table.cell(row, "Function");
-        EXPECT_NE(function.find("_" + table.cell(row, "Types")), std::string::npos);
+        EXPECT_NE(function.find('_' + table.cell(row, "Types")), std::string::npos);
         const bool ofFile = table.cell(row, "CodeFile") != "-";
         EXPECT_EQ(ofFile, !std::regex_search(function, std::regex("Zfp|Adler|CRC")));
         const std::string ratio = table.cell(row, "Ratio");

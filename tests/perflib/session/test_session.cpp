@@ -1,9 +1,12 @@
 // The session's own services: paths, banner, exit levels, the signal file.
 
+#include <regex>
+
 #include <gtest/gtest.h>
 
 #include "captured.h"
 #include "option_session.h"
+#include "pscputick_gcc.h"
 
 TEST(Session, PathsOfFiles) {
     OptionSession::m_exePath = "bin/prog.exe";
@@ -81,5 +84,19 @@ TEST(Session, TheSignalFileComesLast) {
     g_ostrm.close();
     psSession::m_exitLevel = 0;
     EXPECT_NE(session.log.find("   #"), std::string::npos) << session.log;
-    EXPECT_EQ(readFile(testPath("s.end")).substr(0, 7), "00:00:0");
+    EXPECT_TRUE(std::regex_search(readFile(testPath("s.end")), std::regex("^00:\\d\\d:\\d\\d\n")));
+}
+
+// Reading it takes seconds.
+TEST(Session, AnswersWithoutMeasuringReadNoFrequency) {
+    const int frequencyBefore = psCpuTicker::knownFreq();
+    for (const char* const key : {"-h", "-hh", "-hf", "-?", "-v", "-e", "-e+", "-e-"}) {
+        const StdoutTo out(testPath("answer.txt"));
+        OptionSession session;
+        std::string words[] = {testPath("prog"), key};
+        char* argv[] = {words[0].data(), words[1].data(), nullptr};
+        EXPECT_EQ(session.run(2, argv), 0);
+        g_ostrm.close();
+    }
+    EXPECT_EQ(psCpuTicker::knownFreq(), frequencyBefore);
 }

@@ -1,0 +1,108 @@
+#!/usr/bin/env bash
+# Tests the tests: makes one-line mutations of the sources in a copy of the project, one at a time
+# and spread over the layers, runs the tests that the layer has, and tells which mutations lived.
+#
+#   scripts/mutate.sh N [SEED]
+#
+# The same seed makes the same mutations of the same sources; without one it is 1. A mutation that
+# lives is a line that no test guards, unless it changes nothing that can be seen. The copy stays
+# in build/mutate for the next time.
+
+# shellcheck source-path=SCRIPTDIR source=common.sh
+. "$(dirname "${BASH_SOURCE[0]}")/common.sh"
+
+[[ $# -ge 1 && $# -le 2 && $1 =~ ^[1-9][0-9]*$ && ${2:-1} =~ ^[0-9]+$ ]] ||
+    fail "usage: scripts/mutate.sh N [SEED]"
+wanted=$1
+seed=${2:-1}
+copy=$top/build/mutate
+log=$copy/build/mutate.log
+
+# The folders of tests/ that test a layer, the quickest first.
+folders_of() {
+    case $1 in
+        ntk) echo ntk perf system ;;
+        perflib) echo perflib perf system ;;
+        perf) echo perf system ;;
+        tools) echo tools system ;;
+    esac
+}
+
+# Makes the copy what the project is, leaving the times of files that have not changed.
+copy_project() {
+    local file
+    mkdir -p "$copy"
+    while IFS= read -r -d '' file; do
+        [[ -f $top/$file ]] || continue # removed, but not yet committed
+        cmp -s "$top/$file" "$copy/$file" && continue
+        mkdir -p "$(dirname "$copy/$file")"
+        cp "$top/$file" "$copy/$file"
+    done < <(git -C "$top" ls-files -z --cached --others --exclude-standard)
+    while IFS= read -r -d '' file; do
+        [[ -f $top/$file ]] || rm "$copy/$file"
+    done < <(cd "$copy" && find . -path ./build -prune -o -type f -printf '%P\0')
+}
+
+make_targets() {
+    cmake --build "$copy/build" --parallel "$(nproc)" --target "$@" </dev/null >>"$log" 2>&1
+}
+
+# Whether all tests of a folder pass. That they cannot even be listed is a failure too.
+passes() {
+    make_targets "tests/$1/all" &&
+        (
+            # Also for what a test leaves running when its time is over, or fills.
+            ulimit -t 60 -v $((8 << 20))
+            ctest --test-dir "$copy/build/tests/$1" --parallel "$(nproc)" --stop-on-failure \
+                </dev/null >>"$log" 2>&1
+        )
+}
+
+# Whether one of the tests of the layer sees the mutation.
+is_seen() {
+    local folder
+    for folder in $(folders_of "$1"); do
+        passes "$folder" || return 0
+    done
+    return 1
+}
+
+# mutate FILE LINE: puts $text there and counts the mutation, unless it does not compile.
+mutate() {
+    local file=$1 line=$2 old
+    old=$(sed -n "${line}p" "$copy/$file")
+    cp "$copy/$file" "$copy/build/saved"
+    awk -v n="$line" 'NR != n { print } NR == n { print ENVIRON["text"] }' "$copy/build/saved" \
+        >"$copy/$file"
+    printf '%s:%s: %s\n' "$file" "$line" "$text" >>"$log"
+    if make_targets ntkperf ntkcorpus; then
+        if is_seen "${file%%/*}"; then
+            seen=$((seen + 1))
+        else
+            lived=$((lived + 1))
+            printf 'lived: %s:%s\n-%s\n+%s\n' "$file" "$line" "$old" "$text"
+        fi
+    fi
+    cp "$copy/build/saved" "$copy/$file"
+}
+
+copy_project
+mkdir -p "$copy/build"
+: >"$log"
+cmake -S "$copy" -B "$copy/build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DNTK_TEST_SECONDS=30 \
+    </dev/null >>"$log" || fail "the copy of the project cannot be configured, see $log"
+say "the tests without a mutation; the log is $log"
+for folder in ntk perflib perf tools system; do
+    passes "$folder" || fail "tests/$folder fails without a mutation, see $log"
+done
+
+say "$wanted mutations with seed $seed"
+seen=0
+lived=0
+export text # for awk, which would take backslashes of an argument for its own
+mapfile -t sources < <(cd "$copy" && find ntk perflib/src perf tools -name '*.cpp' -o -name '*.h' |
+    LC_ALL=C sort)
+while ((seen + lived < wanted)) && IFS=$'\t' read -r file line text; do
+    mutate "$file" "$line"
+done < <(cd "$copy" && exec perl "$top/scripts/mutations.pl" "$seed" "${sources[@]}")
+say "$wanted mutations: $seen seen by a test, $lived lived"
