@@ -1,15 +1,32 @@
 #!/usr/bin/env bash
 # Measures everything on this machine: installs what is missing, builds, takes the corpus and runs
-# ntkperf in batch mode from inside the corpus. Log, performance table and summary go to out/.
+# ntkperf in batch mode from inside the corpus. Ends with a table of one screen.
 #
-#   scripts/bench.sh               all functions
-#   scripts/bench.sh ARGUMENT...   arguments for ntkperf in place of the default ones
+#   scripts/bench.sh                  all functions; the results go to out/
+#   scripts/bench.sh ARGUMENT...      arguments for ntkperf in place of the default ones
+#   scripts/bench.sh -- ARGUMENT...   the same, also for those that bench.sh would take itself:
+#                                     "-- -h" lists all arguments of ntkperf
+#   scripts/bench.sh -h, --help       this text
 #
 # The corpus is the directory $CORPUS, else corpus/ in the project's top folder; without either,
 # stand-ins are made in build/corpus.
+#
+# Results: log ntkperf.txt, performance table ntkperf.csv, summary ntkperf_sum.csv in
+#   out/            complete, of the latest run
+#   out/previous/   complete, of the latest run before in which no test failed
+#   out/partial/    what an interrupted run had written
+#
+# Status: 0 all went well; 1 a test failed, or something is missing (the last line says what);
+# 2 an argument is not known; 129, 130, 143 interrupted.
 
 # shellcheck source-path=SCRIPTDIR source=common.sh
 . "$(dirname "${BASH_SOURCE[0]}")/common.sh"
+# shellcheck source-path=SCRIPTDIR source=results.sh
+. "$top/scripts/results.sh"
+
+# What ntkperf reads by default.
+corpus_files=(bib book1 book2 geo news obj1 obj2 paper1 paper2 pic progc progl progp trans)
+ntkperf=$top/build/release/bin/ntkperf
 
 # Sets corpus to an absolute path, or to nothing when stand-ins are needed.
 find_corpus() {
@@ -22,6 +39,15 @@ find_corpus() {
     fi
 }
 
+# The names of the files that the corpus lacks; nothing when all are there.
+missing_files() {
+    local file list=()
+    for file in "${corpus_files[@]}"; do
+        [[ -f $corpus/$file && -r $corpus/$file ]] || list+=("$file")
+    done
+    printf '%s' "${list[*]}"
+}
+
 # The build owns build/corpus: files of an older version of the maker are replaced.
 make_stand_ins() {
     corpus=$top/build/corpus
@@ -29,37 +55,115 @@ make_stand_ins() {
     "$top/build/release/bin/ntkcorpus" --force "$corpus" | tail -n 1
 }
 
-run_ntkperf() {
-    local status=0
-    say "running ntkperf $*"
-    (cd "$corpus" && "$top/build/release/bin/ntkperf" "$@") || status=$?
-    if ((status != 0)); then
-        printf 'bench.sh: ntkperf ended with status %s\n' "$status" >&2
-        exit "$status"
+prepare() {
+    "$top/scripts/install.sh"
+    build release ntkperf ntkcorpus
+    [[ -n $corpus ]] || make_stand_ins
+    say "corpus: $corpus"
+}
+
+# report_failures SUMMARY LOG: ends the script when tests failed.
+report_failures() {
+    local failed
+    failed=$(failed_tests "$1")
+    if [[ -n $failed ]]; then
+        say "failed: ${failed//$'\n'/, }" | fold -s -w 98
+        fail "$(wc -l <<<"$failed") of $(count_tests "$1") tests failed; $2 says why"
     fi
 }
 
+# On the console, for whoever answers there. Beside what the arguments ask for, a summary tells
+# which tests failed.
+run_with_arguments() {
+    local status=0 scratch
+    scratch=$(mktemp -d)
+    # shellcheck disable=SC2064 # the directory of now
+    trap "rm -rf '$scratch'" EXIT
+    say "running ntkperf $*"
+    (cd "$corpus" && "$ntkperf" "$@" "-u$scratch/summary.csv") || status=$?
+    ((status == 0)) || fail "ntkperf ended with status $status"
+    [[ ! -s $scratch/summary.csv ]] || report_failures "$scratch/summary.csv" "the log above"
+}
+
+# In the background, because the shell hears of a signal while it waits, not while a command runs.
+run_everything() {
+    local status=0
+    say "running ntkperf; results go to $running until they are complete"
+    (cd "$corpus" && exec "$ntkperf" -B "-o$running/ntkperf.txt" "-r$running/ntkperf.csv" \
+        "-u$running/ntkperf_sum.csv") </dev/null &
+    child=$!
+    trap 'interrupted 129' HUP
+    trap 'interrupted 130' INT
+    trap 'interrupted 143' TERM
+    wait "$child" || status=$?
+    ((status == 0)) || give_up "ntkperf ended with status $status"
+    local file
+    for file in "${result_files[@]}"; do
+        [[ -s $running/$file ]] || give_up "ntkperf ended without writing $file"
+    done
+    put_in_place
+}
+
+give_up() {
+    set_apart "$1"
+    fail "$1; earlier results are as they were"
+}
+
+interrupted() {
+    trap '' HUP INT TERM
+    kill "$child" 2>/dev/null || true
+    wait "$child" || true
+    printf '\n'
+    set_apart "interrupted"
+    printf 'bench.sh: interrupted; earlier results are as they were\n' >&2
+    exit "$1"
+}
+
+# The counter's frequency is in a table's title once it has been measured: in that of a first run it
+# may be missing, and a second one, of a test that measures nothing, has it.
+frequency_mhz() {
+    local mhz
+    mhz=$(title_mhz "$out/ntkperf.csv")
+    if [[ -z $mhz ]]; then
+        (cd "$corpus" && "$ntkperf" -B -f=__psHost "-r$out/title.csv") </dev/null >/dev/null || true
+        [[ ! -e $out/title.csv ]] || mhz=$(title_mhz "$out/title.csv")
+        rm -f "$out/title.csv"
+    fi
+    printf '%s' "$mhz"
+}
+
+show_results() {
+    say "log:               $out/ntkperf.txt"
+    say "performance table: $out/ntkperf.csv"
+    say "summary:           $out/ntkperf_sum.csv"
+    LC_ALL=C awk -v mhz="$(frequency_mhz)" -f "$top/scripts/overview.awk" "$out/ntkperf.csv"
+    report_failures "$out/ntkperf_sum.csv" "$out/ntkperf.txt"
+}
+
+case ${1:-} in
+    --) shift ;;
+    --*) refuse "'$1' is not known" ;;
+esac
+for argument in "$@"; do
+    [[ $argument == -* ]] || refuse "'$argument' is not known: ntkperf's arguments begin with -"
+done
 find_corpus
-"$top/scripts/install.sh"
-build release ntkperf ntkcorpus
-[[ -n $corpus ]] || make_stand_ins
-say "corpus: $corpus"
-
+missing=$([[ -z $corpus ]] || missing_files)
 if (($# > 0)); then
-    run_ntkperf "$@"
-    exit 0
+    [[ -z $missing ]] || say "not in the corpus $corpus: $missing"
+elif [[ -n $missing ]]; then
+    fail "the corpus $corpus lacks $missing. Nothing was measured: name the directory of these" \
+        "files in CORPUS. Stand-ins are made when neither CORPUS nor $top/corpus is there"
 fi
-
-out=$top/out
-# A run that fails must not cost the results of the one before.
-mkdir -p "$out/previous"
-for file in ntkperf.txt ntkperf.csv ntkperf_sum.csv; do
-    [[ ! -e $out/$file ]] || mv -f "$out/$file" "$out/previous/$file"
-done
-run_ntkperf -B "-o$out/ntkperf.txt" "-r$out/ntkperf.csv" "-u$out/ntkperf_sum.csv"
-for file in ntkperf.txt ntkperf.csv ntkperf_sum.csv; do
-    [[ -s $out/$file ]] || fail "ntkperf ended without writing $out/$file"
-done
-say "log:               $out/ntkperf.txt"
-say "performance table: $out/ntkperf.csv"
-say "summary:           $out/ntkperf_sum.csv"
+need_writable "$top/build" "$top/out"
+if (($# == 0)); then
+    claim_results
+fi
+prepare
+if (($# > 0)); then
+    run_with_arguments "$@"
+else
+    mkdir "$running"
+    run_everything
+    show_results
+fi

@@ -1,5 +1,6 @@
 # shellcheck shell=bash
-# What the scripts of this folder share; sourced, not run. Sets top to the project's top folder.
+# What the scripts of this folder share; sourced, not run. Sets top to the project's top folder and
+# answers -h and --help, for which every script has a comment at its head.
 
 set -euo pipefail
 unset CDPATH
@@ -11,6 +12,29 @@ export TERM=dumb CLICOLOR=0 GTEST_COLOR=no
 
 say() {
     printf '== %s\n' "$*"
+}
+
+case ${1:-} in
+    -h | --help)
+        sed -n '2,${/^#/!q; s/^# \{0,1\}//; p}' "$0"
+        exit 0
+        ;;
+esac
+
+# refuse TEXT: for arguments that the script does not know.
+refuse() {
+    printf '%s: %s; --help tells more\n' "$(basename "$0")" "$*" >&2
+    exit 2
+}
+
+# The first run may have been made by root: better said here than by a program that fails to write.
+need_writable() {
+    local directory
+    for directory in "$@"; do
+        [[ ! -e $directory || -w $directory ]] ||
+            fail "$directory belongs to $(stat -c %U "$directory"), and you may not write there:" \
+                "go on as that user, or remove it"
+    done
 }
 
 fail() {

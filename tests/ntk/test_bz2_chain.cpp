@@ -25,7 +25,8 @@ Bytes bzip2(const std::string& keys, const Bytes& input) {
     std::ofstream(name, std::ios::binary)
         .write(reinterpret_cast<const char*>(input.data()),
                static_cast<std::streamsize>(input.size()));
-    const int status = std::system(("bzip2 " + keys + " <" + name + " >" + name + ".out").c_str());
+    const int status =
+        std::system(("bzip2 " + keys + " <'" + name + "' >'" + name + ".out'").c_str());
     const Bytes output = readFile(name + ".out");
     unlink(name.c_str());
     unlink((name + ".out").c_str());

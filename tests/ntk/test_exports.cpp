@@ -41,7 +41,7 @@ TEST(SharedObjects, ExportOnlyTheirPrefix) {
     for (const Library& library : libraries) {
         bool hasSomeExport = false;
         for (const std::string& line :
-             outputLines("nm -D --defined-only " + std::string(library.file))) {
+             outputLines("nm -D --defined-only '" + std::string(library.file) + "'")) {
             const std::string name = line.substr(line.rfind(' ') + 1);
             EXPECT_EQ(name.rfind("ntk", 0), 0U) << library.file << " exports " << name;
             hasSomeExport = hasSomeExport || name == library.someExport;
@@ -53,7 +53,8 @@ TEST(SharedObjects, ExportOnlyTheirPrefix) {
 TEST(SharedObjects, HaveTheirNamesAndYieldToTheLoadersPath) {
     for (const Library& library : libraries) {
         std::string dynamic;
-        for (const std::string& line : outputLines("readelf -d " + std::string(library.file))) {
+        for (const std::string& line :
+             outputLines("readelf -d '" + std::string(library.file) + "'")) {
             dynamic += line;
         }
         EXPECT_NE(dynamic.find(library.soname), std::string::npos);

@@ -26,7 +26,7 @@ std::string valuesOf(psParameter& parm) {
 std::set<std::string> exportedFunctions() {
     std::set<std::string> names;
     const std::unique_ptr<FILE, int (*)(FILE*)> lines(
-        popen("nm -D --defined-only " NTK_DC_FILE, "r"), pclose);
+        popen("nm -D --defined-only '" NTK_DC_FILE "'", "r"), pclose);
     char name[512];
     while (lines && fscanf(lines.get(), "%*s %*c %511s", name) == 1) {
         if (std::string(name).rfind("ntks", 0) == 0) {

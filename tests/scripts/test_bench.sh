@@ -1,0 +1,189 @@
+#!/usr/bin/env bash
+# scripts/bench.sh and check.sh as their users call them, in a project of their own: the scripts are
+# copied, the programs that install and build do nothing, ntkperf is the one beside this file.
+#
+#   test_bench.sh NTKPERF    the real program, which knows its default files and its functions
+
+set -uo pipefail
+
+here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
+ntkperf=$1
+room=$(mktemp -d)
+trap 'rm -rf "$room"' EXIT
+project="$room/a project"
+out=$project/out
+corpus="$room/the corpus"
+export STARTED=$room/started
+failures=0
+
+make_project() {
+    mkdir -p "$project/build/release/bin" "$room/bin" "$corpus"
+    cp -r "$here/../../scripts" "$project"
+    touch "$project/CMakePresets.json" "$project/build/release/build.ninja"
+    cp "$here/ntkperf" "$project/build/release/bin"
+    printf '#!/bin/sh\necho installed\n' >"$room/bin/dpkg-query"
+    printf '#!/bin/sh\necho "cmake $*"\n' | tee "$room/bin/cmake" >"$room/bin/ctest"
+    chmod +x "$room/bin/"*
+    export PATH=$room/bin:$PATH
+    (cd "$corpus" && touch bib book1 book2 geo news obj1 obj2 paper1 paper2 pic prog{c,l,p} trans)
+}
+
+# expect WHAT ACTUAL PATTERN: PATTERN is one of the shell, for the whole text.
+expect() {
+    # shellcheck disable=SC2053 # a pattern
+    [[ $2 == $3 ]] && return
+    printf -- '-- %s:\n%s\n-- is not as wanted:\n%s\n' "$1" "$2" "$3"
+    failures=$((failures + 1))
+}
+
+# bench ARGUMENT...: sets output and status. From another directory, and without HOME.
+bench() {
+    output=$(cd / && env -u HOME CORPUS="${files:-$corpus}" RUN="${run:-}" PLAY="${play:-}" \
+        "$project/scripts/bench.sh" "$@" 2>&1 </dev/null)
+    status=$?
+}
+
+# The run whose results are there, or "none".
+run_in() {
+    sed -n 's/^Start,//p' "$1/ntkperf.csv" 2>/dev/null || echo none
+}
+
+test_help_and_unknown_arguments() {
+    local script key
+    for script in bench check; do
+        for key in -h --help; do
+            output=$("$project/scripts/$script.sh" "$key" 2>&1)
+            expect "$script.sh $key" "$? $output" "0 *scripts/$script.sh -h, --help*"
+            expect "$script.sh $key is text alone" "$output" '[!#]*[!}]'
+        done
+        output=$("$project/scripts/$script.sh" --nonsense 2>&1)
+        expect "$script.sh --nonsense" "$? $output" "2 $script.sh: '--nonsense' is not known*"
+    done
+    bench book1
+    expect "a word that is no key" "$status $output" "2 *'book1' is not known*"
+    bench -- -h
+    expect "what follows --" "$status $output" "0 *== running ntkperf -h*ntkperf -h -u*"
+}
+
+test_a_corpus_without_its_files() {
+    mkdir -p "$room/empty" && cp "$corpus/bib" "$corpus/geo" "$room/empty"
+    files=$room/empty bench
+    expect "missing files" "$status $output" \
+        "1 bench.sh: the corpus $room/empty lacks book1 book2 news * trans. Nothing was measured*"
+    files=$room/empty bench -e
+    expect "missing files, with arguments" "$status $output" \
+        "0 *not in the corpus*: book1 *ntkperf -e -u*"
+    files=$room/nowhere bench
+    expect "no directory" "$status $output" "1 *'$room/nowhere', which is no directory*"
+}
+
+test_the_corpus_is_what_ntkperf_reads() {
+    local files
+    "$ntkperf" -B -f=ntksEncodeLZ4_8u "-I$room/defaults.ini" >"$room/log"
+    files=$(sed -n 's/; / /g; s/^CodeFile=//p' "$room/defaults.ini" | head -n 1)
+    expect "corpus_files" "$(grep '^corpus_files=' "$project/scripts/bench.sh")" \
+        "corpus_files=($files)"
+}
+
+test_results_move_when_new_ones_are_complete() {
+    local table=$out/partial/ntkperf.csv
+    run=first play=early bench
+    expect "first run" "$status $output" \
+        "0 *Clocks of 1 functions*ntksAdler32_8u *40000*at 2000 MHz"
+    expect "first run, files" "$(ls "$out")" "ntkperf.csv
+ntkperf.txt
+ntkperf_sum.csv"
+    run=second bench
+    expect "results" "$(run_in "$out") $(run_in "$out/previous")" "second first"
+    run=third play=crashing bench
+    expect "a crash" "$status $output" "1 *out/partial*ntkperf ended with status 3*"
+    expect "the table of a crash" "$(run_in "$out/partial")" \
+        "third  PARTIAL: the run was not finished (ntkperf ended with status 3)"
+    expect "lines of its title" "$(grep -n '^Function' "$table")" "6:*"
+    expect "its log" "$(tail -n 1 "$out/partial/ntkperf.txt")" "PARTIAL: *"
+    expect "its summary" "$(head -n 1 "$out/partial/ntkperf_sum.csv")" "*  PARTIAL: *"
+    expect "results" "$(run_in "$out") $(run_in "$out/previous")" "second first"
+}
+
+test_failed_tests_are_told_and_replace_no_good_results() {
+    run=fourth play=failing bench
+    expect "failed tests" "$status $output" \
+        "1 *ntksAdler32_8u (DATAFAIL), ntksBWTFwd_8u (UNDEFINED)*
+bench.sh: 2 of 3 tests failed; *"
+    expect "results" "$(run_in "$out") $(run_in "$out/previous")" "fourth second"
+    run=fifth bench
+    expect "results" "$(run_in "$out") $(run_in "$out/previous")" "fifth second"
+    play=failing bench -B
+    expect "failed tests, with arguments" "$status $output" "1 *bench.sh: 2 of 3 tests failed; *"
+    expect "results, with arguments" "$(run_in "$out") $(run_in "$out/previous")" "fifth second"
+}
+
+# interrupt SIGNAL PROCESS...: starts a run that hangs, interrupts it, sets status.
+interrupt() {
+    local script tries
+    rm -f "$STARTED"
+    set -m # a process group of its own, where SIGINT is not ignored
+    CORPUS=$corpus RUN=$1 PLAY=hanging "$project/scripts/bench.sh" >"$room/log" 2>&1 &
+    script=$!
+    set +m
+    for ((tries = 0; tries < 600; ++tries)); do
+        [[ ! -e $STARTED ]] || break
+        sleep 0.05
+    done
+    [[ $2 != group ]] || script=-$script
+    [[ $2 != group ]] || bench
+    [[ $2 != group ]] || expect "a second run" "$status $output" "1 *another run writes to $out*"
+    kill "-$1" -- "$script"
+    wait "${script#-}" 2>/dev/null
+    status=$?
+    output=$(<"$room/log")
+}
+
+test_an_interrupted_run_keeps_what_was_there() {
+    local case
+    for case in "INT group 130" "TERM script 143" "HUP script 129"; do
+        # shellcheck disable=SC2086 # words
+        set -- $case
+        interrupt "$1" "$2"
+        expect "SIG$1" "$status $output" "$3 *: $out/partial*bench.sh: interrupted; *"
+        expect "results after SIG$1" "$(run_in "$out") $(run_in "$out/previous")" "fifth second"
+        expect "partial after SIG$1" "$(run_in "$out/partial")" \
+            "$1  PARTIAL: the run was not finished (interrupted)"
+        expect "left after SIG$1" "$(ls "$out/running" 2>/dev/null)" ""
+    done
+    interrupt KILL group
+    run=sixth bench
+    expect "after SIGKILL" "$status $(run_in "$out") $(run_in "$out/partial")" \
+        "0 sixth KILL  PARTIAL: the run was not finished (killed)"
+}
+
+overview() {
+    LC_ALL=C awk -f "$project/scripts/overview.awk" "$@"
+}
+
+test_the_overview() {
+    output=$(overview mhz=2400 "$here/table.csv")
+    expect "overview" "$output" "$(<"$here/overview.txt")"
+    output=$(overview "$here/table.csv")
+    expect "overview without a frequency" "$output" "*No MB/s: *"
+    expect "figures without a frequency" "$output" "*
+ntksBWTFwd_8u                    3  byte               52.9    9.00     105      -
+*"
+    output=$({
+        printf 'Function,Clocks,Ratio\n'
+        "$ntkperf" -e- | sed -n 's/^ *\(ntks[A-Za-z0-9_]*\) *$/\1,1234567,123.4/p'
+    } | overview mhz=2400 -)
+    expect "all functions" "$output" "*of [1-9]? functions*ntksAdler32_8u *"
+    expect "lines of a screen" "$(($(wc -l <<<"$output") <= 45))" 1
+    expect "columns of a screen" "$(grep -c '.\{101\}' <<<"$output")" 0
+}
+
+make_project
+test_help_and_unknown_arguments
+test_a_corpus_without_its_files
+test_the_corpus_is_what_ntkperf_reads
+test_results_move_when_new_ones_are_complete
+test_failed_tests_are_told_and_replace_no_good_results
+test_an_interrupted_run_keeps_what_was_there
+test_the_overview
+((failures == 0)) && echo "all passed"
