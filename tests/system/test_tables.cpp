@@ -8,7 +8,7 @@
 namespace {
 
 constexpr const char* nameLine =
-    "Function,Types,Length,CodeFile,Variant,Ratio,Clocks,Unit,Rate,Result,Comment";
+    "Function,Types,Length,CodeFile,Variant,Ratio,Clocks,Unit,Rate,Result,Comment,Spread";
 constexpr const char* summaryNames = "Function,Class,Control87,Status87,ControlSSX,StatusSSX,Test,"
                                      "Time (sec.),SrcName,Result,ExeName";
 

@@ -2,9 +2,9 @@
 
 #include "psstring.h"
 
-// What the user asked for and did not get: values that were rejected, keys and settings without
-// effect. Each is reported where it is found; after thousands of lines of measurements nobody
-// sees it any more, so the closing lines of the run repeat them.
+// What the user asked for and did not get: values that were rejected, keys that were ignored. Each
+// is reported where it is found, before the first test; after thousands of lines of measurements
+// nobody sees it any more, so the closing lines of the run repeat them.
 class psRemarks {
 public:
     void add(const psString& text); // without a line end

@@ -120,7 +120,7 @@ bool psParameter::fromIStream(psIStream& in) {
 }
 
 void psParameter::reportRejected(const char* message, const psString& text) const {
-    g_remarks.add(m_name + " = " + text + " (rejected; keeping " + defaultString() + ")");
+    g_remarks.add(m_name + ": \"" + text + "\" was not taken, it was " + defaultString());
     g_ostrm << PS_ERR << message << " (" << m_name << " = " << text << " is rejected; keeping "
             << defaultString() << ")\n"
             << PS_END;

@@ -234,7 +234,8 @@ void psSession::outputFooter() {
     // The counts stay the last thing that is seen.
     g_ostrm << PS_NORMAL << psDisturbanceSummary(psTest::m_numDisturbed, psTest::m_numMeasured)
             << PS_END;
-    g_ostrm << PS_ERR << g_remarks.closingText() << end << PS_END_FLUSH;
+    g_ostrm << PS_WARN << g_remarks.closingText() << PS_END;
+    g_ostrm << PS_ERR << end << PS_END_FLUSH;
     g_ustrm << end;
 }
 

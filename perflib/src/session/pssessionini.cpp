@@ -2,7 +2,6 @@
 
 #include "ps.h"
 #include "psistream.h"
-#include "psremarks.h"
 #include "pstest.h"
 
 // False: the settings cannot be written, which ends the session. Settings that cannot be read are
@@ -37,7 +36,6 @@ void psSession::warnUnusedPresets() {
         return;
     }
     for (const psString& name : g_istrm.unusedPresets()) {
-        g_remarks.add("-d" + name + ": no test asked for it");
         g_ostrm << PS_WARN << "-- Parameter " << name
                 << " was set by -d key but no test asked for it\n"
                 << PS_END;
@@ -47,7 +45,6 @@ void psSession::warnUnusedPresets() {
 static void warnUnusedValues(const psValues& values, const psString& place, const char* fault) {
     for (const psValueItem* const item : values) {
         if (!item->m_declared) {
-            g_remarks.add(item->m_key + " " + place + " of the ini-file " + fault);
             g_ostrm << PS_WARN << "-- Parameter " << item->m_key << " was set " << place
                     << " of ini-file " << g_istrm.settings().name() << " " << fault << "\n"
                     << PS_END;
@@ -74,7 +71,6 @@ void psSession::warnUnusedSettings() {
             warnUnusedValues(section->m_values, "in section " + section->m_name,
                              "but no test asked for it");
         } else if (!isTestFunction(section->m_name)) {
-            g_remarks.add("section " + section->m_name + " of the ini-file: no test has this name");
             g_ostrm << PS_WARN << "-- Section " << section->m_name << " was found in ini-file "
                     << ini.name() << " but no test has this name\n"
                     << PS_END;

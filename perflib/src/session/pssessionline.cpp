@@ -156,14 +156,14 @@ void psSession::applyOption(char key, const psString& argument) {
     psOption* const option = getOption(key);
     if (!option) {
         m_report.append("ignored: incorrect option key\n");
-        g_remarks.add("-" + psText(key) + argument + ": ignored: incorrect option key");
+        g_remarks.add("-" + psText(key) + argument);
         return;
     }
     const psString effect = option->report(argument);
     m_report.append(effect + "\n");
     // A key that another one replaces or that this session has no use for is no mistake.
-    if (effect.startsWith("ignored") && !effect.startsWith("ignored because")) {
-        g_remarks.add("-" + psText(key) + argument + ": " + effect);
+    if (effect.startsWith("ignored: ")) {
+        g_remarks.add("-" + psText(key) + argument);
     }
     if (option->apply) {
         option->apply(argument, this);

@@ -57,8 +57,9 @@ psString psDisturbanceSummary(int disturbed, int measured) {
     if (disturbed == 0) {
         return {};
     }
-    return psFormat("-- %d of %d measurements were disturbed (spread above 5%% or switched out): "
-                    "measure them again\n"
-                    "--   with nothing else running, on one processor (taskset -c 1 ntkperf ...)\n",
-                    disturbed, measured);
+    return psFormat(
+        " Note     : %d of %d measurements were disturbed (spread above 5%% or switched\n"
+        "            out): measure them again with nothing else running, on one\n"
+        "            processor (taskset -c 1 ntkperf ...)\n",
+        disturbed, measured);
 }
