@@ -43,7 +43,7 @@ bool installHandlers() {
 
 } // namespace
 
-constinit sigjmp_buf tsSignal::m_jmpbuf;
+constinit sigjmp_buf tsSignal::m_jmpbuf = {};
 constinit volatile sig_atomic_t tsSignal::m_code = 0;
 constinit volatile sig_atomic_t tsSignal::m_armed = 0;
 
