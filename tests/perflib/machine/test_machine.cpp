@@ -1,10 +1,13 @@
 #include <cpuid.h>
+#include <sched.h>
 #include <sys/utsname.h>
 
 #include <array>
+#include <atomic>
 #include <climits>
 #include <cstring>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include <ntkcore.h>
@@ -211,4 +214,26 @@ TEST(Host, NamesComeFromTheSystem) {
               std::string(names.sysname) + " (" + names.release + ", " + names.version + ")");
     EXPECT_STREQ(psHost().c_str(), names.nodename);
     EXPECT_GE(psGetNumOfProcessors(), 1);
+}
+
+// Two threads that spin on one processor take it from each other sooner or later.
+TEST(Switches, AreCountedWhenTheProcessorIsTakenAway) {
+    cpu_set_t before;
+    ASSERT_EQ(sched_getaffinity(0, sizeof before, &before), 0);
+    cpu_set_t here;
+    CPU_ZERO(&here);
+    CPU_SET(static_cast<unsigned>(sched_getcpu()), &here);
+    ASSERT_EQ(sched_setaffinity(0, sizeof here, &here), 0);
+    std::atomic<bool> done = false;
+    std::thread other([&done] {
+        while (!done) {
+        }
+    });
+    const long switches = psInvoluntarySwitches();
+    while (psInvoluntarySwitches() == switches) {
+    }
+    done = true;
+    other.join();
+    EXPECT_GT(psInvoluntarySwitches(), switches);
+    sched_setaffinity(0, sizeof before, &before);
 }

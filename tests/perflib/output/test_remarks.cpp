@@ -1,5 +1,7 @@
 #include "psremarks.h"
 
+#include <string>
+
 #include <gtest/gtest.h>
 
 TEST(Remarks, AreRepeatedAtTheEndWithTheirCount) {
@@ -17,6 +19,14 @@ TEST(Remarks, AreRepeatedAtTheEndWithTheirCount) {
     EXPECT_TRUE(text.startsWith(" Note     : 23 settings were rejected or ignored, "))
         << text.c_str();
     EXPECT_TRUE(text.contains("another\n            and 3 more\n")) << text.c_str();
+    psStringList lines;
+    text.parse(lines, "\n");
+    EXPECT_EQ(lines.count(), 1 + 20 + 1);
+    remarks.clear();
+    remarks.add(psString(std::string(1 << 20, 'x').c_str()));
+    const psString cut = remarks.closingText();
+    EXPECT_LT(cut.length(), 200);
+    EXPECT_TRUE(cut.contains("xxx...\n")) << cut.c_str();
     remarks.clear();
     EXPECT_STREQ(remarks.closingText().c_str(), "");
 }

@@ -1,10 +1,13 @@
 // The record of a measurement: what the engine and the test put into it, and who gets it.
 
+#include <vector>
+
 #include <gtest/gtest.h>
 
 #include "aside.h"
 #include "captured.h"
 #include "psbase.h"
+#include "psbatches.h"
 #include "pscstream.h"
 #include "psenum.h"
 #include "psmeasurement.h"
@@ -15,8 +18,12 @@
 
 namespace {
 psResult g_outcome = PS_OK;
+std::vector<int> g_spans; // of the timing function
 
 psResult loop(int, long long* clocks) {
+    for (const int span : g_spans) {
+        g_batches.add(span);
+    }
     *clocks = 12345;
     return g_outcome;
 }
@@ -62,6 +69,7 @@ protected:
     void SetUp() override {
         g_tool.setMethodLoop(3);
         g_outcome = PS_OK;
+        g_spans = {};
         psRegRecordWriter(writer);
         for (const char* name : {"Length", "Variant", "Ratio"}) {
             psRegParmColumn(name);
@@ -70,16 +78,18 @@ protected:
     }
     void TearDown() override { g_tool.setMethodAuto(); }
 
-    // Runs the test; the lines of the table.
+    // Runs the test; the lines of the table. The log is in said.
     std::string tableOf(psTest& measured) {
         const Captured log;
         g_cstrm.addStream(m_path.c_str(), false);
         measured.run();
         g_cstrm.close();
+        said = log.text();
         return readFile(m_path);
     }
     Collector writer;
     RecordTest test;
+    std::string said;
 
 private:
     const std::string m_path = testPath("records.csv");
@@ -139,4 +149,19 @@ TEST_F(RecordsOfATest, MethodsAreNamedAsTheUserChoosesThem) {
     psTool unknown;
     unknown.method = 77;
     EXPECT_TRUE(unknown.times().method.empty());
+}
+
+TEST_F(RecordsOfATest, TellHowFarTheSpansOfAMeasurementLieApart) {
+    psTest::m_numMeasured = psTest::m_numDisturbed = 0;
+    g_spans = {100, 110, 120, 100, 400};
+    EXPECT_EQ(tableOf(test), "ntksProbe_8u,-,999,-,2.05,123,e,-,OK,nLps=3,10.0\n"
+                             "ntksProbe_8u,-,1999,-,2.05,123,e,-,OK,nLps=3,10.0\n");
+    EXPECT_NE(said.find(" clocks\nspread=10.0%"), std::string::npos) << said;
+    EXPECT_EQ(psTest::m_numMeasured, 2);
+    EXPECT_EQ(psTest::m_numDisturbed, 2);
+    EXPECT_EQ(writer.records.front().times.batches, 5); // of the last run alone
+    g_outcome = PS_FUNC_FAIL;
+    tableOf(test);
+    EXPECT_EQ(psTest::m_numMeasured, 2);
+    EXPECT_EQ(psTest::m_numDisturbed, 2);
 }

@@ -26,7 +26,7 @@ TEST(Batches, OfManyAnEvenPartIsKept) {
     for (const int count : {1024, 1025, 5000, 100001}) {
         psBatches batches;
         for (int i = 0; i < count; ++i) {
-            batches.add(i < count * 2 / 5 ? 100 : 300);
+            batches.add(i < count / 100 * 48 ? 100 : 300);
         }
         EXPECT_EQ(batches.count(), count);
         EXPECT_DOUBLE_EQ(batches.spread(), 2) << count;

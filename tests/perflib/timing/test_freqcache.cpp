@@ -62,6 +62,7 @@ TEST(FrequencyCache, KeepsOneFrequencyForItsKey) {
     EXPECT_EQ(psReadFrequency(path, "next cpu"), 3000);
     psWriteFrequency(path, "", 1); // the system does not tell the boot
     EXPECT_EQ(psReadFrequency(path, ""), 0);
+    EXPECT_EQ(psReadFrequency(path, "next cpu"), 3000);
 }
 
 TEST(FrequencyCache, ADamagedOrUnwritableOneIsNone) {

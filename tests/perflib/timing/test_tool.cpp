@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "captured.h"
+#include "psbatches.h"
 #include "psctrl87.h"
 #include "pstool.h"
 
@@ -253,6 +254,19 @@ TEST_F(ToolTest, FlagsOfTheCallsAreAvoidedWhereThatIsAsked) {
                                   (again ? "-- Attempt fails: Bad control status repeats.\n"
                                          : "-- Attempt is successful\n"));
     }
+}
+
+// A prior run has spans of its own kind.
+TEST_F(ToolTest, TheSpansOfTheLastRunCount) {
+    const auto loop = [](int loops, long long* clocks) {
+        g_batches.add(loops);
+        *clocks = 1000LL * loops;
+        return PS_OK;
+    };
+    tool.setMethodBest(1, 8, 100);
+    tool.timing(loop, nullptr, nullptr, nullptr);
+    EXPECT_GT(tool.times().calls, 1); // more than one run
+    EXPECT_EQ(tool.times().batches, 1);
 }
 
 TEST_F(ToolTest, TheDetailsTellClocksInFull) {
