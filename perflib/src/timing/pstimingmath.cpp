@@ -69,8 +69,10 @@ long long psShortRunFactor(long long minClocks, long long numClocks) {
 
 int psTimesLoops(int loops, long long factor) {
     long long product = 0;
-    const bool overflow = __builtin_mul_overflow(static_cast<long long>(loops), factor, &product);
-    return overflow || product > INT_MAX ? INT_MAX : static_cast<int>(product);
+    if (__builtin_mul_overflow(static_cast<long long>(loops), factor, &product)) {
+        return (loops < 0) == (factor < 0) ? INT_MAX : INT_MIN;
+    }
+    return static_cast<int>(std::clamp<long long>(product, INT_MIN, INT_MAX));
 }
 
 int psInnerLoops(int timerResolutionClocks, double clocksPerCall) {

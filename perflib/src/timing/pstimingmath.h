@@ -25,7 +25,7 @@ psResult psJudgePriorRun(double clocksPerCall, int loops, long long minClocks);
 // minClocks: twice what is missing, up to the next power of two so that counts stay round.
 long long psShortRunFactor(long long minClocks, long long numClocks);
 
-// Loop counts are ints; a product beyond them stays at the largest.
+// Loop counts are ints; a product beyond them stays at the largest or smallest.
 int psTimesLoops(int loops, long long factor);
 
 // Inner repetitions of one timed batch: 100 when 100 timer ticks are not small against a call.

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <climits>
+
 #include "pstimingmath.h"
 
 namespace {
@@ -52,7 +54,11 @@ TEST(TimingMath, LoopCountsGrow) {
     EXPECT_EQ(psShortRunFactor(10000, 312), 64); // 64.1 is cut first
     EXPECT_EQ(psShortRunFactor(1LL << 40, 1), 1LL << 41);
     EXPECT_EQ(psTimesLoops(2048, 128), 262144);
-    EXPECT_EQ(psTimesLoops(2048, 1LL << 41), 2147483647);
+    EXPECT_EQ(psTimesLoops(2048, 1LL << 41), INT_MAX);
+    EXPECT_EQ(psTimesLoops(2048, 1LL << 61), INT_MAX);
+    EXPECT_EQ(psTimesLoops(-3, 8), -24);
+    EXPECT_EQ(psTimesLoops(INT_MIN, 8), INT_MIN);
+    EXPECT_EQ(psTimesLoops(-2048, 1LL << 61), INT_MIN);
     EXPECT_EQ(psInnerLoops(4, 200), 1 + 99);
     EXPECT_EQ(psInnerLoops(4, 201), 1);
     EXPECT_DOUBLE_EQ(psStatBudgetClocks(2400, 100), 24000000);
