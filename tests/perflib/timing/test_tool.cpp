@@ -203,6 +203,28 @@ TEST_F(ToolTest, ConfirmingRunsMixPerCallClocksWithTotals) {
     EXPECT_STREQ(tool.methodInfo.c_str(), "nLps=8 acc=82.4%");
 }
 
+// 8 loops agree with 4 within 3%, which confirming runs judge: agreeing ones end the method, others
+// are followed by four times the loops, as long as these are below the ceiling of 64.
+TEST_F(ToolTest, ConfirmingRunsThatAgreeEndTheIterativeMethod) {
+    const struct {
+        std::vector<long long> clocks; // of 1, 4 and 8 loops, of the confirming runs, of the rest
+        std::vector<int> loops;
+        double funcClocks;
+    } cases[] = {
+        {{20000, 41200, 84800, 10600, 10600, 1}, {1, 4, 8, 8, 8}, 10600},
+        {{20000, 41200, 84800, 84800, 84800, 339200}, {1, 4, 8, 8, 8, 32}, 10600},
+        {{20000, 41200, 84800, 10600, 12600, 339200}, {1, 4, 8, 8, 8, 32}, 10600},
+    };
+    for (const auto& c : cases) {
+        g_script = {};
+        g_script.clocks = c.clocks;
+        tool.setMethodBest(1, 64, 100);
+        EXPECT_EQ(tool.timing(loopFunc, nullptr, nullptr, nullptr), PS_OK);
+        EXPECT_EQ(g_script.loops, c.loops);
+        EXPECT_DOUBLE_EQ(tool.funcClocks, c.funcClocks);
+    }
+}
+
 TEST_F(ToolTest, AFailedRunEndsTheAutoMethodAndShowsItsHistory) {
     const Captured log;
     g_script.clocks = {0};
