@@ -209,9 +209,9 @@ psResult psTool::statRun() {
     return badStatusActive() ? PS_STATUS_WARN : PS_OK;
 }
 
-// Repeats a run n times and keeps the smallest. With the loop count unchanged the first element
-// is the clocks of one call that is known already, the others are totals: the spread is then
-// large, the smallest is that value, and the caller goes on to more loops. Meant so.
+// Repeats a run n times and keeps the smallest. Deliberate: with the loop count unchanged the first
+// element is the clocks of one call that is known already, the others are totals. The spread is
+// then large, the smallest is that value, and the caller goes on to more loops.
 psResult psTool::repeatTiming(int loops, int n) {
     double elements[avoidingRuns] = {};
     const bool reuse = numLoops == loops;

@@ -168,8 +168,8 @@ psResult psTool::timCall_Loop(int loops, long long* clocks, bool reset) {
     return statusResult(kept);
 }
 
-// The tool's own statistic loop. Every timed call is followed by an untimed second one, which
-// judges the status on data that the first call has already used: meant so.
+// The tool's own statistic loop. Deliberate: every timed call is followed by an untimed second one,
+// on data that the first has already used, and a status of the second goes before one of the first.
 psResult psTool::timCall_Stat(int* calls, long long* clocks, bool reset) {
     if (!funcCall) {
         return internalFail(nothingToCallLine);
