@@ -154,12 +154,12 @@ void psTest::beginRun() {
 
 psResult psTest::run() {
     beginRun();
-    const psRunMark mark;
+    const psRunCheckpoint checkpoint;
     bool selected = true;
     try {
         tsSignal::guarded([&] { selected = runSteps(); });
     } catch (...) {
-        afterException(exceptionText(), mark);
+        afterException(exceptionText(), checkpoint);
     }
     if (!selected) {
         return PS_UNDEFINED;
@@ -167,7 +167,7 @@ psResult psTest::run() {
     try {
         tsSignal::guarded([&] { endRun(); });
     } catch (...) {
-        afterException(exceptionText(), mark);
+        afterException(exceptionText(), checkpoint);
         m_result = psWorse(m_result, m_currentResult);
     }
     if (m_unmasked) { // a trap outside a test would end the program
@@ -254,10 +254,10 @@ void psTest::endRun() {
     psStep("endTest", [&] { endTest(); });
 }
 
-void psTest::afterException(const psString& message, const psRunMark& mark) {
+void psTest::afterException(const psString& message, const psRunCheckpoint& checkpoint) {
     const psString label = g_trace.label();
     raiseResult(PS_EXCEPTION);
-    mark.restoreStreams();
+    checkpoint.restoreStreams();
     g_ostrm << PS_ERR << message << " in " << label << "\n" << PS_END;
     if (m_dataHeld) {
         m_dataHeld = false;
@@ -265,14 +265,14 @@ void psTest::afterException(const psString& message, const psRunMark& mark) {
             psStep("flushData", [&] { flushData(); });
         } catch (...) {
             const psString second = exceptionText();
-            mark.restoreStreams();
+            checkpoint.restoreStreams();
             g_ostrm << PS_ERR << second << " in flushData\n" << PS_END;
         }
     }
     g_cstrm.tableFlush();
     g_cstrm.linePostponeOut(m_numParmsColm + m_numResultColm);
     deleteReservedVectors();
-    mark.releaseBlocks();
+    checkpoint.releaseBlocks();
     restoreParms();
 }
 
@@ -309,16 +309,16 @@ void psTest::clearCtrlStatus() {
 }
 
 void psTest::startAndStop() {
-    const psRunMark mark;
+    const psRunCheckpoint checkpoint;
     try {
         psStep("beginTest", [&] { beginTest(); });
         psStep("canStart", [&] { canStart(); });
         psStep("flushStart", [&] { flushStart(); });
     } catch (...) {
         const psString message = exceptionText();
-        mark.restoreStreams();
+        checkpoint.restoreStreams();
         g_ostrm << PS_ERR << message << " in startAndStop of " << m_info.name << " test\n"
                 << PS_END;
-        mark.releaseBlocks();
+        checkpoint.releaseBlocks();
     }
 }

@@ -8,7 +8,7 @@
 
 class psCacheIterator;
 class psConditions;
-class psRunMark;
+class psRunCheckpoint;
 struct psMeasurement;
 class psNamedValues;
 
@@ -183,7 +183,7 @@ protected:
 private:
     bool runSteps();
     void measure();
-    void afterException(const psString& message, const psRunMark& mark);
+    void afterException(const psString& message, const psRunCheckpoint& checkpoint);
     void readParms();
     void restoreParms();
 

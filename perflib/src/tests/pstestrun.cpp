@@ -4,7 +4,7 @@
 
 #include "pspriority.h"
 
-psRunMark::psRunMark()
+psRunCheckpoint::psRunCheckpoint()
     : m_outLevel(g_ostrm.outLevel()), m_levelDepth(g_ostrm.levelDepth()),
       m_traceDepth(g_trace.depth()), m_openFiles(psOpenFileMark()) {
     for (void* block = psMallocFirst(); block; block = psMallocNext()) {
@@ -12,14 +12,14 @@ psRunMark::psRunMark()
     }
 }
 
-void psRunMark::restoreStreams() const {
+void psRunCheckpoint::restoreStreams() const {
     g_ostrm.unwindLevels(m_levelDepth);
     g_ostrm.setOutLevel(m_outLevel);
     g_trace.unwind(m_traceDepth);
     psResetPriority();
 }
 
-void psRunMark::releaseBlocks() const {
+void psRunCheckpoint::releaseBlocks() const {
     psList<void*> lost;
     for (void* block = psMallocFirst(); block; block = psMallocNext()) {
         if (std::find(m_blocks.begin(), m_blocks.end(), block) == m_blocks.end()) {

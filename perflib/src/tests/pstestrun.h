@@ -16,9 +16,9 @@ template <class Body> void psStep(const char* label, Body&& body) {
 
 // The state of the process-wide streams and blocks when a run began, for the way back after an
 // exception or a fault.
-class psRunMark {
+class psRunCheckpoint {
 public:
-    psRunMark();
+    psRunCheckpoint();
     // Output and message level, trace depth, priority.
     void restoreStreams() const;
     // Frees the blocks and closes the files that have come since.
