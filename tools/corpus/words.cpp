@@ -3,9 +3,8 @@
 //
 // A vocabulary is made up: the letters of a word form a chain in which each letter has its
 // favourite successors, and rarer words tend to be longer. Then, until the file is full, either
-//  - an earlier run of words is repeated, with all that separates them. The logarithm of its
-//  distance
-//    is evenly spread, so that there is something to find for short and for long windows; or
+//  - an earlier run of words is repeated, with all that separates them. The logarithm of the
+//    distance is evenly spread, so that short and long windows find something; or
 //  - a word is chosen by Zipf's law, now and then as a usual successor of the last one. A mark may
 //    follow (punctuation, a digit, a capital), then a blank, or a line end and an indentation.
 // In a binary file letters and marks are any bytes, nothing separates the words, and what would be

@@ -7,7 +7,8 @@ class psTest;
 
 // The fixed columns of the performance table: the same for every test of a run, so that the table
 // loads with one call into whatever reads comma-separated values.
-//   Function,Types | the registered parameter columns | Clocks,Unit,Rate,Result,Comment[,Interest]
+//   Function,Types | the registered parameter columns |
+//   Clocks,Unit,Rate,Result,Comment[,Interest],Spread
 
 // A column: its name and how its cell is made of a record. The test is asked for what it may write
 // in its own way (psTest::formatClocks).

@@ -55,5 +55,6 @@ TEST(TestFormat, DisturbancesAreTold) {
         EXPECT_STREQ(psDisturbanceText(m).c_str(), c.line) << c.spread;
     }
     EXPECT_STREQ(psDisturbanceSummary(0, 9).c_str(), "");
-    EXPECT_TRUE(psDisturbanceSummary(3, 1692).startsWith(" Note     : 3 of 1692 measurements were "));
+    EXPECT_TRUE(
+        psDisturbanceSummary(3, 1692).startsWith(" Note     : 3 of 1692 measurements were "));
 }
