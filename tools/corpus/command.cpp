@@ -1,12 +1,12 @@
 #include "command.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <map>
 #include <ostream>
 #include <stdexcept>
 
@@ -68,23 +68,19 @@ void makeCorpus(const fs::path& directory, bool replaceOthers, std::ostream& log
     if (error) {
         fail("create directory", directory, error.message());
     }
-    std::vector<std::string> files;
-    std::vector<bool> isThere;
+    std::map<fs::path, std::string> missing; // the contents of each
     for (const FileKind& kind : catalog()) {
-        files.push_back(kind.make());
-        isThere.push_back(isThereAlready(directory / kind.name, files.back(), replaceOthers));
-    }
-    for (std::size_t i = 0; i < files.size(); ++i) {
-        const fs::path path = directory / catalog()[i].name;
-        if (!isThere[i]) {
-            replaceFile(path, files[i]);
+        const std::string bytes = kind.make();
+        if (!isThereAlready(directory / kind.name, bytes, replaceOthers)) {
+            missing[directory / kind.name] = bytes;
         }
-        const char* const outcome = isThere[i] ? "already there" : "written";
-        log << path.string() << ": " << files[i].size() << " bytes " << outcome << "\n";
     }
-    const auto written = std::count(isThere.begin(), isThere.end(), false);
-    log << written << " files written, " << std::ssize(files) - written << " already there, in "
-        << directory.string() << "\n";
+    for (const auto& [path, bytes] : missing) {
+        replaceFile(path, bytes);
+        log << path.string() << ": " << bytes.size() << " bytes written\n";
+    }
+    log << missing.size() << " files written, " << catalog().size() - missing.size()
+        << " already there, in " << directory.string() << "\n";
 }
 
 } // namespace
@@ -112,11 +108,11 @@ int runCommand(const std::vector<std::string>& arguments, std::ostream& out, std
     }
     try {
         makeCorpus(directory, replaceOthers, out);
+        return 0;
     } catch (const std::exception& error) {
         err << "ntkcorpus: " << error.what() << "\n";
         return 1;
     }
-    return 0;
 }
 
 } // namespace corpus

@@ -38,16 +38,14 @@ Sizes sizesOf(const std::string& file) {
     return sizes;
 }
 
-// The mean square of the relative deviations, where the whole file counts six times.
+// The sum of the squared relative deviations, where the whole file counts six times.
 double distance(const Sizes& made, const Sizes& real) {
     double sum = 0;
-    double weights = 0;
     for (std::size_t i = 0; i < real.size(); ++i) {
         const double weight = i + kMethods < real.size() ? 1 : 6;
         sum += weight * std::pow(std::log(made[i] / real[i]), 2);
-        weights += weight;
     }
-    return sum / weights;
+    return sum;
 }
 
 // One to three numbers are multiplied by a factor of at most e^step.
@@ -64,8 +62,7 @@ FileKind changed(FileKind kind, double step, corpus::Random& random) {
     return kind;
 }
 
-FileKind fitted(const FileKind& start, const Sizes& real, int tries) {
-    FileKind best = start;
+FileKind fitted(FileKind best, const Sizes& real, int tries) {
     double least = distance(sizesOf(best.make()), real);
     corpus::Random random(static_cast<std::uint64_t>(tries));
     for (int left = tries; left > 0; --left) {

@@ -8,8 +8,6 @@
 
 namespace corpus {
 
-namespace {
-
 // Lengths are in pixels; these were found by hand.
 constexpr std::size_t kRowBytes = 216;
 constexpr int kTopMargin = 228, kBottomMargin = 420, kLeftMargin = 100, kLineWidth = 1250;
@@ -17,7 +15,7 @@ constexpr int kLetters = 60, kHeight = 16, kLeading = 15, kThickness = 4, kWande
 
 using Letter = std::vector<std::uint64_t>; // its rows, the leftmost pixel in the top bit
 
-void addStroke(Letter& letter, Random& random) {
+static void addStroke(Letter& letter, Random& random) {
     const int thickness = 2 + random.below(kThickness - 1);
     const bool isUpright = random.chance(600);
     const int rows = isUpright ? kHeight - random.below(kHeight / 2) : thickness;
@@ -31,7 +29,7 @@ void addStroke(Letter& letter, Random& random) {
     }
 }
 
-void print(std::string& page, int top, int left, const Letter& letter) {
+static void print(std::string& page, int top, int left, const Letter& letter) {
     std::size_t at = static_cast<std::size_t>(top) * kRowBytes + static_cast<std::size_t>(left / 8);
     for (const std::uint64_t row : letter) {
         for (std::size_t byte = 0; byte < 8; ++byte) {
@@ -40,8 +38,6 @@ void print(std::string& page, int top, int left, const Letter& letter) {
         at += kRowBytes;
     }
 }
-
-} // namespace
 
 std::string makePage(const FileKind& kind) {
     Random random(1);

@@ -9,23 +9,19 @@
 
 namespace corpus {
 
-namespace {
-
 constexpr std::size_t kTraceBytes = 4096;
 constexpr int kPush = 1850;                 // of the strongest noise
 constexpr int kPull = 25;                   // per mille of the swing that its speed loses in a step
 constexpr int kFriction = 183;              // per mille of the speed that is lost
 constexpr int kGain = 23, kGainTilt = 1273; // in eighths; of the choice of a gain
 
-std::uint32_t floatOf64ths(std::int64_t value) {
+static std::uint32_t floatOf64ths(std::int64_t value) {
     // In 256ths, so that the point stands between two of the hexadecimal digits.
     const auto magnitude = static_cast<std::uint32_t>(value < 0 ? -value : value) * 4;
     const auto digits = (static_cast<unsigned>(std::bit_width(magnitude)) + 3) / 4;
     const std::uint32_t sign = value < 0 ? 1u << 31 : 0;
     return magnitude == 0 ? 0 : sign | (64 + digits - 2) << 24 | magnitude << (24 - 4 * digits);
 }
-
-} // namespace
 
 std::string makeTraces(const FileKind& kind) {
     const Zipf gains(kGain, kGainTilt);

@@ -73,10 +73,9 @@ private:
     }
 
     char mark() {
-        if (m_style.marks.empty()) {
-            return static_cast<char>(m_random.below(256));
-        }
-        return m_style.marks[static_cast<std::size_t>(m_mark.draw(m_random)) - 1];
+        return m_style.marks.empty()
+                   ? static_cast<char>(m_random.below(256))
+                   : m_style.marks[static_cast<std::size_t>(m_mark.draw(m_random)) - 1];
     }
 
     void appendWord() {
