@@ -10,7 +10,7 @@
 case ${1:-} in
     --check) mode=(--dry-run --Werror) ;;
     "") mode=(-i) ;;
-    *) fail "'$1' is not known; the only argument is --check" ;;
+    *) refuse "'$1' is not known: the only argument is --check" ;;
 esac
 say "format of the sources"
 sources | xargs -0 -n 32 -P "$(nproc)" clang-format-14 "${mode[@]}" ||

@@ -19,7 +19,7 @@ packages=(
 case ${1:-} in
     --checks) packages+=(clang-14 clang-format-14 clang-tidy-14 shellcheck) ;;
     "") ;;
-    *) fail "'$1' is not known; the only argument is --checks" ;;
+    *) refuse "'$1' is not known: the only argument is --checks" ;;
 esac
 
 is_installed() {

@@ -12,7 +12,7 @@
 . "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
 [[ $# -ge 1 && $# -le 2 && $1 =~ ^[1-9][0-9]*$ && ${2:-1} =~ ^[0-9]+$ ]] ||
-    fail "usage: scripts/mutate.sh N [SEED]"
+    refuse "usage: scripts/mutate.sh N [SEED]"
 wanted=$1
 seed=${2:-1}
 copy=$top/build/mutate

@@ -55,7 +55,6 @@ with() {
 faulty() {
     libraries=$work/faulty:$libraries "$@"
 }
-# Fixed addresses keep the outputs the same wherever one would get into them.
 start() {
     timeout 60 env "${fixed[@]}" LD_LIBRARY_PATH="$libraries" LD_PRELOAD="$work/scripted.so" \
         "${variables[@]}" "$@"
@@ -73,7 +72,8 @@ mask() {
 record() {
     local build=$1 result=$2 file
     local libraries=$build/lib
-    local -a variables=() fixed=(LC_ALL=C TZ=UTC MALLOC_PERTURB_=165 COLUMNS=80)
+    local -a variables=()
+    local -a fixed=(LC_ALL=C TZ=UTC COLUMNS=80 MALLOC_PERTURB_=165 XDG_CACHE_HOME="$here/cache")
     mkdir -p "$work/run" "$result" && cp -r "$recorded/before" "$here" &&
         cp "$build/bin/ntkperf" "$build/bin/psexample" "$here" &&
         ln -s "$work/corpus/"* "$here" || exit 255 # which stops xargs
@@ -104,7 +104,7 @@ run_both() {
     fi
 }
 
-(($# == 2 || $# == 3)) || fail "usage: scripts/same-output.sh OLD_BUILD NEW_BUILD [PATTERN]"
+(($# == 2 || $# == 3)) || refuse "usage: scripts/same-output.sh OLD_BUILD NEW_BUILD [PATTERN]"
 for tree in "$1" "$2"; do
     for program in ntkperf psexample ntkcorpus; do
         [[ -x $tree/bin/$program ]] || fail "$tree/bin/$program is not there: build $tree first"

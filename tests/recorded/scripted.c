@@ -1,17 +1,24 @@
 /* Preloaded into a program of the harness, it replaces whatever differs from run to run: the clock
- * of the processor and that of the system. Both show one scripted time, which moves by a
- * pseudo-random step at each reading of the processor's clock, by the span of each sleep, and by a
- * little whenever the time of day is asked for, so that a loop that waits for it ends.
+ * of the processor, that of the system, and how often the process was switched out. All show one
+ * scripted time, which moves by a pseudo-random step at each reading of the processor's clock, by
+ * the span of each sleep, and by a little whenever the time of day is asked for, so that a loop
+ * that waits for it ends.
  *
  * SCRIPTED_SEED starts another sequence of steps, SCRIPTED_STEP is the mean step in clocks.
  */
 #include <stddef.h>
 #include <stdlib.h>
+#include <sys/resource.h>
 #include <time.h>
 
 #include "ntkcore.h"
 
-enum { clocksPerMicrosecond = 2100, askedNanoseconds = 100000, cacheBytes = 1 << 20 };
+enum {
+    clocksPerMicrosecond = 2100,
+    askedNanoseconds = 100000,
+    cacheBytes = 1 << 20,
+    clocksPerSwitch = 100000000
+};
 
 static const Ntk64u startSeconds = 1700000000;
 static Ntk64u elapsedClocks; /* since the scripted time began */
@@ -86,6 +93,13 @@ time_t time(time_t* pNow) {
 int nanosleep(const struct timespec* pSpan, struct timespec* pLeft) {
     (void)pLeft;
     advance((Ntk64u)pSpan->tv_sec * 1000000000 + (Ntk64u)pSpan->tv_nsec);
+    return 0;
+}
+
+/* A process that is switched out now and then. */
+int getrusage(__rusage_who_t who, struct rusage* pUsage) {
+    (void)who;
+    *pUsage = (struct rusage){.ru_nivcsw = (long)(elapsedClocks / clocksPerSwitch)};
     return 0;
 }
 
