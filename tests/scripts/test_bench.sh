@@ -38,8 +38,8 @@ expect() {
 
 # bench ARGUMENT...: sets output and status. From another directory, and without HOME.
 bench() {
-    output=$(cd / && env -u HOME CORPUS="${files:-$corpus}" RUN="${run:-}" PLAY="${play:-}" \
-        "$project/scripts/bench.sh" "$@" 2>&1 </dev/null)
+    output=$(cd / && env -u HOME -u XDG_CACHE_HOME CORPUS="${files:-$corpus}" RUN="${run:-}" \
+        PLAY="${play:-}" "$project/scripts/bench.sh" "$@" 2>&1 </dev/null)
     status=$?
 }
 
@@ -63,6 +63,23 @@ test_help_and_unknown_arguments() {
     expect "a word that is no key" "$status $output" "2 *'book1' is not known*"
     bench -- -h
     expect "what follows --" "$status $output" "0 *== running ntkperf -h*ntkperf -h -u*"
+}
+
+# The status of ntkperf is 0 here too.
+test_nothing_measured_is_told() {
+    play=refusing bench -B -o
+    expect "no output file" "$status $output" "1 *bench.sh: nothing was measured; the log above*"
+    play=idle bench -fNoSuch
+    expect "no test" "$status $output" "1 *bench.sh: no test was run; the log above*"
+}
+
+test_the_frequency_is_kept_without_a_home() {
+    bench -B
+    expect "the cache without HOME" "$output" "*
+cache $project/build/cache*"
+    output=$(CORPUS=$corpus HOME=$room XDG_CACHE_HOME='' "$project/scripts/bench.sh" -B 2>&1)
+    expect "the cache in HOME" "$output" "*
+cache -"
 }
 
 test_a_corpus_without_its_files() {
@@ -179,6 +196,8 @@ ntksBWTFwd_8u                    3  byte               52.9    9.00     105     
 }
 
 make_project
+test_nothing_measured_is_told
+test_the_frequency_is_kept_without_a_home
 test_help_and_unknown_arguments
 test_a_corpus_without_its_files
 test_the_corpus_is_what_ntkperf_reads
