@@ -34,6 +34,14 @@ TEST_F(Closing, WhatWasRejectedOrIgnoredIsRepeated) {
                       "            CodeLength: \"64k\" was not taken, it was 16384; 262144; *2\n"),
               1)
         << lines;
+    const Outcome partly = runWell(quick + Texts{crc, "-TSSE42,NONE", "-inosuch.ini"});
+    EXPECT_EQ(timesIn(closingLines(partly.output),
+                      " Note     : 2 settings were rejected or ignored, "
+                      "for the reasons above:\n"
+                      "            -TSSE42,NONE\n"
+                      "            -inosuch.ini\n"),
+              1)
+        << partly.output;
     EXPECT_EQ(timesIn(lines, "Nobody was set by -d key but no test asked for it\n"), 1) << lines;
     EXPECT_EQ(timesIn(runWell(quick + Texts{crc}).output, "rejected or ignored"), 0);
 }

@@ -1,5 +1,6 @@
 // The command line of a session: where it comes from, in which order it takes effect.
 
+#include <string_view>
 #include <unistd.h>
 
 #include "ps.h"
@@ -151,6 +152,14 @@ void psSession::applyCommand(const psCommandKey& command) {
     }
 }
 
+// Whether a key, or a part of it, has no effect. One that another key replaces or that this session
+// has no use for is no mistake.
+static bool isUnheeded(const psString& effect) {
+    const std::string_view text = effect.c_str();
+    return text.starts_with("ignored: ") || text.ends_with(" are ignored") ||
+           text.ends_with(": there is no such file");
+}
+
 void psSession::applyOption(char key, const psString& argument) {
     m_report.append("-" + psText(key) + argument + ": ");
     psOption* const option = getOption(key);
@@ -161,8 +170,7 @@ void psSession::applyOption(char key, const psString& argument) {
     }
     const psString effect = option->report(argument);
     m_report.append(effect + "\n");
-    // A key that another one replaces or that this session has no use for is no mistake.
-    if (effect.startsWith("ignored: ")) {
+    if (isUnheeded(effect)) {
         g_remarks.add("-" + psText(key) + argument);
     }
     if (option->apply) {
