@@ -9,7 +9,7 @@
 # shellcheck source-path=SCRIPTDIR source=common.sh
 . "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
-(($# <= 1)) || fail "takes one argument at most, the directory of the corpus"
+[[ $# -le 1 && ${1:-} != -* ]] || refuse "the only argument is the directory of the corpus"
 corpus=$(cd "${1:-${CORPUS:-$top/corpus}}" 2>/dev/null && pwd) ||
     fail "no corpus: '${1:-${CORPUS:-$top/corpus}}' is no directory that can be entered"
 template=$top/scripts/measuring.template.md

@@ -8,6 +8,9 @@
 # shellcheck source-path=SCRIPTDIR source=common.sh
 . "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
+for file in "$@"; do
+    [[ -f $file ]] || refuse "'$file' is no file"
+done
 configure clang
 compiled=$top/build/clang/compile_commands.json
 say "clang-tidy"

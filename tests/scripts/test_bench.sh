@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# scripts/bench.sh and check.sh as their users call them, in a project of their own: the scripts are
-# copied, the programs that install and build do nothing, ntkperf is the one beside this file.
+# The scripts as their users call them, in a project of their own: they are copied, the programs that
+# install and build do nothing, ntkperf is the one beside this file.
 #
 #   test_bench.sh NTKPERF    the real program, which knows its default files and its functions
 
@@ -50,14 +50,14 @@ run_in() {
 
 test_help_and_unknown_arguments() {
     local script key
-    for script in bench check; do
+    for script in bench check format install measuring mutate same-output tidy; do
         for key in -h --help; do
             output=$("$project/scripts/$script.sh" "$key" 2>&1)
-            expect "$script.sh $key" "$? $output" "0 *scripts/$script.sh -h, --help*"
+            expect "$script.sh $key" "$? $output" "0 [A-Z]*  scripts/$script.sh*"
             expect "$script.sh $key is text alone" "$output" '[!#]*[!}]'
         done
         output=$("$project/scripts/$script.sh" --nonsense 2>&1)
-        expect "$script.sh --nonsense" "$? $output" "2 $script.sh: '--nonsense' is not known*"
+        expect "$script.sh --nonsense" "$? $output" "2 $script.sh: *; --help tells more"
     done
     bench book1
     expect "a word that is no key" "$status $output" "2 *'book1' is not known*"
