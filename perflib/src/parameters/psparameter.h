@@ -77,7 +77,6 @@ public:
     // Whether the table cell stands in double quotes.
     bool isQuoted() const { return (m_outputFlags & quotedFlag) != 0; }
     void setQuoted(bool quoted);
-    const psString& deprecatedText() const { return m_deprecatedText; }
 
 protected:
     psParameter() = default;
