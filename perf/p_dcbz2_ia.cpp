@@ -62,6 +62,14 @@ const psParameter* Timdc_BZ2::variant() const {
     return m_isSelectSort ? &hint : nullptr;
 }
 
+// Length and file as for the other blocks, and the hint: its combinations would look alike.
+void Timdc_BZ2::parmsToOstrm() {
+    dcBlockTest::parmsToOstrm();
+    if (m_isSelectSort) {
+        hint.toOStream(g_ostrm);
+    }
+}
+
 psIterator_NSC<int>& Timdc_BZ2::lengthParm() {
     return dataLength;
 }

@@ -12,6 +12,7 @@ public:
     bool canStart() override;
     void flushData() override;
     double getDivisor() override;
+    void parmsToOstrm() override;
 
 protected:
     long long length() const override;

@@ -1,5 +1,7 @@
 #include "p_dclzss_ia.h"
 
+#include <vector>
+
 #include "dchooks.h"
 #include "kxtiming.h"
 
@@ -61,6 +63,7 @@ static bool encodeForDecoder() {
 }
 
 bool TimdcLZSS::prepare() {
+    m_codeLen.reset();
     maxSrcLen = static_cast<Ntk32u>(len);
     maxDstLen = 2 * static_cast<Ntk32u>(g_codeLen.value());
     return createEncoderState() && (m_isEncoder || encodeForDecoder());
@@ -75,14 +78,35 @@ double TimdcLZSS::getDivisor() {
     return len;
 }
 
-// The encoder's is that of its last call, which may find the data of the call before in its window.
-// A call that only took its few bytes and wrote none has no ratio.
+// What the encoder writes of the data, all of it, from a state of its own; 0 where that fails. The
+// measured calls do not tell: their streams go on, and they find the data of the call before.
+static Ntk32u freshCodeLength() {
+    int size = 0;
+    int room = 2 * len; // always enough: prepare() gives the decoder as much
+    if (ntksLZSSGetSize_8u(&size) != ntkStsNoErr) {
+        return 0;
+    }
+    std::vector<Ntk8u> state(static_cast<std::size_t>(size));
+    std::vector<Ntk8u> code(static_cast<std::size_t>(room));
+    Ntk8u* from = static_cast<Ntk8u*>(src.data());
+    Ntk8u* to = code.data();
+    int left = len;
+    if (ntksEncodeLZSSInit_8u(state.data()) != ntkStsNoErr ||
+        ntksEncodeLZSS_8u(&from, &left, &to, &room, state.data()) != ntkStsNoErr ||
+        ntksEncodeLZSSFlush_8u(&to, &room, state.data()) != ntkStsNoErr) {
+        return 0;
+    }
+    return static_cast<Ntk32u>(to - code.data());
+}
+
 std::optional<double> TimdcLZSS::ratio() const {
-    const Ntk32u codeLen = m_isEncoder ? maxDstLen - static_cast<Ntk32u>(dstLen) : maxDstLen;
-    if (codeLen == 0) {
+    if (!m_codeLen) {
+        m_codeLen = m_isEncoder ? freshCodeLength() : maxDstLen;
+    }
+    if (*m_codeLen == 0) {
         return std::nullopt;
     }
-    return static_cast<double>(len) / codeLen;
+    return static_cast<double>(len) / *m_codeLen;
 }
 
 // ---- Calls and init bodies --------------------------------------------------------------------

@@ -14,13 +14,14 @@ public:
 
 protected:
     long long length() const override;
-    std::optional<double> ratio() const override; // none where nothing was written
+    std::optional<double> ratio() const override; // of the complete stream of the data alone
     bool createBuffers() override;
     int readFile() override;
     bool prepare() override;
 
 private:
     bool m_isEncoder = false;
+    mutable std::optional<Ntk32u> m_codeLen; // of the combination, made when first asked for
 };
 
 // The state that the two tests share: the generated functions have no test to ask. It keeps its

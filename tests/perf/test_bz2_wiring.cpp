@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <set>
+#include <sstream>
 #include <vector>
 
 #include <unistd.h>
@@ -244,22 +245,31 @@ TEST_F(Bz2Wiring, HuffmanTablesAreThoseOfTheSymbols) {
     EXPECT_EQ(packed(pEncodeHuffState), wanted);
 }
 
-// Four per file for the hints, else one; whole, whatever the length of other families' data.
+// Four per file for the hints, each of which the log names, else one; whole, whatever the length of
+// other families' data.
 TEST_F(Bz2Wiring, CombinationsAndTheirCells) {
     const std::string other = makeFile("other", sampleText(110000));
     choose("16384", file + ";" + other);
-    for (const auto& [function, combinations] :
-         {std::pair{"ntksBWTFwd_SelectSort_8u", 4}, {"ntksMTFInv_8u", 1}}) {
+    const std::vector<std::string> noHint = {""};
+    const std::vector<std::string> hints = {"ntkBWTItohTanakaLimSort", "ntkBWTItohTanakaUnlimSort",
+                                            "ntkBWTSuffixSort", " ntkBWTAutoSort"};
+    for (const auto& [function, ends] :
+         {std::pair{"ntksBWTFwd_SelectSort_8u", hints}, {"ntksMTFInv_8u", noHint}}) {
+        std::string wanted, found;
+        for (const std::string& data :
+             {"length=3001 CodeFile=" + file, "length=102400 CodeFile=" + other}) {
+            for (const std::string& end : ends) {
+                wanted += std::string(function) + ":  " + data + " " +
+                          (end.empty() ? "" : "NtkBWTSortAlgorithmHint=" + end + " ") + "\n";
+            }
+        }
         const Captured log;
         findTest(function).run();
-        for (const std::string& parms : {":  length=3001 CodeFile=" + file + " \n",
-                                         ":  length=102400 CodeFile=" + other + " \n"}) {
-            int n = 0;
-            for (size_t at = 0; (at = log.text().find(parms, at)) != std::string::npos; at++) {
-                n++;
-            }
-            EXPECT_EQ(n, combinations) << parms << log.text();
+        std::istringstream lines(log.text());
+        for (std::string line; std::getline(lines, line);) {
+            found += line.starts_with(function) ? line + "\n" : "";
         }
+        EXPECT_EQ(found, wanted);
     }
     choose("16384", file);
     EXPECT_EQ(cellsOf(prepare("ntksBWTFwd_SelectSort_8u")),

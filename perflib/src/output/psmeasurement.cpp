@@ -1,8 +1,8 @@
 #include "psmeasurement.h"
 
-bool psMeasurement::isDisturbed() const {
+bool psMeasurement::isSpread() const {
     constexpr double quietSpread = 0.05;
-    return isMeasured() && (times.spread > quietSpread || times.switches > 0);
+    return isMeasured() && times.spread > quietSpread;
 }
 
 psString psMeasurement::combination() const {

@@ -39,9 +39,10 @@ struct psMeasurement {
     // A failed call has no clocks worth telling.
     bool isMeasured() const { return !psIsFail(result) && !deprecated; }
     double clocksPerUnit() const { return times.clocksPerCall / unitsPerCall; }
-    // The machine did something else meanwhile: the middle span is far from the smallest, or the
-    // process was switched out.
-    bool isDisturbed() const;
+    // What disturbed the figures: the middle span is far from the smallest; the process lost its
+    // processor meanwhile.
+    bool isSpread() const;
+    bool isSwitchedOut() const { return isMeasured() && times.switches > 0; }
     // "CodeLength=16384 CodeFile=book1": equal texts are the same measurement of a function.
     psString combination() const;
 };

@@ -232,8 +232,7 @@ void psSession::outputHeader() {
 void psSession::outputFooter() {
     const psReportEnd end(*pTestList);
     // The counts stay the last thing that is seen.
-    g_ostrm << PS_NORMAL << psDisturbanceSummary(psTest::m_numDisturbed, psTest::m_numMeasured)
-            << PS_END;
+    g_ostrm << PS_NORMAL << psDisturbanceSummary(psTest::m_disturbances) << PS_END;
     g_ostrm << PS_WARN << g_remarks.closingText() << PS_END;
     g_ostrm << PS_ERR << end << PS_END_FLUSH;
     g_ustrm << end;

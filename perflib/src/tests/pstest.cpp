@@ -12,6 +12,7 @@
 #include "psreserve.h"
 #include "pssettings.h"
 #include "pssignal.h"
+#include "pstestformat.h"
 #include "pstestrun.h"
 
 psResult psTest::m_currentResult = PS_UNDEFINED;
@@ -23,8 +24,7 @@ constinit int& psTest::m_vectorNum = g_vectorNum;
 constinit int& psTest::m_vectorShift = g_vectorShift;
 int psTest::m_numParmsColm = 0;
 int psTest::m_numResultColm = 0;
-int psTest::m_numMeasured = 0;
-int psTest::m_numDisturbed = 0;
+constinit psDisturbances psTest::m_disturbances;
 
 namespace {
 // The text before the first "/" of text, which loses it and the "/".

@@ -9,6 +9,7 @@
 class psCacheIterator;
 class psConditions;
 class psRunCheckpoint;
+struct psDisturbances;
 struct psMeasurement;
 class psNamedValues;
 
@@ -167,9 +168,7 @@ public:
     // Columns of the performance table: the function's and the parameters', then the result's.
     static int m_numParmsColm;
     static int m_numResultColm;
-    // Combinations of this run that gave figures, and of these the disturbed ones.
-    static int m_numMeasured;
-    static int m_numDisturbed;
+    static psDisturbances m_disturbances; // of this run
 
 protected:
     void putTextError(psResult r);

@@ -42,7 +42,7 @@ psString psSpreadText(const psMeasurement& record) {
 }
 
 psString psDisturbanceText(const psMeasurement& record) {
-    if (!record.isDisturbed()) {
+    if (!record.isSpread()) {
         return {};
     }
     psString text = "spread=" + psFormat("%.1f%%", 100 * record.times.spread);
@@ -53,13 +53,19 @@ psString psDisturbanceText(const psMeasurement& record) {
     return text + "\n";
 }
 
-psString psDisturbanceSummary(int disturbed, int measured) {
-    if (disturbed == 0) {
+void psDisturbances::count(const psMeasurement& record) {
+    measured += record.isMeasured() ? 1 : 0;
+    spread += record.isSpread() ? 1 : 0;
+    switchedOut += record.isSwitchedOut() ? 1 : 0;
+}
+
+psString psDisturbanceSummary(const psDisturbances& of) {
+    if (of.spread == 0 && of.switchedOut == 0) {
         return {};
     }
     return psFormat(
-        " Note     : %d of %d measurements were disturbed (spread above 5%% or switched\n"
-        "            out): measure them again with nothing else running, on one\n"
-        "            processor (taskset -c 1 ntkperf ...)\n",
-        disturbed, measured);
+        " Note     : %d of %d measurements have a spread above 5%%, in %d another process ran.\n"
+        "            To measure again: with nothing else running, on one processor\n"
+        "            (taskset -c 1 ntkperf ...)\n",
+        of.spread, of.measured, of.switchedOut);
 }

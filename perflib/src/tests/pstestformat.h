@@ -16,7 +16,13 @@ psString sFormat(double number, int width);
 // By how much the middle timed span was longer than the smallest, in percent ("12.3"); empty when
 // the measurement failed or has a single span.
 psString psSpreadText(const psMeasurement& record);
-// What disturbed a measurement, as a line of the log; empty when nothing did.
+// The line of the log for a measurement with a large spread; else empty.
 psString psDisturbanceText(const psMeasurement& record);
-// The closing line on disturbed measurements, with what helps; empty when there was none.
-psString psDisturbanceSummary(int disturbed, int measured);
+
+// How many measurements of a run gave figures, and which of them were disturbed by what.
+struct psDisturbances {
+    int measured = 0, spread = 0, switchedOut = 0;
+    void count(const psMeasurement& record);
+};
+// The closing note, with what helps; empty when nothing was disturbed.
+psString psDisturbanceSummary(const psDisturbances& of);

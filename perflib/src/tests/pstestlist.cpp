@@ -6,6 +6,7 @@
 #include "psistream.h"
 #include "psostream.h"
 #include "pstest.h"
+#include "pstestformat.h"
 
 constinit psString& psTestList::m_startFunc = g_settings.startFunc;
 psTest* psTestList::m_pCurrentTest = nullptr;
@@ -125,7 +126,7 @@ bool psTestList::runTests(const psConditions& conditions) {
 
 void psTestList::clearCounts() {
     m_tests = m_notes = m_fails = 0;
-    psTest::m_numMeasured = psTest::m_numDisturbed = 0;
+    psTest::m_disturbances = {};
     for (int& count : m_counts) {
         count = 0;
     }

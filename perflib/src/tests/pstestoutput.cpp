@@ -154,8 +154,7 @@ void psTest::outputResult(psResult r) {
         putTableResult(r);
     }
     const psMeasurement m = record(r);
-    m_numMeasured += m.isMeasured() ? 1 : 0;
-    m_numDisturbed += m.isDisturbed() ? 1 : 0;
+    m_disturbances.count(m);
     if (g_pRecordWriters) {
         for (psRecordWriter* writer : *g_pRecordWriters) {
             writer->write(m);

@@ -41,7 +41,8 @@ TEST(TestFormat, DisturbancesAreTold) {
         {PS_OK, 8, 0, 0, "0.0", ""},
         {PS_OK, 8, 0.05, 0, "5.0", ""},
         {PS_OK, 8, 0.0512, 0, "5.1", "spread=5.1%\n"},
-        {PS_OK, 8, 0.01, 1, "1.0", "spread=1.0%, switched out 1 time\n"},
+        {PS_OK, 8, 0.01, 1, "1.0", ""},
+        {PS_OK, 8, 0.06, 1, "6.0", "spread=6.0%, switched out 1 time\n"},
         {PS_ACCUR_WARN, 8, 1.5, 7, "150.0", "spread=150.0%, switched out 7 times\n"},
         {PS_FUNC_FAIL, 8, 1.5, 7, "", ""},
     };
@@ -54,7 +55,25 @@ TEST(TestFormat, DisturbancesAreTold) {
         EXPECT_STREQ(psSpreadText(m).c_str(), c.cell) << c.spread;
         EXPECT_STREQ(psDisturbanceText(m).c_str(), c.line) << c.spread;
     }
-    EXPECT_STREQ(psDisturbanceSummary(0, 9).c_str(), "");
-    EXPECT_TRUE(
-        psDisturbanceSummary(3, 1692).startsWith(" Note     : 3 of 1692 measurements were "));
+}
+
+TEST(TestFormat, ClosingNoteCountsWhatWasDisturbed) {
+    const struct {
+        psResult result;
+        double spread;
+        int switches;
+    } records[] = {
+        {PS_OK, 0.2, 0}, {PS_OK, 0.2, 3}, {PS_OK, 0.05, 1}, {PS_OK, 0, 0}, {PS_FAIL, 0.2, 1}};
+    psDisturbances all;
+    all.measured = 7;
+    EXPECT_STREQ(psDisturbanceSummary(all).c_str(), "");
+    for (const auto& r : records) {
+        psMeasurement m;
+        m.result = r.result;
+        m.times.spread = r.spread;
+        m.times.switches = r.switches;
+        all.count(m);
+    }
+    EXPECT_TRUE(psDisturbanceSummary(all).startsWith(
+        " Note     : 2 of 11 measurements have a spread above 5%, in 2 another process ran.\n"));
 }
