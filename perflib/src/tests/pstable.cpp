@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "psbase.h"
+#include "pscputick_gcc.h"
 #include "pstestformat.h"
 #include "pstest.h"
 
@@ -19,7 +20,10 @@ constexpr psTableColumn resultColumns[] = {
     {"Unit", [](psTest&, const psMeasurement& m) { return m.unit; }, nullptr},
     {"Rate",
      [](psTest& test, const psMeasurement& m) {
-         return m.isMeasured() ? test.perfString(true) : psString();
+         const bool has = m.isMeasured() && m.flopsPerCall > 0 && m.times.clocksPerCall > 0;
+         return has ? test.formatClocks(psCpuTicker::getFreq() * m.flopsPerCall /
+                                        m.times.clocksPerCall)
+                    : psString();
      },
      nullptr},
     {"Result",

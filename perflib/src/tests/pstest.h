@@ -1,6 +1,7 @@
 #pragma once
 
 #include <ctime>
+#include <memory>
 
 #include "psparameter.h"
 #include "psstepiterator.h"
@@ -217,4 +218,6 @@ private:
     bool m_dataHeld = false; // between initData() and flushData()
     bool m_measured = false;
     psCtrlWords m_ctrlWords;
+    // While a combination is written: what its writers share, as a test is asked only once.
+    std::unique_ptr<psMeasurement> m_record;
 };

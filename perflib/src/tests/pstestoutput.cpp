@@ -29,12 +29,13 @@ psString psTest::perfString(bool rate) {
 
 // The unit follows the accuracy in a column of its own, a blank in between.
 psString psTest::testResultString() {
+    const psMeasurement m = record(PS_UNDEFINED);
     psString text;
-    if (m_tool.times().hasAccuracy) {
-        text += "acc=" + sFormat(psTool::getAccuracyStr(m_tool.accuracy), 5);
+    if (m.times.hasAccuracy) {
+        text += "acc=" + sFormat(psTool::getAccuracyStr(m.times.accuracy), 5);
     }
-    text += sFormat(" " + getUnit(), -10);
-    text += "perf=" + sFormat(m_tool.funcClocks / getDivisor(), 8) + " clocks";
+    text += sFormat(" " + m.unit, -10);
+    text += "perf=" + sFormat(m.clocksPerUnit(), 8) + " clocks";
     return text;
 }
 
@@ -146,6 +147,8 @@ void psTest::putTextResult(psResult r) {
 }
 
 void psTest::outputResult(psResult r) {
+    m_record.reset(); // a fault may have left one
+    m_record = std::make_unique<psMeasurement>(record(r));
     putTextError(r);
     putTextResult(r);
     if (m_deprecated) {
@@ -153,13 +156,13 @@ void psTest::outputResult(psResult r) {
     } else {
         putTableResult(r);
     }
-    const psMeasurement m = record(r);
-    m_disturbances.count(m);
+    m_disturbances.count(*m_record);
     if (g_pRecordWriters) {
         for (psRecordWriter* writer : *g_pRecordWriters) {
-            writer->write(m);
+            writer->write(*m_record);
         }
     }
+    m_record.reset();
 }
 
 void psTest::funcToCstrm() {
@@ -167,6 +170,9 @@ void psTest::funcToCstrm() {
 }
 
 psMeasurement psTest::record(psResult r) {
+    if (m_record) {
+        return *m_record;
+    }
     psMeasurement m;
     m.function = m_function;
     m.types = typeNames();
