@@ -30,7 +30,7 @@ sub lines_of {
     return map { plain($_) } <$in>;
 }
 
-my $disturbance = qr/^spread=|^ Note : 0 of 0 measurements|^ out\): measure|^ processor \(taskset/;
+my $disturbance = qr/^spread=|^ Note : 0 of 0 measurements|^ To measure again: |^ \(taskset /;
 my @whole = lines_of($ARGV[1]);
 for my $line (lines_of($ARGV[0])) {
     next if $line =~ /^\s*(?:\.\.\.)?$/ || $line =~ $disturbance;

@@ -22,7 +22,8 @@ runs=0
 
 make_project() {
     local name
-    mkdir -p "$project/build/release/bin" "$room/bin" "$room/blocks" "$room/home/ntk-trial"
+    mkdir -p "$project/build/release/bin" "$room/bin" "$room/blocks" "$room/nights" \
+        "$room/home/ntk-trial"
     cp -r "$NTK_TOP/scripts" "$NTK_TOP/perf" "$NTK_TOP/CMakePresets.json" "$project"
     touch -d @0 "$project/CMakePresets.json"
     touch "$project/build/release/build.ninja"
@@ -37,9 +38,17 @@ make_project() {
     export HOME=$room/home PATH=$room/bin:$PATH
 }
 
-# use_ntkperf PROGRAM
-use_ntkperf() {
-    ln -sf "$1" "$project/build/release/bin/ntkperf"
+calls_bench() {
+    grep -q 'scripts/bench.sh' "$1"
+}
+
+# choose_ntkperf BLOCK: bench.sh would measure for a minute and more, so it gets the program that
+# measures nothing.
+choose_ntkperf() {
+    local program=$NTK_BUILD/bin/ntkperf
+    ! calls_bench "$1" || program=$NTK_TOP/tests/scripts/ntkperf
+    [[ -L $project/build/release/bin/ntkperf || ! -e $project/build/release/bin/ntkperf ]] &&
+        ln -sf "$program" "$project/build/release/bin/ntkperf"
 }
 
 # fault PLACE TEXT [FILE]: with what the file holds.
@@ -52,7 +61,7 @@ fault() {
 # The commands of a block: its own, or those behind "$ ". "$ cat NAME" makes the file that it shows.
 commands_of() {
     if ! grep -q '^\$ ' "$1"; then
-        sed "s|/path/to/the/corpus|$room/corpus|" "$1"
+        sed "s|/path/to/the/corpus|$room/corpus|; s|/path/to/nights|$room/nights|" "$1"
         return
     fi
     local line name=''
@@ -73,10 +82,12 @@ commands_of() {
 
 # run_commands PLACE BLOCK REASON: the output goes to $room/printed, the shown lines into it.
 run_commands() {
-    local place=$1 block=$2 reason=$3 status=0
+    local place=$1 block=$2 reason=$3 status=0 directory
+    directory=$(<"$room/directory")
+    ! calls_bench "$block" || directory=$project # for which its path is written
     commands_of "$block" >"$room/commands"
-    echo "pwd >'$room/directory'" >>"$room/commands"
-    (cd "$(<"$room/directory")" && bash -e "$room/commands") >"$room/printed" 2>&1 </dev/null ||
+    calls_bench "$block" || echo "pwd >'$room/directory'" >>"$room/commands"
+    (cd "$directory" && bash -e "$room/commands") >"$room/printed" 2>&1 </dev/null ||
         status=$?
     ((status == 0)) || fault "$place" "ends with status $status" "$room/printed"
     [[ -s $room/printed ]] || fault "$place" "prints nothing"
@@ -112,7 +123,7 @@ paste() {
 # try_block NUMBER PLACE MARK ARGUMENT
 try_block() {
     local block=$room/blocks/$1 place=$2 mark=$3 argument=$4
-    [[ $place == README.md:* ]] || use_ntkperf "$NTK_BUILD/bin/ntkperf"
+    choose_ntkperf "$block"
     case $mark in
         runs)
             run_commands "$place" "$block" "$argument"
@@ -163,9 +174,7 @@ find_interpreter() {
 make_project
 (cd "$NTK_TOP" && perl "$here/blocks.pl" "$room/blocks" "${documents[@]}") >"$room/index" ||
     failures=$((failures + 1))
-if [[ $what == commands ]]; then
-    use_ntkperf "$NTK_TOP/tests/scripts/ntkperf"
-else
+if [[ $what != commands ]]; then
     interpreter=$(find_interpreter)
     [[ -n $interpreter ]] || { echo "skipped: no interpreter for the blocks in $what" && exit 77; }
     make_table
