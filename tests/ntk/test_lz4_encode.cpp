@@ -156,13 +156,6 @@ TEST(Lz4Encode, RejectsBadArgumentsAndTouchesNothing) {
         }
     }
     EXPECT_EQ(dst, Bytes(200, 0x55));
-    Ntk8u* oneTable[2] = {tables.hc()[0], nullptr};
-    int length = 100;
-    EXPECT_EQ(ntksEncodeLZ4HC_8u(s, 0, &length, d, &length, oneTable, nullptr, 0, 0),
-              ntkStsNullPtr);
-    EXPECT_EQ(ntksEncodeLZ4HCHashTableInit_8u(oneTable), ntkStsNullPtr);
-    EXPECT_EQ(ntksEncodeLZ4HashTableInit_8u(tables.hash(), -1), ntkStsBadSize);
-    EXPECT_EQ(ntksEncodeLZ4HashTableGetSize_8u(nullptr), ntkStsNullPtr);
 }
 
 } // namespace
