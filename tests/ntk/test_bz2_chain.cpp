@@ -21,16 +21,6 @@ int lengthOf(const auto& elements) {
     return static_cast<int>(elements.size());
 }
 
-Ntk32u checksumOf(const Ntk8u* data, std::ptrdiff_t length) {
-    Ntk32u crc = 0;
-    EXPECT_EQ(ntksCRC32_BZ2_8u(data, static_cast<int>(length), &crc), ntkStsNoErr);
-    return crc;
-}
-
-Ntk32u combined(Ntk32u all, Ntk32u block) {
-    return (all << 1 | all >> 31) ^ block;
-}
-
 struct Block {
     Bytes bytes; // after the last stage applied
     Ntk8u inUse[256];
@@ -56,8 +46,10 @@ public:
         while (left > 0 && !testing::Test::HasFailure()) {
             const Ntk8u* const start = at;
             Block block = runLengthCoded(at, left);
-            const Ntk32u blockCrc = checksumOf(start, at - start);
-            crc = combined(crc, blockCrc);
+            Ntk32u blockCrc = 0;
+            EXPECT_EQ(ntksCRC32_BZ2_8u(start, static_cast<int>(at - start), &blockCrc),
+                      ntkStsNoErr);
+            crc = (crc << 1 | crc >> 31) ^ blockCrc;
             putBlock(block, blockCrc);
         }
         put(endMagic, 48);

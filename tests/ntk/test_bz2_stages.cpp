@@ -356,60 +356,43 @@ TEST(Bz2DecodeBlock, RestoresTheText) {
         if (text.empty()) {
             continue;
         }
-        Block block = blockOf(text);
+        const Block block = blockOf(text);
         const GuardedBlock decoded(text.size());
         int length = 0;
         ASSERT_EQ(decodeBlock(block, decoded, &length), ntkStsNoErr);
         ASSERT_EQ(length, decoded.size());
         ASSERT_TRUE(std::equal(text.begin(), text.end(), decoded.data())) << text.size();
         const GuardedBlock tooSmall(text.size() - 1);
-        block.idx = 0; // some rotation
         EXPECT_EQ(decodeBlock(block, tooSmall, &length), ntkStsDstTooSmall);
         EXPECT_EQ(length, tooSmall.size());
-        EXPECT_EQ(decodeBlock(block, decoded, &length), ntkStsNoErr);
-        Bytes wanted = text;
-        std::sort(wanted.begin(), wanted.end());
-        std::sort(decoded.data(), decoded.data() + decoded.size());
-        EXPECT_TRUE(std::equal(wanted.begin(), wanted.end(), decoded.data())) << text.size();
     }
 }
 
 TEST(Bz2DecodeBlock, MalformedBlocks) {
     const Block good = blockOf(textBytes(300));
-    const int dictionary = good.sizeDictionary;
-    const auto beyond = static_cast<Ntk16u>(dictionary + 1);
+    static const auto beyond = static_cast<Ntk16u>(good.sizeDictionary + 1);
     const struct {
         const char* name;
-        void (*spoil)(Block&, Ntk16u);
-        NtkStatus status;
+        void (*spoil)(Block&);
+        NtkStatus status = ntkStsBadSrcData;
     } cases[] = {
-        {"position beyond the dictionary", [](Block& b, Ntk16u symbol) { b.symbols[200] = symbol; },
-         ntkStsBadSrcData},
-        {"and at the end", [](Block& b, Ntk16u symbol) { b.symbols.back() = symbol; },
-         ntkStsBadSrcData},
-        {"row of no text", [](Block& b, Ntk16u) { b.idx = 300; }, ntkStsBadValue},
-        {"negative row", [](Block& b, Ntk16u) { b.idx = -1; }, ntkStsBadValue},
-        {"dictionary of another size", [](Block& b, Ntk16u) { b.sizeDictionary--; },
-         ntkStsBadValue},
-        {"nothing in use",
-         [](Block& b, Ntk16u) {
-             std::fill_n(b.inUse, 256, Ntk8u{0});
-             b.sizeDictionary = 0;
-             b.symbols.assign(2, 0);
-         },
-         ntkStsBadSrcData},
-        {"endless run", [](Block& b, Ntk16u) { b.symbols.assign(1000, 1); }, ntkStsBadSrcData},
+        {"position beyond the dictionary", [](Block& b) { b.symbols[200] = beyond; }},
+        {"and at the end", [](Block& b) { b.symbols.back() = beyond; }},
+        {"endless run", [](Block& b) { b.symbols.assign(1000, 1); }},
+        {"row of no text", [](Block& b) { b.idx = 300; }, ntkStsBadValue},
+        {"negative row", [](Block& b) { b.idx = -1; }, ntkStsBadValue},
+        {"dictionary of another size", [](Block& b) { b.sizeDictionary--; }, ntkStsBadValue},
+        {"nothing in use", [](Block& b) { b = {Symbols(2, 0)}; }},
         {"empty",
-         [](Block& b, Ntk16u) {
-             b.symbols = {};
-             b.symbols.reserve(1);
+         [](Block& b) {
+             b.symbols.clear();
              b.idx = 0;
          },
          ntkStsNoErr},
     };
     for (const auto& c : cases) {
         Block block = good;
-        c.spoil(block, beyond);
+        c.spoil(block);
         const GuardedBlock decoded(300);
         int length = -1;
         EXPECT_EQ(decodeBlock(block, decoded, &length), c.status) << c.name;

@@ -211,25 +211,6 @@ TEST(InflateHostile, KeepsToItsWorkBufferWhenCalledAgainAfterAnError) {
     }
 }
 
-TEST(InflateHostile, WantsMoreOfAStreamCutOffAnywhere) {
-    Bytes data = textBytes(2000);
-    data.insert(data.begin() + 1000, 1000, 'r'); // matches of 258
-    for (const ZlibOptions& options : {ZlibOptions{0}, ZlibOptions{6, Z_FIXED}, ZlibOptions{9}}) {
-        const Bytes stream = deflated(data, options);
-        for (std::size_t n = 0; n < stream.size(); ++n) {
-            Bytes part(stream.begin(), stream.begin() + static_cast<std::ptrdiff_t>(n));
-            part.reserve(1);
-            const Inflated found = inflated(part, data.size());
-            ASSERT_EQ(found.verdict, Verdict::unfinished) << n;
-            ASSERT_EQ(found.taken, n);
-            ASSERT_TRUE(std::equal(found.data.begin(), found.data.end(), data.begin()));
-        }
-        for (std::size_t n = 0; n < data.size(); ++n) {
-            ASSERT_EQ(inflated(stream, n).verdict, Verdict::destinationFull);
-        }
-    }
-}
-
 // Guards around both buffers. The zeros appended complete every stream.
 TEST(InflateHostile, AgreesWithZlibOnDamagedStreams) {
     constexpr std::size_t capacity = 40000;

@@ -128,20 +128,6 @@ TEST(Lzss, GoesOnAfterAFlush) {
     }
 }
 
-// As a benchmark uses the state: the same data again and again without a flush. Positions that
-// overflow would break the stream.
-TEST(Lzss, AnEncoderThatIsNeverResetGoesOn) {
-    const Bytes text = textBytes(100000);
-    Coder encoder(ntksEncodeLZSSInit_8u);
-    Bytes data;
-    for (int i = 0; i < 40; ++i) {
-        encoder.feed(ntksEncodeLZSS_8u, text, {whole, whole});
-        data.insert(data.end(), text.begin(), text.end());
-    }
-    encoder.flush(whole);
-    EXPECT_TRUE(oracle::lzssDecoded(encoder.out()) == data);
-}
-
 struct Case {
     const char* name;
     Bytes stream;
