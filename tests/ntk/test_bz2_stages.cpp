@@ -209,7 +209,7 @@ Symbols encodeZ1Z2(const Bytes& bytes, std::size_t room, std::vector<int>& frequ
     Ntk8u* from = source.data();
     int left = source.size();
     NtkStatus status = ntkStsDstFull;
-    while (status == ntkStsDstFull) {
+    while (status == ntkStsDstFull && !testing::Test::HasFailure()) {
         const GuardedBlock destination(2 * room);
         auto* const to = reinterpret_cast<Ntk16u*>(destination.data());
         int count = static_cast<int>(room);
@@ -228,7 +228,7 @@ Bytes decodeZ1Z2(Symbols symbols, std::size_t room) {
     Ntk16u* from = symbols.data();
     int left = static_cast<int>(symbols.size());
     NtkStatus status = ntkStsDstFull;
-    while (status == ntkStsDstFull) {
+    while (status == ntkStsDstFull && !testing::Test::HasFailure()) {
         const GuardedBlock destination(room);
         int length = destination.size();
         status = ntksDecodeZ1Z2_BZ2_16u8u(&from, &left, destination.data(), &length);
