@@ -81,19 +81,6 @@ TEST(Checksum, KernelsAgreeWithTheReferenceAtEveryLengthAndAlignment) {
     }
 }
 
-TEST(Checksum, KernelsChainOverEverySplit) {
-    const Bytes bytes = textBytes(400);
-    for (const Checksum& c : checksums) {
-        const Ntk32u whole = c.reference(c.start, bytes.data(), bytes.size());
-        forEachKernel(c.kernel, [&](ntk::ChecksumFunction& run) {
-            for (std::size_t split = 0; split <= bytes.size(); ++split) {
-                const Ntk32u first = run(c.start, bytes.data(), split);
-                ASSERT_EQ(run(first, bytes.data() + split, bytes.size() - split), whole) << split;
-            }
-        });
-    }
-}
-
 // All ones is the worst case for the sums of Adler-32; the data exceed the longest run between
 // reductions.
 TEST(Checksum, KernelsAgreeOnLongData) {

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <array>
 #include <climits>
-#include <cstring>
 #include <numeric>
 
 #include "catalog.h"
@@ -113,38 +112,23 @@ TEST(DeflateLZ77, FindsWhatPays) {
     }
 }
 
-// Source and destination in pieces, with a buffer in which the window slides.
+// Source and destination in pieces; before each piece, the window moves to another place.
 Entries searchInPieces(const Bytes& data, int level, int piece, int room) {
     MatchSearch search;
     search.level = level;
-    constexpr std::size_t window = 32768;
-    const GuardedBlock buffer(window + 2 * static_cast<std::size_t>(piece) + 262);
-    std::size_t fed = 0;
-    int srcLen = 0;
-    Ntk8u* end = buffer.data();
-    for (bool more = true; more;) {
-        const std::size_t take = std::min(static_cast<std::size_t>(piece), data.size() - fed);
-        if (end + take > buffer.data() + buffer.size()) {
-            Ntk8u* const kept = end - srcLen - window;
-            const auto keptBytes = static_cast<std::size_t>(end - kept);
-            std::memmove(buffer.data(), kept, keptBytes);
-            end = buffer.data() + keptBytes;
+    const int size = static_cast<int>(data.size());
+    for (int fed = 0; fed < size;) {
+        fed = std::min(fed + piece, size);
+        const int from = std::max(search.srcIdx - search.winSize, 0);
+        const GuardedBlock buffer(Bytes(data.begin() + from, data.begin() + fed));
+        const Ntk8u* src = buffer.data() + search.srcIdx - from;
+        int srcLen = fed - search.srcIdx;
+        const int flush = fed < size ? ntkDeflateNoFlush : ntkDeflateFinish;
+        while (search.call(&src, &srcLen, buffer.data(), room, flush) == ntkStsDstFull) {
+            EXPECT_EQ(src + srcLen, buffer.data() + buffer.size());
         }
-        std::memcpy(end, data.data() + fed, take);
-        fed += take;
-        end += take;
-        srcLen += static_cast<int>(take);
-        more = fed < data.size();
-        const Ntk8u* src = end - srcLen;
-        NtkStatus status = ntkStsDstFull;
-        while (status == ntkStsDstFull) {
-            status = search.call(&src, &srcLen, buffer.data(), room,
-                                 more ? ntkDeflateNoFlush : ntkDeflateFinish);
-            EXPECT_EQ(src, end - srcLen);
-        }
-        EXPECT_EQ(status, ntkStsNoErr);
-        EXPECT_LE(srcLen, more ? 262 : 0);
-        EXPECT_EQ(search.srcIdx, static_cast<int>(fed) - srcLen);
+        EXPECT_LE(srcLen, fed < size ? 262 : 0);
+        EXPECT_EQ(search.srcIdx, fed - srcLen);
     }
     return search.entries;
 }
@@ -221,64 +205,20 @@ TEST(DeflateLZ77, AnyTablesAreSafe) {
     }
 }
 
-TEST(DeflateLZ77, Arguments) {
-    static Ntk8u bytes[16] = {};
-    static int heads[256], previous[256], position, length, room;
-    static Ntk32u frequencies[286];
-    static Ntk16u distances[16];
-    struct Call {
-        const Ntk8u* src = bytes + 8;
-        int *srcLen = &length, *srcIdx = &position;
-        const Ntk8u* window = bytes;
-        int winSize = 256, *head = heads, *prev = previous, hashSize = 256;
-        Ntk32u *litFreq = frequencies, *distFreq = frequencies;
-        Ntk8u* lit = bytes;
-        Ntk16u* dist = distances;
-        int *dstLen = &room, level = 1, flush = 0;
-    };
+TEST(DeflateLZ77, RejectsBadLevelsFlushesAndWindows) {
+    Bytes data(16);
     const struct {
+        int level, flush, srcAt;
         NtkStatus status;
-        void (*spoil)(Call&);
-    } cases[] = {
-        {ntkStsNoErr, [](Call&) {}},
-        {ntkStsNullPtr, [](Call& c) { c.src = nullptr; }},
-        {ntkStsNullPtr, [](Call& c) { c.srcLen = nullptr; }},
-        {ntkStsNullPtr, [](Call& c) { c.srcIdx = nullptr; }},
-        {ntkStsNullPtr, [](Call& c) { c.window = nullptr; }},
-        {ntkStsNullPtr, [](Call& c) { c.head = nullptr; }},
-        {ntkStsNullPtr, [](Call& c) { c.prev = nullptr; }},
-        {ntkStsNullPtr, [](Call& c) { c.litFreq = nullptr; }},
-        {ntkStsNullPtr, [](Call& c) { c.distFreq = nullptr; }},
-        {ntkStsNullPtr, [](Call& c) { c.lit = nullptr; }},
-        {ntkStsNullPtr, [](Call& c) { c.dist = nullptr; }},
-        {ntkStsNullPtr, [](Call& c) { c.dstLen = nullptr; }},
-        {ntkStsBadSize, [](Call&) { length = -1; }},
-        {ntkStsBadSize, [](Call&) { position = -1; }},
-        {ntkStsBadSize, [](Call&) { position = INT_MAX - 7; }},
-        {ntkStsBadSize, [](Call&) { room = -1; }},
-        {ntkStsBadSize, [](Call& c) { c.winSize = 128; }},
-        {ntkStsBadSize, [](Call& c) { c.winSize = 300; }},
-        {ntkStsBadSize, [](Call& c) { c.winSize = 65536; }},
-        {ntkStsBadSize, [](Call& c) { c.hashSize = 255; }},
-        {ntkStsBadSize, [](Call& c) { c.hashSize = 131072; }},
-        {ntkStsBadValue, [](Call& c) { c.level = 0; }},
-        {ntkStsBadValue, [](Call& c) { c.level = 10; }},
-        {ntkStsBadValue, [](Call& c) { c.flush = -1; }},
-        {ntkStsBadValue, [](Call& c) { c.flush = 4; }},
-        {ntkStsBadValue, [](Call& c) { c.window = c.src + 1; }},
-    };
+    } cases[] = {{1, 0, 8, ntkStsNoErr},     {0, 0, 8, ntkStsBadValue}, {10, 0, 8, ntkStsBadValue},
+                 {1, -1, 8, ntkStsBadValue}, {1, 4, 8, ntkStsBadValue}, {1, 0, 0, ntkStsBadValue}};
     for (const auto& c : cases) {
-        Call call;
-        length = room = 8;
-        position = 0;
-        c.spoil(call);
-        const Ntk8u** const src = &call.src;
-        EXPECT_EQ(ntksDeflateLZ77_8u(src, call.srcLen, call.srcIdx, call.window, call.winSize,
-                                     call.head, call.prev, call.hashSize, call.litFreq,
-                                     call.distFreq, call.lit, call.dist, call.dstLen, call.level,
-                                     call.flush),
-                  c.status)
-            << "case " << &c - cases;
+        MatchSearch search;
+        search.level = c.level;
+        const Ntk8u* src = data.data() + c.srcAt;
+        int srcLen = 8;
+        EXPECT_EQ(search.call(&src, &srcLen, data.data() + 1, 8, c.flush), c.status)
+            << c.level << " " << c.flush << " " << c.srcAt;
     }
 }
 

@@ -211,25 +211,6 @@ TEST(InflateHostile, KeepsToItsWorkBufferWhenCalledAgainAfterAnError) {
     }
 }
 
-TEST(InflateHostile, WantsMoreOfAStreamCutOffAnywhere) {
-    Bytes data = textBytes(2000);
-    data.insert(data.begin() + 1000, 1000, 'r'); // matches of 258
-    for (const ZlibOptions& options : {ZlibOptions{0}, ZlibOptions{6, Z_FIXED}, ZlibOptions{9}}) {
-        const Bytes stream = deflated(data, options);
-        for (std::size_t n = 0; n < stream.size(); ++n) {
-            Bytes part(stream.begin(), stream.begin() + static_cast<std::ptrdiff_t>(n));
-            part.reserve(1);
-            const Inflated found = inflated(part, data.size());
-            ASSERT_EQ(found.verdict, Verdict::unfinished) << n;
-            ASSERT_EQ(found.taken, n);
-            ASSERT_TRUE(std::equal(found.data.begin(), found.data.end(), data.begin()));
-        }
-        for (std::size_t n = 0; n < data.size(); ++n) {
-            ASSERT_EQ(inflated(stream, n).verdict, Verdict::destinationFull);
-        }
-    }
-}
-
 // Guards around both buffers. The zeros appended complete every stream.
 TEST(InflateHostile, AgreesWithZlibOnDamagedStreams) {
     constexpr std::size_t capacity = 40000;
@@ -266,81 +247,40 @@ TEST(InflateHostile, AgreesWithZlibOnDamagedStreams) {
     EXPECT_GT(verdicts[static_cast<int>(malformed)], 1000);
 }
 
-// The arguments of a valid call, to change one of them.
-struct Arguments {
-    explicit Arguments(const Bytes& stream)
-        : src(stream.data()), srcLen(static_cast<int>(stream.size())) {}
-
-    NtkStatus call() {
-        return ntksInflate_8u(&src, &srcLen, &code, &codeLen, history, &dst, &dstLen, historyLen,
-                              &mode, &state);
-    }
-
-    Bytes buffer = Bytes(64);
-    const Ntk8u* src;
-    int srcLen;
-    Ntk32u code = 0;
-    int codeLen = 0;
-    const Ntk8u* history = nullptr;
-    Ntk8u* dst = buffer.data();
-    int dstLen = 64;
-    int historyLen = 0;
-    int mode = ntkInflateBlockHeader;
-    NtksInflateState state{};
-};
-
 TEST(InflateHostile, RejectsBadArgumentsAndLeavesThemAlone) {
-    const Bytes fixed = fixedBlock().code("10010001").code("0000000").done();
+    const Bytes stream = fixedBlock().code("10010001").code("0000000").done();
     const Bytes dynamic = dynamicBlock(threeCodes, {1, 1}).code("0").code("10").done();
-    const Ntk8u* const none = nullptr;
-    struct Bad {
+    const struct {
+        const Bytes& stream;
+        int codeLen, mode;
+        bool hasWorkBuffer;
         NtkStatus expected;
-        void (*spoil)(Arguments&);
+    } calls[] = {
+        {stream, -1, ntkInflateBlockHeader, true, ntkStsBadValue},
+        {stream, 33, ntkInflateBlockHeader, true, ntkStsBadValue},
+        {stream, 0, -1, true, ntkStsBadValue},
+        {stream, 0, 9, true, ntkStsBadValue},
+        {stream, 0, ntkInflateDynamic, true, ntkStsBadValue}, // without codes
+        {stream, 0, ntkInflateDynamic, false, ntkStsBadValue},
+        {stream, 0, 8, false, ntkStsBadValue},
+        {dynamic, 0, ntkInflateBlockHeader, false, ntkStsNullPtr},
+        {stream, 0, ntkInflateBlockHeader, false, ntkStsNoErr},
+        {stream, 0, ntkInflateFinished, false, ntkStsNoErr},
     };
-    const Bad bad[] = {
-        {ntkStsNullPtr, [](Arguments& a) { a.src = nullptr; }},
-        {ntkStsNullPtr, [](Arguments& a) { a.dst = nullptr; }},
-        {ntkStsNullPtr, [](Arguments& a) { a.historyLen = 1; }},
-        {ntkStsBadSize, [](Arguments& a) { a.srcLen = -1; }},
-        {ntkStsBadSize, [](Arguments& a) { a.dstLen = -1; }},
-        {ntkStsBadSize, [](Arguments& a) { a.history = a.dst, a.historyLen = -1; }},
-        {ntkStsBadValue, [](Arguments& a) { a.codeLen = -1; }},
-        {ntkStsBadValue, [](Arguments& a) { a.codeLen = 33; }},
-        {ntkStsBadValue, [](Arguments& a) { a.mode = -1; }},
-        {ntkStsBadValue, [](Arguments& a) { a.mode = 9, a.state.workBuffer[0] = 64; }},
-        {ntkStsBadValue, [](Arguments& a) { a.mode = ntkInflateDynamic; }},
-        {ntkStsBadValue, [](Arguments& a) { a.mode = 8; }},
-        {ntkStsBadValue,
-         [](Arguments& a) {
-             static Bytes work(20000);
-             ntksInflateInit_8u(&a.state, work.data());
-             a.mode = ntkInflateDynamic;
-         }},
-    };
-    for (const Bad& b : bad) {
-        Arguments a(fixed);
-        b.spoil(a);
-        const int srcLen = a.srcLen;
-        EXPECT_EQ(a.call(), b.expected) << &b - bad;
-        EXPECT_EQ(a.srcLen, srcLen);
+    for (const auto& c : calls) {
+        Inflater inflater;
+        inflater.codeLen = c.codeLen;
+        inflater.mode = c.mode;
+        inflater.state = c.hasWorkBuffer ? inflater.state : NtksInflateState{};
+        const Ntk8u* src = c.stream.data();
+        Ntk8u byte = 0;
+        Ntk8u* dst = &byte;
+        EXPECT_EQ(inflater.call(src, c.stream.size(), dst, 1), c.expected) << &c - calls;
+        const bool isDecoded = c.expected == ntkStsNoErr && c.mode == ntkInflateBlockHeader;
+        EXPECT_EQ(dst - &byte, isDecoded) << &c - calls;
+        EXPECT_EQ(src == c.stream.data(), !isDecoded) << &c - calls;
+        EXPECT_EQ(inflater.mode, isDecoded ? ntkInflateFinished : c.mode) << &c - calls;
     }
-    Arguments withoutTables(dynamic);
-    EXPECT_EQ(withoutTables.call(), ntkStsNullPtr);
-    EXPECT_EQ(withoutTables.src, dynamic.data());
-    EXPECT_EQ(withoutTables.mode, ntkInflateBlockHeader);
-
-    Arguments a(fixed);
-    EXPECT_EQ(ntksInflate_8u(nullptr, &a.srcLen, &a.code, &a.codeLen, none, &a.dst, &a.dstLen, 0,
-                             &a.mode, &a.state),
-              ntkStsNullPtr);
-    EXPECT_EQ(ntksInflate_8u(&a.src, &a.srcLen, &a.code, &a.codeLen, none, &a.dst, &a.dstLen, 0,
-                             &a.mode, nullptr),
-              ntkStsNullPtr);
-    EXPECT_EQ(ntksInflateGetSize_8u(nullptr), ntkStsNullPtr);
-    EXPECT_EQ(ntksInflateInit_8u(&a.state, nullptr), ntkStsNullPtr);
-    EXPECT_EQ(a.call(), ntkStsNoErr);
-    EXPECT_EQ(a.call(), ntkStsNoErr); // after the end nothing is done
-    EXPECT_EQ(a.dstLen, 63);
 }
 
 } // namespace

@@ -89,17 +89,4 @@ TEST(Lz4Decode, StaysWithinItsBuffersOnDamagedBlocks) {
     EXPECT_GT(rejected, 1000);
 }
 
-TEST(Lz4Decode, RejectsBadArguments) {
-    const Ntk8u block[] = {0x10, 'a'};
-    Ntk8u dst[4] = {};
-    int length = 4;
-    EXPECT_EQ(ntksDecodeLZ4_8u(nullptr, 2, dst, &length), ntkStsNullPtr);
-    EXPECT_EQ(ntksDecodeLZ4_8u(block, 2, nullptr, &length), ntkStsNullPtr);
-    EXPECT_EQ(ntksDecodeLZ4_8u(block, 2, dst, nullptr), ntkStsNullPtr);
-    EXPECT_EQ(ntksDecodeLZ4_8u(block, -1, dst, &length), ntkStsBadSize);
-    EXPECT_EQ(length, 4);
-    length = -1;
-    EXPECT_EQ(ntksDecodeLZ4_8u(block, 2, dst, &length), ntkStsBadSize);
-}
-
 } // namespace

@@ -135,28 +135,6 @@ TEST(Lz4Dict, GoesOnOverManyBlocks) {
     });
 }
 
-TEST(Lz4Dict, StopsAtAFullDestinationWithADictionary) {
-    const Halves h(textBytes(1200));
-    forEachDictEncoder([&](const Lz4Encoder& encoder) {
-        for (int capacity = encoder.stopsWhenFull ? 2 : 200; capacity < 200; ++capacity) {
-            for (const Mode mode : {Mode::inPlace, Mode::elsewhere}) {
-                Lz4Tables tables;
-                prime(encoder, h, tables);
-                const GuardedBlock dst(static_cast<std::size_t>(capacity));
-                Lz4Call call = h.secondHalf(mode, dst);
-                const NtkStatus status = encoder.encode(call, tables);
-                const bool isWhole = call.srcLen == h.data.size() - h.first;
-                ASSERT_EQ(status, isWhole ? ntkStsNoErr : ntkStsDstFull) << capacity;
-                ASSERT_GT(call.srcLen, 0);
-                ASSERT_EQ(
-                    decodedByLiblz4(dst.data(), call.dstLen, call.srcLen, h.copy.data(), h.first),
-                    Bytes(h.second.begin(), h.second.begin() + call.srcLen))
-                    << capacity;
-            }
-        }
-    });
-}
-
 // Sequences that are already in the destination, correct or not, without a call of liblz4.
 TEST(Lz4Fill, KeepsOnlyWhatIsProven) {
     const GuardedBlock mixed(Bytes{'a', 'b', 'a', 'b', 'a', 'b', 'a', 'b', '0', '1', '2', '3',

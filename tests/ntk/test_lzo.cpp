@@ -259,20 +259,6 @@ TEST(Lzo, TellsMalformedStreams) {
     }
 }
 
-// The first three bytes are the empty stream.
-TEST(Lzo, RejectsAFrameCutAnywhereElse) {
-    const Bytes valid = frame(2, 6, 2, {0x13, 'a', 'b', 0x11, 0, 0}, 2);
-    for (std::ptrdiff_t cut = 0; cut < static_cast<std::ptrdiff_t>(valid.size()); ++cut) {
-        for (const Decode decoder : decoders) {
-            Bytes data(4);
-            const NtkStatus expected = cut == 3 ? ntkStsNoErr : ntkStsBadSrcData;
-            EXPECT_EQ(decode(decoder, Bytes(valid.begin(), valid.begin() + cut), data), expected)
-                << cut;
-            EXPECT_EQ(data.size(), cut == 3 ? 0U : 4U) << cut;
-        }
-    }
-}
-
 // Guards around both buffers; whatever the damage, a stream is decoded or rejected.
 TEST(Lzo, StaysWithinItsBuffersOnDamagedStreams) {
     const Bytes text = textBytes(70000);
@@ -301,35 +287,20 @@ TEST(Lzo, StaysWithinItsBuffersOnDamagedStreams) {
     }
 }
 
-TEST(Lzo, RejectsBadArguments) {
-    Ntk32u size = 0;
+TEST(Lzo, ChecksMethodAndState) {
     const auto noMethod = static_cast<NtkLZOMethod>(3);
-    EXPECT_EQ(ntksEncodeLZOGetSize(ntkLZOST, 1, nullptr), ntkStsNullPtr);
-    EXPECT_EQ(ntksEncodeLZOGetSize(ntkLZOST, 0x7e000001, &size), ntkStsBadSize);
+    Ntk32u size = 0;
     EXPECT_EQ(ntksEncodeLZOGetSize(noMethod, 1, &size), ntkStsBadValue);
     EXPECT_EQ(ntksEncodeLZOGetSize(ntkLZOMT, 0x7e000000, &size), ntkStsNoErr);
     EXPECT_GT(size, 0x7e000000U);
-    EXPECT_EQ(ntksEncodeLZOInit_8u(ntkLZOST, 1, nullptr), ntkStsNullPtr);
     Bytes state = preparedState(ntkLZOST, 4);
     EXPECT_EQ(ntksEncodeLZOInit_8u(noMethod, 4, state.data()), ntkStsBadValue);
-    EXPECT_EQ(ntksEncodeLZOInit_8u(ntkLZOST, 0x7e000001, state.data()), ntkStsBadSize);
-
     const Ntk8u src[5] = {};
     Ntk8u dst[100];
     Ntk32u length = 100;
-    EXPECT_EQ(ntksEncodeLZO_8u(nullptr, 4, dst, &length, state.data()), ntkStsNullPtr);
-    EXPECT_EQ(ntksEncodeLZO_8u(src, 4, nullptr, &length, state.data()), ntkStsNullPtr);
-    EXPECT_EQ(ntksEncodeLZO_8u(src, 4, dst, nullptr, state.data()), ntkStsNullPtr);
-    EXPECT_EQ(ntksEncodeLZO_8u(src, 4, dst, &length, nullptr), ntkStsNullPtr);
     EXPECT_EQ(ntksEncodeLZO_8u(src, 5, dst, &length, state.data()), ntkStsBadSize);
     Bytes unprepared(state.size());
     EXPECT_EQ(ntksEncodeLZO_8u(src, 4, dst, &length, unprepared.data()), ntkStsBadValue);
-    EXPECT_EQ(ntksEncodeLZO_8u(src, 0x7e000001, dst, &length, unprepared.data()), ntkStsBadSize);
-    for (const Decode decoder : decoders) {
-        EXPECT_EQ(decoder(nullptr, 4, dst, &length), ntkStsNullPtr);
-        EXPECT_EQ(decoder(src, 4, nullptr, &length), ntkStsNullPtr);
-        EXPECT_EQ(decoder(src, 4, dst, nullptr), ntkStsNullPtr);
-    }
     EXPECT_EQ(length, 100U);
 }
 

@@ -21,6 +21,7 @@
 
 #include <cstring>
 
+#include "../callerblock.h"
 #include "symbols.h"
 
 namespace ntk::deflate {
@@ -153,13 +154,13 @@ NtkStatus putEntries(BitWriter& result, const Tables& tables, const Ntk8u* lit, 
 
 } // namespace ntk::deflate
 
+using namespace ntk;
 using namespace ntk::deflate;
 
 NtkStatus ntksDeflateHuff_8u(const Ntk8u* pLit, const Ntk16u* pDist, int srcLen, Ntk32u* pCode,
                              int* pCodeLen, const NtkHuffCode* pLitCodes,
                              const NtkHuffCode* pDistCodes, Ntk8u* pDst, int* pDstIdx) {
-    if (pLit == nullptr || pDist == nullptr || pCode == nullptr || pCodeLen == nullptr ||
-        pLitCodes == nullptr || pDistCodes == nullptr || pDst == nullptr || pDstIdx == nullptr) {
+    if (anyNull(pLit, pDist, pCode, pCodeLen, pLitCodes, pDistCodes, pDst, pDstIdx)) {
         return ntkStsNullPtr;
     }
     if (srcLen < 0 || *pCodeLen < 0 || *pCodeLen > 32 || *pDstIdx < 0) {

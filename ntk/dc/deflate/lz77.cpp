@@ -38,6 +38,7 @@
 
 #include <climits>
 
+#include "../callerblock.h"
 #include "effort.h"
 #include "entrywriter.h"
 #include "matchfinder.h"
@@ -136,15 +137,16 @@ constexpr bool isPowerOf2Within(int value, int least, int most) {
 
 } // namespace ntk::deflate
 
+using namespace ntk;
 using namespace ntk::deflate;
 
 NtkStatus ntksDeflateLZ77_8u(const Ntk8u** ppSrc, int* pSrcLen, int* pSrcIdx, const Ntk8u* pWindow,
                              int winSize, Ntk32s* pHashHead, Ntk32s* pHashPrev, int hashSize,
                              Ntk32u* pLitFreq, Ntk32u* pDistFreq, Ntk8u* pLit, Ntk16u* pDist,
                              int* pDstLen, int level, int flush) {
-    if (ppSrc == nullptr || *ppSrc == nullptr || pSrcLen == nullptr || pSrcIdx == nullptr ||
-        pWindow == nullptr || pHashHead == nullptr || pHashPrev == nullptr || pLitFreq == nullptr ||
-        pDistFreq == nullptr || pLit == nullptr || pDist == nullptr || pDstLen == nullptr) {
+    if (anyNull(ppSrc, pSrcLen, pSrcIdx, pWindow, pHashHead, pHashPrev, pLitFreq, pDistFreq, pLit,
+                pDist, pDstLen) ||
+        *ppSrc == nullptr) {
         return ntkStsNullPtr;
     }
     const int begin = *pSrcIdx;
