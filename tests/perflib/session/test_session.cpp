@@ -50,23 +50,6 @@ TEST(Session, BannerCentresItsTitle) {
     }
 }
 
-TEST(Session, TheFirstOfHelpListAndVersionEndsIt) {
-    const struct {
-        std::initializer_list<const char*> words;
-        int level;
-        const char* info;
-    } cases[] = {{{"-B"}, 0, "ignored"},
-                 {{"-v", "-e"}, 1, "ignored because of -e option"},
-                 {{"-e", "-h"}, 2, "ignored because of -h option"},
-                 {{"-v"}, 3, "ignored because of -v option"}};
-    for (const auto& c : cases) {
-        OptionSession session;
-        session.parse(c.words);
-        EXPECT_EQ(psSession::m_exitLevel, c.level);
-        EXPECT_STREQ(psSession::getExitInfo().c_str(), c.info);
-    }
-}
-
 // The log is complete when the signal file appears.
 TEST(Session, TheSignalFileComesLast) {
     struct Watched : psSession {
