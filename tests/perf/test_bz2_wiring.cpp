@@ -7,8 +7,6 @@
 #include <set>
 #include <vector>
 
-#include <unistd.h>
-
 #include "oracles/bwt.h"
 #include "oracles/bz2_dictionary.h"
 #include "oracles/bz2_mtf.h"

@@ -4,7 +4,6 @@
 #include "family.h"
 
 #include <lz4.h>
-#include <unistd.h>
 
 #include "captured.h"
 #include "p_dclz4.h"

@@ -1,15 +1,10 @@
 #include "pscmdline.h"
 
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include <cstdlib>
 #include <iterator>
 
 #include <gtest/gtest.h>
 
 #include "files.h"
-#include "psostream.h"
 
 // The entries as "<key>:<argument>|", without the leading blank one.
 static std::string textOf(const psCommandList& list) {

@@ -1,8 +1,5 @@
 #include "pscstream.h"
 
-#include <cerrno>
-#include <cstring>
-
 #include <gtest/gtest.h>
 
 #include "files.h"

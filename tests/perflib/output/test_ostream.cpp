@@ -87,17 +87,6 @@ TEST(OutputStream, ANamedFileWithoutAFileDropsText) {
     EXPECT_EQ(readFile(console), "shown");
 }
 
-TEST(OutputStream, AppendKeepsWhatIsThere) {
-    const psString name = testPath("log.txt").c_str();
-    for (const bool append : {false, true, false, true, true}) {
-        o_stream* const stream = createOStream(name, append);
-        stream->write(append ? "+" : "new");
-        delete stream;
-    }
-    EXPECT_EQ(readFile(name.c_str()), "new++");
-    EXPECT_EQ(createOStream(fullDisk + psString("/x"), false), nullptr);
-}
-
 TEST(OutputStream, AFailedWholeLineLeavesNoPart) {
     std::signal(SIGXFSZ, SIG_IGN);
     const psString name = testPath("table.csv").c_str();

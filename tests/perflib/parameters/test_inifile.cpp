@@ -1,15 +1,11 @@
 #include "psinifile.h"
 
-#include <cerrno>
-#include <csignal>
-#include <cstring>
 #include <sys/stat.h>
 
 #include <gtest/gtest.h>
 
 #include "files.h"
 #include "psdata.h"
-#include "psostream.h"
 
 class IniFile : public testing::Test {
 protected:
@@ -101,30 +97,6 @@ TEST_F(IniFile, AnUnmodifiedFileKeepsItsText) {
     EXPECT_TRUE(ini.close());
     EXPECT_FALSE(ini.sectionExist("a"));
     EXPECT_EQ(readFile(m_path), text);
-}
-
-// Only a failure to open for writing is reported here.
-TEST_F(IniFile, WhatCannotBeOpened) {
-    const std::string log = testPath("log.txt");
-    const struct {
-        std::string name;
-        bool write;
-        const char* message;
-    } cases[] = {
-        {testPath("absent.ini"), false, ""},
-        {testing::TempDir(), false, ""},
-        {testing::TempDir(), true, "-- Can't open file %s to write\n"},
-        {"/no such/x.ini", true, "-- Can't open file %s to write\n"},
-        {"/dev/null", true, "-- Can't open file %s to write\n"},
-        {"", true, "-- Can't open file. Wrong filename (NULL)  to write\n"},
-    };
-    for (const auto& c : cases) {
-        g_ostrm.addStream(log.c_str(), false);
-        psIniFile ini;
-        EXPECT_FALSE(ini.open(c.name.c_str(), c.write)) << c.name;
-        g_ostrm.close();
-        EXPECT_EQ(readFile(log), psFormat(c.message, c.name.c_str()).c_str());
-    }
 }
 
 TEST_F(IniFile, ReplacingKeepsPermissionsAndLinks) {

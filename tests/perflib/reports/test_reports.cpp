@@ -1,6 +1,5 @@
 #include "psreport.h"
 
-#include <cstdlib>
 #include <ctime>
 #include <string>
 
@@ -18,7 +17,6 @@
 namespace {
 
 const std::string thick = std::string(79, '=') + "\n";
-const std::string thin = std::string(79, '-') + "\n";
 } // namespace
 
 TEST(Reports, TitleHasFiveItems) {

@@ -1,4 +1,4 @@
-// The session's own services: paths, banner, exit levels, the signal file.
+// The session's own services: paths, banner, the signal file.
 
 #include <regex>
 

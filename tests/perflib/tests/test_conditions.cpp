@@ -89,13 +89,3 @@ TEST(Conditions, ComeFromOptionArguments) {
         EXPECT_EQ(psMakeCondition(empty, PS_BY_TEST), nullptr) << empty;
     }
 }
-
-TEST(Conditions, AreCountedByGroupAndKind) {
-    psConditions conditions;
-    addConditions(conditions, "fa f-b f+c f=d t=e");
-    EXPECT_EQ(conditions.count(), 5);
-    EXPECT_EQ(conditions.count(PS_BY_FUNCTION), 4);
-    EXPECT_EQ(conditions.count(PS_BY_FUNCTION, PS_MUST_HOLD), 2);
-    EXPECT_EQ(conditions.count(PS_BY_TEST, PS_EXACT), 1);
-    EXPECT_EQ(conditions.count(PS_BY_FILE), 0);
-}

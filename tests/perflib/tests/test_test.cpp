@@ -7,7 +7,6 @@
 #include "captured.h"
 #include "psalloc.h"
 #include "pscputick_gcc.h"
-#include "psctrl87.h"
 #include "psinit.h"
 #include "psistream.h"
 #include "psobject.h"
