@@ -1,6 +1,5 @@
 #include "psreport.h"
 
-#include <ctime>
 #include <string>
 
 #include <gtest/gtest.h>
