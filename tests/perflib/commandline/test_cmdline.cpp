@@ -121,4 +121,7 @@ TEST(CfgFile, TheFirstLineUpToTheLimit) {
         EXPECT_EQ(found.c_str(), file);
     }
     remove(file.c_str());
+    psString text = "untouched", found;
+    EXPECT_FALSE(psReadCfgFile(program.c_str(), text, found));
+    EXPECT_STREQ(text.c_str(), "untouched");
 }
