@@ -49,6 +49,14 @@ protected:
         parm.translate(value.c_str());
         parm.firstValue();
     }
+    // A parameter of the test by its name; none when the name is empty.
+    static void setNamed(psTest& test, const std::string& name, const std::string& value) {
+        for (psParameter* parm : test.parms()) {
+            if (!name.empty() && parm->name() == name.c_str()) {
+                set(*parm, value);
+            }
+        }
+    }
     // The test with each of its parameters at the first value; its data are not prepared yet.
     static psTest& started(const std::string& function) {
         psTest& test = findTest(function);

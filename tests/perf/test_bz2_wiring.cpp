@@ -5,12 +5,8 @@
 
 #include <algorithm>
 #include <set>
-#include <sstream>
 #include <vector>
 
-#include <unistd.h>
-
-#include "captured.h"
 #include "oracles/bwt.h"
 #include "oracles/bz2_dictionary.h"
 #include "oracles/bz2_mtf.h"
@@ -243,58 +239,4 @@ TEST_F(Bz2Wiring, HuffmanTablesAreThoseOfTheSymbols) {
     const Bytes wanted = packed(state.data());
     EXPECT_GT(wanted.size(), 20u);
     EXPECT_EQ(packed(pEncodeHuffState), wanted);
-}
-
-// Four per file for the hints, each of which the log names, else one; whole, whatever the length of
-// other families' data.
-TEST_F(Bz2Wiring, CombinationsAndTheirCells) {
-    const std::string other = makeFile("other", sampleText(110000));
-    choose("16384", file + ";" + other);
-    const std::vector<std::string> noHint = {""};
-    const std::vector<std::string> hints = {"ntkBWTItohTanakaLimSort", "ntkBWTItohTanakaUnlimSort",
-                                            "ntkBWTSuffixSort", " ntkBWTAutoSort"};
-    for (const auto& [function, ends] :
-         {std::pair{"ntksBWTFwd_SelectSort_8u", hints}, {"ntksMTFInv_8u", noHint}}) {
-        std::string wanted, found;
-        for (const std::string& data :
-             {"length=3001 CodeFile=" + file, "length=102400 CodeFile=" + other}) {
-            for (const std::string& end : ends) {
-                wanted += std::string(function) + ":  " + data + " " +
-                          (end.empty() ? "" : "NtkBWTSortAlgorithmHint=" + end + " ") + "\n";
-            }
-        }
-        const Captured log;
-        findTest(function).run();
-        std::istringstream lines(log.text());
-        for (std::string line; std::getline(lines, line);) {
-            found += line.starts_with(function) ? line + "\n" : "";
-        }
-        EXPECT_EQ(found, wanted);
-    }
-    choose("16384", file);
-    EXPECT_EQ(cellsOf(prepare("ntksBWTFwd_SelectSort_8u")),
-              "3001," + file + ",ntkBWTItohTanakaLimSort,-\n");
-    EXPECT_EQ(cellsOf(prepare("ntksMTFInv_8u")), "3001," + file + ",-,-\n");
-}
-
-// What cannot be prepared is named.
-TEST_F(Bz2Wiring, FilesAndLengthsThatCannotBeMeasured) {
-    const struct {
-        std::string file;
-        const char* length;
-        const char* message;
-    } cases[] = {
-        {"/nowhere/book", "102400", "-- Can't open file /nowhere/book to read\n"},
-        {file, "0", "-- CodeLength=0 is not within 1 to "},
-        {file, "536870912", "-- CodeLength=536870912 is not within 1 to "},
-    };
-    for (const auto& c : cases) {
-        choose("16384", c.file);
-        psTest& test = started("ntksMTFFwd_8u");
-        set(dataLength, c.length);
-        const Captured log;
-        EXPECT_FALSE(test.initData()) << c.message;
-        EXPECT_NE(log.text().find(c.message), std::string::npos) << log.text();
-        test.flushData();
-    }
 }

@@ -89,17 +89,4 @@ TEST_F(Bz2HuffWiring, DecoderWritesTheSymbolsOfTheFile) {
     EXPECT_EQ(psSumOfBlocks(), 0);
 }
 
-TEST_F(Bz2HuffWiring, NothingIsMeasuredWithoutDataAndCellsAreLengthAndFile) {
-    for (const std::string& file : {makeFile("empty", ""), std::string("/nowhere/book")}) {
-        psTest& test = started("ntksEncodeHuff_BZ2_16u8u");
-        set(g_codeFile, file);
-        EXPECT_FALSE(test.initData()) << file;
-        test.flushData();
-    }
-    const std::string file = makeFile("text", text);
-    psTest& test = call("ntksDecodeHuff_BZ2_8u16u", file);
-    EXPECT_EQ(cellsOf(test), "102400," + file + ",-,-\n");
-    test.flushData();
-}
-
 } // namespace

@@ -7,7 +7,6 @@
 
 #include <numeric>
 
-#include "captured.h"
 #include "p_dclz77deflate_ia.h"
 
 using namespace dcdeflate;
@@ -104,53 +103,6 @@ TEST_F(DeflateWiring, InflaterRestoresTheFile) {
         EXPECT_EQ(prepared(pData, dataLen), contents);
         EXPECT_EQ(mode, ntkInflateFinished);
         EXPECT_DOUBLE_EQ(test.getDivisor(), static_cast<double>(contents.size()));
-        test.flushData();
-    }
-}
-
-TEST_F(DeflateWiring, FixedCodes) {
-    const auto bits = [](const NtkHuffCode& c) { return std::pair{int{c.code}, int{c.len}}; };
-    EXPECT_EQ(bits(pLitHuffCodes[0]), std::pair(12, 8));
-    EXPECT_EQ(bits(pLitHuffCodes[256]), std::pair(0, 7));
-    EXPECT_EQ(bits(pLitHuffCodes[287]), std::pair(0xE3, 8));
-    EXPECT_EQ(bits(pDistHuffCodes[1]), std::pair(16, 5));
-}
-
-TEST_F(DeflateWiring, LevelsLineAndCells) {
-    g_codeFile.translate(file.c_str());
-    psTest& test = findTest("ntksDeflateHuff_8u");
-    const Captured log;
-    test.run();
-    size_t from = 0;
-    for (const char* level : {"1", "6", "9"}) {
-        from = log.text().find("ntksDeflateHuff_8u:  length=102400 CodeFile=" + file +
-                                   " comprLevel=" + level + " \n",
-                               from);
-        EXPECT_NE(from, std::string::npos) << log.text();
-    }
-    EXPECT_EQ(log.text().find("comprLevel", from + 1), log.text().rfind("comprLevel"));
-    EXPECT_EQ(test.result(), PS_OK);
-    prepare("ntksDeflateHuff_8u", 6, file);
-    EXPECT_EQ(cellsOf(test), "102400," + file + ",6,-\n");
-    test.flushData();
-}
-
-TEST_F(DeflateWiring, WhatCannotBeMeasuredIsPassedOver) {
-    psTest& test = findTest("ntksInflate_8u");
-    for (const std::string& path : {makeFile("empty", ""), std::string("/nowhere/book")}) {
-        const Captured log;
-        g_codeFile.translate(path.c_str());
-        test.run();
-        EXPECT_EQ(test.result(), PS_DATA_FAIL) << log.text();
-        EXPECT_EQ(psSumOfBlocks(), 0);
-    }
-    started("ntksInflate_8u");
-    set(g_codeFile, file);
-    for (const char* level : {"0", "10"}) { // the search refuses them, and says so
-        const Captured log;
-        set(comprLevel, level);
-        EXPECT_FALSE(test.initData()) << level;
-        EXPECT_NE(log.text().find("ntksDeflateLZ77_8u"), std::string::npos) << log.text();
         test.flushData();
     }
 }

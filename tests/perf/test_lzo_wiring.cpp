@@ -5,7 +5,6 @@
 
 #include <lzo/lzo1x.h>
 
-#include "captured.h"
 #include "p_dclzo_ia.h"
 
 using namespace dclzo;
@@ -81,29 +80,4 @@ TEST_F(LzoWiring, AStreamThatDoesNotFitEndsThePreparation) {
     EXPECT_FALSE(test.initData());
     test.flushData();
     EXPECT_EQ(psSumOfBlocks(), 0);
-}
-
-// Length, file, method, ratio, for every method in the order in which they are listed.
-TEST_F(LzoWiring, CellsOfTheTable) {
-    choose("16384", file);
-    for (const char* name : {"ST", "ST1X", "MT"}) {
-        psTest& test = call("ntksDecodeLZO_8u", name);
-        EXPECT_EQ(cellsOf(test),
-                  "16384," + file + "," + name + "," + psText(16384.0 / dstLen).c_str() + "\n");
-        test.flushData();
-    }
-}
-
-TEST_F(LzoWiring, ARunTakesTheMethodsInTheirOrder) {
-    choose("16384", file);
-    psTest& test = findTest("ntksEncodeLZO_8u");
-    const Captured log;
-    test.run();
-    const std::string out = log.text();
-    size_t at = 0;
-    for (const char* name : {"method=ST ", "method=ST1X ", "method=MT "}) {
-        at = out.find(name, at + 1);
-        EXPECT_NE(at, std::string::npos) << name << out;
-    }
-    EXPECT_EQ(test.result(), PS_OK);
 }

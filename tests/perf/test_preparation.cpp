@@ -109,3 +109,46 @@ TEST_P(Preparation, EndsWithTheCallThatFails) {
 
 INSTANTIATE_TEST_SUITE_P(Of, Preparation, testing::ValuesIn(families),
                          [](const auto& family) { return std::string(family.param.function); });
+
+namespace {
+
+struct Unmeasurable {
+    const char *function, *parameter, *value;
+    const char* message; // a part of it
+};
+
+const Unmeasurable unmeasurable[] = {
+    {"ntksMTFFwd_8u", "CodeLength", "0", "-- CodeLength=0 is not within 1 to "},
+    {"ntksMTFFwd_8u", "CodeLength", "536870912", "-- CodeLength=536870912 is not within 1 to "},
+    {"ntksMTFFwd_8u", "CodeFile", "/nowhere/book", "-- Can't open file /nowhere/book to read\n"},
+    {"ntksEncodeHuff_BZ2_16u8u", "CodeFile", "/nowhere/book", "-- Can't open file /nowhere/book"},
+    {"ntksEncodeHuff_BZ2_16u8u", "CodeFile", "/dev/null", ""},
+    {"ntksInflate_8u", "CodeFile", "/nowhere/book", "-- Can't open file /nowhere/book to read\n"},
+    {"ntksInflate_8u", "CodeFile", "/dev/null", ""},
+    {"ntksInflate_8u", "comprLevel", "0", "ntksDeflateLZ77_8u"}, // the search refuses them
+    {"ntksInflate_8u", "comprLevel", "10", "ntksDeflateLZ77_8u"},
+    {"ntksEncodeLZ4_8u", "CodeLength", "0", "-- CodeLength=0 is not within 1 to "},
+    {"ntksEncodeLZ4_8u", "CodeLength", "-1500000000", "=-1500000000 is not within 1 to "},
+    {"ntksEncodeLZ4_8u", "CodeLength", "1073741824", "=1073741824 is not within 1 to "},
+    {"ntksDecodeZfp444_32f", "rate", "0", "-- rate=0 is not within 1 to 32"},
+    {"ntksDecodeZfp444_32f", "rate", "33", "-- rate=33 is not within 1 to 32"},
+};
+
+} // namespace
+
+TEST_F(FamilyTest, WhatCannotBeMeasuredIsNotPrepared) {
+    choose("16384", makeFile("text", sampleText(16384)));
+    for (const Unmeasurable& c : unmeasurable) {
+        SCOPED_TRACE(std::string(c.function) + " " + c.parameter + "=" + c.value);
+        psTest& test = started(c.function);
+        setNamed(test, c.parameter, c.value);
+        {
+            const Captured log;
+            EXPECT_FALSE(test.initData());
+            EXPECT_NE(log.text().find(c.message), std::string::npos) << log.text();
+        }
+        test.flushData();
+        EXPECT_EQ(psSumOfBlocks(), 0);
+        choose("16384", testPath("text"));
+    }
+}

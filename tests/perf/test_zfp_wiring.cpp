@@ -6,7 +6,6 @@
 
 #include <zfp.h>
 
-#include "captured.h"
 #include "p_dczfp.h"
 
 using namespace dczfp;
@@ -83,40 +82,4 @@ TEST_F(ZfpWiring, TheFieldIsSmoothAndNotFlat) {
         }
     }
     test.flushData();
-}
-
-// Every rate is a combination, with the flags of the processor watched.
-TEST_F(ZfpWiring, ARunMeasuresEveryRate) {
-    for (const char* const function : {"ntksEncodeZfp444_32f", "ntksDecodeZfp444_32f"}) {
-        psTest& test = findTest(function);
-        const Captured log;
-        test.run();
-        EXPECT_EQ(test.result(), PS_OK) << log.text();
-        EXPECT_TRUE(test.tool().checkCtrlStatus);
-        for (const char* const bitsPerValue : {"4", "8", "16"}) {
-            const std::string line = "length=131072 rate=" + std::string(bitsPerValue) + " ";
-            EXPECT_NE(log.text().find(line), std::string::npos) << log.text();
-        }
-    }
-}
-
-TEST_F(ZfpWiring, CellsOfTheTable) {
-    for (const char* const function : {"ntksEncodeZfp444_32f", "ntksDecodeZfp444_32f"}) {
-        psTest& test = call(function, "8");
-        EXPECT_EQ(cellsOf(test), "131072,-,8,4\n");
-        test.flushData();
-    }
-}
-
-TEST_F(ZfpWiring, ARateOutOfRangeIsNamed) {
-    for (const char* const bitsPerValue : {"0", "-1", "33"}) {
-        psTest& test = started("ntksDecodeZfp444_32f");
-        set(rate, bitsPerValue);
-        const Captured log;
-        EXPECT_FALSE(test.initData());
-        EXPECT_NE(
-            log.text().find("-- rate=" + std::string(bitsPerValue) + " is not within 1 to 32"),
-            std::string::npos);
-        test.flushData();
-    }
 }

@@ -68,12 +68,17 @@ protected:
         runWell(quick + Texts{"-f=" + function, "-rtable.csv"}, {.directory = corpus});
         const Table table(text("table.csv"));
         std::set<Combination> measured;
+        Texts variants; // in their order, which is that of the user's parameter
         for (const Texts& row : table.rows) {
             EXPECT_EQ(table.cell(row, "Function"), function);
             measured.emplace(table.cell(row, "Length"), table.cell(row, "CodeFile"),
                              table.cell(row, "Variant"));
+            if (std::count(variants.begin(), variants.end(), table.cell(row, "Variant")) == 0) {
+                variants.push_back(table.cell(row, "Variant"));
+            }
         }
         EXPECT_EQ(measured, expected);
+        EXPECT_EQ(variants, GetParam().variants);
         EXPECT_EQ(table.rows.size(), expected.size()) << "a combination stands there twice";
     }
 };

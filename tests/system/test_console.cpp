@@ -54,8 +54,9 @@ TEST_F(Questions, EverythingAskedForIsAsked) {
     const Outcome outcome = runWell(
         {"-A", crc, "-f=ntksAdler32_8u", "-dMethod=Manual", "-rtable.csv"}, {.input = answers});
     for (const char* const taken :
-         {"AlignVectorsBy = element\n", "VectorAlign = 4\n", "MisalignFirstVectorOnly = no\n",
-          "MutualVectorShift = 128\n"}) {
+         {"Specify vectors alignment, please", "AlignVectorsBy = element\n",
+          "VectorAlign by Element, 0..63 [0]: 4\nVectorAlign = 4\n",
+          "MisalignFirstVectorOnly = no\n", "MutualVectorShift = 128\n"}) {
         EXPECT_EQ(timesIn(outcome.output, taken), 1) << taken << outcome.output;
     }
     const Table table(text("table.csv"));

@@ -41,10 +41,3 @@ TEST(LibraryOrigin, IsToldWhenItIsNotTheOwnBuild) {
                   c.text);
     }
 }
-
-TEST(LibraryOrigin, OfThisProcess) {
-    const psStringList files = psLoadedLibraries();
-    ASSERT_EQ(files.count(), 1); // the core alone
-    EXPECT_STREQ(files.front().getFileName().substr(0, 10).c_str(), "libntkcore");
-    EXPECT_STREQ(psLibraryOriginText(files, psOwnLibraryDir(), "").c_str(), "");
-}

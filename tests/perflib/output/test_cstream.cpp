@@ -1,8 +1,5 @@
 #include "pscstream.h"
 
-#include <cerrno>
-#include <cstring>
-
 #include <gtest/gtest.h>
 
 #include "files.h"
@@ -185,18 +182,4 @@ TEST_F(Table, EveryFileGetsEveryLine) {
     m_table << "nowhere"
             << "\n";
     EXPECT_EQ(text(), "line\n");
-}
-
-TEST_F(Table, AFullDiskIsReportedOnceAndTheOtherFilesGoOn) {
-    const std::string log = testPath("log.txt");
-    g_ostrm.setOutLevel(PS_OUT_PERF);
-    g_ostrm.addStream(log.c_str(), false);
-    m_table.addStream("/dev/full", false);
-    for (const char* cell : {"one", "two"}) {
-        m_table << cell << "\n";
-    }
-    EXPECT_EQ(readFile(log),
-              std::string("-- Can't write to file /dev/full: ") + strerror(ENOSPC) + "\n");
-    EXPECT_EQ(text(), "one\ntwo\n");
-    g_ostrm.close();
 }

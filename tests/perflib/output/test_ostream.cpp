@@ -87,17 +87,6 @@ TEST(OutputStream, ANamedFileWithoutAFileDropsText) {
     EXPECT_EQ(readFile(console), "shown");
 }
 
-TEST(OutputStream, AppendKeepsWhatIsThere) {
-    const psString name = testPath("log.txt").c_str();
-    for (const bool append : {false, true, false, true, true}) {
-        o_stream* const stream = createOStream(name, append);
-        stream->write(append ? "+" : "new");
-        delete stream;
-    }
-    EXPECT_EQ(readFile(name.c_str()), "new++");
-    EXPECT_EQ(createOStream(fullDisk + psString("/x"), false), nullptr);
-}
-
 TEST(OutputStream, AFailedWholeLineLeavesNoPart) {
     std::signal(SIGXFSZ, SIG_IGN);
     const psString name = testPath("table.csv").c_str();
@@ -198,13 +187,6 @@ TEST(TextStream, ConsoleIsTheFirstStreamAndThereOnce) {
     EXPECT_EQ(readFile(log), "a line\n");
 }
 
-TEST(TextStream, AnUnwritableLogIsReportedAndNotAdded) {
-    const Captured printed;
-    EXPECT_FALSE(g_ostrm.addStream("/no such/log.txt", false));
-    EXPECT_EQ(g_ostrm.streamCount(), 1);
-    EXPECT_EQ(printed.text(), "-- Can't open file /no such/log.txt to write\n");
-}
-
 // Every stream that fails is named once on those that are left, and those lose nothing.
 TEST(TextStream, FailingStreamsAreReportedOnceOnTheOthers) {
     const std::string log = testPath("log.txt");
@@ -231,30 +213,6 @@ TEST(TextStream, TextLostAtTheEndIsReportedToo) {
     out.close();
     EXPECT_EQ(readFile(log),
               std::string("text\n-- Can't write to file /dev/full: ") + strerror(ENOSPC) + "\n");
-}
-
-// A console closed from the start must not be taken by the log that is opened next.
-TEST(TextStream, AClosedConsoleLeavesTheLog) {
-    const std::string log = testPath("log.txt");
-    for (const bool isPipe : {true, false}) {
-        int ends[2];
-        ASSERT_EQ(pipe(ends), 0);
-        fflush(stdout);
-        const int saved = dup(STDOUT_FILENO);
-        isPipe ? dup2(ends[1], STDOUT_FILENO) : close(STDOUT_FILENO);
-        close(ends[0]);
-        close(ends[1]);
-        {
-            psOStream out;
-            out.addConsole();
-            out.addStream(log.c_str(), false);
-            out << PS_ERR << "once\n" << PS_END;
-        }
-        dup2(saved, STDOUT_FILENO);
-        close(saved);
-        const std::string reason = strerror(isPipe ? EPIPE : EBADF);
-        EXPECT_EQ(readFile(log), "once\n-- Can't write to console: " + reason + "\n");
-    }
 }
 
 TEST(Trace, LinesShowTheNesting) {

@@ -11,7 +11,6 @@
 #include "fake_cache.h"
 #include "psalloc.h"
 #include "pscachescale.h"
-#include "pscstream.h"
 #include "psstepiterator.h"
 
 TEST(CacheScale, BoundsOfTheModes) {
@@ -144,7 +143,6 @@ private:
 TEST_F(CacheIterator, StandsForItsParameterInTexts) {
     psStepIterator<int> length;
     length.init(16, 64, 2, PS_STEP_MUL, "Len");
-    length.addDeprecated(16, "old");
     psCacheIteratorInt cache(length);
     EXPECT_EQ(cache.wrapped(), &length);
     EXPECT_STREQ(cache.name().c_str(), "cacheIterator");
@@ -153,20 +151,6 @@ TEST_F(CacheIterator, StandsForItsParameterInTexts) {
     EXPECT_STREQ(cache.prompt().c_str(), "for Len");
     cache.translate("16; 512; *2");
     EXPECT_EQ(length.last(), 512);
-    cache.firstValue();
-    cache.setDeprecatedFlag(true);
-    EXPECT_TRUE(cache.isDeprecatedParm());
-    psCStream table;
-    cache.nameToCStream(table);
-    cache.toCStream(table);
-    psString name, value;
-    table.getColm(0, name);
-    table.getColm(1, value);
-    EXPECT_STREQ(name.c_str(), "Len");
-    EXPECT_STREQ(value.c_str(), "old");
-    const Captured output;
-    cache.toOStream(g_ostrm);
-    EXPECT_EQ(output.text(), "Len=16 ");
 }
 
 TEST_F(CacheIterator, StepsThroughTheModes) {

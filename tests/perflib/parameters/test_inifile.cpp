@@ -1,15 +1,11 @@
 #include "psinifile.h"
 
-#include <cerrno>
-#include <csignal>
-#include <cstring>
 #include <sys/stat.h>
 
 #include <gtest/gtest.h>
 
 #include "files.h"
 #include "psdata.h"
-#include "psostream.h"
 
 class IniFile : public testing::Test {
 protected:
@@ -68,25 +64,6 @@ TEST_F(IniFile, ManyLinesAreRead) {
     EXPECT_STREQ(ini.read("a", "key99999").c_str(), "99999");
 }
 
-TEST_F(IniFile, ValuesAreFoundByExactNames) {
-    writeFile(m_path, "[Perf System]\nLen=100\nbare\n");
-    psIniFile ini;
-    ASSERT_TRUE(ini.open(m_path.c_str(), false));
-    const struct {
-        const char *section, *key, *value; // null: absent
-    } cases[] = {
-        {"Perf System", "Len", "100"},   {"Perf System", " Len ", "100"},
-        {"Perf System", "bare", "~~~"},  {"Perf System", "len", nullptr},
-        {"perf system", "Len", nullptr}, {"Perf System", "", nullptr},
-    };
-    for (const auto& c : cases) {
-        EXPECT_STREQ(ini.read(c.section, c.key, "default").c_str(), c.value ? c.value : "default");
-        EXPECT_EQ(ini.valueExist(c.section, c.key), c.value != nullptr) << c.key;
-    }
-    EXPECT_TRUE(ini.sectionExist("Perf System"));
-    EXPECT_FALSE(ini.sectionExist("Perf"));
-}
-
 TEST_F(IniFile, WritingAddsReplacesAndRemoves) {
     {
         psIniFile ini;
@@ -120,60 +97,6 @@ TEST_F(IniFile, AnUnmodifiedFileKeepsItsText) {
     EXPECT_TRUE(ini.close());
     EXPECT_FALSE(ini.sectionExist("a"));
     EXPECT_EQ(readFile(m_path), text);
-}
-
-// Only a failure to open for writing is reported here.
-TEST_F(IniFile, WhatCannotBeOpened) {
-    const std::string log = testPath("log.txt");
-    const struct {
-        std::string name;
-        bool write;
-        const char* message;
-    } cases[] = {
-        {testPath("absent.ini"), false, ""},
-        {testing::TempDir(), false, ""},
-        {testing::TempDir(), true, "-- Can't open file %s to write\n"},
-        {"/no such/x.ini", true, "-- Can't open file %s to write\n"},
-        {"/dev/null", true, "-- Can't open file %s to write\n"},
-        {"", true, "-- Can't open file. Wrong filename (NULL)  to write\n"},
-    };
-    for (const auto& c : cases) {
-        g_ostrm.addStream(log.c_str(), false);
-        psIniFile ini;
-        EXPECT_FALSE(ini.open(c.name.c_str(), c.write)) << c.name;
-        g_ostrm.close();
-        EXPECT_EQ(readFile(log), psFormat(c.message, c.name.c_str()).c_str());
-    }
-}
-
-TEST_F(IniFile, AFullDiskAndAKilledProcessLeaveTheOldFileWhole) {
-    std::signal(SIGXFSZ, SIG_IGN);
-    const std::string directory = testPath("full"), path = directory + "/x.ini";
-    const std::string text = "[a]\nx=1\n", log = testPath("log.txt");
-    mkdir(directory.c_str(), 0777);
-    writeFile(path, text);
-    g_ostrm.addStream(log.c_str(), false);
-    psIniFile ini;
-    ASSERT_TRUE(ini.open(path.c_str(), true));
-    ini.write("a", "y", psString(std::string(5000, 'y').c_str()));
-    {
-        const FileSizeLimit limit(4096);
-        EXPECT_FALSE(ini.updateFile());
-        EXPECT_TRUE(ini.isModified());
-        g_ostrm.close();
-    }
-    EXPECT_EQ(readFile(path), text);
-    EXPECT_EQ(readFile(log), "-- Can't write to file " + path + ": " + strerror(EFBIG) + "\n");
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(directory), {}), 1);
-    const auto writeTooMuch = [&] { // the system ends a process that does
-        std::signal(SIGXFSZ, SIG_DFL);
-        const FileSizeLimit limit(4096);
-        ini.updateFile();
-    };
-    EXPECT_EXIT(writeTooMuch(), testing::KilledBySignal(SIGXFSZ), "");
-    EXPECT_EQ(readFile(path), text);
-    EXPECT_TRUE(ini.close()); // there is room again
-    EXPECT_EQ(readFile(path), "\n[a]\nx=1\ny=" + std::string(5000, 'y') + "\n");
 }
 
 TEST_F(IniFile, ReplacingKeepsPermissionsAndLinks) {

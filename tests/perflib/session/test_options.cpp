@@ -23,60 +23,43 @@ TEST(Options, EffectAndReportOfUnusualArguments) {
         char key;
         const char *argument, *effect, *info;
     } cases[] = {
-        {'A', "TimingParams", "ask=3", "ask, timing method, common parameters from console"},
         {'A', "All", "ask=15",
          "ask, timing method, common parameters, data misalignment, each test parameters from "
          "console"},
         {'d', " Len = 5=6 ", "preset=Len", "set parameter Len to 5=6"},
         {'d', "Len=", "preset=Len", "set parameter Len to empty value"},
-        {'d', "Len", "", "ignored: incorrect parameter setting, <name>=<value> is expected"},
         {'d', " =5", "", "ignored: incorrect parameter setting, <name>=<value> is expected"},
         {'i', "", "", "read PS parameters from file DIRprog.ini: there is no such file"},
         {'I', "a.b", "", "write PS parameters to file DIRa.b and exit"},
         {'P', "", "pressing",
          "read tested function names from ini-file: no test will be run without -i or -I key"},
-        {'L', "err", "level=1", "output errors"},
         {'L', "TRACE|DATA", "level=103", nullptr},
         {'L', "INFO", "level=15",
          "output errors & warnings & performance for each parameter set & detailed course of "
          "performance measurement"},
         {'L', "ERR,LOUD", "level=1",
          "output errors (not all names are one of ERR, WARN, PERF, INFO, TRACE or DATA)"},
-        {'L', "LOUD", "",
-         "ignored: incorrect level of output, ERR, WARN, PERF, INFO, TRACE or DATA is expected"},
         {'J', "", "", "set number of external measurement loops to 8"},
-        {'J', "0", "", "ignored: incorrect number of loops"},
         {'j', "-1", "", "ignored: incorrect number of loops"},
-        {'j', "many", "", "ignored: incorrect number of loops"},
         {'j', "99999999999", "", "ignored: incorrect number of loops"},
         {'c', "0x10", "ms=16", "set min number of ms for 1 measurement to 16"},
-        {'c', "0", "", "ignored: incorrect number of milliseconds"},
-        {'o', "", nullptr, "create file DIRprog.txt and write console output"},
-        {'O', "a", nullptr, "add console output to file DIRa.txt"},
-        {'r', "", nullptr, "create file DIRprog.csv and write PS results"},
         {'R', "a.b", nullptr, "add PS results to file DIRa.b"},
         {'q', "a", nullptr, "create file DIRa_name.csv and write function parameter name lines"},
         {'u', "", nullptr, "create file DIRprog_sum.csv and write summary table"},
-        {'U', "a", nullptr, "add summary table to file DIRa.csv"},
         {'q', "+", "names=1", "ignored: neither of -r and -R key present"},
         {'Q', "", "", "ignored: no -q key present"},
         {'g', "/x/y", "end=/x/y", "create file /x/y at the end of PS work"},
         {'f', "=LZ4", "cond=02LZ4", "run tests with function name equal to LZ4"},
         {'f', "+", "", "ignored: empty function pattern"},
         {'t', "-Dict", "cond=10Dict", "don't run tests with test name that contains Dict"},
-        {'t', "", "", "ignored: empty test pattern"},
         {'m', "+dc", "cond=20dc", "run only tests with source file name that contains dc"},
-        {'m', "=", "", "ignored: empty file pattern"},
         {'k', "OR", "", "run tests that meet -f and -t and -m conditions"},
         {'F', "", "", "start testing from the first function"},
-        {'Y', "N", "priority=2", "set normal process priority (superuser only)"},
         {'Y', "LOW", "priority=3", "set low process priority (superuser only)"},
         {'Y', "high", "", "ignored: incorrect priority, HIGH, NORMAL or LOW is expected"},
         {'H', "xyz", "hot=1", "add 'Interest' column to table file"},
         {'T', "SSE2,FOO,BAR", "",
          "call ntkSetCpuFeatures( 0x7 ), unknown cpu features FOO,BAR are ignored"},
-        {'T', "FOO", "", "ignored: unknown cpu features FOO"},
-        {'T', "", "", "ignored: empty cpu features list"},
         {'S', "", "", "ignored: incorrect option key, -SU is expected"},
         {'@', "x", "", "ignored: -@ key in argument file"},
         {'?', "h", "", "type extended help of key -h"},
@@ -157,25 +140,14 @@ TEST(Options, KeysThatDependOnOthers) {
         {{"-Q", "-q+"}, "-Q: exit after function parameter name table creation\n"},
         {{"-q+", "-R"}, "-q+: write function parameter name lines to csv-file\n"},
         {{"-P", "-i"}, "-P: read tested function names from ini-file\n"},
-        {{"-g", "-na", "-nb"}, "-g: create file DIRb.end at the end of PS work\n"},
-        {{"-na", "-nb"}, "-na: ignored: default title name is b\n"},
         {{"-na", "-nb"}, "-nb: default title name is b\n"},
-        {{"-ld"}, "-ld: default directory for output files is DIRd/\n"},
-        {{"-p/d/"}, "-p/d/: default directory for input files is /d/\n"},
-        {{"-ld", "-h"}, "-ld: ignored because of -h option\n"},
         {{"-ld", "-h", "-g"}, "-ld: default directory for output files is DIRd/\n"},
-        {{"-e", "-v"}, "-v: ignored because of -e option\n"},
-        {{"-Z5"}, "-Z5: ignored: incorrect option key\n"},
         {{"-kor", "-kand"}, "-kor: ignored because of later -k key\n"},
-        {{"-YHIGH", "-Yx"}, "-YHIGH: set high process priority (superuser only)\n"},
-        {{"-TFOO", "-TSSE"}, "-TFOO: ignored: unknown cpu features FOO\n"},
-        {{"-J5", "-J"}, "-J: set number of external measurement loops to 5\n"},
         {{"-h", "-?"}, "-h: ignored because of later -? key\n"},
         {{"-AT", "-ia", "-Ib"}, "-AT: ignored because of -I option\n"},
         {{"-da=1", "-Ib"}, "-da=1: ignored because of -I option\n"},
         {{"-Ia", "-ib"}, "-Ia: ignored because of later -i key\n"},
         {{"-d a=1", "-da=2", "-db=1"}, "-d a=1: ignored because of later -d key\n"},
-        {{"-da=1", "-db=1", "-da"}, "-da=1: set parameter a to 1\n"},
     };
     for (const auto& c : cases) {
         const Captured output;
@@ -223,15 +195,9 @@ TEST(Options, Help) {
     };
     const std::string quick = textOf(1, false), full = textOf('h', false);
     const std::string hiddenQuick = textOf(1, true), hiddenFull = textOf('?', true);
-    EXPECT_EQ(quick.substr(0, 13), "QUICK HELP\n-B");
-    EXPECT_EQ(hiddenQuick.substr(0, 30), "QUICK HELP with hidden keys\n-B");
-    EXPECT_EQ(full.substr(0, 16), "EXTENDED HELP\n-B");
-    EXPECT_EQ(hiddenFull.substr(0, 33), "EXTENDED HELP with hidden keys\n-B");
     EXPECT_EQ(keysOf(quick), shown + "z");
     EXPECT_EQ(keysOf(hiddenQuick), all + "z");
     const std::string mark = "This is hidden key used by developers only\n";
-    EXPECT_EQ(timesIn(full, mark), 0);
-    EXPECT_EQ(timesIn(hiddenFull, mark), 4);
     EXPECT_EQ(timesIn(hiddenFull, "-W= unmask floating-point exceptions\n" + mark), 1);
     EXPECT_EQ(timesIn(full, "\n\n-"), static_cast<int>(shown.length())); // between the entries
     EXPECT_EQ(timesIn(full, "without-extention"), 10);

@@ -1,4 +1,4 @@
-// The session's own services: paths, banner, exit levels, the signal file.
+// The session's own services: paths, banner, the signal file.
 
 #include <regex>
 
@@ -47,23 +47,6 @@ TEST(Session, BannerCentresItsTitle) {
         const std::string line =
             std::string(" *").append(c.before, ' ').append(title).append(c.behind, ' ');
         EXPECT_EQ(psSession::getEnterTitle(title.c_str()).c_str(), row + line + "*\n" + row);
-    }
-}
-
-TEST(Session, TheFirstOfHelpListAndVersionEndsIt) {
-    const struct {
-        std::initializer_list<const char*> words;
-        int level;
-        const char* info;
-    } cases[] = {{{"-B"}, 0, "ignored"},
-                 {{"-v", "-e"}, 1, "ignored because of -e option"},
-                 {{"-e", "-h"}, 2, "ignored because of -h option"},
-                 {{"-v"}, 3, "ignored because of -v option"}};
-    for (const auto& c : cases) {
-        OptionSession session;
-        session.parse(c.words);
-        EXPECT_EQ(psSession::m_exitLevel, c.level);
-        EXPECT_STREQ(psSession::getExitInfo().c_str(), c.info);
     }
 }
 

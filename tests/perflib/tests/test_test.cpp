@@ -7,7 +7,6 @@
 #include "captured.h"
 #include "psalloc.h"
 #include "pscputick_gcc.h"
-#include "psctrl87.h"
 #include "psinit.h"
 #include "psistream.h"
 #include "psobject.h"
@@ -196,16 +195,6 @@ TEST_F(LifeTest, FailuresAndTheirMessages) {
     }
 }
 
-TEST_F(LifeTest, AFailureEndsTheLoop) {
-    psIterator<int> values(1, "v");
-    values.add(1);
-    values.add(2);
-    probe.toRegister = {&values};
-    g_measure = [] { return PS_FUNC_FAIL; };
-    logOf(probe);
-    EXPECT_EQ(probe.steps, "ifF");
-}
-
 TEST_F(LifeTest, AFaultLeavesNoBlockBehind) {
     void* const before = psMalloc(64);
     probe.init = [] { return psMalloc(1000) != nullptr; };
@@ -223,32 +212,11 @@ TEST_F(LifeTest, AFaultLeavesNoBlockBehind) {
     psFree(before);
 }
 
-TEST_F(LifeTest, WarningsCountAsPassedWhenOnlyErrorsAreWanted) {
-    g_measure = [] { return PS_STATUS_WARN; };
-    logOf(probe, PS_OUT_ERR);
-    EXPECT_EQ(result, PS_OK);
-    logOf(probe, PS_OUT_WARN);
-    EXPECT_EQ(result, PS_STATUS_WARN);
-}
-
 static psResult divideByZero() {
     volatile double zero = 0;
     volatile double infinite = 1 / zero;
     (void)infinite;
     return PS_OK;
-}
-
-// "-W". A trap behind the end of the test would end the process.
-TEST_F(LifeTest, UnmaskedExceptionsTrapInTheMeasuredCodeAlone) {
-    psTest::m_unmasked = true;
-    psSSX::setExceptionValue(0x1000);
-    logOf(probe);
-    divideByZero();
-    EXPECT_EQ(result, PS_OK);
-    g_measure = divideByZero;
-    EXPECT_TRUE(has(logOf(probe), "--NTK. Signal: FP fail, such as overflow"));
-    psTest::m_unmasked = false;
-    psSSX::setExceptionValue(0x1F80);
 }
 
 // The flags of a division by zero in the SIMD unit, without its trap.
@@ -258,26 +226,6 @@ TEST_F(LifeTest, FloatingPointFlagsOfTheCallsAreAWarning) {
     EXPECT_EQ(result, PS_STATUS_WARN);
     EXPECT_TRUE(has(log, "-- Status    SSX: ?Zerodivide \n")) << log;
     EXPECT_TRUE(has(log, "-- modified control status on test parameters:\n")) << log;
-}
-
-TEST_F(LifeTest, CacheModeNeedsACacheParameter) {
-    psTest::m_cache = true;
-    const std::string log = logOf(probe);
-    psTest::m_cache = false;
-    EXPECT_TRUE(has(log, "-- Can't run In-Outof-Cache timing: no program support for function "
-                         "ntksProbe_8u\n"))
-        << log;
-    EXPECT_EQ(result, PS_UNDEFINED);
-    EXPECT_EQ(probe.steps, "F");
-}
-
-TEST_F(LifeTest, TestsThatTheSettingsDoNotNameAreSilentlyRefused) {
-    psTest::m_pressing = true;
-    const std::string log = logOf(probe);
-    psTest::m_pressing = false;
-    EXPECT_EQ(log, "");
-    EXPECT_EQ(result, PS_UNDEFINED);
-    EXPECT_EQ(probe.result(), PS_OK);
 }
 
 // Also when the test ends in a fault.
@@ -319,6 +267,12 @@ TEST_F(LifeTest, EqualParameterCellsAreToldOfTheFirstPair) {
     EXPECT_EQ(result, PS_DATA_NOTE);
     EXPECT_EQ(readFile(path), "ntksProbe_8u,-,-,-,-,-,-,-,-,-,10.0,e,-,OK,nLps=1,-\n"
                               "ntksProbe_8u,-,-,-,-,-,-,-,-,-,10.0,e,-,OK,nLps=1,-\n");
+}
+
+TEST_F(LifeTest, FlagsAreAvoidedWhereEveryRunIsInitialised) {
+    EXPECT_FALSE((logOf(probe), probe.tool().checkCtrlStatus));
+    psTest test(loop, nullptr, "f", "s", "Probe//KX_REG_Ibs");
+    EXPECT_TRUE((logOf(test), test.tool().checkCtrlStatus));
 }
 
 TEST_F(LifeTest, RegistrationInfoNamesTheMethodThatWillBeCalled) {

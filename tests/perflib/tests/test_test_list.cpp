@@ -57,19 +57,6 @@ TEST(TestList, OrderOfTests) {
     }
 }
 
-TEST(TestList, CountsResults) {
-    for (int result = 0; result <= psResultCount; ++result) {
-        psTestList list;
-        list.plus(static_cast<psResult>(result));
-        EXPECT_EQ(list.tests(), 1);
-        EXPECT_EQ(list.notes(), result >= 2 && result <= 5 ? 1 : 0) << result;
-        EXPECT_EQ(list.fails(), result >= 7 && result <= 10 ? 1 : 0) << result;
-        for (int other = 0; other < psResultCount; ++other) {
-            EXPECT_EQ(list.count(static_cast<psResult>(other)), other == result) << result;
-        }
-    }
-}
-
 TEST(TestList, RunsTheSelectedTests) {
     const Captured console;
     LetteredList lettered("oneLZ4 0 otherCRC twoLZ4");
@@ -87,20 +74,6 @@ TEST(TestList, RunsTheSelectedTests) {
     EXPECT_EQ(list.tests(), 2); // anew
     EXPECT_EQ(list.count(PS_FAIL), 1);
     EXPECT_EQ(psTestList::m_pCurrentTest, nullptr);
-
-    // Refused by the settings file: not even counted.
-    psTest::m_pressing = true;
-    EXPECT_FALSE(list.runTests(onlyLZ4));
-    psTest::m_pressing = false;
-    EXPECT_EQ(list.tests(), 0);
-
-    const std::string nothingRun = "-- No test meets the conditions, -e key lists all tests\n";
-    const std::string before = console.text();
-    EXPECT_EQ(before.find(nothingRun), std::string::npos);
-    psConditions none;
-    none.append(psMakeCondition("ntksNone", PS_BY_FUNCTION));
-    EXPECT_FALSE(list.runTests(none));
-    EXPECT_EQ(console.text(), before + nothingRun);
 }
 
 TEST(TestList, TheStartFunctionAndTheHotListChoose) {

@@ -64,30 +64,6 @@ protected:
 };
 } // namespace
 
-TEST_F(ToolTest, SettingsOfTheMethods) {
-    int a = 0;
-    int b = 0;
-    long long c = 0;
-    EXPECT_TRUE(tool.getMethodAuto());
-    tool.setMethodBest(3, 10, 77);
-    ASSERT_TRUE(tool.getMethodBest(a, b, c));
-    EXPECT_EQ(a, 3);
-    EXPECT_EQ(b, 24);
-    EXPECT_EQ(c, 77);
-    tool.setMethodBest(0, 5, 1);
-    ASSERT_TRUE(tool.getMethodBest(a, b, c));
-    EXPECT_EQ(a, 1);
-    EXPECT_EQ(b, 5);
-    tool.setMethodLoop(-3);
-    ASSERT_TRUE(tool.getMethodLoop(a));
-    EXPECT_EQ(a, 1);
-    EXPECT_FALSE(tool.getMethodStat(a, c));
-    tool.setMethodStat(9, 1234);
-    ASSERT_TRUE(tool.getMethodStat(a, c));
-    EXPECT_EQ(a, 9);
-    EXPECT_EQ(c, 1234);
-}
-
 TEST_F(ToolTest, WorseResultsReplaceBetterOnes) {
     tool.updateResult(PS_FUNC_NOTE);
     tool.updateResult(PS_ACCUR_WARN);
