@@ -7,6 +7,7 @@
 #include "captured.h"
 #include "option_session.h"
 #include "pscputick_gcc.h"
+#include "variable.h"
 
 TEST(Session, PathsOfFiles) {
     OptionSession::m_exePath = "bin/prog.exe";
@@ -72,6 +73,9 @@ TEST(Session, TheSignalFileComesLast) {
 
 // Reading it takes seconds.
 TEST(Session, AnswersWithoutMeasuringReadNoFrequency) {
+    // No cache: a kept frequency would be read at once.
+    const Variable cache("XDG_CACHE_HOME", nullptr);
+    const Variable home("HOME", nullptr);
     const int frequencyBefore = psCpuTicker::knownFreq();
     for (const char* const key : {"-h", "-hh", "-hf", "-?", "-v", "-e", "-e+", "-e-"}) {
         const StdoutTo out(testPath("answer.txt"));
