@@ -2,7 +2,6 @@
 
 #include <link.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <system_error>
 
@@ -44,24 +43,25 @@ psString psOwnLibraryDir() {
 
 psString psLibraryOriginText(const psStringList& files, const psString& ownDir,
                              const psString& searchPath) {
-    psString text;
     const fs::path own = canonicalDir(ownDir.c_str());
-    for (const psString& file : files) {
-        if (directoryOf(file) != own) {
-            text << "-- " << file.getFileName() << " was loaded from " << file << "\n";
-        }
-    }
     psStringList directories;
     searchPath.parse(directories, ":");
+    psString found;
+    psString missed;
     for (const psString& directory : directories) {
         const fs::path searched = canonicalDir(directory.c_str());
-        const bool used = std::any_of(files.begin(), files.end(), [&](const psString& file) {
-            return directoryOf(file) == searched;
-        });
+        bool used = false;
+        for (const psString& file : files) {
+            const bool isHere = directoryOf(file) == searched;
+            used = used || isHere;
+            if (isHere && searched != own) {
+                found << "-- " << file.getFileName() << " was loaded from " << file << "\n";
+            }
+        }
         if (!used) {
-            text << "-- LD_LIBRARY_PATH: none of the measured libraries was found in " << directory
-                 << "\n";
+            missed << "-- LD_LIBRARY_PATH: none of the measured libraries was found in "
+                   << directory << "\n";
         }
     }
-    return text;
+    return found + missed;
 }

@@ -10,7 +10,8 @@ psStringList psLoadedLibraries();
 // The directory of the program's own builds: "lib" beside that of the program.
 psString psOwnLibraryDir();
 
-// What the log says of them: a line for each file that is not in ownDir, and for each directory of
-// searchPath (separated by ":") that holds none of the files. Empty when all is as built.
+// What the log says of them: a line for each file that a directory of searchPath (separated by ":")
+// gave and that is not in ownDir, and for each of these directories that holds none of the files.
+// Empty when all is as built.
 psString psLibraryOriginText(const psStringList& files, const psString& ownDir,
                              const psString& searchPath);
