@@ -65,7 +65,7 @@ public:
 
     void addTo(psNamedValues& values) const override {
         if constexpr (std::is_arithmetic_v<T> && !std::is_same_v<T, bool>) {
-            if (validString().empty() && !name().empty()) {
+            if (isTypedAsNumber() && !name().empty()) {
 
                 values.add(name(), value());
                 return;
@@ -152,7 +152,6 @@ public:
     psString validString() const override { return psJoined(m_map.names(), "|"); }
     psString valueToString(T value) const override { return m_map.nameOf(value); }
     T stringToValue(const psString& text) const override { return m_map.find(text); }
-    void addTo(psNamedValues& values) const override { psParameter::addTo(values); } // its name
     bool isTypedAsNumber() const override { return false; }
 
 private:

@@ -63,7 +63,6 @@ public:
 
     psString valueToString(T value) const override { return m_map.nameOf(value); }
     T stringToValue(const psString& text) const override { return m_map.find(text); }
-    void addTo(psNamedValues& values) const override { psParameter::addTo(values); } // its name
     bool isTypedAsNumber() const override { return false; }
 
 private:
