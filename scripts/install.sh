@@ -13,7 +13,7 @@ packages=(
     liblz4-dev libdeflate-dev libisal-dev  # inside the measured library
     libdivsufsort-dev liblzo2-dev libzfp-dev
     zlib1g-dev bzip2 libbz2-dev            # comparisons and tests
-    libcli11-dev                           # the command line of the comparisons
+    libcli11-dev nlohmann-json3-dev        # command lines, JSON
     libgtest-dev                           # tests
 )
 case ${1:-} in
