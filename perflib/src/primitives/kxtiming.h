@@ -7,6 +7,7 @@
 #include "psbatches.h"
 #include "pscputick_gcc.h"
 #include "pstestlist.h"
+#include "psturns.h"
 
 // The timing functions of a benchmark, made from its call and its init body.
 //
@@ -24,6 +25,8 @@ constexpr int kxRounds = 100;
 // longer than this are therefore timed one by one, as many as fit the budget.
 constexpr int kxProbes = 8;
 constexpr long long kxMostCalibrationClocks = 100'000'000;
+// Where the result is kept for many turns of a few milliseconds, all bodies have no more than one.
+constexpr long long kxTurnCalibrationClocks = 10'000'000;
 constexpr long long kxLongInitClocks = kxMostCalibrationClocks / (kxRounds * kxInitsPerRound);
 
 // Clocks of one call of a batch, less the overhead when there is more than that.
@@ -56,7 +59,7 @@ public:
     // Batches of n calls (at least one) until *count calls and *clocks clocks are reached.
     static psResult stat(int* count, long long* clocks, int n, const char* name) {
         start();
-        const long long overhead = calibrate();
+        const auto overhead = static_cast<long long>(g_initClocks.of(calibrate));
         const int batch = n >= 2 ? n : 1;
         start();
         int calls = 0;
@@ -110,14 +113,18 @@ private:
     }
 
     // Clocks of an init body.
-    static long long calibrate() {
+    static double calibrate() {
+        const bool isKept = g_initClocks.isKept();
         if constexpr (hasInit) {
             const long long single = quickestRound(kxProbes, 1, LLONG_MAX);
             if (single > kxLongInitClocks) {
-                return std::min(single, quickestRound(INT_MAX, 1, kxMostCalibrationClocks));
+                const long long most = isKept ? kxTurnCalibrationClocks : kxMostCalibrationClocks;
+                return static_cast<double>(std::min(single, quickestRound(INT_MAX, 1, most)));
             }
         }
-        return quickestRound(kxRounds, kxInitsPerRound, LLONG_MAX) / kxInitsPerRound;
+        const long long most = isKept ? kxTurnCalibrationClocks : LLONG_MAX;
+        return static_cast<double>(quickestRound(kxRounds, kxInitsPerRound, most)) /
+               kxInitsPerRound;
     }
 
     // The smallest clocks of rounds of n init bodies each; no round begins beyond mostClocks.

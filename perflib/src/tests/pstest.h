@@ -142,6 +142,8 @@ public:
     static void clearCtrlStatus();
     void setDeprecatedFlag(bool on);
     void setTimingResult(double clocks, const psString& comment);
+    // What the parameters stand on, in the order of their loops.
+    psNamedValues parameterValues() const;
     // The record of the combination that was measured last.
     psMeasurement record(psResult r);
     // Clocks per unit, or with rate the floating-point operations per second in millions.

@@ -5,6 +5,7 @@
 #include "pscacheiterator.h"
 #include "pscstream.h"
 #include "pstestrun.h"
+#include "psturns.h"
 
 bool psTest::canContinue() {
     if (m_cacheInvalid) {
@@ -79,6 +80,9 @@ void psTest::loopData() {
 }
 
 void psTest::runCombination(bool& isFirst) {
+    if (g_turnTaker && !g_turnTaker->wants(m_function, parameterValues())) {
+        return;
+    }
     m_dataHeld = true;
     if (prepared(isFirst)) {
         measureCombination();
@@ -86,6 +90,9 @@ void psTest::runCombination(bool& isFirst) {
     psStep("flushData", [&] { flushData(); });
     m_dataHeld = false;
     deleteReservedVectors(); // the next cache validation counts all blocks
+    if (g_turnTaker) {
+        g_turnTaker->released();
+    }
 }
 
 // False: this combination is not measured.

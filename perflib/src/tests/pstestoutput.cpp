@@ -169,6 +169,14 @@ void psTest::funcToCstrm() {
     g_cstrm << m_function << psString();
 }
 
+psNamedValues psTest::parameterValues() const {
+    psNamedValues values;
+    for (const psParameter* parm : m_parms) {
+        parm->addTo(values);
+    }
+    return values;
+}
+
 psMeasurement psTest::record(psResult r) {
     if (m_record) {
         return *m_record;
@@ -176,9 +184,7 @@ psMeasurement psTest::record(psResult r) {
     psMeasurement m;
     m.function = m_function;
     m.types = typeNames();
-    for (const psParameter* parm : m_parms) {
-        parm->addTo(m.parameters);
-    }
+    m.parameters = parameterValues();
     addValues(m.values);
     m.times = m_tool.times();
     m.unitsPerCall = getDivisor();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <climits>
 
 // The clocks of the timed spans of one measurement, for its spread: a disturbed measurement shows
 // in the distance of its middle span from its smallest. Fed between two spans, never inside one;
@@ -8,8 +9,9 @@
 // is dropped, and from then on only every second one is kept.
 class psBatches {
 public:
-    void clear() { m_kept = m_seen = 0, m_stride = 1; }
+    void clear() { m_kept = m_seen = 0, m_stride = 1, m_smallest = LLONG_MAX; }
     void add(long long clocks) {
+        m_smallest = clocks < m_smallest ? clocks : m_smallest;
         if (m_seen++ % m_stride == 0) {
             if (m_kept == capacity) {
                 thin();
@@ -18,6 +20,8 @@ public:
         }
     }
     long long count() const { return m_seen; }
+    // Of all spans, dropped ones too; 0 without any.
+    long long smallest() const { return m_seen ? m_smallest : 0; }
     // By how much the middle span is longer than the smallest, relative to it; 0 for less than two
     // spans, or when the smallest took no clocks.
     double spread() const;
@@ -30,6 +34,7 @@ private:
     int m_kept = 0;
     long long m_seen = 0;
     long long m_stride = 1;
+    long long m_smallest = LLONG_MAX;
 };
 
 // Of the measurement that runs; the timing functions of a test have no tool to ask.

@@ -10,6 +10,7 @@
 #include "pssettings.h"
 #include "pstimingmath.h"
 #include "pstrace.h"
+#include "psturns.h"
 
 namespace {
 // The auto method: short enough for primitives of a second, long enough for a few clocks.
@@ -220,6 +221,9 @@ psResult psTool::timing(psLoopFunc loop, psStatFunc stat, psCallFunc call, psCal
     funcStat = stat;
     funcCall = call;
     initFunc = init;
+    if (g_turnTaker && stat) {
+        return result = g_turnTaker->atPrepared(psTurns(stat, call, init));
+    }
     const long switchesBefore = psInvoluntarySwitches();
     if (const psTimingMethod* const chosen = findMethod(method)) {
         (this->*chosen->run)();
