@@ -107,6 +107,50 @@ TEST_F(TimingTest, StatWithBatchesDividesTheQuickestBatch) {
     EXPECT_EQ(g_calls, 100);
 }
 
+// Spans of 1 + 7 bodies: what the quickest call (400) and the others (500) cost, with the reading.
+TEST_F(TimingTest, ATurnIsTheQuickestSpanInFullPrecision) {
+    g_initClocks.keep();
+    const psTurns turns(
+        [](int* count, long long* stored, int n) { return Timing::stat(count, stored, n, "f"); },
+        call, init);
+    const psTurn turn = turns.take(7, 3);
+    EXPECT_EQ(turn.result, PS_OK);
+    EXPECT_EQ(turn.calls, 21);
+    EXPECT_DOUBLE_EQ(turn.clocksPerCall, (6 * 500 + 400 + 7 * 3 + 10) / 7.0 - (3 + 0.1));
+    EXPECT_EQ(g_inits, 1 + kxProbes + kxRounds * kxInitsPerRound + 21);
+
+    g_inits = 0;
+    EXPECT_EQ(turns.take(1, 1).calls, 1);
+    EXPECT_EQ(g_inits, 2); // before the first call and after it: the body's clocks are kept
+    g_initClocks.keep();   // until the next combination
+    EXPECT_DOUBLE_EQ(turns.take(0, 0).clocksPerCall, 500 + 3 + 10 - (3 + 0.1));
+    EXPECT_GT(g_inits, kxProbes);
+    g_initClocks.keepNone();
+
+    g_inits = g_calls = 0;
+    EXPECT_EQ(turns.callOnce(), 0);
+    EXPECT_EQ(g_inits, 1);
+    EXPECT_EQ(g_calls, 1);
+}
+
+// Where the clocks of a long body are kept, measuring them lasts no longer than a few turns.
+TEST_F(TimingTest, KeptClocksOfALongInitBodyCostLess) {
+    g_longInitClocks = 1'000'000;
+    const auto initsOf = [] {
+        g_inits = 0;
+        int count = 1;
+        long long none = 0;
+        Timing::stat(&count, &none, 1, "f");
+        return g_inits;
+    };
+    const int inits = initsOf();
+    g_initClocks.keep();
+    const int keptInits = initsOf();
+    g_initClocks.keepNone();
+    EXPECT_LE(keptInits, kxProbes + 10 + 1);
+    EXPECT_GT(inits, 3 * keptInits / 2);
+}
+
 TEST_F(TimingTest, StatusOfTheCalls) {
     const struct {
         int badCall, status, count, calls; // calls: the untimed one included
