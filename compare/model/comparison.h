@@ -121,7 +121,7 @@ struct Comparison {
     double wallSeconds = 0;
     int passes = 0;         // pairs of processes that were started to measure
     bool isComplete = true; // false: interrupted, or out of budget
-    std::vector<int> looks; // passes after which it was decided what is done
+    std::vector<int> looks; // passes after which it is decided what is done, as planned
     std::vector<Case> cases;
     std::vector<Unpaired> unpaired;
 };

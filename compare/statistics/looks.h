@@ -18,8 +18,8 @@ struct Looks {
 // smallest p-value that n passes can give is 2/2^n.
 Looks planLooks(int cases, double alpha);
 
-// The part of a case's time for one pass: half of it before the first look, in equal shares; the
-// other half in equal shares after it, so that quiet cases are done early.
-double secondsOfPass(const Looks& looks, int pass, double secondsPerCase);
+// The part of a case's time for one pass: all get the same, so that each start says as much as
+// another.
+double secondsOfPass(const Looks& looks, double secondsPerCase);
 
 } // namespace compare

@@ -1,0 +1,155 @@
+#include "ranks.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <numeric>
+
+// Values of R 4.2.2 stand beside the call that gave them.
+namespace compare {
+namespace {
+
+TEST(Median, OfAnEvenNumberItIsTheMeanOfTheMiddleTwo) {
+    EXPECT_EQ(median({3}), 3);
+    EXPECT_EQ(median({4, 1}), 2.5);
+    EXPECT_EQ(median({9, 1, 5}), 5);
+    EXPECT_EQ(median({10, -2, 4, 3, 1, 8}), 3.5);
+    EXPECT_EQ(median({7, 7, 7, 7}), 7);
+}
+
+// 1, 2 ... of which those that add up to the sum are negative: their sum of ranks.
+std::vector<double> withNegativeRanks(int count, int sum) {
+    std::vector<double> values(count);
+    std::iota(values.begin(), values.end(), 1.0);
+    for (int rank = count; rank > 0; --rank) {
+        if (rank <= sum) {
+            values[rank - 1] = -rank;
+            sum -= rank;
+        }
+    }
+    return values;
+}
+
+// The usual table (Wilcoxon 1945 and on): the largest smaller sum of ranks that is significant,
+// two-sided; -1 for none. All as qsignrank() has them.
+TEST(SignedRank, CriticalValuesAreThoseOfTheTables) {
+    const struct {
+        int count, at5Percent, at1Percent;
+    } rows[] = {
+        {5, -1, -1},  {6, 0, -1},   {7, 2, -1},   {8, 3, 0},    {9, 5, 1},     {10, 8, 3},
+        {11, 10, 5},  {12, 13, 7},  {13, 17, 9},  {14, 21, 12}, {15, 25, 15},  {16, 29, 19},
+        {17, 34, 23}, {18, 40, 27}, {19, 46, 32}, {20, 52, 37}, {21, 58, 42},  {22, 65, 48},
+        {23, 73, 54}, {24, 81, 61}, {25, 89, 68}, {26, 98, 75}, {27, 107, 83}, {30, 137, 109},
+    };
+    const auto pValue = [](int count, int sum) {
+        return signedRankPValue(withNegativeRanks(count, sum));
+    };
+    for (const auto& row : rows) {
+        EXPECT_GT(pValue(row.count, row.at5Percent + 1), 0.05) << row.count;
+        EXPECT_GT(pValue(row.count, row.at1Percent + 1), 0.01) << row.count;
+        if (row.at5Percent >= 0) {
+            EXPECT_LE(pValue(row.count, row.at5Percent), 0.05) << row.count;
+        }
+        if (row.at1Percent >= 0) {
+            EXPECT_LE(pValue(row.count, row.at1Percent), 0.01) << row.count;
+        }
+    }
+}
+
+// tied <- function(x) { x <- x[x != 0]; r <- rank(abs(x)); m <- sum(r) / 2
+//   s <- as.matrix(expand.grid(rep(list(0:1), length(x)))) %*% r
+//   mean(abs(s - m) >= abs(sum(r[x > 0]) - m)) }
+TEST(SignedRank, ZerosAreLeftOutAndEqualSizesShareTheirRanks) {
+    const struct {
+        std::vector<double> values;
+        double pValue;
+    } rows[] = {
+        {{}, 1},
+        {{0, 0, 0}, 1},
+        {{0.3}, 1},
+        {{1, 1, 1, -1}, 0.625},
+        {{2, 2, -1, 3, 3, 5}, 0.0625},
+        {{0, 0, 1, 2, -3, 3}, 0.75},
+        {{1, -1, 2, 2, -2, 3, 4, 4, 4}, 0.05078125},
+        {{.5, .5, .5, .5, .5, .5, .5, .5}, 0.0078125},
+        {{1, 1, 2, -2, -2, 3, 3, -3, 4, 5}, 0.21875},
+        {{-1, -1, -2, 2, 2, -3, -3, 3, -4, -5}, 0.21875},
+    };
+    for (const auto& row : rows) {
+        EXPECT_NEAR(signedRankPValue(row.values), row.pValue, 1e-15)
+            << testing::PrintToString(row.values);
+    }
+}
+
+// wilcox.test(values, exact = TRUE, conf.int = TRUE, conf.level = confidence)
+TEST(SignedRank, AgreesWithR) {
+    // The depression scores of Hollander and Wolfe (1973), first minus second visit.
+    const std::vector<double> scores = {0.952, -0.147, 1.022, 0.43, 0.62, 0.59, 0.49, -0.08, 0.01};
+    const std::vector<double> few = {.012, -.003, .007, .004, -.001, .009, .002, .015};
+    const std::vector<double> fourteen = {.00374, .01184, .00164, .02595, .0133, .0018,  .01487,
+                                          .01738, .01576, .00695, .02512, .0139, .00379, -.01215};
+    const std::vector<double> thirty = {
+        -.01494, .0067,  .03476,  -.01961, .00139, .00565,  .01716, -.00179, .04269, .00022,
+        .01135,  .02264, -.00485, -.01779, .03864, -.04322, .02057, .00372,  .02326, .01165,
+        .04482,  -.021,  .03479,  .04209,  .0031,  -.04603, .01254, -.00893, .01884, .00879};
+    const struct {
+        const std::vector<double>& values;
+        double confidence, pValue, low, high, estimate;
+    } rows[] = {
+        {scores, 0.95, 0.0390625, 0.01, 0.786, 0.46},
+        {few, 0.9, 0.0546875, 0.0005, 0.0105, 0.0055},
+        {few, 0.95, 0.0546875, -0.0005, 0.012, 0.0055},
+        {few, 0.98, 0.0546875, -0.002, 0.0135, 0.0055},
+        {fourteen, 1 - 0.05 / 3, 0.00231933593750, 0.00269, 0.01738, 0.010125},
+        {thirty, 0.95, 0.0732440743595362, -0.000565, 0.01716, 0.008525},
+        {thirty, 0.99, 0.0732440743595362, -0.00398, 0.02022, 0.008525},
+    };
+    for (const auto& row : rows) {
+        const Interval interval = signedRankInterval(row.values, row.confidence);
+        EXPECT_NEAR(signedRankPValue(row.values), row.pValue, 1e-13) << row.confidence;
+        EXPECT_NEAR(interval.low, row.low, 1e-12) << row.confidence;
+        EXPECT_NEAR(interval.high, row.high, 1e-12) << row.confidence;
+        EXPECT_NEAR(interval.estimate, row.estimate, 1e-12) << row.confidence;
+    }
+}
+
+// The widest interval of n values holds with 1 - 2/2^n.
+TEST(SignedRank, TooFewValuesForTheConfidenceGiveInfiniteEnds) {
+    const std::vector<double> values = {5, 1, 4, 2, 3, 6, 7, 8};
+    constexpr double infinite = std::numeric_limits<double>::infinity();
+    for (size_t count = 1; count <= values.size(); ++count) {
+        const std::span<const double> some(values.data(), count);
+        const double most = 1 - 2 * std::pow(0.5, count);
+        const Interval possible = signedRankInterval(some, most);
+        EXPECT_EQ(possible.low, *std::min_element(some.begin(), some.end()));
+        EXPECT_EQ(possible.high, *std::max_element(some.begin(), some.end()));
+        const Interval impossible = signedRankInterval(some, most + 1e-6);
+        EXPECT_EQ(impossible.low, -infinite);
+        EXPECT_EQ(impossible.high, infinite);
+        EXPECT_EQ(impossible.estimate, possible.estimate);
+    }
+    const Interval none = signedRankInterval({}, 0.5);
+    EXPECT_EQ(none.halfWidth(), infinite);
+    EXPECT_TRUE(none.contains(1e9));
+}
+
+TEST(SignedRank, EqualValuesGiveAnIntervalWithoutWidth) {
+    for (const double value : {0.0, -0.02}) {
+        const std::vector<double> values(12, value);
+        const Interval interval = signedRankInterval(values, 0.99);
+        EXPECT_EQ(interval.low, value);
+        EXPECT_EQ(interval.high, value);
+        EXPECT_EQ(interval.halfWidth(), 0);
+        EXPECT_TRUE(interval.contains(value));
+        EXPECT_FALSE(interval.contains(value + 1e-9));
+    }
+}
+
+TEST(Interval, ItsHalfWidthIsTheLargerOne) {
+    EXPECT_DOUBLE_EQ((Interval{1, -2, 2}.halfWidth()), 3);
+    EXPECT_DOUBLE_EQ((Interval{1, 0.5, 4}.halfWidth()), 3);
+}
+
+} // namespace
+} // namespace compare
