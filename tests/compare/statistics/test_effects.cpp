@@ -36,9 +36,10 @@ TEST(StartEffects, TheSidesMayHaveDifferentUnitsPerCall) {
 TEST(StartEffects, RoundsWhoseClockStoodStillSayNothing) {
     Case measured;
     measured.starts = {startOf(1, {1.1}), startOf(2, {})};
-    measured.starts[0].rounds.push_back(roundOf(0, 1000));
-    measured.starts[0].rounds.push_back(roundOf(1000, 0));
-    EXPECT_EQ(startEffects(measured), std::vector{std::log(1.1)});
+    for (const Round& still : {roundOf(0, 1000), roundOf(1000, 0), roundOf(1000, 0)}) {
+        measured.starts[0].rounds.push_back(still);
+        EXPECT_EQ(startEffects(measured), std::vector{std::log(1.1)});
+    }
     EXPECT_TRUE(isMeasured(measured));
     measured.failures.push_back({Side::changed, "killed", ""});
     EXPECT_FALSE(isMeasured(measured));
@@ -50,20 +51,28 @@ TEST(StartEffects, RoundsWhoseClockStoodStillSayNothing) {
     EXPECT_FALSE(isMeasured(Case{}));
 }
 
-TEST(EffectOf, GivesMediansOverTheTurnsAndTheShareThatWasDisturbed) {
+TEST(EffectOf, GivesTheMediansOverTheTurns) {
     Case measured;
     measured.starts = {startOf(1, {1, 3, 2}), startOf(2, {9})};
     measured.starts[0].rounds[0].turns.base.clocks = 500;
-    EXPECT_DOUBLE_EQ(effectOf(measured, planLooks(1, 0.05)).clocksPerUnit.base, 1000);
-    EXPECT_DOUBLE_EQ(effectOf(measured, planLooks(1, 0.05)).clocksPerUnit.changed, 2500);
-    EXPECT_EQ(effectOf(measured, planLooks(1, 0.05)).disturbedShare, 0);
-    measured.starts[0].rounds[1].turns.base.involuntarySwitches = 2;
-    measured.starts[0].rounds[1].turns.changed.migrations = 1;
-    EXPECT_EQ(effectOf(measured, planLooks(1, 0.05)).disturbedShare, 0.25);
+    const Effect effect = effectOf(measured, planLooks(1, 0.05));
+    EXPECT_DOUBLE_EQ(effect.clocksPerUnit.base, 1000);
+    EXPECT_DOUBLE_EQ(effect.clocksPerUnit.changed, 2500);
+}
+
+TEST(EffectOf, ARoundIsDisturbedWhenATurnOfItIs) {
+    Case measured;
+    measured.starts = {startOf(1, {1, 1, 1}), startOf(2, {1})};
+    Round& first = measured.starts[0].rounds[0];
+    const auto share = [&] { return effectOf(measured, planLooks(1, 0.05)).disturbedShare; };
+    first.turns.base.minorFaults = 9; // these do not count
+    EXPECT_EQ(share(), 0);
+    first.turns.base.involuntarySwitches = 2;
+    EXPECT_EQ(share(), 0.25);
+    first.turns.changed.migrations = 1;
+    EXPECT_EQ(share(), 0.25);
     measured.starts[1].rounds[0].turns.changed.majorFaults = 1;
-    EXPECT_EQ(effectOf(measured, planLooks(1, 0.05)).disturbedShare, 0.5);
-    measured.starts[0].rounds[0].turns.base.minorFaults = 9;
-    EXPECT_EQ(effectOf(measured, planLooks(1, 0.05)).disturbedShare, 0.5);
+    EXPECT_EQ(share(), 0.5);
 }
 
 TEST(EffectOf, ItsPValueAccountsForAllLooks) {

@@ -88,9 +88,6 @@ TEST_P(OnMachine, EqualBuildsAreSeldomCalledDifferent) {
     for (const auto& row : rows) {
         const Tally tally = tallyOf(GetParam(), row.runs, row.cases, 1);
         EXPECT_GE(tally.share(tally.holdTruth), 0.95) << row.cases;
-        std::printf("n %d: cov %.4f slower %d faster %d of %d; runs %d of %d\n", row.cases,
-                    tally.share(tally.holdTruth), tally.slower, tally.faster, tally.cases,
-                    tally.runsWithACall, tally.runs);
         if (row.cases == 1) {
             EXPECT_LE(tally.runsWithACall, 0.05 * tally.runs);
         } else {
