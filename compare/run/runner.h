@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -24,7 +25,10 @@ struct Progress {
 };
 
 // Why nothing could be measured; what() is for the user.
-class CannotMeasure;
+class CannotMeasure : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
 
 // Runs the plan. `report` is told of progress, `isInterrupted` is asked after each turn.
 // Throws CannotMeasure when there is nothing to compare: no worker starts, no case is left.

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "message.h"
+#include "process.h"
+#include "turnsize.h"
+
+// One side's worker: orders in, answers out. Where it does not answer as it should, its end or
+// what it said instead is thrown as WorkerLost, and nothing more can be had from it.
+namespace compare {
+
+struct WorkerLost {
+    Failure failure;
+};
+
+class Worker {
+public:
+    Worker(Side side, const Command& command, double patienceSeconds);
+
+    Hello greet(); // the first thing, at most once
+
+    // What it announces next, or nothing when no case is left.
+    std::optional<Announced> announcement();
+    void skip();
+
+    // After an announcement. Nothing: it is prepared; else it does not measure this, and the next
+    // announcement follows.
+    std::optional<PassedOver> prepare();
+    Taken takeTurn(const TurnSize& size);
+    Outcome release(); // the next announcement follows
+
+    // It ends by itself, as long as it is given time for that: see waitForEnd.
+    void quit();
+    void waitForEnd();
+
+    // Skips what it announces until the case of this name at this place (from 0), where it stays.
+    void goTo(int place, const std::string& function);
+
+    std::string lastWords() const { return m_process.lastWords(); }
+
+private:
+    [[noreturn]] void giveUp(const std::string& what);
+    template <class... Expected> Answer expect();
+    void order(const Order& order, const std::string& nextStage);
+    Answer answer();
+    [[noreturn]] void tellEnd();
+
+    Side m_side;
+    Process m_process;
+    double m_patienceSeconds;
+    std::string m_stage = "at the start"; // for messages
+    bool m_hasGreeted = false;
+    int m_announcedCases = 0;
+};
+
+} // namespace compare
