@@ -16,17 +16,20 @@ std::string cellText(const std::string& text) {
     }
     std::string quoted = "\"";
     for (const char c : text) {
-        quoted += c == '"' ? "\"\"" : std::string(1, c);
+        quoted.append(c == '"' ? 2 : 1, c);
     }
-    return quoted + "\"";
+    quoted += '"';
+    return quoted;
 }
 
 std::string lineText(const std::vector<std::string>& cells) {
     std::string line;
     for (std::size_t i = 0; i < cells.size(); ++i) {
-        line += (i ? "," : "") + cellText(cells[i]);
+        line += i ? "," : "";
+        line += cellText(cells[i]);
     }
-    return line + "\r\n";
+    line += "\r\n";
+    return line;
 }
 
 const std::vector<std::string> names = {

@@ -73,7 +73,8 @@ std::string meansTable(const Judgement& judgement) {
 std::string listText(const std::vector<std::string>& lines) {
     std::string text;
     for (const std::string& line : lines) {
-        text += line.empty() ? "" : "- " + cell(line) + "\n";
+        text += "- ";
+        text += cell(line) + "\n";
     }
     return text;
 }

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <string>
+
+namespace compare {
+
+// Throws UsageError unless the folder holds at least one file of the measured library.
+void checkLibraries(const std::string& directory);
+// The folder of the running program, "/" at its end.
+std::string programFolder();
+
+} // namespace compare
