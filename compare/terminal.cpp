@@ -6,7 +6,7 @@
 #include <cstdio>
 
 #include "format.h"
-#include "progress.h"
+#include "progresstext.h"
 
 namespace compare {
 

@@ -36,7 +36,7 @@ std::string stopText(Stop stop, const Settings& settings) {
 // Only where the reader may ask for more: a clear verdict from a narrow interval needs no excuse.
 std::string whyNotPrecise(const Finding& finding, const Settings& settings) {
     const double half = finding.effect->interval.halfWidth();
-    const bool isWide = !(half <= settings.precision);
+    const bool isWide = !(half <= std::log1p(settings.precision));
     if (finding.tried->stop == Stop::precise ||
         (!isWide && finding.effect->verdict != Verdict::open)) {
         return "";

@@ -44,16 +44,18 @@ const Value* find(const NamedValues& values, const std::string& name) {
 } // namespace
 
 std::string percentText(double logRatio) {
-    const std::string size = widthText(std::fabs(std::expm1(logRatio)));
-    const bool isZero = size == "0.00%" || size == "?";
-    return isZero ? size : (logRatio < 0 ? "-" : "+") + size;
-}
-
-std::string widthText(double logRatio) {
     if (!std::isfinite(logRatio)) {
         return "?";
     }
-    const double percent = 100 * logRatio;
+    const std::string size = widthText(std::fabs(std::expm1(logRatio)));
+    return size == "0.00%" ? size : (logRatio < 0 ? "-" : "+") + size;
+}
+
+std::string widthText(double ratio) {
+    if (!std::isfinite(ratio)) {
+        return "?";
+    }
+    const double percent = 100 * ratio;
     return withDecimals(percent, decimalsOfPercent(percent)) + "%";
 }
 

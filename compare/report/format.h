@@ -10,8 +10,8 @@ namespace compare {
 
 // Of the logarithm of a ratio: "+1.02%", "-0.50%", "0.00%". "?" when it is not finite.
 std::string percentText(double logRatio);
-// Of a difference without a direction: "0.21%".
-std::string widthText(double logRatio);
+// Of a width, as a ratio; near 0 that is its logarithm, too: "0.21%".
+std::string widthText(double ratio);
 // Of a setting, a ratio: "1%", "0.5%".
 std::string settingText(double ratio);
 // At least four significant digits, no exponent: "4.921", "0.07271", "12346".

@@ -71,7 +71,7 @@ std::string meansTable(const Judgement& judgement) {
 }
 
 std::string listText(const std::vector<std::string>& lines) {
-    std::string text;
+    std::string text = "\n";
     for (const std::string& line : lines) {
         text += "- ";
         text += cell(line) + "\n";
@@ -92,7 +92,7 @@ std::string factsText(const Comparison& comparison, const Judgement& judgement,
     for (const auto& more : {unpairedLines(comparison), passedOverLines(comparison)}) {
         lines.insert(lines.end(), more.begin(), more.end());
     }
-    return "\n" + listText(lines);
+    return listText(lines);
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-#include "progress.h"
+#include "progresstext.h"
 
 #include <algorithm>
 #include <cmath>
