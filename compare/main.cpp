@@ -101,7 +101,8 @@ int report(const Options& options, const Comparison& comparison) {
     const Judgement judgement = judge(comparison);
     std::string text = tableText(comparison, judgement, terminalWidth(STDOUT_FILENO));
     if (options.isSelf) {
-        text += "\n" + selfText(comparison, judgement);
+        text += "\n";
+        text += selfText(comparison, judgement);
     }
     bool isWritten = print(text);
     isWritten &=

@@ -235,10 +235,8 @@ std::string noiseText(const std::vector<Finding>& findings, const Judgement& jud
 }
 
 std::string promiseText(const Comparison& comparison) {
-    const std::string confidence = settingText(1 - comparison.settings.alpha);
-    return "all of slower and faster are true with " + confidence +
-           " confidence (Holm over the cases), and each interval holds with it; same: within " +
-           settingText(comparison.settings.tolerance);
+    return settingText(1 - comparison.settings.alpha) +
+           " that all of slower and faster are true (Holm over the cases), and for each interval";
 }
 
 std::string incompleteText(const Comparison& comparison) {

@@ -53,6 +53,7 @@ std::string countsText(const Counts& counts);
 // How small a difference the run can tell.
 std::string noiseText(const std::vector<Finding>& findings, const Judgement& judgement);
 bool hasIntervals(const std::vector<Finding>& findings);
+// What the verdicts promise.
 std::string promiseText(const Comparison& comparison);
 std::string incompleteText(const Comparison& comparison); // empty: it is complete
 // "own, 12.0.0; keys -fLZ4".

@@ -87,7 +87,7 @@ std::string factsText(const Comparison& comparison, const Judgement& judgement,
         "started " + comparison.started + ", seed " + std::to_string(comparison.settings.seed)};
     if (countsOf(findings).measured > 0) {
         lines.push_back("noise floor: " + noiseText(findings, judgement));
-        lines.push_back(promiseText(comparison));
+        lines.push_back("confidence: " + promiseText(comparison));
     }
     for (const auto& more : {unpairedLines(comparison), passedOverLines(comparison)}) {
         lines.insert(lines.end(), more.begin(), more.end());

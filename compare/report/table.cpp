@@ -14,7 +14,7 @@ constexpr std::size_t columns = 7;
 using Line = std::array<std::string, columns>;
 constexpr std::size_t parameters = 1; // the column that gives way on a narrow terminal
 constexpr int leastParameters = 12;
-constexpr std::array<bool, columns> isNumber = {false, false, true, true, false, true, false};
+constexpr std::array<bool, columns> isNumber = {false, false, true, true, false, false, false};
 
 struct Row {
     Line cells;
@@ -154,7 +154,8 @@ std::string tableText(const Comparison& comparison, const Judgement& judgement, 
         append(text, line);
     }
     if (counts.measured > 0) {
-        append(text, "Verdicts: " + countsText(counts) + " (" + promiseText(comparison) + ")");
+        append(text, "Verdicts:    " + countsText(counts));
+        append(text, "Confidence:  " + promiseText(comparison));
         append(text, "Noise floor: " + noiseText(findings, judgement));
     }
     append(text, answerText(counts, comparison));
