@@ -30,4 +30,8 @@ std::string programFolder() {
     return fs::read_symlink("/proc/self/exe").parent_path().string() + "/";
 }
 
+std::string ownLibraries() {
+    return fs::path(programFolder() + "../lib").lexically_normal();
+}
+
 } // namespace compare

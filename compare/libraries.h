@@ -8,5 +8,7 @@ namespace compare {
 void checkLibraries(const std::string& directory);
 // The folder of the running program, "/" at its end.
 std::string programFolder();
+// Of the own build: the folder "lib" beside that one.
+std::string ownLibraries();
 
 } // namespace compare

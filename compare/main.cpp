@@ -54,7 +54,7 @@ Plan planOf(const Options& options) {
     const std::string folder = programFolder();
     Plan plan;
     plan.worker = options.worker.empty() ? folder + "ntkturns" : options.worker;
-    plan.ownLibraries = folder + "../lib";
+    plan.ownLibraries = ownLibraries();
     plan.directories = options.directories;
     plan.settings = options.settings;
     for (const Side side : {Side::base, Side::changed}) {

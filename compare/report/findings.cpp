@@ -26,25 +26,11 @@ bool comesBefore(const Finding& a, const Finding& b) {
 
 std::string stopText(Stop stop, const Settings& settings) {
     switch (stop) {
-    case Stop::time: return "its " + durationText(settings.secondsPerCase) + " were used up";
-    case Stop::budget: return "the budget of the run was used up";
+    case Stop::time: return durationText(settings.secondsPerCase) + " used up";
+    case Stop::budget: return "budget used up";
     case Stop::interrupted: return "interrupted";
     default: return "";
     }
-}
-
-// Only where the reader may ask for more: a clear verdict from a narrow interval needs no excuse.
-std::string whyNotPrecise(const Finding& finding, const Settings& settings) {
-    const double half = finding.effect->interval.halfWidth();
-    const bool isWide = !(half <= std::log1p(settings.precision));
-    if (finding.tried->stop == Stop::precise ||
-        (!isWide && finding.effect->verdict != Verdict::open)) {
-        return "";
-    }
-    return joined({stopText(finding.tried->stop, settings), std::isfinite(half)
-                                                                ? "half width " + widthText(half)
-                                                                : "too few starts for an interval"},
-                  "; ");
 }
 
 std::vector<std::string> failureLines(const Failure& failure) {
@@ -55,6 +41,12 @@ std::vector<std::string> failureLines(const Failure& failure) {
         lines.push_back("  | " + printable(line));
     }
     return lines;
+}
+
+std::string givenKeys(const SideFacts& side) {
+    std::vector<std::string> keys = side.keys;
+    std::erase(keys, "-B"); // always there
+    return keysText(keys);
 }
 
 std::string counted(int count, const char* what) {
@@ -143,7 +135,7 @@ std::string intervalText(const Interval& interval) {
            percentText(interval.high) + "]";
 }
 
-std::vector<std::string> remarksOf(const Finding& finding, const Settings& settings) {
+std::vector<std::string> remarksOf(const Finding& finding) {
     std::vector<std::string> lines;
     for (const Failure& failure : finding.tried->failures) {
         for (const std::string& line : failureLines(failure)) {
@@ -156,20 +148,31 @@ std::vector<std::string> remarksOf(const Finding& finding, const Settings& setti
     if (!finding.difference.empty()) {
         lines.push_back("outputs differ: " + printable(finding.difference));
     }
+    return lines;
+}
+
+std::string asideText(const Finding& finding, const Settings& settings) {
+    if (!finding.isMeasured) {
+        return "";
+    }
     const Effect& effect = *finding.effect;
     const bool isTolerated = effect.verdict == Verdict::slower && !finding.isBeyondTolerance;
     const bool isDisturbed = effect.disturbedShare >= shareThatMatters;
-    const std::string rest =
-        joined({isTolerated ? "within the tolerance of " + settingText(settings.tolerance) : "",
-                whyNotPrecise(finding, settings),
-                isDisturbed ? std::to_string(std::lround(100 * effect.disturbedShare)) +
-                                  "% of the rounds were disturbed"
-                            : ""},
-               "; ");
-    if (!rest.empty()) {
-        lines.push_back(rest);
-    }
-    return lines;
+    return joined({isTolerated ? "tolerated" : "", stopText(finding.tried->stop, settings),
+                   std::isfinite(effect.interval.halfWidth()) ? "" : "too few starts",
+                   isDisturbed
+                       ? std::to_string(std::lround(100 * effect.disturbedShare)) + "% disturbed"
+                       : ""},
+                  ", ");
+}
+
+std::vector<std::pair<std::string, Summary>> functionsOf(const Judgement& judgement) {
+    std::vector<std::pair<std::string, Summary>> functions(judgement.functions.begin(),
+                                                           judgement.functions.end());
+    std::stable_sort(functions.begin(), functions.end(), [](const auto& a, const auto& b) {
+        return a.second.interval.estimate > b.second.interval.estimate;
+    });
+    return functions;
 }
 
 Counts countsOf(const std::vector<Finding>& findings) {
@@ -249,12 +252,16 @@ std::string incompleteText(const Comparison& comparison) {
     return isInterrupted ? "INCOMPLETE: interrupted" : "INCOMPLETE: the budget was used up";
 }
 
-std::string sideText(const SideFacts& side) {
-    std::vector<std::string> keys = side.keys;
-    std::erase(keys, "-B"); // always there
-    return printable(joined({side.directory, side.version.empty() ? "" : side.version,
-                             keys.empty() ? "" : "keys " + keysText(keys)},
-                            ", "));
+std::string commonKeysText(const Comparison& comparison) {
+    const Both<SideFacts>& sides = comparison.sides;
+    return sides.base.keys == sides.changed.keys ? printable(givenKeys(sides.base)) : "";
+}
+
+std::string sideText(const Comparison& comparison, Side which) {
+    const SideFacts& side = comparison.sides[which];
+    const std::string keys = commonKeysText(comparison).empty() ? givenKeys(side) : "";
+    return printable(
+        joined({side.directory, side.version, keys.empty() ? "" : "keys " + keys}, ", "));
 }
 
 std::string machineText(const Comparison& comparison) {

@@ -36,8 +36,14 @@ std::vector<Finding> rowsOf(const std::vector<Finding>& findings);
 std::string verdictText(const Finding& finding);
 // "+1.02%  [+0.81%, +1.24%]".
 std::string intervalText(const Interval& interval);
-// What is to be said of a case beside its verdict, a line each; mostly nothing.
-std::vector<std::string> remarksOf(const Finding& finding, const Settings& settings);
+// What is to be said beside the verdict: "1 s used up, 40% disturbed"; empty for a case that became
+// precise in peace.
+std::string asideText(const Finding& finding, const Settings& settings);
+// What is to be said below it, a line each: failures, outputs that differ.
+std::vector<std::string> remarksOf(const Finding& finding);
+
+// Slowest first, as the cases.
+std::vector<std::pair<std::string, Summary>> functionsOf(const Judgement& judgement);
 
 struct Counts {
     int measured = 0, slower = 0, faster = 0, same = 0, open = 0;
@@ -56,8 +62,9 @@ bool hasIntervals(const std::vector<Finding>& findings);
 // What the verdicts promise.
 std::string promiseText(const Comparison& comparison);
 std::string incompleteText(const Comparison& comparison); // empty: it is complete
-// "own, 12.0.0; keys -fLZ4".
-std::string sideText(const SideFacts& side);
+// "own, 12.0.0, keys -fLZ4"; without the keys where those of both sides are the same.
+std::string sideText(const Comparison& comparison, Side which);
+std::string commonKeysText(const Comparison& comparison);
 std::string machineText(const Comparison& comparison);
 // Announced by one side alone, a line each.
 std::vector<std::string> unpairedLines(const Comparison& comparison);

@@ -30,8 +30,8 @@ std::string rowText(const std::vector<std::string>& cells) {
 }
 
 std::string caseRow(const Finding& finding, const Settings& settings) {
-    std::vector<std::string> notes;
-    for (const std::string& line : remarksOf(finding, settings)) {
+    std::vector<std::string> notes = {cell(asideText(finding, settings))};
+    for (const std::string& line : remarksOf(finding)) {
         notes.push_back(cell(line));
     }
     const bool isMeasured = finding.isMeasured;
@@ -62,7 +62,7 @@ std::string meansTable(const Judgement& judgement) {
         return "";
     }
     std::string text = "\n| Mean of | Cases | Difference |\n|---|---:|---:|\n";
-    for (const auto& [name, summary] : judgement.functions) {
+    for (const auto& [name, summary] : functionsOf(judgement)) {
         text +=
             rowText({cell(name), std::to_string(summary.cases), intervalText(summary.interval)});
     }
@@ -82,9 +82,12 @@ std::string listText(const std::vector<std::string>& lines) {
 std::string factsText(const Comparison& comparison, const Judgement& judgement,
                       const std::vector<Finding>& findings) {
     std::vector<std::string> lines = {
-        "base: " + sideText(comparison.sides.base), "new: " + sideText(comparison.sides.changed),
+        "base: " + sideText(comparison, Side::base), "new: " + sideText(comparison, Side::changed),
         machineText(comparison),
         "started " + comparison.started + ", seed " + std::to_string(comparison.settings.seed)};
+    if (!commonKeysText(comparison).empty()) {
+        lines.push_back("keys: " + commonKeysText(comparison));
+    }
     if (countsOf(findings).measured > 0) {
         lines.push_back("noise floor: " + noiseText(findings, judgement));
         lines.push_back("confidence: " + promiseText(comparison));

@@ -64,7 +64,9 @@ Row rowOf(const Finding& finding, const Settings& settings, const IntervalColumn
     // Capitals and a mark are seen in a long table, where a word like the others is not.
     row.cells[6] = finding.isMeasured ? verdictText(finding) : "FAILED";
     row.cells[6] += finding.difference.empty() ? "" : " (!)";
-    row.remarks = remarksOf(finding, settings);
+    const std::string aside = asideText(finding, settings);
+    row.cells[6] += aside.empty() ? "" : " (" + aside + ")";
+    row.remarks = remarksOf(finding);
     return row;
 }
 
@@ -117,7 +119,7 @@ std::string tableOf(const Comparison& comparison, const Judgement& judgement,
         rows.push_back(rowOf(finding, comparison.settings, intervals));
     }
     const std::size_t cases = rows.size();
-    for (const auto& [name, summary] : judgement.functions) {
+    for (const auto& [name, summary] : functionsOf(judgement)) {
         rows.push_back(summaryRow(name, summary, intervals));
     }
     if (judgement.all.cases > 0) {
@@ -140,9 +142,11 @@ std::string tableOf(const Comparison& comparison, const Judgement& judgement,
 std::string tableText(const Comparison& comparison, const Judgement& judgement, int width) {
     const std::vector<Finding> findings = findingsOf(comparison, judgement);
     const Counts counts = countsOf(findings);
-    std::string text = "Base: " + sideText(comparison.sides.base) +
-                       "\nNew:  " + sideText(comparison.sides.changed) +
-                       "\nOn:   " + machineText(comparison) + "\n\n";
+    std::string text = "Base: " + sideText(comparison, Side::base) +
+                       "\nNew:  " + sideText(comparison, Side::changed) + "\n";
+    const std::string keys = commonKeysText(comparison);
+    append(text, keys.empty() ? "" : "Keys: " + keys);
+    append(text, "On:   " + machineText(comparison) + "\n");
     if (counts.measured + counts.failed > 0) {
         text += tableOf(comparison, judgement, findings, width) + "\n";
     }

@@ -133,6 +133,38 @@ TEST_F(Results, ParametersAreShortenedOnATerminalOnly) {
     EXPECT_NE(narrow.output.find("..."), std::string::npos) << narrow.output;
 }
 
+// Of 60 columns, which standard error is here and standard output is not.
+TEST_F(Results, ProgressIsALineOfTheTerminalAndGoneInTheEnd) {
+    write("base.script", script(1e6));
+    write("new.script", script(1e6));
+    for (const bool isQuiet : {false, true}) {
+        std::string line = "exec " NTK_COMPARE_FILE;
+        for (const std::string& word : played({isQuiet ? "--quiet" : "--precision=0.5"})) {
+            line += " " + word;
+        }
+        Command command;
+        command.program = "/bin/sh";
+        command.arguments = {"-c", line + " 2>&1 >/dev/null"};
+        command.directory = m_folder.string();
+        command.console = Console::terminal;
+        const std::string shown = runCommand(command).output;
+        if (isQuiet) {
+            EXPECT_EQ(shown, "");
+            continue;
+        }
+        EXPECT_NE(shown.find("%, "), std::string::npos) << shown;
+        EXPECT_EQ(shown.find('\n'), std::string::npos) << shown;
+        const std::size_t erased = shown.rfind('\r', shown.size() - 2);
+        EXPECT_EQ(shown.back(), '\r');
+        EXPECT_EQ(shown.find_first_not_of(' ', erased + 1), shown.size() - 1) << shown;
+        for (std::size_t at = 0; at < shown.size();) {
+            const std::size_t end = std::min(shown.find('\r', at), shown.size());
+            EXPECT_LT(end - at, 60u) << shown.substr(at, end - at);
+            at = end + 1;
+        }
+    }
+}
+
 TEST_F(Results, SelfEndsWithItsSentence) {
     write("base.script", script(1e6));
     write("new.script", script(1e6));
