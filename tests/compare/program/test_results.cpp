@@ -135,8 +135,10 @@ TEST_F(Results, ParametersAreShortenedOnATerminalOnly) {
 
 // Of 60 columns, which standard error is here and standard output is not.
 TEST_F(Results, ProgressIsALineOfTheTerminalAndGoneInTheEnd) {
-    write("base.script", script(1e6));
-    write("new.script", script(1e6));
+    const std::string longCase =
+        "case ntksPlayed_8u LengthOfAllTheBytes=1000 WindowOfTheCoder=32768\nturns 1e6\n";
+    write("base.script", longCase);
+    write("new.script", longCase);
     for (const bool isQuiet : {false, true}) {
         std::string line = "exec " NTK_COMPARE_FILE;
         for (const std::string& word : played({isQuiet ? "--quiet" : "--precision=0.5"})) {

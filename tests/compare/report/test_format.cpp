@@ -35,9 +35,10 @@ TEST(Format, DifferencesArePercentWithASign) {
 
 TEST(Format, ClocksHaveFourDigitsAndNoExponent) {
     const std::pair<double, const char*> cases[] = {
-        {4.9213, "4.921"}, {0.0726999, "0.07270"}, {12.3456, "12.35"}, {9.99996, "10.00"},
-        {999.96, "1000"},  {123456.7, "123457"},   {1, "1.000"},       {0, "0"},
-        {none, "?"},       {infinite, "?"},        {-1, "?"}};
+        {4.9213, "4.921"},    {0.0726999, "0.07270"}, {12.3456, "12.35"},
+        {9.99996, "10.00"},   {999.96, "1000"},       {9.996, "9.996"},
+        {123456.7, "123457"}, {1, "1.000"},           {0, "0"},
+        {none, "?"},          {infinite, "?"},        {-1, "?"}};
     for (const auto& [clocks, text] : cases) {
         EXPECT_EQ(clocksText(clocks), text) << clocks;
     }
