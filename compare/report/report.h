@@ -8,7 +8,8 @@
 // What a comparison looks like, as texts. No files, no terminal.
 namespace compare {
 
-std::string tableText(const Comparison& comparison, const Judgement& judgement);
+// Parameters are shortened to fit the width of a terminal; 0: they are not.
+std::string tableText(const Comparison& comparison, const Judgement& judgement, int width = 0);
 std::string csvText(const Comparison& comparison, const Judgement& judgement);
 std::string jsonText(const Comparison& comparison, const Judgement& judgement);
 std::string markdownText(const Comparison& comparison, const Judgement& judgement);

@@ -1,0 +1,153 @@
+// ntkcompare: is the new build faster?
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <stdexcept>
+
+#include "interruption.h"
+#include "libraries.h"
+#include "options.h"
+#include "psatomicfile.h"
+#include "report.h"
+#include "runner.h"
+#include "terminal.h"
+#include "usage.h"
+
+namespace compare {
+
+namespace {
+
+constexpr int cannotMeasure = 2;
+
+psString nameOf(const std::string& file) {
+    return file.c_str();
+}
+
+// Before anything is measured: hours may lie between it and the writing.
+void checkFiles(const Options& options) {
+    for (const std::string& file : {options.csvFile, options.jsonFile, options.markdownFile}) {
+        if (!file.empty() && !psAtomicFile::canReplace(nameOf(file))) {
+            throw UsageError("cannot write " + file + ": " + std::strerror(errno) +
+                             "; name another file");
+        }
+    }
+}
+
+// Data that every machine has, so that --self runs in any folder: the library itself.
+std::vector<std::string> selfKeys(const std::string& ownLibraries) {
+    return {"-f=ntksCRC32_8u",
+            "-f=ntksEncodeLZ4_8u",
+            "-f=ntksDecodeLZ4_8u",
+            "-f=ntksEncodeLZO_8u",
+            "-f=ntksInflate_8u",
+            "-f=ntksMTFFwd_8u",
+            "-f=ntksDecodeLZSS_8u",
+            "-dCodeLength=16384",
+            "-dcomprLevel=6",
+            "-dmethod=ST",
+            "-dCodeFile=" + ownLibraries + "/libntkdc.so.12"};
+}
+
+Plan planOf(const Options& options) {
+    const std::string folder = programFolder();
+    Plan plan;
+    plan.worker = options.worker.empty() ? folder + "ntkturns" : options.worker;
+    plan.ownLibraries = ownLibraries();
+    plan.directories = options.directories;
+    plan.settings = options.settings;
+    for (const Side side : {Side::base, Side::changed}) {
+        const std::string& directory = options.directories[side];
+        checkLibraries(directory == "own" ? plan.ownLibraries : directory);
+        plan.keys[side] = options.keys[side];
+        if (options.isSelf && plan.keys[side].empty()) {
+            plan.keys[side] = selfKeys(plan.ownLibraries);
+        }
+        plan.keys[side].insert(plan.keys[side].begin(), "-B"); // there is nobody to answer
+    }
+    if (access(plan.worker.c_str(), X_OK) != 0) {
+        throw UsageError("cannot start " + plan.worker + ": " + std::strerror(errno) +
+                         "; build it, it belongs beside ntkcompare");
+    }
+    return plan;
+}
+
+bool writeFile(const std::string& name, const std::string& text) {
+    constexpr std::size_t piece = 1 << 20; // a psString has at most an int's length
+    psAtomicFile file(nameOf(name));
+    for (std::size_t at = 0; at < text.size(); at += piece) {
+        file.write(text.substr(at, piece).c_str());
+    }
+    if (file.commit()) {
+        return true;
+    }
+    std::fprintf(stderr, "ntkcompare: cannot write %s: %s; what was there is unchanged\n",
+                 name.c_str(), std::strerror(file.failure()));
+    return false;
+}
+
+bool print(const std::string& text) {
+    if (std::fwrite(text.data(), 1, text.size(), stdout) == text.size() &&
+        std::fflush(stdout) == 0) {
+        return true;
+    }
+    std::fprintf(stderr, "ntkcompare: cannot write to standard output: %s\n", std::strerror(errno));
+    return false;
+}
+
+// The table first: a disk that is full must not take it away, too.
+int report(const Options& options, const Comparison& comparison) {
+    const Judgement judgement = judge(comparison);
+    std::string text = tableText(comparison, judgement, terminalWidth(STDOUT_FILENO));
+    if (options.isSelf) {
+        text += "\n";
+        text += selfText(comparison, judgement);
+    }
+    bool isWritten = print(text);
+    isWritten &=
+        options.csvFile.empty() || writeFile(options.csvFile, csvText(comparison, judgement));
+    isWritten &=
+        options.jsonFile.empty() || writeFile(options.jsonFile, jsonText(comparison, judgement));
+    isWritten &= options.markdownFile.empty() ||
+                 writeFile(options.markdownFile, markdownText(comparison, judgement));
+    if (interruption() != 0) {
+        return 128 + interruption();
+    }
+    return isWritten ? exitStatus(comparison, judgement) : cannotMeasure;
+}
+
+Comparison measure(const Options& options) {
+    const Plan plan = planOf(options);
+    ProgressLine line(!options.isQuiet);
+    watchForInterruption();
+    return run(
+        plan,
+        [&](const Progress& progress) {
+            line.show(progress.caseName, progress.share, progress.secondsLeft);
+        },
+        [] { return interruption() != 0; });
+}
+
+int runProgram(const std::vector<std::string>& words) {
+    const Options options = parseOptions(words);
+    if (!options.information.empty()) {
+        return print(options.information) ? 0 : cannotMeasure;
+    }
+    checkFiles(options);
+    return report(options, measure(options));
+}
+
+} // namespace
+
+} // namespace compare
+
+int main(int argc, char** argv) {
+    try {
+        return compare::runProgram({argv + 1, argv + argc});
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "ntkcompare: %s\n", error.what());
+        const int signal = compare::interruption();
+        return signal ? 128 + signal : compare::cannotMeasure;
+    }
+}

@@ -1,0 +1,35 @@
+#include <cmath>
+
+#include "findings.h"
+#include "format.h"
+#include "report.h"
+
+namespace compare {
+
+std::string selfText(const Comparison& comparison, const Judgement& judgement) {
+    const std::vector<Finding> findings = findingsOf(comparison, judgement);
+    const Counts counts = countsOf(findings);
+    if (!hasIntervals(findings)) {
+        return counts.measured ? "The time was too short to tell how small a difference this "
+                                 "machine shows now.\n"
+                               : answerText(counts, comparison) + "\n";
+    }
+    const int wrong = counts.slower + counts.faster;
+    return "This machine now shows a difference of " + widthText(judgement.medianHalfWidth) +
+           " in half of " + countText(counts.measured, "case") + " and one of " +
+           widthText(judgement.largestHalfWidth) + " in all of them, within " +
+           durationText(comparison.wallSeconds) + " for the whole run" +
+           (wrong ? ", but found one in " + countText(wrong, "case") + " where there is none"
+                  : "") +
+           ".\n";
+}
+
+int exitStatus(const Comparison& comparison, const Judgement& judgement) {
+    const Counts counts = countsOf(findingsOf(comparison, judgement));
+    if (counts.measured == 0) {
+        return 2;
+    }
+    return counts.beyondTolerance + counts.failedOnNewOnly > 0 ? 1 : 0;
+}
+
+} // namespace compare

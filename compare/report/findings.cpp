@@ -1,0 +1,300 @@
+#include "findings.h"
+
+#include <algorithm>
+#include <cmath>
+#include <sstream>
+
+#include "format.h"
+
+namespace compare {
+
+namespace {
+
+constexpr double shareThatMatters = 0.1; // of disturbed rounds
+
+int rankOf(const Finding& finding) {
+    return finding.hasFailedOnNewOnly() ? 0 : finding.hasFailed() ? 1 : 2;
+}
+
+bool comesBefore(const Finding& a, const Finding& b) {
+    const int ranks[] = {rankOf(a), rankOf(b)};
+    if (ranks[0] != ranks[1] || ranks[0] < 2) {
+        return ranks[0] < ranks[1];
+    }
+    return a.effect->interval.estimate > b.effect->interval.estimate;
+}
+
+std::string stopText(Stop stop, const Settings& settings) {
+    switch (stop) {
+    case Stop::time: return durationText(settings.secondsPerCase) + " used up";
+    case Stop::budget: return "budget used up";
+    case Stop::interrupted: return "interrupted";
+    default: return "";
+    }
+}
+
+std::vector<std::string> failureLines(const Failure& failure) {
+    std::vector<std::string> lines = {"failed on the " + std::string(nameOf(failure.side)) +
+                                      " side: " + printable(failure.what)};
+    std::istringstream detail(failure.detail);
+    for (std::string line; std::getline(detail, line);) {
+        lines.push_back("  | " + printable(line));
+    }
+    return lines;
+}
+
+std::string givenKeys(const SideFacts& side) {
+    std::vector<std::string> keys = side.keys;
+    std::erase(keys, "-B"); // always there
+    return keysText(keys);
+}
+
+std::string counted(int count, const char* what) {
+    return count == 0 ? "" : std::to_string(count) + " " + what;
+}
+
+} // namespace
+
+const char* nameOf(Side side) {
+    return side == Side::base ? "base" : "new";
+}
+
+const char* nameOf(Stop stop) {
+    switch (stop) {
+    case Stop::precise: return "precise";
+    case Stop::time: return "time";
+    case Stop::budget: return "budget";
+    case Stop::interrupted: return "interrupted";
+    case Stop::failed: return "failed";
+    case Stop::passedOver: return "passed over";
+    }
+    return "";
+}
+
+const char* nameOf(Verdict verdict) {
+    switch (verdict) {
+    case Verdict::slower: return "slower";
+    case Verdict::faster: return "faster";
+    case Verdict::same: return "same";
+    case Verdict::open: return "open";
+    }
+    return "";
+}
+
+bool Finding::hasFailedOnNewOnly() const {
+    return hasFailed() &&
+           std::all_of(tried->failures.begin(), tried->failures.end(),
+                       [](const Failure& failure) { return failure.side == Side::changed; });
+}
+
+bool Finding::isChange() const {
+    const bool isClear =
+        isMeasured && (effect->verdict == Verdict::slower || effect->verdict == Verdict::faster);
+    return hasFailed() || isClear || !difference.empty();
+}
+
+std::vector<Finding> findingsOf(const Comparison& comparison, const Judgement& judgement) {
+    static const Effect none;
+    std::vector<Finding> findings;
+    for (std::size_t i = 0; i < comparison.cases.size(); ++i) {
+        Finding finding;
+        finding.tried = &comparison.cases[i];
+        finding.isMeasured = isMeasured(*finding.tried);
+        finding.effect = i < judgement.effects.size() ? &judgement.effects[i] : &none;
+        if (finding.isMeasured) {
+            finding.difference = outputDifference(*finding.tried);
+            finding.isBeyondTolerance =
+                finding.effect->verdict == Verdict::slower &&
+                finding.effect->interval.estimate > std::log1p(comparison.settings.tolerance);
+        }
+        findings.push_back(finding);
+    }
+    return findings;
+}
+
+std::vector<Finding> rowsOf(const std::vector<Finding>& findings) {
+    std::vector<Finding> rows;
+    std::copy_if(findings.begin(), findings.end(), std::back_inserter(rows),
+                 [](const Finding& finding) { return finding.isMeasured || finding.hasFailed(); });
+    std::stable_sort(rows.begin(), rows.end(), comesBefore);
+    return rows;
+}
+
+std::string verdictText(const Finding& finding) {
+    if (finding.isMeasured) {
+        return nameOf(finding.effect->verdict);
+    }
+    if (finding.hasFailed()) {
+        return "failed";
+    }
+    return finding.tried->stop == Stop::passedOver ? "passed over" : "not reached";
+}
+
+std::string intervalText(const Interval& interval) {
+    return percentText(interval.estimate) + "  [" + percentText(interval.low) + ", " +
+           percentText(interval.high) + "]";
+}
+
+std::vector<std::string> remarksOf(const Finding& finding) {
+    std::vector<std::string> lines;
+    for (const Failure& failure : finding.tried->failures) {
+        for (const std::string& line : failureLines(failure)) {
+            lines.push_back(line);
+        }
+    }
+    if (!finding.isMeasured) {
+        return lines;
+    }
+    if (!finding.difference.empty()) {
+        lines.push_back("outputs differ: " + printable(finding.difference));
+    }
+    return lines;
+}
+
+std::string asideText(const Finding& finding, const Settings& settings) {
+    if (!finding.isMeasured) {
+        return "";
+    }
+    const Effect& effect = *finding.effect;
+    const bool isTolerated = effect.verdict == Verdict::slower && !finding.isBeyondTolerance;
+    const bool isDisturbed = effect.disturbedShare >= shareThatMatters;
+    return joined({isTolerated ? "tolerated" : "", stopText(finding.tried->stop, settings),
+                   std::isfinite(effect.interval.halfWidth()) ? "" : "too few starts",
+                   isDisturbed
+                       ? std::to_string(std::lround(100 * effect.disturbedShare)) + "% disturbed"
+                       : ""},
+                  ", ");
+}
+
+std::vector<std::pair<std::string, Summary>> functionsOf(const Judgement& judgement) {
+    std::vector<std::pair<std::string, Summary>> functions(judgement.functions.begin(),
+                                                           judgement.functions.end());
+    std::stable_sort(functions.begin(), functions.end(), [](const auto& a, const auto& b) {
+        return a.second.interval.estimate > b.second.interval.estimate;
+    });
+    return functions;
+}
+
+Counts countsOf(const std::vector<Finding>& findings) {
+    Counts counts;
+    for (const Finding& finding : findings) {
+        counts.differing += !finding.difference.empty();
+        counts.beyondTolerance += finding.isBeyondTolerance;
+        counts.failed += finding.hasFailed();
+        counts.failedOnNewOnly += finding.hasFailedOnNewOnly();
+        if (finding.isMeasured) {
+            ++counts.measured;
+            const Verdict verdict = finding.effect->verdict;
+            counts.slower += verdict == Verdict::slower;
+            counts.faster += verdict == Verdict::faster;
+            counts.same += verdict == Verdict::same;
+            counts.open += verdict == Verdict::open;
+        } else if (!finding.hasFailed()) {
+            ++(finding.tried->stop == Stop::passedOver ? counts.passedOver : counts.notReached);
+        }
+    }
+    return counts;
+}
+
+std::string answerText(const Counts& counts, const Comparison& comparison) {
+    if (counts.measured == 0) {
+        return "Nothing could be measured" +
+               (counts.failed ? ": " + countText(counts.failed, "case") + " failed." : ".");
+    }
+    const std::string of = " of " + countText(counts.measured, "case");
+    const std::string tolerance = settingText(comparison.settings.tolerance);
+    std::string text = counts.beyondTolerance
+                           ? "The new side is slower by more than " + tolerance + " in " +
+                                 std::to_string(counts.beyondTolerance) + of
+                           : "The new side is slower by more than " + tolerance + " in none" + of;
+    text += counts.faster ? ", faster in " + std::to_string(counts.faster) : "";
+    text += counts.failedOnNewOnly
+                ? "; " + countText(counts.failedOnNewOnly, "case") + " failed on the new side only"
+                : "";
+    text += counts.differing ? "; outputs differ in " + std::to_string(counts.differing) : "";
+    return text + ".";
+}
+
+std::string countsText(const Counts& counts) {
+    return joined({counted(counts.slower, "slower"), counted(counts.faster, "faster"),
+                   counted(counts.same, "same"), counted(counts.open, "open"),
+                   counted(counts.failed, "failed"), counted(counts.passedOver, "passed over"),
+                   counted(counts.notReached, "not reached")},
+                  ", ");
+}
+
+bool hasIntervals(const std::vector<Finding>& findings) {
+    return std::any_of(findings.begin(), findings.end(), [](const Finding& finding) {
+        return finding.isMeasured && std::isfinite(finding.effect->interval.halfWidth());
+    });
+}
+
+std::string noiseText(const std::vector<Finding>& findings, const Judgement& judgement) {
+    if (!hasIntervals(findings)) {
+        return "not known, too few starts for an interval";
+    }
+    return "half widths of " + widthText(judgement.medianHalfWidth) + " in the median, " +
+           widthText(judgement.largestHalfWidth) + " at most";
+}
+
+std::string promiseText(const Comparison& comparison) {
+    return settingText(1 - comparison.settings.alpha) +
+           " that all of slower and faster are true (Holm over the cases), and for each interval";
+}
+
+std::string incompleteText(const Comparison& comparison) {
+    if (comparison.isComplete) {
+        return "";
+    }
+    const bool isInterrupted =
+        std::any_of(comparison.cases.begin(), comparison.cases.end(),
+                    [](const Case& tried) { return tried.stop == Stop::interrupted; });
+    return isInterrupted ? "INCOMPLETE: interrupted" : "INCOMPLETE: the budget was used up";
+}
+
+std::string commonKeysText(const Comparison& comparison) {
+    const Both<SideFacts>& sides = comparison.sides;
+    return sides.base.keys == sides.changed.keys ? printable(givenKeys(sides.base)) : "";
+}
+
+std::string sideText(const Comparison& comparison, Side which) {
+    const SideFacts& side = comparison.sides[which];
+    const std::string keys = commonKeysText(comparison).empty() ? givenKeys(side) : "";
+    return printable(
+        joined({side.directory, side.version, keys.empty() ? "" : "keys " + keys}, ", "));
+}
+
+std::string machineText(const Comparison& comparison) {
+    return printable(
+        joined({comparison.machine,
+                comparison.cpu < 0 ? "" : "processor " + std::to_string(comparison.cpu),
+                durationText(comparison.wallSeconds) + " in " + std::to_string(comparison.passes) +
+                    (comparison.passes == 1 ? " pass" : " passes")},
+               ", "));
+}
+
+std::vector<std::string> unpairedLines(const Comparison& comparison) {
+    std::vector<std::string> lines;
+    for (const Unpaired& alone : comparison.unpaired) {
+        lines.push_back("only on the " + std::string(nameOf(alone.side)) + " side: " +
+                        printable(joined({alone.function, parametersText(alone.parameters)}, " ")));
+    }
+    return lines;
+}
+
+std::vector<std::string> passedOverLines(const Comparison& comparison) {
+    std::map<std::string, int> reasons;
+    for (const Case& tried : comparison.cases) {
+        if (tried.stop == Stop::passedOver && tried.failures.empty()) {
+            ++reasons[tried.passedOver.empty() ? "the tests do not measure them"
+                                               : tried.passedOver];
+        }
+    }
+    std::vector<std::string> lines;
+    for (const auto& [why, count] : reasons) {
+        lines.push_back(countText(count, "case") + " passed over: " + printable(why));
+    }
+    return lines;
+}
+
+} // namespace compare

@@ -1,0 +1,11 @@
+#pragma once
+
+#include <string>
+
+namespace compare {
+
+// A line of at most so many columns: "42%, 3 min 20 s left: ntksEncodeLZ4_8u CodeLength=16384".
+std::string progressText(const std::string& caseName, double share, double secondsLeft,
+                         int columns);
+
+} // namespace compare

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <chrono>
+#include <string>
+
+namespace compare {
+
+// Columns of the terminal behind a descriptor; 0 when it is none.
+int terminalWidth(int descriptor);
+
+// One line on standard error that is written over again and gone in the end. Nothing where
+// standard error is no terminal.
+class ProgressLine {
+public:
+    explicit ProgressLine(bool isWanted);
+    ProgressLine(const ProgressLine&) = delete;
+    ProgressLine& operator=(const ProgressLine&) = delete;
+    ~ProgressLine() { erase(); }
+
+    void show(const std::string& caseName, double share, double secondsLeft);
+    void erase();
+
+private:
+    bool m_isWanted;
+    int m_shown = 0; // columns
+    std::chrono::steady_clock::time_point m_next = {};
+};
+
+} // namespace compare

@@ -1,0 +1,75 @@
+// ntkcompare with a worker that plays a script for each side (see run/fakeworker/main.cpp).
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "process.h"
+
+namespace compare {
+
+namespace fs = std::filesystem;
+
+class Program : public ::testing::Test {
+protected:
+    // Of one case whose new side takes as many clocks.
+    static std::string script(double clocks, const std::string& more = "") {
+        return "case ntksPlayed_8u Length=1000\nturns " + std::to_string(clocks) + "\n" + more;
+    }
+
+    Program() {
+        std::string name = (fs::temp_directory_path() / "ntkcompareXXXXXX").string();
+        m_folder = mkdtemp(name.data());
+        // The fake worker gets its side, its script and its log in place of keys.
+        write("worker", "#!/bin/sh\nside=base\nfor key; do [ \"$key\" = -fnew ] && side=new; done\n"
+                        "exec " NTK_FAKE_WORKER_FILE " $side " +
+                            path("$side.script") + " " + path("log") + "\n");
+        fs::permissions(m_folder / "worker", fs::perms::owner_all);
+    }
+    ~Program() override { fs::remove_all(m_folder); }
+
+    std::string path(const std::string& name) const { return (m_folder / name).string(); }
+    void write(const std::string& name, const std::string& text) const {
+        std::ofstream(m_folder / name) << text;
+    }
+    std::string read(const std::string& name) const {
+        std::ostringstream text;
+        text << std::ifstream(m_folder / name).rdbuf();
+        return text.str();
+    }
+    std::vector<std::string> files() const {
+        std::vector<std::string> names;
+        for (const auto& entry : fs::directory_iterator(m_folder)) {
+            names.push_back(entry.path().filename().string());
+        }
+        return names;
+    }
+
+    Outcome run(const std::vector<std::string>& arguments, Console console = Console::read) const {
+        Command command;
+        command.program = NTK_COMPARE_FILE;
+        command.arguments = arguments;
+        command.directory = m_folder.string();
+        command.console = console;
+        return runCommand(command);
+    }
+    // With 10 ms of turns a case.
+    std::vector<std::string> played(const std::vector<std::string>& more = {}) const {
+        std::vector<std::string> arguments = {
+            "--worker", path("worker"),       "--time=0.01",     "own",
+            "own",      "--base-keys=-fbase", "--new-keys=-fnew"};
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        return arguments;
+    }
+
+    fs::path m_folder;
+};
+
+} // namespace compare

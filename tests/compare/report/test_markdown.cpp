@@ -1,0 +1,73 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <sstream>
+
+#include "handmade.h"
+
+namespace compare {
+
+namespace {
+
+std::string textOf(const Handmade& handmade) {
+    return markdownText(handmade.comparison, handmade.judgement);
+}
+
+TEST(Markdown, BeginsWithTheAnswer) {
+    Handmade handmade;
+    EXPECT_TRUE(textOf(handmade).starts_with("**Nothing could be measured.**\n"));
+    handmade.add("f", 0.1, -0.2, 0.4, Verdict::same);
+    EXPECT_TRUE(textOf(handmade).starts_with(
+        "**The new side is slower by more than 1% in none of 1 case.** Cases: 1 same.\n"));
+    handmade.comparison.isComplete = false;
+    EXPECT_NE(textOf(handmade).find("** INCOMPLETE: the budget was used up. Cases:"),
+              std::string::npos);
+}
+
+TEST(Markdown, ShowsWhatChangedBeforeTheFoldAndTheOpenBehindIt) {
+    Handmade handmade;
+    handmade.add("same", 0.1, -0.2, 0.4, Verdict::same);
+    handmade.add("open", 0.1, -2, 4, Verdict::open);
+    handmade.add("faster", -5, -6, -4, Verdict::faster);
+    handmade.add("other", 0.1, -0.2, 0.4, Verdict::same).outcome.changed.status = 1;
+    handmade.add("slower", 5, 4, 6, Verdict::slower);
+    handmade.addFailed("failed", Side::changed);
+    const std::string text = textOf(handmade);
+    const auto at = [&](const std::string& what) { return text.find("\n| " + what + " |"); };
+    const std::size_t fold = text.find("\n<details>");
+    ASSERT_NE(fold, std::string::npos);
+    EXPECT_LT(at("failed"), at("slower"));
+    EXPECT_LT(at("slower"), at("other"));
+    EXPECT_LT(at("other"), at("faster"));
+    EXPECT_LT(at("faster"), fold);
+    EXPECT_GT(at("open"), fold);
+    EXPECT_NE(at("open"), std::string::npos);
+    EXPECT_EQ(at("same"), std::string::npos);
+    EXPECT_TRUE(text.ends_with("\n</details>\n"));
+}
+
+// Else a row of the table would fall apart, or a name become markup.
+TEST(Markdown, CellsAreEscapedAndRowsWhole) {
+    Handmade handmade;
+    Case& measured = handmade.add("a_b|c", 5, 4, 6, Verdict::slower);
+    measured.parameters.base = {{"A", "<b>\n|"}};
+    measured.parameters.changed = measured.parameters.base;
+    handmade.judgement.functions["a_b|c"] = {1, {0.05, 0.04, 0.06}};
+    handmade.judgement.all = {1, {0.05, 0.04, 0.06}};
+    const std::string text = textOf(handmade);
+    EXPECT_NE(text.find("| a\\_b\\|c | A=\\<b>?\\| | 4.000 | 4.200 | +5.00%  [+4.00%, +6.00%] | "
+                        "**slower** |"),
+              std::string::npos)
+        << text;
+    EXPECT_NE(text.find("| a\\_b\\|c | 1 | +5.13%"), std::string::npos) << text;
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);) {
+        if (line.starts_with("|")) {
+            EXPECT_TRUE(line.ends_with("|")) << line;
+        }
+    }
+}
+
+} // namespace
+
+} // namespace compare

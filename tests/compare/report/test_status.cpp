@@ -1,0 +1,93 @@
+#include <gtest/gtest.h>
+
+#include "handmade.h"
+
+namespace compare {
+
+namespace {
+
+TEST(ExitStatus, IsThatOfDiff) {
+    using Change = void (*)(Handmade&);
+    struct Row {
+        const char* what;
+        Change change;
+        int status;
+    };
+    const Row rows[] = {
+        {"nothing", [](Handmade&) {}, 2},
+        {"same", [](Handmade& h) { h.add("f", 0.1, -0.2, 0.4, Verdict::same); }, 0},
+        {"open", [](Handmade& h) { h.add("f", 3, -2, 8, Verdict::open); }, 0},
+        {"faster", [](Handmade& h) { h.add("f", -3, -4, -2, Verdict::faster); }, 0},
+        {"slower, tolerated", [](Handmade& h) { h.add("f", 0.9, 0.7, 1.2, Verdict::slower); }, 0},
+        {"slower", [](Handmade& h) { h.add("f", 1.1, 0.7, 1.5, Verdict::slower); }, 1},
+        {"slower, tolerated as asked",
+         [](Handmade& h) {
+             h.comparison.settings.tolerance = 0.02;
+             h.add("f", 1.1, 0.7, 1.5, Verdict::slower);
+         },
+         0},
+        {"one of many",
+         [](Handmade& h) {
+             h.add("f", 0, -0.2, 0.2, Verdict::same);
+             h.add("g", 2, 1, 3, Verdict::slower);
+         },
+         1},
+        {"failed on new",
+         [](Handmade& h) {
+             h.add("f", 0, -0.2, 0.2, Verdict::same);
+             h.addFailed("g", Side::changed);
+         },
+         1},
+        {"failed on base",
+         [](Handmade& h) {
+             h.add("f", 0, -0.2, 0.2, Verdict::same);
+             h.addFailed("g", Side::base);
+         },
+         0},
+        {"failed on both",
+         [](Handmade& h) {
+             h.add("f", 0, -0.2, 0.2, Verdict::same);
+             h.addFailed("g", Side::changed).failures.push_back({Side::base, "hung", ""});
+         },
+         0},
+        {"all failed", [](Handmade& h) { h.addFailed("g", Side::changed); }, 2},
+        {"passed over", [](Handmade& h) { h.addLeftOut(Stop::passedOver); }, 2},
+        // Keys decide what a side announces: that is no property of the build.
+        {"unpaired",
+         [](Handmade& h) {
+             h.add("f", 0, -0.2, 0.2, Verdict::same);
+             h.comparison.unpaired = {{Side::base, "g", {}}};
+         },
+         0},
+    };
+    for (const Row& row : rows) {
+        Handmade handmade;
+        row.change(handmade);
+        EXPECT_EQ(exitStatus(handmade.comparison, handmade.judgement), row.status) << row.what;
+    }
+}
+
+TEST(Self, EndsWithOnePlainSentence) {
+    Handmade handmade;
+    EXPECT_EQ(selfText(handmade.comparison, handmade.judgement), "Nothing could be measured.\n");
+    handmade.add("f", 0.1, -0.2, 0.4, Verdict::same);
+    handmade.add("g", 0.1, -0.3, 0.5, Verdict::same);
+    handmade.judgement.medianHalfWidth = 0.003;
+    handmade.judgement.largestHalfWidth = 0.004;
+    EXPECT_EQ(selfText(handmade.comparison, handmade.judgement),
+              "This machine now shows a difference of 0.30% in half of 2 cases and one of 0.40% "
+              "in all of them, within 1 min 15 s for the whole run.\n");
+    handmade.add("h", 1.1, 0.7, 1.5, Verdict::slower);
+    EXPECT_NE(selfText(handmade.comparison, handmade.judgement)
+                  .find("but found one in 1 case where there is none.\n"),
+              std::string::npos);
+    for (Effect& effect : handmade.judgement.effects) {
+        effect.interval.low = -infinite;
+    }
+    EXPECT_EQ(selfText(handmade.comparison, handmade.judgement),
+              "The time was too short to tell how small a difference this machine shows now.\n");
+}
+
+} // namespace
+
+} // namespace compare
