@@ -160,8 +160,8 @@ KnownSubjects knownOf(const std::string& lines) {
         one.function = line.at("function");
         one.clocks = line.at("clocks");
         for (const Json& level : line.at("levels")) {
-            one.levels.push_back(
-                {level.at("added"), level.at("links"), level.at("measured"), level.at("computed")});
+            one.levels.push_back({level.at("added"), level.at("links"), level.at("chain_clocks"),
+                                  level.at("measured"), level.at("expected")});
         }
     }
     return known;
