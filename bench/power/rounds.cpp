@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstdio>
 #include <fstream>
+#include <iomanip>
 #include <memory>
 #include <sstream>
 
@@ -35,7 +36,7 @@ std::string numberText(double value) {
 
 Rounds::Rounds(const PowerOptions& options, const fs::path& folder, std::ostream& results)
     : m_options(options), m_programs(fs::read_symlink("/proc/self/exe").parent_path()),
-      m_folder(folder), m_base(folder / "base"), m_changed(folder / "new"), m_results(results) {
+      m_folder(folder), m_base(folder / "base"), m_changed(folder / "slow"), m_results(results) {
     const fs::path library = m_programs.parent_path() / "lib/slower/libntkdc.so.12";
     for (const fs::path& side : {m_base, m_changed}) {
         fs::create_directory(side);
@@ -113,12 +114,17 @@ void Rounds::calibrate() {
     }
 }
 
+// Both files hold as many bytes, and the folders' names do: what a process has read and allocated
+// before shifts its later blocks, and that alone can make a function faster or slower.
 void Rounds::setLevel(double level, int length) const {
-    std::ofstream amounts(m_changed / "slower.txt");
+    std::ofstream base(m_base / "slower.txt"), changed(m_changed / "slower.txt");
+    const auto write = [](std::ostream& out, const std::string& function, long links) {
+        out << function << ' ' << std::setfill('0') << std::setw(10) << links << '\n';
+    };
     for (const auto& [subject, known] : m_known.at(length)) {
-        if (const Known::Level* const found = known.find(level)) {
-            amounts << known.function << ' ' << found->links << '\n';
-        }
+        const Known::Level* const found = known.find(level);
+        write(base, known.function, 0);
+        write(changed, known.function, found ? found->links : 0);
     }
 }
 
@@ -188,7 +194,7 @@ void Rounds::measureTurnShares() {
                                        m_options.functions.begin() +
                                            std::min<long>(2, std::ssize(m_options.functions)));
     const int length = m_options.lengths.back();
-    fs::remove(m_changed / "slower.txt");
+    setLevel(0, length);
     for (const bool hasNeighbour : {false, true}) {
         if (hasNeighbour ? m_options.isDisturbed : m_options.isQuiet) {
             say(std::string("the share of turns is measured") +

@@ -27,7 +27,7 @@ private:
     std::vector<Round> plan() const;
     void compare(const Round& round, int length);
     void compareElsewhere(const Round& round, int length);
-    void setLevel(double level, int length) const; // of the folder that is slowed
+    void setLevel(double level, int length) const; // in the folder that is slowed
     std::vector<std::string> keys(const std::vector<std::string>& functions, int length) const;
     std::string runCompare(const std::vector<std::string>& options,
                            const std::vector<std::string>& keys) const; // gives the JSON
