@@ -23,6 +23,7 @@ TEST(Tally, CountsVerdictsIntervalsAndErrorsOfOneGroup) {
         reading(0.01, 1.01, 1.005, 0.004, Called::neither, 0.6), // its interval ends below
         reading(0.01, 1.02, 0.98, 0.04, Called::faster, 0.9),    // that of this one at the truth
         reading(0.01, 1.01, 1.01, 0, Called::neither, 2.0),      // without an interval
+        reading(0.01, 1.01, 1.02, 0.004, Called::slower, 0.7),   // its interval begins above
         reading(0.01, 1.01, 1.5, 0.1, Called::slower, 9, true),  // of another group
         reading(0.02, 1.02, 1.5, 0.1, Called::slower, 9),
     };
@@ -31,18 +32,18 @@ TEST(Tally, CountsVerdictsIntervalsAndErrorsOfOneGroup) {
     readings.push_back(other);
 
     const Tally tally = tallyOf(readings, {"ntkcompare", 0.01, false});
-    EXPECT_EQ(tally.cases, 4);
-    EXPECT_EQ(tally.slower, 1);
+    EXPECT_EQ(tally.cases, 5);
+    EXPECT_EQ(tally.slower, 2);
     EXPECT_EQ(tally.faster, 1);
     EXPECT_EQ(tally.neither(), 2);
-    EXPECT_EQ(tally.withInterval, 3);
+    EXPECT_EQ(tally.withInterval, 4);
     EXPECT_EQ(tally.covered, 2);
     EXPECT_NEAR(tally.medianHalfWidth, 0.004, 1e-12);
-    EXPECT_NEAR(tally.medianSeconds, 0.75, 1e-12);
-    EXPECT_NEAR(tally.medianError, (0.001 / 1.01 + 0.005 / 1.01) / 2, 1e-12);
+    EXPECT_NEAR(tally.medianSeconds, 0.7, 1e-12);
+    EXPECT_NEAR(tally.medianError, 0.005 / 1.01, 1e-12);
     EXPECT_NEAR(tally.largestError, 0.04 / 1.02, 1e-12);
     EXPECT_DOUBLE_EQ(tally.lowestEstimate, 0.98);
-    EXPECT_DOUBLE_EQ(tally.highestEstimate, 1.011);
+    EXPECT_DOUBLE_EQ(tally.highestEstimate, 1.02);
 }
 
 TEST(Tally, WhatIsRightDependsOnWhatWasAdded) {
