@@ -1,12 +1,15 @@
 // bench_plain: what bench_compare_power needs to know of the cases, each prepared by the harness as
 // for ntkperf. Not for people.
 //
-//   bench_plain --out FILE calibrate LEVEL... -- KEY...    what calls and links of a chain take
-//   bench_plain --out FILE measure -- KEY...               one side, as one measures it elsewhere
+//   bench_plain --out FILE --calibrate [--levels L,...] -- KEY...
+//       what calls and links of a chain take
+//   bench_plain --out FILE -- KEY...
+//       one side, as one measures it elsewhere
 //
 // It writes a line of JSON for each case.
 
-#include <chrono>
+#include <unistd.h>
+
 #include <cstdio>
 #include <fstream>
 #include <string>
@@ -51,7 +54,20 @@ public:
         }
         return true;
     }
+    // The harness takes an exception for a failure of the test and goes on.
     psResult atPrepared(const psTurns& turns) override {
+        try {
+            measure(turns);
+        } catch (const std::exception& error) {
+            std::fprintf(stderr, "bench_plain: %s\n", error.what());
+            _exit(1);
+        }
+        return PS_OK;
+    }
+    void released() override {}
+
+private:
+    void measure(const psTurns& turns) {
         g_initClocks.keep();
         if (m_arguments.isCalibration) {
             m_case.update(
@@ -60,11 +76,8 @@ public:
             m_case.update(measureElsewhere(turns, m_arguments.seconds));
         }
         m_out << m_case.dump() << std::endl;
-        return PS_OK;
     }
-    void released() override {}
 
-private:
     const Arguments& m_arguments;
     std::ofstream m_out;
     Json m_case;
@@ -92,11 +105,6 @@ int main(int argc, char** argv) {
     psFlushDenormals();
     CaseTaker taker(arguments);
     g_turnTaker = &taker;
-    try {
-        psSession().run(static_cast<int>(words.size()), words.data());
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "bench_plain: %s\n", error.what());
-        return 1;
-    }
+    psSession().run(static_cast<int>(words.size()), words.data());
     return 0;
 }
