@@ -14,6 +14,7 @@ packages=(
     libdivsufsort-dev liblzo2-dev libzfp-dev
     zlib1g-dev bzip2 libbz2-dev            # comparisons and tests
     libcli11-dev nlohmann-json3-dev        # command lines, JSON
+    libbenchmark-dev                       # compared with ntkcompare
     libgtest-dev                           # tests
 )
 case ${1:-} in
