@@ -3,6 +3,7 @@
 #include "pscputick_gcc.h"
 #include "pscpuidtest.h"
 #include "psistream.h"
+#include "psmissing.h"
 #include "psremarks.h"
 #include "psoptionutil.h"
 #include "psreport.h"
@@ -73,6 +74,7 @@ void psSession::setHelp(char key, bool hidden) {
 int psSession::run(int argc, char** argv) {
     g_ostrm.addConsole();
     g_ostrm.setOutLevel(PS_OUT_PERF); // until "-L" takes effect, behind the common data
+    psStandInForMissingFunctions();
     setNtkEnvironment();
     initSession();
     registerCpuTest();

@@ -8,6 +8,7 @@
 #include "ps.h"
 #include "pscpufeatures.h"
 #include "psloaded.h"
+#include "psmissing.h"
 
 namespace {
 // Of <linux/personality.h>: address-space randomisation is switched off.
@@ -24,6 +25,15 @@ const char* aslrText(int personalityFlags) {
            "Results can be unstable.\n";
 }
 } // namespace
+
+// Null when the build lacks the function that tells.
+static const NtkLibraryVersion* versionBy(psVersionHook hook) {
+    try {
+        return hook();
+    } catch (const psMissingFunction&) {
+        return nullptr;
+    }
+}
 
 void psSession::prepareLibrary() {
     if (ntkEnvironment) {
@@ -85,7 +95,7 @@ void psSession::collectLibInfo() {
         return;
     }
     for (const psVersionHook hook : *ntkVersionList) {
-        const NtkLibraryVersion* const version = hook();
+        const NtkLibraryVersion* const version = versionBy(hook);
         if (version) {
             psRegLibInfo(psString(version->name) + ", " + version->version + ", " +
                          version->buildDate);

@@ -8,6 +8,7 @@
 #include "psctrlstatus.h"
 #include "psinit.h"
 #include "psistream.h"
+#include "psmissing.h"
 #include "psreporttest.h"
 #include "psreserve.h"
 #include "pssettings.h"
@@ -35,14 +36,25 @@ psString cutPiece(psString& text) {
     return piece;
 }
 
+// The form of the line for a failed call.
+psString noFunctionText(const psString& name) {
+    return "--NTK FAIL. " + psNoFunctionText(name);
+}
+
 // Of the exception being handled; a test may throw anything.
-psString exceptionText() {
+struct Ending {
+    psString text;
+    psResult result = PS_EXCEPTION;
+};
+Ending ending() {
     try {
         throw;
+    } catch (const psMissingFunction& e) {
+        return {noFunctionText(e.name()), PS_FUNC_FAIL};
     } catch (const std::exception& e) {
-        return e.what();
+        return {e.what()};
     } catch (...) {
-        return psException(psString("unknown")).msg();
+        return {psException(psString("unknown")).msg()};
     }
 }
 } // namespace
@@ -159,7 +171,8 @@ psResult psTest::run() {
     try {
         tsSignal::guarded([&] { selected = runSteps(); });
     } catch (...) {
-        afterException(exceptionText(), checkpoint);
+        const Ending reason = ending();
+        afterException(reason.text, reason.result, checkpoint);
     }
     if (!selected) {
         return PS_UNDEFINED;
@@ -167,7 +180,8 @@ psResult psTest::run() {
     try {
         tsSignal::guarded([&] { endRun(); });
     } catch (...) {
-        afterException(exceptionText(), checkpoint);
+        const Ending reason = ending();
+        afterException(reason.text, reason.result, checkpoint);
         m_result = psWorse(m_result, m_currentResult);
     }
     if (m_unmasked) { // a trap outside a test would end the program
@@ -198,6 +212,11 @@ bool psTest::runSteps() {
 }
 
 void psTest::measure() {
+    if (psIsMissingFunction(m_function)) { // before a preparation that may take long
+        g_ostrm << PS_ERR << noFunctionText(m_function) << "\n" << PS_END;
+        raiseResult(PS_FUNC_FAIL);
+        return;
+    }
     bool started = false;
     psStep("canStart", [&] { started = canStart(); });
     if (!started) {
@@ -254,9 +273,10 @@ void psTest::endRun() {
     psStep("endTest", [&] { endTest(); });
 }
 
-void psTest::afterException(const psString& message, const psRunCheckpoint& checkpoint) {
+void psTest::afterException(const psString& message, psResult result,
+                            const psRunCheckpoint& checkpoint) {
     const psString label = g_trace.label();
-    raiseResult(PS_EXCEPTION);
+    raiseResult(result);
     checkpoint.restoreStreams();
     g_ostrm << PS_ERR << message << " in " << label << "\n" << PS_END;
     if (m_dataHeld) {
@@ -264,7 +284,7 @@ void psTest::afterException(const psString& message, const psRunCheckpoint& chec
         try {
             psStep("flushData", [&] { flushData(); });
         } catch (...) {
-            const psString second = exceptionText();
+            const psString second = ending().text;
             checkpoint.restoreStreams();
             g_ostrm << PS_ERR << second << " in flushData\n" << PS_END;
         }
@@ -315,7 +335,7 @@ void psTest::startAndStop() {
         psStep("canStart", [&] { canStart(); });
         psStep("flushStart", [&] { flushStart(); });
     } catch (...) {
-        const psString message = exceptionText();
+        const psString message = ending().text;
         checkpoint.restoreStreams();
         g_ostrm << PS_ERR << message << " in startAndStop of " << m_info.name << " test\n"
                 << PS_END;

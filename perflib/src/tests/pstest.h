@@ -185,7 +185,8 @@ protected:
 private:
     bool runSteps();
     void measure();
-    void afterException(const psString& message, const psRunCheckpoint& checkpoint);
+    void afterException(const psString& message, psResult result,
+                        const psRunCheckpoint& checkpoint);
     void readParms();
     void restoreParms();
 

@@ -2,6 +2,7 @@
 
 #include "pscacheiterator.h"
 #include "pscond.h"
+#include "psmissing.h"
 #include "pssettings.h"
 #include "psistream.h"
 #include "psostream.h"
@@ -92,8 +93,24 @@ static psString noSectionText() {
     return "-P key finds no section of a selected test in ini-file " + ini.name();
 }
 
+// Before the first test, so that nobody waits for the end to learn that this is another build.
+void psTestList::tellMissing(const psConditions& conditions) const {
+    psString names;
+    for (psTest* const test : *this) {
+        if (test && psIsMissingFunction(test->functionName()) && test->tobeRun(conditions)) {
+            names += (names.empty() ? "" : ", ") + test->functionName();
+        }
+    }
+    if (!names.empty()) {
+        g_ostrm << PS_ERR << "-- " << psNoFunctionText(names)
+                << ": tests that call it fail, all others are run\n"
+                << PS_END_FLUSH;
+    }
+}
+
 bool psTestList::runTests(const psConditions& conditions) {
     clearCounts();
+    tellMissing(conditions);
     bool anyAdmitted = false;
     bool anyRefused = false;
     bool anyRun = false;

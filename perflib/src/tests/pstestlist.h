@@ -45,6 +45,7 @@ public:
 
 private:
     void clearCounts();
+    void tellMissing(const psConditions& conditions) const;
 
     int m_tests = 0;
     int m_counts[psResultCount] = {};
