@@ -1,6 +1,5 @@
 // ntkturns: one side of a comparison. Runs the tests that its keys (those of ntkperf) select, but
 // calls them only when it is told to, see compare/protocol/message.h. Not for people.
-#include <csignal>
 #include <cstdio>
 
 #include "channel.h"
@@ -8,6 +7,7 @@
 #include "psbase.h"
 #include "psdenormals.h"
 #include "psloaded.h"
+#include "pssignal.h"
 #include "turnworker.h"
 
 namespace {
@@ -16,13 +16,6 @@ using namespace compare;
 
 constexpr int ordersFile = 3;
 constexpr int answersFile = 4;
-
-// A fault ends the worker: whoever started it sees by which signal, and starts another.
-void faultsEndTheProcess() {
-    for (const int code : {SIGFPE, SIGILL, SIGSEGV}) {
-        signal(code, SIG_DFL);
-    }
-}
 
 Hello hello() {
     Hello message;
@@ -42,7 +35,7 @@ Hello hello() {
 
 int main(int argc, char** argv) {
     psFlushDenormals();
-    faultsEndTheProcess();
+    tsSignal::leaveToSystem(); // whoever started the worker sees by which signal it ended
     Channel channel(ordersFile, answersFile);
     TurnWorker worker(channel);
     g_turnTaker = &worker;

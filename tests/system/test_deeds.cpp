@@ -1,5 +1,7 @@
 // What a library does that no library should, and what of a run survives it: each function of a
 // build in the loader's path does a deed on demand (deeds/deeds.cpp).
+#include <csignal>
+
 #include "session.h"
 
 namespace {
@@ -51,6 +53,120 @@ TEST_F(Deeds, MissingFunctionsAreNamedAndFailTheirTestsAlone) {
     EXPECT_EQ(closingCount(outcome.output, ".Successes"), 2);
     EXPECT_EQ(closingCount(outcome.output, ".....-FAIL"), 7);
     EXPECT_NE(text("done.end"), "");
+}
+
+TEST_F(Deeds, FaultsThatCanBeSurvivedEndTheirTestAlone) {
+    const struct {
+        const char *deed, *text;
+    } cases[] = {{"segv", "Illegal storage access."},
+                 {"abort", "Abort (SIGABRT)."},
+                 {"assert", "Abort (SIGABRT)."},
+                 {"bus", "Bus error (SIGBUS)."},
+                 {"trap", "Breakpoint or trap (SIGTRAP)."},
+                 {"signal 31", "System call that is not allowed (SIGSYS)."}};
+    for (const auto& c : cases) {
+        const std::string deeds = std::string("ntksCRC32C_8u ") + c.deed + "; ntksCRC32_8u " +
+                                  c.deed + "; ntksEncodeLZ4HashTableInit_8u " + c.deed;
+        const Outcome outcome = runWith(deeds, {"-fCRC", "-fDecodeLZ4_8u"});
+        EXPECT_EQ(outcome.status, 0) << c.deed << " signal " << outcome.signal;
+        const std::string said = std::string("--NTK. Signal: ") + c.text + " in ";
+        EXPECT_EQ(timesIn(outcome.output, said + "ntkFunctionCalls\n"), 2)
+            << c.deed << outcome.output;
+        EXPECT_EQ(timesIn(outcome.output, said + "initData\n"), 1) << c.deed << outcome.output;
+        EXPECT_EQ(result("ntksCRC32_8u"), "EXCPTFAIL") << c.deed;
+        EXPECT_EQ(result("ntksDecodeLZ4_8u"), "EXCPTFAIL") << c.deed;
+        EXPECT_EQ(result("ntksCRC32_BZ2_8u"), "OK") << c.deed;
+        EXPECT_EQ(Table(text("table.csv")).rows.size(), 5u) << c.deed;
+    }
+}
+
+// The console has gone on line by line all the time; the log is a file that is buffered.
+TEST_F(Deeds, WhatEndsTheProcessLeavesItsCombinationInTheLog) {
+    const struct {
+        const char* deed;
+        int status, signal;
+        const char* lastWords; // on the error output, and the end of the log
+    } cases[] = {
+        {"exit 3", 3, 0, ""},
+        {"signal 9", -1, SIGKILL, ""},
+        {"thread-segv", -1, SIGSEGV,
+         "--NTK. Signal: Illegal storage access. This ends the run, in a thread of the library: "
+         "ntksCRC32_8u\n"},
+#if !defined(__SANITIZE_ADDRESS__) // which tells of a destroyed heap itself
+        {"heap", -1, SIGABRT,
+         "--NTK. Signal: Abort (SIGABRT). This ends the run, as memory is destroyed: "
+         "ntksCRC32_8u\n"},
+#endif
+    };
+    for (const auto& c : cases) {
+        const std::string deeds = std::string("ntksCRC32_8u if 2 65536 ") + c.deed;
+        const Outcome outcome = runWith(deeds, {"-fCRC"});
+        EXPECT_EQ(outcome.status, c.status) << c.deed;
+        EXPECT_EQ(outcome.signal, c.signal) << c.deed;
+        EXPECT_TRUE(outcome.errors.ends_with(c.lastWords)) << c.deed << outcome.errors;
+        const std::string log = text("log.txt");
+        const size_t line = log.rfind("ntksCRC32_8u: CodeLength=65536");
+        ASSERT_NE(line, std::string::npos) << c.deed << log;
+        if (c.status != 3) { // at an exit the trace of the steps may follow
+            EXPECT_EQ(log.substr(log.find('\n', line) + 1), c.lastWords) << c.deed;
+        }
+        EXPECT_EQ(timesIn(log, "-- performance:\n"), 7) << c.deed; // five and two lengths
+    }
+}
+
+TEST_F(Deeds, HandlersAndMaskAreRenewedBeforeEachTest) {
+    for (const std::string deed : {"handlers", "mask"}) {
+        const Outcome outcome = runWith(
+            "ntksCRC32C_8u " + deed + "; ntksCRC32_8u segv; ntksCRC32_BZ2_8u abort", {"-fCRC"});
+        EXPECT_EQ(outcome.status, 0) << deed << " signal " << outcome.signal;
+        EXPECT_EQ(result("ntksCRC32C_8u"), "OK") << deed;
+        EXPECT_EQ(closingCount(outcome.output, ".....-EXCPTFAIL"), 2) << deed;
+    }
+}
+
+TEST_F(Deeds, AnInterruptionEndsTheRunWithAllThatIsWrittenAtItsEnd) {
+    const struct {
+        int code;
+        const char* name;
+    } cases[] = {{SIGINT, "SIGINT"}, {SIGTERM, "SIGTERM"}, {SIGHUP, "SIGHUP"}};
+    for (const auto& c : cases) {
+        const Outcome outcome =
+            runWith("ntksCRC32_8u at 3 signal " + std::to_string(c.code), {"-fCRC"});
+        EXPECT_EQ(outcome.status, 0) << c.name << " signal " << outcome.signal;
+        EXPECT_EQ(outcome.errors, "") << c.name;
+        const std::string said = std::string("--NTK. Signal: Interrupted by ") + c.name + ". in ";
+        EXPECT_EQ(timesIn(outcome.output, said), 1) << outcome.output;
+        EXPECT_EQ(timesIn(outcome.output, std::string(" .Incomplete     : ended by ") + c.name), 1)
+            << outcome.output;
+        EXPECT_EQ(timesIn(text("sum.csv"), std::string(".Incomplete     ,ended by ") + c.name), 1)
+            << text("sum.csv");
+        EXPECT_EQ(result("ntksCRC32C_8u"), "OK");
+        EXPECT_EQ(result("ntksCRC32_8u"), "EXCPTFAIL");
+        EXPECT_EQ(result("ntksCRC32_BZ2_8u"), ""); // was not begun
+        EXPECT_EQ(Table(text("table.csv")).rows.size(), 7u) << "two of the interrupted test";
+        EXPECT_NE(text("done.end"), "");
+        std::remove(path("done.end").c_str());
+    }
+}
+
+TEST_F(Deeds, InterruptionsWithinACombinationTwiceAndIgnored) {
+    const std::string once = "ntksCRC32_8u at 1 signal 15";
+    const Outcome within = runWith(once, {crc, "-dMethod=Iterative", "-dStopNumLoops=100000000"});
+    EXPECT_EQ(within.status, 0);
+    EXPECT_EQ(timesIn(text("log.txt"), "-- performance:\n"), 0) << "a combination goes on";
+    EXPECT_EQ(timesIn(within.output, " .Incomplete "), 1);
+
+    const Outcome twice = runWith("ntksCRC32_8u signal 15", {crc});
+    EXPECT_EQ(twice.signal, SIGTERM);
+
+    const Outcome ignored =
+        run({"-c", "trap '' HUP; exec " NTK_PERF_FILE " -B -dMethod=Manual -dNumLoops=1 " + crc},
+            {.program = "/bin/sh",
+             .environment = {"LD_LIBRARY_PATH=" NTK_DEEDS_DIRECTORY,
+                             "NTK_DEEDS=ntksCRC32_8u signal 1"}});
+    EXPECT_EQ(ignored.status, 0);
+    EXPECT_EQ(closingCount(ignored.output, ".Successes"), 1) << ignored.output;
+    EXPECT_EQ(timesIn(ignored.output, ".Incomplete"), 0);
 }
 
 } // namespace

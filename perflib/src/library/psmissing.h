@@ -26,8 +26,8 @@ void psStandInForMissingFunctions();
 // Whether a stand-in was put in for it.
 bool psIsMissingFunction(const psString& name);
 
-// "the library has no function <name> (<files of the library>)", name may be several; empty when there is one in this
-// process.
+// "the library has no function <name> (<files of the library>)", name may be several; empty when
+// there is one in this process.
 psString psMissingFunctionText(const psString& name);
 // The same without asking.
 psString psNoFunctionText(const psString& name);

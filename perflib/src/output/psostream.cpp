@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include "psinit.h"
+#include "pslastwords.h"
 
 PS_INIT_FIRST psOStream g_ostrm;
 
@@ -73,6 +74,9 @@ void psOStream::addStream(o_stream* stream) {
         }
     }
     m_streams.append(stream);
+    if (stream->isOpen()) {
+        psAddLastWordsFile(stream->descriptor());
+    }
     if (!works) {
         reportFailure(*stream);
     }
@@ -81,6 +85,9 @@ void psOStream::addStream(o_stream* stream) {
 void psOStream::close() {
     flush();
     for (o_stream* stream : m_streams) {
+        if (stream->isOpen()) {
+            psRemoveLastWordsFile(stream->descriptor());
+        }
         delete stream;
     }
     m_streams.clear();

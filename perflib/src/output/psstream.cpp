@@ -113,6 +113,10 @@ void io_stream::close() {
     m_file = nullptr;
 }
 
+int io_stream::descriptor() const {
+    return m_file ? fileno(m_file) : -1;
+}
+
 i_stream::i_stream(const psString& name, int mode, bool report)
     : io_stream(name, mode | PS_OPEN_READ, report) {}
 

@@ -37,6 +37,7 @@ public:
     bool isOpen() const { return m_file != nullptr; }
     bool isNamedFile() const { return (m_mode & PS_OPEN_FILE) != 0; }
     void close();
+    int descriptor() const; // -1: no file
 
 protected:
     FILE* m_file = nullptr;

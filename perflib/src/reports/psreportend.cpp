@@ -1,5 +1,6 @@
 #include "psreport.h"
 
+#include "psinterruption.h"
 #include "psreportformat.h"
 #include "pstestlist.h"
 
@@ -41,6 +42,9 @@ psReportEnd::psReportEnd(const psTestList& tests) {
     // The function that the tests should have started from, when none was reached.
     const psString& missed = psTestList::m_startFunc;
     m_items.set(".-F not reached ", missed.empty() ? psString("NULL") : missed);
+    if (psInterruption::wasFollowed()) {
+        m_items.set(".Incomplete     ", psString("ended by ") + psInterruption::signalName());
+    }
 }
 
 psOStream& operator<<(psOStream& out, const psReportEnd& report) {

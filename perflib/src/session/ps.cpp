@@ -1,7 +1,10 @@
 #include "ps.h"
 
+#include <csignal>
+
 #include "pscputick_gcc.h"
 #include "pscpuidtest.h"
+#include "psinterruption.h"
 #include "psistream.h"
 #include "psmissing.h"
 #include "psremarks.h"
@@ -10,9 +13,11 @@
 #include "psreportformat.h"
 #include "psreporttest.h"
 #include "pssettings.h"
+#include "pssignalactions.h"
 #include "pstable.h"
 #include "pstest.h"
 #include "pstestformat.h"
+#include "psturns.h"
 
 namespace {
 constexpr int bannerWidth = 78;
@@ -114,6 +119,16 @@ bool psSession::sortTests() {
     return true;
 }
 
+// While tests are run; whoever takes turns ends the process when he likes.
+static void watchSignals() {
+    for (const int code : {SIGPIPE, SIGXFSZ}) { // see psOStream::addConsole
+        psKeepSignalAsIs(code);
+    }
+    if (!g_turnTaker) {
+        psInterruption::watch();
+    }
+}
+
 int psSession::runTests() {
     outputHeader();
     if (m_enumMode <= 1) {
@@ -134,6 +149,7 @@ int psSession::runTests() {
         g_pHotList = new psStringList;
     }
     putTableTitle();
+    watchSignals();
     const int result = pTestList->runTests(m_conditions);
     pTestList->setEndTime(time(nullptr));
     warnUnusedPresets();

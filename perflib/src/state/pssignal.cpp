@@ -1,8 +1,13 @@
 #include "pssignal.h"
 
+#include <pthread.h>
 #include <string.h>
 
 #include <ntkcore.h>
+
+#include "psabort.h"
+#include "pslastwords.h"
+#include "pssignalactions.h"
 
 namespace {
 
@@ -12,32 +17,31 @@ constexpr unsigned masksSSX = 0x1F80;
 constexpr unsigned flagsSSX = 0x3F;
 constexpr unsigned wholeSSX = 0xFFFF;
 
-// A stack overflow leaves no room on the stack for the handler's frame.
-void provideHandlerStack() {
-    alignas(64) static char memory[64 * 1024];
-    stack_t current;
-    if (sigaltstack(nullptr, &current) == 0 && !(current.ss_flags & SS_DISABLE)) {
-        return; // a sanitizer has provided one
+constexpr struct {
+    int code;
+    const char* text; // null: see getInfo
+} faults[] = {{SIGFPE, nullptr},
+              {SIGILL, nullptr},
+              {SIGSEGV, nullptr},
+              {SIGABRT, "Abort (SIGABRT)."},
+              {SIGBUS, "Bus error (SIGBUS)."},
+              {SIGTRAP, "Breakpoint or trap (SIGTRAP)."},
+              {SIGSYS, "System call that is not allowed (SIGSYS)."}};
+
+void handleFaultsBy(psSignalHandler handler) {
+    for (const auto& fault : faults) {
+        psKeepSignalHandler(fault.code, handler);
     }
-    stack_t stack = {};
-    stack.ss_sp = memory;
-    stack.ss_size = sizeof memory;
-    sigaltstack(&stack, nullptr);
 }
 
-// sigaction, with what signal() gives here (the handler stays installed, calls are restarted) plus
-// the other stack, for which signal() has no way to ask.
 bool installHandlers() {
-    provideHandlerStack();
-    struct sigaction action = {};
-    action.sa_handler = tsSignal::sig_fpe;
-    action.sa_flags = SA_RESTART | SA_ONSTACK;
-    sigemptyset(&action.sa_mask);
-    for (const int code : {SIGFPE, SIGILL, SIGSEGV}) {
-        sigaction(code, &action, nullptr);
-    }
+    psPrepareAbortQuestion();
+    handleFaultsBy(tsSignal::sig_fpe);
     return true;
 }
+
+// The thread of the innermost guard: the one that runs tests.
+pthread_t g_thread = pthread_self();
 
 [[maybe_unused]] const bool installed = installHandlers();
 
@@ -46,6 +50,7 @@ bool installHandlers() {
 constinit sigjmp_buf tsSignal::m_jmpbuf = {};
 constinit volatile sig_atomic_t tsSignal::m_code = 0;
 constinit volatile sig_atomic_t tsSignal::m_armed = 0;
+constinit const char* tsSignal::m_subject = "";
 
 const char* tsSignal::getInfo(int code) {
     switch (code) {
@@ -56,9 +61,41 @@ const char* tsSignal::getInfo(int code) {
     }
 }
 
+const char* tsSignal::faultText(int code) {
+    for (const auto& fault : faults) {
+        if (fault.code == code && fault.text) {
+            return fault.text;
+        }
+    }
+    return getInfo(code);
+}
+
+void tsSignal::leaveToSystem() {
+    handleFaultsBy(SIG_DFL);
+}
+
+// Why the process cannot go on with a fault; null when it can.
+const char* tsSignal::reasonToEnd(int code) {
+    if (!pthread_equal(pthread_self(), g_thread)) {
+        return "in a thread of the library";
+    }
+    return m_armed && code == SIGABRT && psMemoryIsDestroyed() ? "as memory is destroyed" : nullptr;
+}
+
 void tsSignal::sig_fpe(int code) {
     m_code = code;
-    if (!m_armed) {
+    const char* const reason = reasonToEnd(code);
+    if (reason) {
+        const char* const parts[] = {"--NTK. Signal: ",
+                                     faultText(code),
+                                     " This ends the run, ",
+                                     reason,
+                                     ": ",
+                                     m_subject,
+                                     "\n"};
+        psSayLastWords(parts, sizeof parts / sizeof parts[0]);
+    }
+    if (!m_armed || reason) {
         // Blocked until this handler returns: the core file then shows the faulting instruction.
         signal(code, SIG_DFL);
         raise(code);
@@ -77,13 +114,14 @@ void tsSignal::run(void (*call)(void*), void* callable) {
         return;
     }
     frame.restoreMasked();
-    throw psException(getInfo());
+    throw psException(faultText(m_code));
 }
 
 tsSignal::Frame::Frame()
     : m_outerArmed(m_armed), m_control87(ntkFpuSsx4TS(ntkFpuGetControl, 0, 0)),
       m_wordSSX(ntkFpuSsx4TS(ntkSsxGet, 0, 0)) {
     m_armed = 0;
+    g_thread = pthread_self();
     memcpy(&m_outerPoint, &m_jmpbuf, sizeof m_jmpbuf);
 }
 

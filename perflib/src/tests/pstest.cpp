@@ -13,6 +13,7 @@
 #include "psreserve.h"
 #include "pssettings.h"
 #include "pssignal.h"
+#include "pssignalactions.h"
 #include "pstestformat.h"
 #include "pstestrun.h"
 
@@ -165,6 +166,8 @@ void psTest::beginRun() {
 }
 
 psResult psTest::run() {
+    psRenewSignals(); // the test before may have changed them
+    tsSignal::setSubject(m_function.c_str());
     beginRun();
     const psRunCheckpoint checkpoint;
     bool selected = true;

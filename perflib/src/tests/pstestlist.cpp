@@ -4,6 +4,7 @@
 #include "pscond.h"
 #include "psmissing.h"
 #include "pssettings.h"
+#include "psinterruption.h"
 #include "psistream.h"
 #include "psostream.h"
 #include "pstest.h"
@@ -123,6 +124,9 @@ bool psTestList::runTests(const psConditions& conditions) {
             continue;
         }
         m_startFunc = "";
+        if (psInterruption::isWanted()) {
+            break;
+        }
         m_pCurrentTest = test;
         const psResult result = test->run();
         m_pCurrentTest = nullptr;

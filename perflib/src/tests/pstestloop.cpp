@@ -4,6 +4,7 @@
 
 #include "pscacheiterator.h"
 #include "pscstream.h"
+#include "psinterruption.h"
 #include "pstestrun.h"
 #include "psturns.h"
 
@@ -67,6 +68,7 @@ void psTest::loopData() {
             break;
         }
         m_noCombination = false;
+        psInterruption::check();
         runCombination(isFirst);
         if (psIsFail(m_currentResult)) {
             break;
@@ -111,6 +113,7 @@ bool psTest::prepared(bool& isFirst) {
         return false;
     }
     putTextParms(PS_NORMAL);
+    g_ostrm.flush(); // should a call bring the program down, the log says which
     if (m_tool.harnessCalls) {
         psStep("reserveAllVectors", [&] { reserveAllVectors(); });
     }

@@ -4,6 +4,7 @@
 #include "pstool.h"
 
 #include "psbatches.h"
+#include "psinterruption.h"
 #include "pspriority.h"
 #include "psreserve.h"
 #include "pstrace.h"
@@ -50,6 +51,7 @@ double psTool::clocksPerCall(Stored stored) const {
 // One run of the statistic method; leaves the clocks per call in funcClocks and the calls made in
 // numLoops.
 void psTool::runTimFuncStat(long long maxClocks, int calls) {
+    psInterruption::check();
     long long clocks = maxClocks;
     g_batches.clear();
     if (harnessCalls) {
@@ -75,6 +77,7 @@ void psTool::runTimFuncStat(long long maxClocks, int calls) {
 void psTool::runTimFunc(int loops, double* clocks, bool loopMode) {
     const double budget = *clocks;
     for (int pass = 0; pass < 2; pass++) {
+        psInterruption::check();
         numClocks = 0;
         g_batches.clear(); // the spans of the last run count: a prior run has spans of its own kind
         if (harnessCalls && !funcCall) {
