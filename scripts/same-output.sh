@@ -9,7 +9,7 @@
 # tests/recorded/runs. Each runs in a directory with the files of tests/recorded/before and the
 # stand-ins of the corpus, on a scripted clock (tests/recorded/scripted.c) and, for both builds,
 # under the same path, so that the outputs have nothing in them that differs by itself but the day
-# of the build and the addresses of memory: these two are masked.
+# of the build, the directory of the libraries and the addresses of memory: these are masked.
 #
 # The status is 0 when all is the same. What differs is printed and stays in NEW_BUILD/same-output.
 
@@ -60,11 +60,12 @@ start() {
         "${variables[@]}" "$@"
 }
 
-# Masks in one file the day of the build and addresses of memory, these but for the last digit, which
-# tells the alignment.
+# Masks in one file the day of the build, where the libraries lie and addresses of memory, these but
+# for the last digit, which tells the alignment.
 mask() {
     LC_ALL=C sed -E -i \
         -e 's/\b(Jan|Feb|Mar|Apr|May|Jun|Jul|Aug|Sep|Oct|Nov|Dec) [ 0-9][0-9] 20[0-9]{2}\b/DAY/g' \
+        -e 's#(was loaded from ).*/(lib[^/]*)$#\1LIBRARIES/\2#' \
         -e 's/( (address|alignedPointer)):[0-9A-F]*([0-9A-F])\b/\1:ADDRESS\3/g' "$1"
 }
 

@@ -104,7 +104,7 @@ void psTestList::tellMissing(const psConditions& conditions) const {
     }
     if (!names.empty()) {
         g_ostrm << PS_ERR << "-- " << psNoFunctionText(names)
-                << ": tests that call it fail, all others are run\n"
+                << ": the tests that call one of these fail, all others run\n"
                 << PS_END_FLUSH;
     }
 }

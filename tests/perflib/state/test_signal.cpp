@@ -52,6 +52,10 @@ void overflowStack() {
     fillStack(1 << 16);
 }
 
+template <int Code> void raiseIt() {
+    raise(Code);
+}
+
 const char* const storageText = "--NTK. Signal: Illegal storage access.";
 const char* const fpText =
     "--NTK. Signal: FP fail, such as overflow, division by zero, invalid operation.";
@@ -62,13 +66,18 @@ const struct Fault {
     void (*raise)();
     int code;
     const char* message;
-} faults[] = {{"divideIntegers", divideIntegers, SIGFPE, fpText},
-              {"readNothing", readNothing, SIGSEGV, storageText},
-              {"runUndefined", runUndefined, SIGILL, illegalText},
-              {"divide87", divide87, SIGFPE, fpText},
-              {"leaveTrap87", leaveTrap87, SIGFPE, fpText},
-              {"divideSSX", divideSSX, SIGFPE, fpText},
-              {"overflowStack", overflowStack, SIGSEGV, storageText}};
+} faults[] = {
+    {"divideIntegers", divideIntegers, SIGFPE, fpText},
+    {"readNothing", readNothing, SIGSEGV, storageText},
+    {"runUndefined", runUndefined, SIGILL, illegalText},
+    {"divide87", divide87, SIGFPE, fpText},
+    {"leaveTrap87", leaveTrap87, SIGFPE, fpText},
+    {"divideSSX", divideSSX, SIGFPE, fpText},
+    {"overflowStack", overflowStack, SIGSEGV, storageText},
+    {"abort", abort, SIGABRT, "--NTK. Signal: Abort (SIGABRT)."},
+    {"bus", raiseIt<SIGBUS>, SIGBUS, "--NTK. Signal: Bus error (SIGBUS)."},
+    {"trap", raiseIt<SIGTRAP>, SIGTRAP, "--NTK. Signal: Breakpoint or trap (SIGTRAP)."},
+    {"sys", raiseIt<SIGSYS>, SIGSYS, "--NTK. Signal: System call that is not allowed (SIGSYS)."}};
 
 // The message of the exception that the guard throws; empty when it throws none.
 template <class Body> std::string caught(Body&& body) {
@@ -147,7 +156,7 @@ TEST_F(SignalGuard, ExceptionsPassThroughAndTakeTheirTrapAlong) {
 }
 
 TEST_F(SignalGuard, FaultOutsideEndsTheProcessByItsSignal) {
-    for (const Fault& fault : {faults[0], faults[1], faults[2], faults[6]}) {
+    for (const Fault& fault : {faults[0], faults[1], faults[2], faults[6], faults[7], faults[8]}) {
         const auto afterGuards = [&] {
             caught(fault.raise); // its frame is gone: no way back there
             fault.raise();
