@@ -134,7 +134,8 @@ TEST_F(Deeds, AnInterruptionEndsTheRunWithAllThatIsWrittenAtItsEnd) {
             runWith("ntksCRC32_8u at 3 signal " + std::to_string(c.code), {"-fCRC"});
         EXPECT_EQ(outcome.status, 0) << c.name << " signal " << outcome.signal;
         EXPECT_EQ(outcome.errors, "") << c.name;
-        const std::string said = std::string("--NTK. Signal: Interrupted by ") + c.name + ". in ";
+        const std::string said =
+            std::string("--NTK. Signal: Interrupted by ") + c.name + ". in loopData\n";
         EXPECT_EQ(timesIn(outcome.output, said), 1) << outcome.output;
         EXPECT_EQ(timesIn(outcome.output, std::string(" .Incomplete     : ended by ") + c.name), 1)
             << outcome.output;

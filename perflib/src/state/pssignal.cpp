@@ -50,7 +50,7 @@ pthread_t g_thread = pthread_self();
 constinit sigjmp_buf tsSignal::m_jmpbuf = {};
 constinit volatile sig_atomic_t tsSignal::m_code = 0;
 constinit volatile sig_atomic_t tsSignal::m_armed = 0;
-constinit const char* tsSignal::m_subject = "";
+constinit const char* tsSignal::m_subject = "between tests";
 
 const char* tsSignal::getInfo(int code) {
     switch (code) {

@@ -35,7 +35,7 @@ public:
     // The same, and the other signals by their names.
     static const char* faultText(int code);
 
-    // What is running, for the last words of a process that a fault ends. Must live on.
+    // What is running, for the last words of a process that a fault ends. Must live until the next.
     static void setSubject(const char* subject) { m_subject = subject; }
     // Faults end the process from now on, guard or not.
     static void leaveToSystem();

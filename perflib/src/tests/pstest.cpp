@@ -16,6 +16,7 @@
 #include "pssignalactions.h"
 #include "pstestformat.h"
 #include "pstestrun.h"
+#include "psturns.h"
 
 psResult psTest::m_currentResult = PS_UNDEFINED;
 constinit bool& psTest::m_cache = g_settings.cacheMode;
@@ -36,6 +37,15 @@ psString cutPiece(psString& text) {
     text = slash == psString::npos ? psString() : text.substr(slash + 1);
     return piece;
 }
+
+// What the last words of the process name while a test is run.
+class FaultSubject {
+public:
+    explicit FaultSubject(const psString& function) { tsSignal::setSubject(function.c_str()); }
+    ~FaultSubject() { tsSignal::setSubject("between tests"); }
+    FaultSubject(const FaultSubject&) = delete;
+    FaultSubject& operator=(const FaultSubject&) = delete;
+};
 
 // The form of the line for a failed call.
 psString noFunctionText(const psString& name) {
@@ -167,7 +177,7 @@ void psTest::beginRun() {
 
 psResult psTest::run() {
     psRenewSignals(); // the test before may have changed them
-    tsSignal::setSubject(m_function.c_str());
+    const FaultSubject subject(m_function);
     beginRun();
     const psRunCheckpoint checkpoint;
     bool selected = true;
@@ -215,7 +225,8 @@ bool psTest::runSteps() {
 }
 
 void psTest::measure() {
-    if (psIsMissingFunction(m_function)) { // before a preparation that may take long
+    // Before a preparation that may take long. Whoever takes turns asks at each combination.
+    if (!g_turnTaker && psIsMissingFunction(m_function)) {
         g_ostrm << PS_ERR << noFunctionText(m_function) << "\n" << PS_END;
         raiseResult(PS_FUNC_FAIL);
         return;
