@@ -152,10 +152,12 @@ TEST_F(Deeds, AnInterruptionEndsTheRunWithAllThatIsWrittenAtItsEnd) {
 
 TEST_F(Deeds, InterruptionsWithinACombinationTwiceAndIgnored) {
     const std::string once = "ntksCRC32_8u at 1 signal 15";
-    const Outcome within = runWith(once, {crc, "-dMethod=Iterative", "-dStopNumLoops=100000000"});
+    const Outcome within =
+        runWith(once, {crc, "-dMethod=Iterative", "-dStopNumLoops=100000000", "-dNobody=1"});
     EXPECT_EQ(within.status, 0);
     EXPECT_EQ(timesIn(text("log.txt"), "-- performance:\n"), 0) << "a combination goes on";
     EXPECT_EQ(timesIn(within.output, " .Incomplete "), 1);
+    EXPECT_EQ(timesIn(within.output, "Nobody was set"), 0) << "a test that was left out may ask";
 
     const Outcome twice = runWith("ntksCRC32_8u signal 15", {crc});
     EXPECT_EQ(twice.signal, SIGTERM);

@@ -152,8 +152,10 @@ int psSession::runTests() {
     watchSignals();
     const int result = pTestList->runTests(m_conditions);
     pTestList->setEndTime(time(nullptr));
-    warnUnusedPresets();
-    warnUnusedSettings();
+    if (!psInterruption::wasFollowed()) { // the tests that were left out may use them
+        warnUnusedPresets();
+        warnUnusedSettings();
+    }
     outputFooter();
     return result;
 }
