@@ -66,6 +66,21 @@ TEST_F(OtherLibrary, AnErrorStatusIsNamedAndCosts) {
     }
 }
 
+TEST_F(OtherLibrary, AnImpossibleLengthIsAFailure) {
+    for (const char* const length : {"0", "-1", "-1000000", "1000000"}) {
+        const Outcome outcome = runWithIt({"-fLZ4"}, {std::string("OTHER_NTKDC_LENGTH=") + length});
+        const std::string said = std::string("--NTK FAIL. destination length = ") + length + " in ";
+        EXPECT_EQ(timesIn(outcome.output, said), 6) << outcome.output;
+        EXPECT_EQ(timesIn(outcome.output, said + "ntksEncodeLZ4HC_8u: not within 1 to "), 1);
+        EXPECT_EQ(closingCount(outcome.output, ".....-FAIL"), 6);
+        const Table table(text("table.csv"));
+        EXPECT_EQ(table.column("Result"), std::set<std::string>{"FUNCFAIL"});
+        EXPECT_EQ(table.column("Ratio"), std::set<std::string>{"-"});
+        EXPECT_EQ(table.column("Clocks"), std::set<std::string>{"-"});
+        EXPECT_EQ(result("ntksDecodeLZ4_8u"), "FUNCFAIL"); // of its input
+    }
+}
+
 // A build that takes the locale of its user, in which numbers have a comma, where cells end.
 TEST_F(OtherLibrary, ItsLocaleChangesNoNumber) {
     write("comma.src", "LC_NUMERIC\ndecimal_point \",\"\nthousands_sep \".\"\ngrouping 3\n"
