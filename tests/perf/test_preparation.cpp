@@ -98,9 +98,11 @@ const Unmeasurable unmeasurable[] = {
     {"ntksMTFFwd_8u", "CodeLength", "536870912", "-- CodeLength=536870912 is not within 1 to "},
     {"ntksMTFFwd_8u", "CodeFile", "/nowhere/book", "-- Can't open file /nowhere/book to read\n"},
     {"ntksEncodeHuff_BZ2_16u8u", "CodeFile", "/nowhere/book", "-- Can't open file /nowhere/book"},
-    {"ntksEncodeHuff_BZ2_16u8u", "CodeFile", "/dev/null", ""},
+    {"ntksEncodeHuff_BZ2_16u8u", "CodeFile", "/dev/null",
+     "-- Can't read file /dev/null: it is empty"},
     {"ntksInflate_8u", "CodeFile", "/nowhere/book", "-- Can't open file /nowhere/book to read\n"},
-    {"ntksInflate_8u", "CodeFile", "/dev/null", ""},
+    {"ntksInflate_8u", "CodeFile", "/dev/null", "-- Can't read file /dev/null: it is empty\n"},
+    {"ntksInflate_8u", "CodeFile", "/proc/self/mem", "/proc/self/mem: Input/output error\n"},
     {"ntksInflate_8u", "comprLevel", "0", "ntksDeflateLZ77_8u"}, // the search refuses them
     {"ntksInflate_8u", "comprLevel", "10", "ntksDeflateLZ77_8u"},
     {"ntksEncodeLZ4_8u", "CodeLength", "0", "-- CodeLength=0 is not within 1 to "},

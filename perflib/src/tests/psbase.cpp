@@ -18,6 +18,7 @@ constinit psStringList* g_pLibInfo = nullptr;
 constinit psStringList* g_pLibFunctions = nullptr;
 constinit psStringList* g_pParmColumns = nullptr;
 constinit psList<psRecordWriter*>* g_pRecordWriters = nullptr;
+constinit psList<psInputParm>* g_pInputParms = nullptr;
 
 namespace {
 
@@ -118,4 +119,8 @@ void psRegParmColumn(const psString& name) {
 
 void psRegRecordWriter(psRecordWriter& writer) {
     made(g_pRecordWriters).append(&writer);
+}
+
+void psRegInputParm(const psString& name, const psStringList& files) {
+    made(g_pInputParms).append({name, files});
 }
