@@ -2,11 +2,22 @@
 
 #include <algorithm>
 #include <climits>
+#include <cmath>
 
 #include "psvalue.h"
 
 bool passed(int status, const char* name) {
     return !psIsFail(kxTest::checkStatus(status, name));
+}
+
+bool arePossible(const dcLengths& lengths, const psString& function) {
+    return std::all_of(lengths.begin(), lengths.end(), [&function](const dcLength& length) {
+        return kxTest::isPossible(length.value, length.least, length.most, length.what, function);
+    });
+}
+
+bool isSize(long long bytes, const char* function) {
+    return arePossible({{"size", bytes, 1, INT_MAX}}, function);
 }
 
 // ---- Allocation -------------------------------------------------------------------------------
@@ -63,9 +74,15 @@ void dcTest::addValues(psNamedValues& values) {
     if (const psParameter* const parm = variant()) {
         values.add("Variant", parm->valueString());
     }
-    if (const std::optional<double> value = ratio()) {
+    const std::optional<double> value = m_isPossible ? ratio() : std::nullopt;
+    if (value && std::isfinite(*value) && *value > 0) {
         values.add("Ratio", *value);
     }
+}
+
+bool dcTest::hasPossibleResult() {
+    m_isPossible = arePossible(lengthsLeft(), functionName());
+    return m_isPossible;
 }
 
 // ---- Preparation ------------------------------------------------------------------------------

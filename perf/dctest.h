@@ -1,7 +1,9 @@
 #pragma once
 
 #include <initializer_list>
+#include <climits>
 #include <optional>
+#include <vector>
 
 #include "kxdc.h"
 
@@ -9,6 +11,19 @@
 
 // Whether a preparation call succeeded; a status that is not 0 is printed.
 bool passed(int status, const char* name);
+
+// A length that a call of the library left, and those that are possible.
+struct dcLength {
+    const char* what; // "destination length"
+    long long value;
+    long long least, most;
+};
+using dcLengths = std::vector<dcLength>;
+// The first that is not possible is printed, and fails the test. Without this, a length of -1
+// would become a ratio, or the place where a preparation goes on to write.
+bool arePossible(const dcLengths& lengths, const psString& function);
+// The same for the size of a state or a block.
+bool isSize(long long bytes, const char* function);
 
 // Vectors of so many elements, zeroed. Here and below: false when there is no memory.
 bool createVectors(std::initializer_list<kxVector*> vectors, int elements);
@@ -26,6 +41,7 @@ public:
     psString getUnit() override { return "e"; }
     void parmsToOstrm() override;
     void addValues(psNamedValues& values) override;
+    bool hasPossibleResult() override;
 
 protected:
     // Uncompressed bytes of the combination, and where they come from (may be empty).
@@ -34,9 +50,13 @@ protected:
     // Tells combinations of one input apart; may be null.
     virtual const psParameter* variant() const;
     virtual std::optional<double> ratio() const; // uncompressed to compressed
+    virtual dcLengths lengthsLeft() const = 0;   // by the measured calls
 
     // False (printed) when the value is not within 1 to largest.
     static bool isWithin(const psIterator_NSC<int>& parm, int largest);
+
+private:
+    bool m_isPossible = true; // what the last measurement left: else it has no ratio
 };
 
 // A benchmark on the first bytes of a corpus file, at each of the lengths of g_codeLen that gives

@@ -40,5 +40,10 @@ int readCodeFile(void* buffer) {
     }
     psRegTest(new __psOSTest("__psOS", "OS information", "perf/kxdc"));
     psRegTest(new __psHostTest("__psHost", "Computer information", "perf/kxdc"));
+    psStringList files;
+    for (const char* file : corpusFiles) {
+        files.append(file);
+    }
+    psRegInputParm("CodeFile", files);
     return psRegParmFunc(regTestParameters);
 }();

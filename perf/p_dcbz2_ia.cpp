@@ -62,6 +62,13 @@ const psParameter* Timdc_BZ2::variant() const {
     return m_isSelectSort ? &hint : nullptr;
 }
 
+// Whether a call counts up or down, none of its lengths can leave the blocks.
+dcLengths Timdc_BZ2::lengthsLeft() const {
+    return {{"source length", srcLen, 0, maxLen},
+            {"destination length", dstLen, 0, maxLen},
+            {"length of the dictionary", sizeDictionary, 0, 256}};
+}
+
 // Length and file as for the other blocks, and the hint: its combinations would look alike.
 void Timdc_BZ2::parmsToOstrm() {
     dcBlockTest::parmsToOstrm();
@@ -95,20 +102,23 @@ int Timdc_BZ2::readFile() {
 static bool prepareRle() {
     int size = 0;
     if (!passed(ntksRLEGetSize_BZ2_8u(&size), "ntksRLEGetSize_BZ2_8u") ||
-        !createBlock(pRLEState, size, 0) ||
+        !isSize(size, "ntksRLEGetSize_BZ2_8u") || !createBlock(pRLEState, size, 0) ||
         !passed(ntksEncodeRLEInit_BZ2_8u(pRLEState), "ntksEncodeRLEInit_BZ2_8u")) {
         return false;
     }
     srcRLELen = len;
     setCall(pSrcRLE, len, pSrcDict, maxLen);
     if (!passed(ntksEncodeRLE_BZ2_8u(&pSrc, &srcLen, pSrcDict, &dstLen, pRLEState),
-                "ntksEncodeRLE_BZ2_8u")) {
+                "ntksEncodeRLE_BZ2_8u") ||
+        !arePossible({{"destination length", dstLen, 0, maxLen}}, "ntksEncodeRLE_BZ2_8u")) {
         return false;
     }
     srcDictLen = dstLen;
     // The last run overwrites the first bytes but is counted at the end, where the bytes are zeroes
     // of the new block.
-    if (!passed(ntksEncodeRLEFlush_BZ2_8u(pDst, &dstLen, pRLEState), "ntksEncodeRLEFlush_BZ2_8u")) {
+    if (!passed(ntksEncodeRLEFlush_BZ2_8u(pDst, &dstLen, pRLEState), "ntksEncodeRLEFlush_BZ2_8u") ||
+        !arePossible({{"destination length", dstLen, 0, maxLen - srcDictLen}},
+                     "ntksEncodeRLEFlush_BZ2_8u")) {
         return false;
     }
     srcDictLen += dstLen;
@@ -124,7 +134,9 @@ static bool prepareDictionary() {
     pSrc = pSrcDict;
     srcLen = srcDictLen;
     if (!passed(ntksReduceDictionary_8u_I(inUse, pSrcDict, srcDictLen, &sizeDictionary),
-                "ntksReduceDictionary_8u_I")) {
+                "ntksReduceDictionary_8u_I") ||
+        !arePossible({{"length of the dictionary", sizeDictionary, 0, 256}},
+                     "ntksReduceDictionary_8u_I")) {
         return false;
     }
     ntksCopy_8u(pSrcDict, pSrcBWT,
@@ -135,7 +147,7 @@ static bool prepareDictionary() {
 bool Timdc_BZ2::prepareBwt() {
     int size = 0;
     if (!passed(ntksBWTFwdGetSize_8u(srcBWTLen, &size), "ntksBWTFwdGetSize_8u") ||
-        !createBlock(pBWTBuff, size, 0)) {
+        !isSize(size, "ntksBWTFwdGetSize_8u") || !createBlock(pBWTBuff, size, 0)) {
         return false;
     }
     srcMTFLen = srcBWTLen;
@@ -147,7 +159,8 @@ bool Timdc_BZ2::prepareBwt() {
     if (!m_isInverse) {
         return true;
     }
-    if (!passed(ntksBWTInvGetSize_8u(srcBWTLen, &size), "ntksBWTInvGetSize_8u")) {
+    if (!passed(ntksBWTInvGetSize_8u(srcBWTLen, &size), "ntksBWTInvGetSize_8u") ||
+        !isSize(size, "ntksBWTInvGetSize_8u")) {
         return false;
     }
     release({}, {&pBWTBuff});
@@ -157,7 +170,8 @@ bool Timdc_BZ2::prepareBwt() {
 bool Timdc_BZ2::prepareMtf() {
     int size = 0;
     if (!passed(ntksMTFGetSize_8u(&size), "ntksMTFGetSize_8u") ||
-        !createBlock(pMTFState, size, 0) || !passed(ntksMTFInit_8u(pMTFState), "ntksMTFInit_8u")) {
+        !isSize(size, "ntksMTFGetSize_8u") || !createBlock(pMTFState, size, 0) ||
+        !passed(ntksMTFInit_8u(pMTFState), "ntksMTFInit_8u")) {
         return false;
     }
     srcZ1Z2Len = srcMTFLen;
@@ -182,7 +196,9 @@ static bool prepareZ1Z2() {
     }
     setCall(pSrcZ1Z2, srcZ1Z2Len, pDstZ1Z2, maxLen >> 1);
     if (!passed(ntksEncodeZ1Z2_BZ2_8u16u(&pSrc, &srcLen, symbols(pDstZ1Z2), &dstLen, freqTable),
-                "ntksEncodeZ1Z2_BZ2_8u16u")) {
+                "ntksEncodeZ1Z2_BZ2_8u16u") ||
+        !arePossible({{"destination length", dstLen, 0, maxLen >> 1}},
+                     "ntksEncodeZ1Z2_BZ2_8u16u")) {
         return false;
     }
     dstZ1Z2Len = dstLen;
@@ -202,6 +218,7 @@ static bool prepareHuffman() {
     int size = 0;
     return passed(ntksEncodeHuffGetSize_BZ2_16u8u(blockSymbols, &size),
                   "ntksEncodeHuffGetSize_BZ2_16u8u") &&
+           isSize(size, "ntksEncodeHuffGetSize_BZ2_16u8u") &&
            createBlock(pEncodeHuffState, size, 0) &&
            passed(initHuffman(), "ntksEncodeHuffInit_BZ2_16u8u");
 }

@@ -22,6 +22,7 @@ protected:
     bool createBuffers() override;
     int readFile() override;
     bool prepare() override; // the stages in their order, below
+    dcLengths lengthsLeft() const override;
 
 private:
     bool prepareBwt();

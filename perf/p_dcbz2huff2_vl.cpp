@@ -39,6 +39,7 @@ using namespace dcbz2huff;
 static constexpr int bufferElements = 1048576;
 // That the states' sizes are asked for. Fewer than a block may have: the size is the same for all.
 static constexpr int blockSymbols = 100000;
+static constexpr int flushedBytes = 4; // that the pending bits may fill
 
 // ---- Preparation ------------------------------------------------------------------------------
 
@@ -62,7 +63,7 @@ static bool createEncoderState() {
     int size = 0;
     return passed(ntksEncodeHuffGetSize_BZ2_16u8u(blockSymbols, &size),
                   "ntksEncodeHuffGetSize_BZ2_16u8u") &&
-           createState(pEncodeHuffState, size);
+           isSize(size, "ntksEncodeHuffGetSize_BZ2_16u8u") && createState(pEncodeHuffState, size);
 }
 
 bool Timdcbz2Huff::createBuffers() {
@@ -88,6 +89,10 @@ static int widen() {
     return endOfBlock;
 }
 
+static dcLength pendingBits(int bits) {
+    return {"length of the pending bits", bits, 0, 8 * flushedBytes};
+}
+
 // The encoder is given frequencies of zero: its code tables come from the symbols alone.
 static bool packContext(int alphabet) {
     if (!passed(ntksZero_8u(reinterpret_cast<Ntk8u*>(freqTable), sizeof freqTable),
@@ -101,9 +106,12 @@ static bool packContext(int alphabet) {
     tmpLen = bufferElements;
     tmpCode = 0;
     tmpCodeLen = 0;
-    return passed(
-        ntksPackHuffContext_BZ2_16u8u(&tmpCode, &tmpCodeLen, pDst, &tmpLen, pEncodeHuffState),
-        "ntksPackHuffContext_BZ2_16u8u");
+    return passed(ntksPackHuffContext_BZ2_16u8u(&tmpCode, &tmpCodeLen, pDst, &tmpLen,
+                                                pEncodeHuffState),
+                  "ntksPackHuffContext_BZ2_16u8u") &&
+           arePossible(
+               {{"destination length", tmpLen, 0, bufferElements / 2}, pendingBits(tmpCodeLen)},
+               "ntksPackHuffContext_BZ2_16u8u");
 }
 
 static void flushBits() {
@@ -120,7 +128,10 @@ static bool encodeForDecoder() {
     pCodeLenBits = tmpCodeLen;
     if (!passed(ntksEncodeHuff_BZ2_16u8u(&pCode, &pCodeLenBits, &pSrc, &len, pDst + tmpLen, &dstLen,
                                          pEncodeHuffState),
-                "ntksEncodeHuff_BZ2_16u8u")) {
+                "ntksEncodeHuff_BZ2_16u8u") ||
+        !arePossible({pendingBits(pCodeLenBits),
+                      {"destination length", dstLen, 0, bufferElements - tmpLen - flushedBytes}},
+                     "ntksEncodeHuff_BZ2_16u8u")) {
         return false;
     }
     dstLen += tmpLen;
@@ -132,16 +143,18 @@ static bool unpackContext(int alphabet) {
     int size = 0;
     if (!passed(ntksDecodeHuffGetSize_BZ2_8u16u(blockSymbols, &size),
                 "ntksDecodeHuffGetSize_BZ2_8u16u") ||
-        !createState(pDecodeHuffState, size) ||
+        !isSize(size, "ntksDecodeHuffGetSize_BZ2_8u16u") || !createState(pDecodeHuffState, size) ||
         !passed(ntksDecodeHuffInit_BZ2_8u16u(alphabet, pDecodeHuffState),
                 "ntksDecodeHuffInit_BZ2_8u16u")) {
         return false;
     }
     tmpCode = 0;
     tmpCodeLen = 0;
-    return passed(
-        ntksUnpackHuffContext_BZ2_8u16u(&tmpCode, &tmpCodeLen, &pDst, &dstLen, pDecodeHuffState),
-        "ntksUnpackHuffContext_BZ2_8u16u");
+    return passed(ntksUnpackHuffContext_BZ2_8u16u(&tmpCode, &tmpCodeLen, &pDst, &dstLen,
+                                                  pDecodeHuffState),
+                  "ntksUnpackHuffContext_BZ2_8u16u") &&
+           arePossible({{"source length left", dstLen, 0, bufferElements}, pendingBits(tmpCodeLen)},
+                       "ntksUnpackHuffContext_BZ2_8u16u");
 }
 
 static bool prepareDecoder(int alphabet) {
@@ -180,6 +193,17 @@ bool Timdcbz2Huff::prepare() {
     dstLen = bufferElements;
     len = srcLen;
     return m_bEncode || prepareDecoder(alphabet);
+}
+
+dcLengths Timdcbz2Huff::lengthsLeft() const {
+    if (m_bEncode) {
+        return {{"source length left", len, 0, srcLen},
+                {"destination length", dstLen, 0, bufferElements},
+                pendingBits(pCodeLenBits)};
+    }
+    return {{"destination length", len, 1, bufferElements},
+            {"source length left", dstLen, 0, srcLen1},
+            pendingBits(pCodeLenBits)};
 }
 
 void Timdcbz2Huff::flushData() {

@@ -20,6 +20,7 @@ protected:
     bool createBuffers() override;
     int readFile() override;
     bool prepare() override;
+    dcLengths lengthsLeft() const override;
 };
 
 // The state that both tests share: the generated functions have no test to ask. It keeps its last

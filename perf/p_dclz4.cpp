@@ -46,7 +46,7 @@ int TimdcLZ4File::readFile() {
 static bool createHashTable() {
     int size = 0;
     return passed(ntksEncodeLZ4HashTableGetSize_8u(&size), "ntksEncodeLZ4HashTableGetSize_8u") &&
-           createState(pHashTable, size) &&
+           isSize(size, "ntksEncodeLZ4HashTableGetSize_8u") && createState(pHashTable, size) &&
            passed(ntksEncodeLZ4HashTableInit_8u(pHashTable, fileLen),
                   "ntksEncodeLZ4HashTableInit_8u");
 }
@@ -57,6 +57,8 @@ static bool createTablesHC() {
     int chainSize = 0;
     if (!passed(ntksEncodeLZ4HCHashTableGetSize_8u(&hashSize, &chainSize),
                 "ntksEncodeLZ4HCHashTableGetSize_8u") ||
+        !isSize(hashSize, "ntksEncodeLZ4HCHashTableGetSize_8u") ||
+        !isSize(chainSize, "ntksEncodeLZ4HCHashTableGetSize_8u") ||
         !createState(pHashTableHC, hashSize) || !createState(pChainTableHC, chainSize)) {
         return false;
     }
@@ -93,7 +95,8 @@ static bool encodeForDecoder() {
     encodeDstLen = comprBuf.size();
     int out = comprBuf.size();
     if (!passed(ntksEncodeLZ4_8u(bytes(fileBuf), fileLen, bytes(comprBuf), &out, pHashTable),
-                "ntksEncodeLZ4_8u")) {
+                "ntksEncodeLZ4_8u") ||
+        !arePossible({{"destination length", out, 1, comprBuf.size()}}, "ntksEncodeLZ4_8u")) {
         return false;
     }
     decodeSrcLen = out;
@@ -116,6 +119,14 @@ double TimdcLZ4::getDivisor() {
 std::optional<double> TimdcLZ4::ratio() const {
     return m_isEncoder ? static_cast<double>(encodeSrcLen) / encodeDstLen
                        : static_cast<double>(decodeDstLen) / decodeSrcLen;
+}
+
+dcLengths TimdcLZ4::lengthsLeft() const {
+    if (m_isEncoder) {
+        return {{"source length", encodeSrcLen, 1, fileLen},
+                {"destination length", encodeDstLen, 1, comprBuf.size()}};
+    }
+    return {{"destination length", decodeDstLen, 1, decomprBuf.size()}};
 }
 
 bool TimdcLZ4Dict::canStart() {
@@ -160,6 +171,14 @@ const psParameter* TimdcLZ4Dict::variant() const {
 // is compared between builds of the library.
 std::optional<double> TimdcLZ4Dict::ratio() const {
     return static_cast<double>(fileLen) / encodeDstLen;
+}
+
+// The second part of a single byte is empty.
+dcLengths TimdcLZ4Dict::lengthsLeft() const {
+    const int least = fileLen > 1 ? 1 : 0;
+    return {{"length of the first part", srcIdx, 0, fileLen},
+            {"source length", encodeSrcLen, least, fileLen},
+            {"destination length", encodeDstLen, least, comprBuf.size()}};
 }
 
 // ---- Calls and init bodies --------------------------------------------------------------------

@@ -26,6 +26,7 @@ protected:
     bool createBuffers() override;
     bool prepare() override;
     std::optional<double> ratio() const override;
+    dcLengths lengthsLeft() const override;
 
 private:
     bool m_isEncoder = false;
@@ -44,6 +45,7 @@ protected:
     bool prepare() override;
     const psParameter* variant() const override;
     std::optional<double> ratio() const override;
+    dcLengths lengthsLeft() const override;
 };
 
 // Where the dictionary of the measured call lies.

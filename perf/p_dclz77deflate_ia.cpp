@@ -12,6 +12,7 @@ constexpr int dataBytes = 102400;
 constexpr int windowSize = 32768; // and the entries of either hash table
 constexpr int hashBytes = windowSize * static_cast<int>(sizeof(Ntk32s));
 constexpr int endOfBlock = 256; // the symbol
+constexpr int mostPendingBits = 32;
 
 namespace dcdeflate {
 Ntk8u* pData = nullptr;
@@ -168,11 +169,18 @@ int Timdc_Deflate::readFile() {
 
 static bool search() {
     resetSearch(distLen);
-    if (!passed(tcall_ntksDeflateLZ77_8u(), "ntksDeflateLZ77_8u")) {
+    if (!passed(tcall_ntksDeflateLZ77_8u(), "ntksDeflateLZ77_8u") ||
+        !arePossible({{"destination length left", dstLen, 0, distLen - 1}}, "ntksDeflateLZ77_8u")) {
         return false;
     }
     distLen -= static_cast<Ntk32u>(dstLen);
     return true;
+}
+
+// What the coder leaves: bytes written, and bits that fill no byte.
+static dcLengths coded() {
+    return {{"destination index", dstIdx, 0, 2LL * dataLen},
+            {"length of the pending bits", codeLen, 0, mostPendingBits}};
 }
 
 static void putByte() {
@@ -199,11 +207,21 @@ bool Timdc_Deflate::prepare() {
         return false;
     }
     tinit_ntksDeflateHuff_8u();
-    if (!passed(tcall_ntksDeflateHuff_8u(), "ntksDeflateHuff_8u")) {
+    if (!passed(tcall_ntksDeflateHuff_8u(), "ntksDeflateHuff_8u") ||
+        !arePossible(coded(), "ntksDeflateHuff_8u")) {
         return false;
     }
     finishStream();
     return true;
+}
+
+dcLengths Timdc_Deflate::lengthsLeft() const {
+    if (functionName() == "ntksDeflateHuff_8u") {
+        return coded();
+    }
+    const bool isInflate = functionName() == "ntksInflate_8u";
+    return {{"source length left", srcLen, 0, isInflate ? huffLen : dataLen},
+            {"destination length left", dstLen, 0, isInflate ? dataLen : distLen}};
 }
 
 void Timdc_Deflate::flushData() {

@@ -22,6 +22,7 @@ protected:
     bool createBuffers() override;
     int readFile() override;
     bool prepare() override;
+    dcLengths lengthsLeft() const override;
 };
 
 // The state that the three tests share: the generated functions have no test to ask. It keeps its

@@ -50,7 +50,7 @@ static bool createEncoderState() {
     Ntk32u size = 0;
     return passed(ntksEncodeLZOGetSize(method.value(), static_cast<Ntk32u>(len), &size),
                   "ntksEncodeLZOGetSize") &&
-           createState(pState, static_cast<int>(size)) &&
+           isSize(size, "ntksEncodeLZOGetSize") && createState(pState, static_cast<int>(size)) &&
            passed(ntksEncodeLZOInit_8u(method.value(), static_cast<Ntk32u>(len), pState),
                   "ntksEncodeLZOInit_8u");
 }
@@ -59,7 +59,8 @@ static bool createEncoderState() {
 // length of the data.
 static bool encodeForDecoder() {
     if (!passed(ntksEncodeLZO_8u(pSrc, static_cast<Ntk32u>(len), pDst, &dstLen, pState),
-                "ntksEncodeLZO_8u")) {
+                "ntksEncodeLZO_8u") ||
+        !arePossible({{"destination length", dstLen, 1, maxDstLen}}, "ntksEncodeLZO_8u")) {
         return false;
     }
     maxDstLen = dstLen;
@@ -93,6 +94,14 @@ const psParameter* TimdcLZO::variant() const {
 
 std::optional<double> TimdcLZO::ratio() const {
     return static_cast<double>(len) / dstLen;
+}
+
+// A decoder's destination is the encoder's source.
+dcLengths TimdcLZO::lengthsLeft() const {
+    if (m_isEncoder) {
+        return {{"destination length", dstLen, 1, maxDstLen}};
+    }
+    return {{"destination length", srcLen, 1, maxSrcLen}};
 }
 
 // ---- Calls and init bodies --------------------------------------------------------------------

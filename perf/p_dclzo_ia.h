@@ -16,6 +16,7 @@ protected:
     long long length() const override;
     const psParameter* variant() const override;
     std::optional<double> ratio() const override;
+    dcLengths lengthsLeft() const override;
     bool createBuffers() override;
     int readFile() override;
     bool prepare() override;

@@ -46,20 +46,39 @@ int TimdcLZSS::readFile() {
 
 static bool createEncoderState() {
     int size = 0;
-    return passed(ntksLZSSGetSize_8u(&size), "ntksLZSSGetSize_8u") && createState(pState, size) &&
+    return passed(ntksLZSSGetSize_8u(&size), "ntksLZSSGetSize_8u") &&
+           isSize(size, "ntksLZSSGetSize_8u") && createState(pState, size) &&
            passed(ntksEncodeLZSSInit_8u(pState), "ntksEncodeLZSSInit_8u");
+}
+
+// What the encoder leaves: it may keep all of a short source for its flush.
+static dcLengths encoded() {
+    return {{"source length left", srcLen, 0, maxSrcLen},
+            {"destination length left", dstLen, 0, maxDstLen}};
 }
 
 // From here on maxDstLen is the compressed length, the decoder's source length.
 static bool encodeForDecoder() {
     pointToStart();
     if (!passed(ntksEncodeLZSS_8u(&pSrc, &srcLen, &pDst, &dstLen, pState), "ntksEncodeLZSS_8u") ||
-        !passed(ntksEncodeLZSSFlush_8u(&pDst, &dstLen, pState), "ntksEncodeLZSSFlush_8u")) {
+        !arePossible(encoded(), "ntksEncodeLZSS_8u") ||
+        !passed(ntksEncodeLZSSFlush_8u(&pDst, &dstLen, pState), "ntksEncodeLZSSFlush_8u") ||
+        !arePossible({{"destination length left", dstLen, 0, maxDstLen - 1}},
+                     "ntksEncodeLZSSFlush_8u")) {
         return false;
     }
     maxDstLen -= static_cast<Ntk32u>(dstLen);
     maxSrcLen = 2 * static_cast<Ntk32u>(len);
     return passed(ntksDecodeLZSSInit_8u(pState), "ntksDecodeLZSSInit_8u");
+}
+
+// A decoder's destination is the encoder's source.
+dcLengths TimdcLZSS::lengthsLeft() const {
+    if (m_isEncoder) {
+        return encoded();
+    }
+    return {{"source length left", dstLen, 0, maxDstLen},
+            {"destination length left", srcLen, 0, maxSrcLen}};
 }
 
 bool TimdcLZSS::prepare() {
@@ -83,7 +102,7 @@ double TimdcLZSS::getDivisor() {
 static Ntk32u freshCodeLength() {
     int size = 0;
     int room = 2 * len; // always enough: prepare() gives the decoder as much
-    if (ntksLZSSGetSize_8u(&size) != ntkStsNoErr) {
+    if (ntksLZSSGetSize_8u(&size) != ntkStsNoErr || size < 1) {
         return 0;
     }
     std::vector<Ntk8u> state(static_cast<std::size_t>(size));
@@ -96,7 +115,8 @@ static Ntk32u freshCodeLength() {
         ntksEncodeLZSSFlush_8u(&to, &room, state.data()) != ntkStsNoErr) {
         return 0;
     }
-    return static_cast<Ntk32u>(to - code.data());
+    const std::ptrdiff_t length = to - code.data();
+    return length >= 1 && length <= 2 * len ? static_cast<Ntk32u>(length) : 0;
 }
 
 std::optional<double> TimdcLZSS::ratio() const {

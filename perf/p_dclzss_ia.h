@@ -15,6 +15,7 @@ public:
 protected:
     long long length() const override;
     std::optional<double> ratio() const override; // of the complete stream of the data alone
+    dcLengths lengthsLeft() const override;
     bool createBuffers() override;
     int readFile() override;
     bool prepare() override;

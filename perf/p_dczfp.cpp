@@ -93,14 +93,16 @@ static void makeField() {
 
 static bool createStreamState() {
     int size = 0;
-    return passed(ntksZfpGetSize_32f(&size), "ntksZfpGetSize_32f") && createState(pState, size);
+    return passed(ntksZfpGetSize_32f(&size), "ntksZfpGetSize_32f") &&
+           isSize(size, "ntksZfpGetSize_32f") && createState(pState, size);
 }
 
 // The decoder's input, and the length that the encoder's ratio is taken from.
 static bool encodeField() {
     tinit_ntksEncodeZfp444_32f();
     return passed(tcall_ntksEncodeZfp444_32f(), "ntksEncodeZfp444_32f") &&
-           passed(ntksZfpGetLength_32f(&comprLen, pState), "ntksZfpGetLength_32f");
+           passed(ntksZfpGetLength_32f(&comprLen, pState), "ntksZfpGetLength_32f") &&
+           arePossible({{"length", comprLen, 1, comprBuf.size()}}, "ntksZfpGetLength_32f");
 }
 
 bool TimdcZfp444::canStart() {
@@ -145,6 +147,11 @@ const psParameter* TimdcZfp444::variant() const {
 
 std::optional<double> TimdcZfp444::ratio() const {
     return static_cast<double>(length()) / comprLen;
+}
+
+// The calls say nothing of lengths.
+dcLengths TimdcZfp444::lengthsLeft() const {
+    return {};
 }
 
 // Per value of the field.

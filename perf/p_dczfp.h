@@ -17,6 +17,7 @@ protected:
     psString inputName() const override;
     const psParameter* variant() const override;
     std::optional<double> ratio() const override;
+    dcLengths lengthsLeft() const override;
 };
 
 class TimdcZfpEncode444 : public TimdcZfp444 {

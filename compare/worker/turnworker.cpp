@@ -103,11 +103,14 @@ void TurnWorker::write(const psMeasurement& record) {
     m_outcome.unit = record.unit.c_str();
     m_outcome.unitsPerCall = record.unitsPerCall;
     m_outcome.values = toValues(record.values);
+    if (psIsFail(record.result) && m_status >= 0) { // impossible lengths: no status tells
+        m_outcome.values.push_back({"Result", psResultShortName(record.result)});
+    }
 }
 
 void TurnWorker::released() {
     m_isOpen = false;
-    fflush(nullptr); // why it was passed over stands in what the test has written
+    fflush(nullptr);                 // why it was passed over stands in what the test has written
     psTest::m_currentResult = PS_OK; // a failed combination must not end the test's others
     if (m_isPrepared) {
         m_channel.say(Done{m_outcome});

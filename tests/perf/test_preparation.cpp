@@ -3,51 +3,27 @@
 
 #include "family.h"
 
-#include <dlfcn.h>
-#include <sys/mman.h>
-
-#include <array>
 #include <cstring>
-#include <system_error>
 #include <vector>
 
 #include "captured.h"
+#include "patched.h"
 
 namespace {
 
-// Makes a function of the library return ntkStsBadValue at once while this lives: the first bytes
-// of its code are replaced, so that any function can fail without a stand-in of its signature.
+// Makes a function of the library return ntkStsBadValue at once.
 class FailingFunction {
 public:
-    explicit FailingFunction(const char* name) : m_code(dlsym(RTLD_DEFAULT, name)) {
-        if (!m_code) {
-            throw std::invalid_argument(std::string("the library has no ") + name);
-        }
-        memcpy(m_kept.data(), m_code, m_kept.size());
-        constexpr int status = ntkStsBadValue;
-        std::array<unsigned char, 6> code = {0xB8, 0, 0, 0, 0, 0xC3}; // mov eax, status; ret
-        memcpy(&code[1], &status, sizeof status);
-        write(code);
-    }
-    ~FailingFunction() { write(m_kept); }
-    FailingFunction(const FailingFunction&) = delete;
-    FailingFunction& operator=(const FailingFunction&) = delete;
+    explicit FailingFunction(const char* name) : m_patch(name, code()) {}
 
 private:
-    void write(const std::array<unsigned char, 6>& code) const {
-        constexpr uintptr_t pageBytes = 4096;
-        auto* const page =
-            reinterpret_cast<void*>(reinterpret_cast<uintptr_t>(m_code) / pageBytes * pageBytes);
-        constexpr size_t bytes = 2 * pageBytes; // the code may reach into the next page
-        if (mprotect(page, bytes, PROT_READ | PROT_WRITE | PROT_EXEC) != 0) {
-            throw std::system_error(errno, std::generic_category(), "mprotect");
-        }
-        memcpy(m_code, code.data(), code.size());
-        mprotect(page, bytes, PROT_READ | PROT_EXEC);
+    static std::vector<unsigned char> code() {
+        constexpr int status = ntkStsBadValue;
+        std::vector<unsigned char> bytes = {0xB8, 0, 0, 0, 0, 0xC3}; // mov eax, status; ret
+        memcpy(&bytes[1], &status, sizeof status);
+        return bytes;
     }
-
-    void* const m_code;
-    std::array<unsigned char, 6> m_kept = {};
+    const PatchedFunction m_patch;
 };
 
 struct Family {
@@ -122,9 +98,11 @@ const Unmeasurable unmeasurable[] = {
     {"ntksMTFFwd_8u", "CodeLength", "536870912", "-- CodeLength=536870912 is not within 1 to "},
     {"ntksMTFFwd_8u", "CodeFile", "/nowhere/book", "-- Can't open file /nowhere/book to read\n"},
     {"ntksEncodeHuff_BZ2_16u8u", "CodeFile", "/nowhere/book", "-- Can't open file /nowhere/book"},
-    {"ntksEncodeHuff_BZ2_16u8u", "CodeFile", "/dev/null", ""},
+    {"ntksEncodeHuff_BZ2_16u8u", "CodeFile", "/dev/null",
+     "-- Can't read file /dev/null: it is empty"},
     {"ntksInflate_8u", "CodeFile", "/nowhere/book", "-- Can't open file /nowhere/book to read\n"},
-    {"ntksInflate_8u", "CodeFile", "/dev/null", ""},
+    {"ntksInflate_8u", "CodeFile", "/dev/null", "-- Can't read file /dev/null: it is empty\n"},
+    {"ntksInflate_8u", "CodeFile", "/proc/self/mem", "/proc/self/mem: Input/output error\n"},
     {"ntksInflate_8u", "comprLevel", "0", "ntksDeflateLZ77_8u"}, // the search refuses them
     {"ntksInflate_8u", "comprLevel", "10", "ntksDeflateLZ77_8u"},
     {"ntksEncodeLZ4_8u", "CodeLength", "0", "-- CodeLength=0 is not within 1 to "},

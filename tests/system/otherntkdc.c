@@ -1,6 +1,7 @@
-/* A second, tiny build of the compression library: every function answers at once. Two variables of
- * the environment name functions that misbehave, as a faulty build may.
+/* A second, tiny build of the compression library: every function answers at once. Variables of the
+ * environment name functions that misbehave, as a faulty build may.
  */
+#include <locale.h>
 #include <signal.h>
 #include <stdlib.h>
 #include <string.h>
@@ -17,7 +18,16 @@ static int isNamed(const char* variable, const char* function) {
     return names && strstr(names, function);
 }
 
+/* The locale that OTHER_NTKDC_LOCALE names becomes that of the process. */
+static void chooseLocale(void) {
+    const char* const name = getenv("OTHER_NTKDC_LOCALE");
+    if (name && !setlocale(LC_ALL, name)) {
+        abort();
+    }
+}
+
 static NtkStatus answer(const char* function) {
+    chooseLocale();
     if (isNamed("OTHER_NTKDC_FAULTS", function)) {
         raise(SIGSEGV);
     }
@@ -69,10 +79,11 @@ NtkStatus ntksEncodeLZ4HCHashTableInit_8u(Ntk8u** ppHashTables) {
     return answer(__func__);
 }
 
-/* Every block of this build is half as long as its source. */
+/* Every block of this build is half as long as its source, or as OTHER_NTKDC_LENGTH says. */
 static NtkStatus shorten(int srcLen, Ntk8u* pDst, int* pDstLen, const char* function) {
+    const char* const length = getenv("OTHER_NTKDC_LENGTH");
     *pDst = 0;
-    *pDstLen = srcLen / 2 + 1;
+    *pDstLen = length ? atoi(length) : srcLen / 2 + 1;
     return answer(function);
 }
 

@@ -89,9 +89,7 @@ void psCStream::lineOut(int columns) {
     tableOut(columns);
     m_lineCount++;
     if (m_identicalColumns > 0) {
-        for (int i = 0; i < maxColumns; ++i) {
-            m_collected[i].append(m_cells[i]);
-        }
+        m_watched.add(m_lineCount, m_cells, m_identicalColumns);
     }
     tableFlush();
 }
@@ -151,13 +149,11 @@ void psCStream::close() {
 
 void psCStream::identicalLinesStart(int columns) {
     m_identicalColumns = std::clamp(columns, 0, maxColumns);
-    for (psStringList& column : m_collected) {
-        column.clear();
-    }
+    m_watched.clear();
 }
 
 bool psCStream::identicalLinesStop() {
-    if (m_identicalColumns == 0 || m_collected[0].empty()) {
+    if (m_identicalColumns == 0 || m_watched.empty()) {
         return false;
     }
     const bool found = identicalLinesCheck();
@@ -174,55 +170,8 @@ bool psCStream::identicalColms(const psString* a, const psString* b, int n) {
     return true;
 }
 
-namespace {
-// What the duplicate check compares of an emitted line.
-struct Line {
-    int number; // in the file
-    psString cells[psCStream::maxColumns];
-};
-
-struct LinePair {
-    int first, second; // line numbers; 0 when there is no pair
-};
-} // namespace
-
-// The pair that comes first when every line is compared with all later ones in order: the
-// smallest first line, and the next line equal to it. Sorting (which keeps equal lines in order)
-// finds it without comparing all pairs.
-static LinePair firstIdenticalPair(psList<Line>& lines, int columns) {
-    lines.sort([columns](const Line& a, const Line& b) {
-        int difference = 0;
-        for (int i = 0; i < columns && difference == 0; ++i) {
-            difference = a.cells[i].compare(b.cells[i]);
-        }
-        return difference < 0;
-    });
-    LinePair best = {0, 0};
-    const Line* previous = nullptr;
-    for (const Line& line : lines) {
-        const bool equal =
-            previous && psCStream::identicalColms(previous->cells, line.cells, columns);
-        if (equal && (best.first == 0 || previous->number < best.first)) {
-            best = {previous->number, line.number};
-        }
-        previous = &line;
-    }
-    return best;
-}
-
 bool psCStream::identicalLinesCheck() const {
-    psList<Line> lines;
-    int number = m_lineCount - m_collected[0].count();
-    for (const psString& cell : m_collected[0]) {
-        lines.append({++number, {cell}});
-    }
-    for (int i = 1; i < m_identicalColumns; ++i) {
-        auto line = lines.begin();
-        for (const psString& cell : m_collected[i]) {
-            (line++)->cells[i] = cell;
-        }
-    }
-    const LinePair pair = firstIdenticalPair(lines, m_identicalColumns);
+    const psEqualLines::Pair pair = m_watched.firstPair();
     if (pair.first == 0) {
         return false;
     }

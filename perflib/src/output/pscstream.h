@@ -1,5 +1,6 @@
 #pragma once
 
+#include "psequallines.h"
 #include "psstream.h"
 
 // The performance table: one line of comma-separated cells per measured case, written to every
@@ -53,7 +54,7 @@ private:
     int m_nextColumn = 0;
     int m_lineCount = 0;
     int m_identicalColumns = 0;
-    psStringList m_collected[maxColumns];
+    psEqualLines m_watched;
     psStringList m_postponed[maxColumns];
 };
 

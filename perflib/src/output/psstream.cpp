@@ -3,10 +3,12 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <fcntl.h>
 #include <stdio_ext.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "psfileopen.h"
 #include "psostream.h"
 
 psString psOpenModeText(int mode) {
@@ -66,11 +68,11 @@ void psCloseFilesSince(unsigned mark) {
     }
 }
 
-static FILE* openFile(const psString& name, int mode) {
+static FILE* openFile(const psString& name, int mode, psString& reason) {
     if (name.empty()) {
         return nullptr;
     }
-    FILE* const file = fopen(name.c_str(), psOpenModeText(mode).c_str());
+    FILE* const file = psOpenFile(name, mode, reason);
     if (file && isDirectory(file)) {
         fclose(file);
         return nullptr;
@@ -85,20 +87,24 @@ bool psIsMissing(const psString& name) {
     return access(name.c_str(), F_OK) != 0 && errno == ENOENT;
 }
 
-void psReportOpenFailure(const psString& name, int mode) {
+void psReportOpenFailure(const psString& name, int mode, const psString& reason) {
     g_ostrm << PS_ERR;
     if (name.empty()) {
         g_ostrm << "-- Can't open file. Wrong filename (NULL) ";
     } else {
         g_ostrm << "-- Can't open file " << name;
     }
-    g_ostrm << (mode & PS_OPEN_WRITE ? " to write" : " to read") << "\n" << PS_END_FLUSH;
+    g_ostrm << (mode & PS_OPEN_WRITE ? " to write" : " to read")
+            << (reason.empty() ? reason : ": " + reason) << "\n"
+            << PS_END_FLUSH;
 }
 
 io_stream::io_stream(const psString& name, int mode, bool report)
-    : m_file(openFile(name, mode)), m_mode(mode | PS_OPEN_FILE), m_name(name) {
+    : m_mode(mode | PS_OPEN_FILE), m_name(name) {
+    psString reason;
+    m_file = openFile(name, mode, reason);
     if (!m_file && report) {
-        psReportOpenFailure(name, mode);
+        psReportOpenFailure(name, mode, reason);
     }
 }
 
@@ -143,6 +149,22 @@ int i_stream::read(void* buffer, int length) {
 
 bool i_stream::failed() const {
     return !m_file || ferror(m_file) != 0;
+}
+
+bool i_stream::isWrittenHere() const {
+    struct stat own;
+    if (!m_file || fstat(fileno(m_file), &own) != 0 || !S_ISREG(own.st_mode)) {
+        return false;
+    }
+    for (const OpenFile& open : openFiles()) {
+        struct stat other;
+        const bool isSame = fstat(fileno(open.file), &other) == 0 && other.st_dev == own.st_dev &&
+                            other.st_ino == own.st_ino;
+        if (isSame && (fcntl(fileno(open.file), F_GETFL) & O_ACCMODE) != O_RDONLY) {
+            return true;
+        }
+    }
+    return false;
 }
 
 o_stream::o_stream(const psString& name, int mode, bool report)

@@ -19,8 +19,9 @@ psString psOpenModeText(int mode);
 // Whether there is no file of that name; false also for one that only cannot be reached.
 bool psIsMissing(const psString& name);
 
-// Reports as an error that the file cannot be opened, to write or to read as mode says.
-void psReportOpenFailure(const psString& name, int mode);
+// Reports as an error that the file cannot be opened, to write or to read as mode says, and why
+// where a reason is given.
+void psReportOpenFailure(const psString& name, int mode, const psString& reason = {});
 
 // Wrapper of a C file. A file that cannot be opened (a directory counts as one) is reported to
 // g_ostrm with its name, when report is set; the stream then has no file. Owns and closes its
@@ -64,6 +65,8 @@ public:
     int read(void* buffer, int length);
     // Whether there is no file or a read of it failed, so that the end came too early.
     bool failed() const;
+    // Whether this program has the same regular file open to write.
+    bool isWrittenHere() const;
 
 private:
     bool m_isBegun = false; // a line has been read

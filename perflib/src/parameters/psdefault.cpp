@@ -1,15 +1,17 @@
 #include "psdefault.h"
 
+#include <string>
+
 #include "psiterator.h"
 
 psString psJoined(const psStringList& texts, const char* separator) {
-    psString joined;
+    std::string joined; // grows by doubling: a list may have a hundred thousand values
     const char* between = "";
     for (const psString& text : texts) {
-        joined << between << text;
+        joined.append(between).append(text.c_str());
         between = separator;
     }
-    return joined;
+    return joined.c_str();
 }
 
 template class psDefault_NSC<int>;

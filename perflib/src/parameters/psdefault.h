@@ -66,7 +66,6 @@ public:
     void addTo(psNamedValues& values) const override {
         if constexpr (std::is_arithmetic_v<T> && !std::is_same_v<T, bool>) {
             if (isTypedAsNumber() && !name().empty()) {
-
                 values.add(name(), value());
                 return;
             }

@@ -7,8 +7,9 @@ class psFileIterator : public psIterator<psString> {
 public:
     using psIterator<psString>::psIterator;
 
-    // Reads at most length bytes of the current file into buffer; returns the bytes read. 0 when
-    // the file cannot be opened (reported), and, with a divisor other than 0, when the file gave
+    // Reads at most length (1 or more) bytes of the current file into buffer; returns the bytes
+    // read. 0 (reported) when the file cannot be read, is empty or an output of this program, and,
+    // with a divisor other than 0, when the file gave
     // no more than length / divisor bytes: a longer length would then measure the same bytes
     // again.
     int readData(void* buffer, int length, int divisor) const;

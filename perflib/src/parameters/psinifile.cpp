@@ -136,6 +136,9 @@ static void writeValues(psAtomicFile& file, const psValues& values) {
     }
 }
 
+// A byte order mark. A key begins with one where something stood in front of it in the file.
+static constexpr const char* mark = "\xEF\xBB\xBF";
+
 bool psIniFile::updateFile() {
     if (!m_modified) {
         return true;
@@ -144,6 +147,9 @@ bool psIniFile::updateFile() {
         return false;
     }
     psAtomicFile file(m_name);
+    if (!m_strayValues.empty() && onOneLine(m_strayValues.front()->m_key).startsWith(mark)) {
+        file.write(mark); // the one that reading takes off
+    }
     writeValues(file, m_strayValues);
     for (const psSectionItem* section : m_sections) {
         file.write("\n[" + onOneLine(section->m_name) + "]\n");

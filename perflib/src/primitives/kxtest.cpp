@@ -33,6 +33,18 @@ psResult kxTest::checkStatus(int status, const psString& name) {
     return result;
 }
 
+bool kxTest::isPossible(long long length, long long least, long long most, const char* what,
+                        const psString& function) {
+    if (length >= least && length <= most) {
+        return true;
+    }
+    g_ostrm << psResultLevel(PS_FUNC_FAIL) << "--NTK FAIL. " << what << " = " << length << " in "
+            << function << ": not within " << least << " to " << most << "\n"
+            << PS_END;
+    raiseResult(PS_FUNC_FAIL);
+    return false;
+}
+
 void kxTest::regCacheParm(psIterator<NtkiSize>& size, psObject& image,
                           psCacheIterator::Setter setter) {
     regCacheSize(size, &image, setter);

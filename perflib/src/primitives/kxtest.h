@@ -41,6 +41,10 @@ public:
     // and raises the running test's result. name: the function called; empty: not printed.
     static psResult checkStatus(int status, const psString& name);
     psResult checkStatus(int status) const { return checkStatus(status, m_func.name()); }
+    // Whether the library left a length that is possible; one outside least to most is printed,
+    // with what it is the length of, as an error of the function, and raises the result as one.
+    static bool isPossible(long long length, long long least, long long most, const char* what,
+                           const psString& function);
 
     static bool m_checkErrorsOnly; // warnings are passed over; cleared when a test starts
 

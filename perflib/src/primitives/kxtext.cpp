@@ -6,6 +6,7 @@
 
 #include "kxelement.h"
 #include "kxvector.h"
+#include "psplainlocale.h"
 
 namespace {
 
@@ -30,6 +31,7 @@ template <> constexpr Column columnOf<double>{"%20.12g", 20};
 // Writes component i and a zero byte; returns the end of the text.
 template <class T> char* writeComponent(char* to, const void* data, int i) {
     constexpr Column column = columnOf<T>;
+    const psPlainLocale plain;
     std::snprintf(to, static_cast<size_t>(column.width) + 1, column.format, kxLoad<T>(data, i));
     return to + column.width;
 }

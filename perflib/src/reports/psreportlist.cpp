@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <initializer_list>
+#include <string_view>
+#include <unordered_set>
 
 #include "psbase.h"
 #include "pstest.h"
@@ -31,14 +33,8 @@ bool isService(const psString& function) {
     return false;
 }
 
-bool contains(const psStringList& list, const psString& text) {
-    for (const psString& item : list) {
-        if (item == text) {
-            return true;
-        }
-    }
-    return false;
-}
+// To be asked once for each of ten thousand tests.
+using Names = std::unordered_set<std::string_view>;
 
 psStringList row(std::initializer_list<psString> cells) {
     psStringList list;
@@ -126,17 +122,17 @@ void psReportList::addTests(const psTestList& tests, const psConditions& conditi
 }
 
 void psReportList::addFunctions(const psTestList& tests) {
-    psStringList covered;
+    Names covered;
     for (const psTest* test : tests) {
         if (test) {
-            covered.append(test->functionName());
+            covered.insert(test->functionName().c_str());
         }
     }
     psList<psStringList> rows;
     rows.append(row({"   #", "Function", "Exist"}));
     for (const psString& name :
          createFuncList(g_pLibFunctions ? *g_pLibFunctions : psStringList())) {
-        rows.append(row({psText(rows.count()), name, contains(covered, name) ? "+" : ""}));
+        rows.append(row({psText(rows.count()), name, covered.contains(name.c_str()) ? "+" : ""}));
     }
     m_lines.append("");
     addTable(rows);
@@ -146,8 +142,10 @@ void psReportList::addFunctions(const psTestList& tests) {
 }
 
 void psReportList::addNames(const psTestList& tests, const psConditions& conditions) {
+    Names listed;
     for (psTest* test : tests) {
-        if (test && test->tobeRun(conditions) && !contains(m_lines, test->functionName())) {
+        if (test && test->tobeRun(conditions) &&
+            listed.insert(test->functionName().c_str()).second) {
             m_lines.append(test->functionName());
             m_rows.append(row({test->functionName()}));
         }

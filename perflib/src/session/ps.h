@@ -140,6 +140,7 @@ private:
     void setDirectories();
     void setExitLevel();
     void readArgumentFiles();
+    void noteInputFiles();
     void applyCommands();
     void applyCommand(const psCommandKey& command);
     bool openSettings();

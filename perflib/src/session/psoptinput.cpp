@@ -46,20 +46,9 @@ void addAsk(const psString& argument, psSession* session) {
     session->addAskMode(askModeOf(argument));
 }
 
-// False when argument is no <name>=<value>.
-bool splitPreset(const psString& argument, psString& name, psString& value) {
-    const int equals = argument.find("=");
-    if (equals == psString::npos) {
-        return false;
-    }
-    name = argument.substr(0, equals).trimmed();
-    value = argument.substr(equals + 1).trimmed();
-    return !name.empty();
-}
-
 psString presetInfo(const psString& argument) {
     psString name, value;
-    if (!splitPreset(argument, name, value)) {
+    if (!psSplitPreset(argument, name, value)) {
         return "ignored: incorrect parameter setting, <name>=<value> is expected";
     }
     return isOnlyWriting()
@@ -69,7 +58,7 @@ psString presetInfo(const psString& argument) {
 
 void setPreset(const psString& argument, psSession*) {
     psString name, value;
-    if (splitPreset(argument, name, value)) {
+    if (psSplitPreset(argument, name, value)) {
         g_istrm.preset(name, value);
     }
 }
@@ -84,10 +73,10 @@ psString readIniInfo(const psString& argument) {
            (psIsMissing(path) ? ": there is no such file" : "");
 }
 
-// The use by the shell or "-@" of a file that would be replaced.
+// The use by the shell, "-@" or the tests of a file that would be replaced.
 const psFileUses::Use* useAgainstWriting(const psString& path) {
     const psFileUses::Use* const use = psUseOfFile(path);
-    return use && (use->key == '@' || use->key == 0) ? use : nullptr;
+    return use && (use->key == '@' || use->key == 0 || use->purpose == psInputUse) ? use : nullptr;
 }
 
 psString writeIniInfo(const psString& argument) {

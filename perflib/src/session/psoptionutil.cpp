@@ -41,6 +41,16 @@ bool psIsKeyGiven(char key) {
     return pSession && pSession->keys().isGiven(key);
 }
 
+bool psSplitPreset(const psString& argument, psString& name, psString& value) {
+    const int equals = argument.find("=");
+    if (equals == psString::npos) {
+        return false;
+    }
+    name = argument.substr(0, equals).trimmed();
+    value = argument.substr(equals + 1).trimmed();
+    return !name.empty();
+}
+
 const psFileUses::Use* psUseOfFile(const psString& path) {
     return pSession ? pSession->fileUses().find(path) : nullptr;
 }

@@ -56,6 +56,12 @@ constexpr const char* psIgnoredLoopsText = "ignored: incorrect number of loops";
 // Whether the command line of the running session has the key.
 bool psIsKeyGiven(char key);
 
+// Name and value of a "-d" key; false when argument is no <name>=<value>.
+bool psSplitPreset(const psString& argument, psString& name, psString& value);
+
+// What the files of the parameters registered with psRegInputParm are used for.
+constexpr const char* psInputUse = "the input data of the tests";
+
 // What the file is already used for; null when it is free.
 const psFileUses::Use* psUseOfFile(const psString& path);
 

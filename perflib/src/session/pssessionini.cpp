@@ -1,5 +1,8 @@
 // The settings file of a session, and warnings of names that nothing reads.
 
+#include <string_view>
+#include <unordered_set>
+
 #include "ps.h"
 #include "psistream.h"
 #include "pstest.h"
@@ -52,25 +55,25 @@ static void warnUnusedValues(const psValues& values, const psString& place, cons
     }
 }
 
-static bool isTestFunction(const psString& name) {
+static std::unordered_set<std::string_view> testFunctions() {
+    std::unordered_set<std::string_view> names;
     for (const psTest* const test : *pTestList) {
-        if (test->functionName() == name) {
-            return true;
-        }
+        names.insert(test->functionName().c_str());
     }
-    return false;
+    return names;
 }
 
 // Sections of tests that were not run are passed over: a settings file serves any selection. One
 // that no test can have is a mistake.
 void psSession::warnUnusedSettings() {
     const psIniFile& ini = g_istrm.settings();
+    const auto functions = testFunctions();
     warnUnusedValues(ini.strayValues(), "before the first section", "and is not used");
     for (const psSectionItem* const section : ini.sections()) {
         if (section->m_read) {
             warnUnusedValues(section->m_values, "in section " + section->m_name,
                              "but no test asked for it");
-        } else if (!isTestFunction(section->m_name)) {
+        } else if (!functions.contains(section->m_name.c_str())) {
             g_ostrm << PS_WARN << "-- Section " << section->m_name << " was found in ini-file "
                     << ini.name() << " but no test has this name\n"
                     << PS_END;

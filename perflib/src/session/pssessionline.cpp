@@ -113,6 +113,7 @@ void psSession::readArgumentFiles() {
     if (!m_commands.expandFiles()) {
         m_unopenedFile = true;
     }
+    noteInputFiles(); // first: "-I" may name one of them
     for (const psCommandKey& command : m_commands) {
         if (command.key() == 'i' || command.key() == 'I') {
             m_fileUses.add(genInPath(command.arg(), ".ini"), "PS parameters", command.key());

@@ -1,5 +1,8 @@
 #include "psbase.h"
 
+#include <string>
+#include <unordered_set>
+
 // Plain pointers without initialisers to run: they are null before the first static initialiser
 // of any file, and the first call that needs a list makes it.
 constinit psTestList* pTestList = nullptr;
@@ -15,6 +18,7 @@ constinit psStringList* g_pLibInfo = nullptr;
 constinit psStringList* g_pLibFunctions = nullptr;
 constinit psStringList* g_pParmColumns = nullptr;
 constinit psList<psRecordWriter*>* g_pRecordWriters = nullptr;
+constinit psList<psInputParm>* g_pInputParms = nullptr;
 
 namespace {
 
@@ -33,6 +37,31 @@ void appendOnce(psStringList& list, const psString& text) {
     }
     list.append(text);
 }
+
+// The names of a list, so that adding one does not walk over the others.
+class ListedNames {
+public:
+    void appendOnce(psStringList& list, const psString& name) {
+        if (&list != m_list || static_cast<size_t>(list.count()) != m_names.size()) {
+            index(list);
+        }
+        if (m_names.insert(name.c_str()).second) {
+            list.append(name);
+        }
+    }
+
+private:
+    void index(const psStringList& list) {
+        m_list = &list;
+        m_names.clear();
+        for (const psString& name : list) {
+            m_names.insert(name.c_str());
+        }
+    }
+
+    const psStringList* m_list = nullptr;
+    std::unordered_set<std::string> m_names;
+};
 
 } // namespace
 
@@ -80,7 +109,8 @@ void psRegLibInfo(const psString& info) {
 }
 
 void psRegLibFunction(const psString& name) {
-    appendOnce(made(g_pLibFunctions), name);
+    static auto& names = *new ListedNames; // outlives whoever registers
+    names.appendOnce(made(g_pLibFunctions), name);
 }
 
 void psRegParmColumn(const psString& name) {
@@ -89,4 +119,8 @@ void psRegParmColumn(const psString& name) {
 
 void psRegRecordWriter(psRecordWriter& writer) {
     made(g_pRecordWriters).append(&writer);
+}
+
+void psRegInputParm(const psString& name, const psStringList& files) {
+    made(g_pInputParms).append({name, files});
 }

@@ -33,6 +33,14 @@ void psRegLibFunction(const psString& name);
 // a few unnamed ones.
 void psRegParmColumn(const psString& name);
 void psRegRecordWriter(psRecordWriter& writer);
+// The values of the parameter are names of files that tests read, these if the user gives no
+// others: no output of a session may be one of them.
+void psRegInputParm(const psString& name, const psStringList& files);
+
+struct psInputParm {
+    psString name;
+    psStringList files;
+};
 
 extern psTestList* pTestList;
 extern psList<psParameter*>* g_pParmList;
@@ -47,3 +55,4 @@ extern psStringList* g_pLibInfo;
 extern psStringList* g_pLibFunctions;
 extern psStringList* g_pParmColumns;
 extern psList<psRecordWriter*>* g_pRecordWriters; // null: none
+extern psList<psInputParm>* g_pInputParms;        // null: none

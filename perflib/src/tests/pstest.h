@@ -108,6 +108,9 @@ public:
     // apart or came out of them, under the names of the registered table columns ("Length",
     // "Ratio"). A test that adds nothing has its parameters in the columns, in their order.
     virtual void addValues(psNamedValues&) {}
+    // Asked after a measurement that did not fail: whether what its calls left is possible. What is
+    // not, is printed as a failure of the measured function: nothing must be computed from it.
+    virtual bool hasPossibleResult() { return true; }
 
     const psString& functionName() const { return m_function; }
     const psString& sourceName() const { return m_source; }

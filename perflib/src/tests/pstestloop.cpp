@@ -135,7 +135,10 @@ bool psTest::validCacheSize() {
 void psTest::measureCombination() {
     printAllMemoryBlocks("before function calls");
     initCtrlStatus();
-    const psResult r = timedResult();
+    psResult r = timedResult();
+    if (r != PS_UNDEFINED && !psIsFail(r) && !hasPossibleResult()) {
+        r = PS_FUNC_FAIL;
+    }
     if (r == PS_UNDEFINED) {
         g_ostrm << PS_ERR
                 << "-- Internal test problem: runTiming() function returns undefined result\n"

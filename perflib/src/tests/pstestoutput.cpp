@@ -2,6 +2,8 @@
 
 #include "pstest.h"
 
+#include <cmath>
+
 #include "psbase.h"
 #include "pscacheiterator.h"
 #include "pscstream.h"
@@ -35,7 +37,8 @@ psString psTest::testResultString() {
         text += "acc=" + sFormat(psTool::getAccuracyStr(m.times.accuracy), 5);
     }
     text += sFormat(" " + m.unit, -10);
-    text += "perf=" + sFormat(m.clocksPerUnit(), 8) + " clocks";
+    const double clocks = m.clocksPerUnit(); // of a call on no units there are none
+    text += "perf=" + sFormat(std::isfinite(clocks) ? psText(clocks) : "-", 8) + " clocks";
     return text;
 }
 

@@ -1,4 +1,5 @@
-// Conversions between strings and values: printf formats out, sscanf formats in.
+// Conversions between strings and values: printf formats out, sscanf formats in, whatever locale
+// the measured library sets.
 #include "psstring.h"
 
 #include <cerrno>
@@ -7,6 +8,8 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+
+#include "psplainlocale.h"
 
 namespace {
 
@@ -28,6 +31,7 @@ psString psFormat(const char* format, ...) {
     va_start(arguments, format);
     va_list again;
     va_copy(again, arguments);
+    const psPlainLocale plain;
     const int length = std::vsnprintf(shortText, sizeof shortText, format, arguments);
     psString text;
     if (length >= 0 && length < static_cast<int>(sizeof shortText)) {
@@ -115,6 +119,7 @@ void operator<<(unsigned long long& value, const psString& s) {
 }
 
 void operator<<(double& value, const psString& s) {
+    const psPlainLocale plain;
     setBadFrom(s, std::sscanf(s.c_str(), "%lf", &value));
 }
 
@@ -157,6 +162,7 @@ bool psIsNumber(const psString& s, int) {
 }
 
 bool psIsNumber(const psString& s, double) {
+    const psPlainLocale plain;
     char* end = nullptr;
     errno = 0;
     std::strtod(s.c_str(), &end);

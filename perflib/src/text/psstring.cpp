@@ -9,6 +9,7 @@
 #include <functional>
 
 #include "psparse.h"
+#include "psplainlocale.h"
 
 namespace {
 
@@ -248,6 +249,7 @@ psString psString::trimmed() const {
 }
 
 psString psString::toLower() const {
+    const psPlainLocale plain;
     psString lower(*this);
     for (int i = 0; i < lower.m_length; ++i) {
         lower.at(i) = static_cast<char>(std::tolower(static_cast<unsigned char>(lower[i])));

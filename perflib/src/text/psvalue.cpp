@@ -1,6 +1,12 @@
 #include "psvalue.h"
 
+#include <cmath>
+
 psString psValueText(const psValue& value) {
+    const double* const number = std::get_if<double>(&value);
+    if (number && !std::isfinite(*number)) {
+        return "-";
+    }
     return std::visit([](const auto& v) { return psText(v); }, value);
 }
 

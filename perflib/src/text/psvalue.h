@@ -9,7 +9,7 @@
 // table writes text(), another format the number.
 using psValue = std::variant<long long, double, psString>;
 
-psString psValueText(const psValue& value); // as the text stream writes it: "%lld", "%.3g"
+psString psValueText(const psValue& value); // "%lld", "%.3g"; "-" for what is no number
 
 struct psNamedValue {
     psString name;

@@ -23,6 +23,9 @@ psString clockStr(long long clocks) {
 }
 
 psString psAccuracyText(double accuracy) {
+    if (!std::isfinite(accuracy)) { // of runs without a clock
+        return "-";
+    }
     const double percent = accuracy * 100;
     const psString text = psFormat(percent < 0.1 ? "%.2f%c" : "%.1f%c", percent, '%');
     return text.length() > 17 ? text.substr(0, 17) : text;

@@ -1,5 +1,7 @@
 #include "pscstream.h"
 
+#include <malloc.h>
+
 #include <gtest/gtest.h>
 
 #include "files.h"
@@ -134,6 +136,20 @@ TEST_F(Table, TheFirstPairWithEqualParametersIsReported) {
         g_ostrm.close();
     }
 }
+
+#ifndef __SANITIZE_ADDRESS__ // it counts in its own way
+TEST_F(Table, AWatchedLineCostsAFewBytes) {
+    constexpr int lines = 100000;
+    m_table.identicalLinesStart(psCStream::maxColumns);
+    const size_t before = mallinfo2().uordblks + mallinfo2().hblkhd;
+    for (int i = 0; i < lines; ++i) {
+        fill({psText(i).c_str(), "a name of a file", "x"});
+        m_table.lineOut(0);
+    }
+    EXPECT_LT(mallinfo2().uordblks + mallinfo2().hblkhd - before, 64u * lines);
+    EXPECT_FALSE(m_table.identicalLinesStop());
+}
+#endif
 
 TEST_F(Table, PostponedLinesAreWatchedWhenTheyComeOut) {
     m_table.identicalLinesStart(1);

@@ -50,6 +50,19 @@ TEST_F(IniFile, LinesAreReadAndWrittenBack) {
 }
 
 // The cost of a line grew with the number of lines: these took longer than a test may.
+// Where something stood in front of the mark, it is no mark but the beginning of a name.
+TEST_F(IniFile, AMarkThatIsNoneStays) {
+    using namespace std::string_literals;
+    const std::string mark = "\xEF\xBB\xBF";
+    for (const std::string& before : {"\0"s, "\0\0"s, " "s, "\n"s, mark, mark + mark, "\r"s}) {
+        const std::string text = rewritten(before + mark + "x=1\n[a]\ny=2\n");
+        EXPECT_TRUE(text.starts_with(mark + mark)) << text;
+        EXPECT_TRUE(text.ends_with("x=1\n\n[a]\ny=2\n")) << text;
+        EXPECT_EQ(rewritten(text), text);
+    }
+    EXPECT_EQ(rewritten(mark + "x=1\n"), "x=1\n");
+}
+
 TEST_F(IniFile, ManyLinesAreRead) {
     constexpr int count = 100000;
     std::string text;

@@ -219,6 +219,17 @@ TEST(MapIterator, NamesMayBeAbbreviated) {
     EXPECT_STREQ(hint.prompt().c_str(), "Hint");
 }
 
+TEST(MapIterator, NumbersMayHaveNames) {
+    psMapIterator<int> level(3, "Level");
+    level.addMap("Fast", 1);
+    level.addMap("Best", 9);
+    EXPECT_EQ(rejection(level, "best;f"), "");
+    EXPECT_EQ(valuesOf(level), "Best Fast");
+    for (const char* const text : {"1", "9", "Fast1", "0x1"}) {
+        EXPECT_NE(rejection(level, text), "") << text;
+    }
+}
+
 TEST(MapIterator, ValidationListNarrowsTheNames) {
     psMapIterator<Hint> hint;
     addHints(hint);

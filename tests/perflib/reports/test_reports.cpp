@@ -108,6 +108,22 @@ TEST(Reports, ListOfTestsAndFunctions) {
     }
 }
 
+// In quadratic time this would take hours.
+TEST(Reports, VeryManyTestsAreListed) {
+    constexpr int many = 200000;
+    psTestList tests;
+    const Aside functions(g_pLibFunctions);
+    for (int i = 0; i < many; ++i) {
+        const psString name = "ntksFunction" + psText(i);
+        tests.append(new PlainTest(name, "", "p_a.cpp"));
+        psRegLibFunction(name);
+    }
+    EXPECT_EQ(psReportList(tests, {}, -1).lines().count(), many);
+    const psReportList list(tests, {}, 1);
+    EXPECT_EQ(list.rows().count(), 2 * (many + 1));
+    EXPECT_STREQ(list.rows().back().back().c_str(), "+");
+}
+
 TEST(Reports, ServicesAreNoFunctionsToMeasure) {
     const psString functions = "xEncode xGet_8u xSet_8u xGetGet_8u xfree xget xSet_Get_8u";
     const psString services = " xInit xClose xAlloc xMalloc xFree xPutVal xRotateCenter xDrawText"

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <locale.h>
+
 #include <cstdint>
 #include <string>
 
@@ -201,6 +203,17 @@ TEST(Convert, ReadersOfNumbers) {
     void* address = nullptr;
     address << psString("0xAB12");
     EXPECT_EQ(str(psText(address)), "AB12");
+}
+
+// In a thread that chose a locale, as after setlocale(), which chooses for those that did not.
+TEST(Convert, TheThreadKeepsItsLocale) {
+    const locale_t other = newlocale(LC_ALL_MASK, "C.utf8", nullptr);
+    const locale_t before = uselocale(other);
+    double number = 0;
+    number << psText(0.25);
+    EXPECT_EQ(uselocale(before), other);
+    EXPECT_EQ(number, 0.25);
+    freelocale(other);
 }
 
 TEST(Convert, ReadersOfBool) {
