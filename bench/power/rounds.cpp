@@ -76,14 +76,14 @@ std::string Rounds::runPlain(const fs::path& side, const std::vector<std::string
 }
 
 std::string Rounds::runCompare(const std::vector<std::string>& options,
-                               const std::vector<std::string>& behind) const {
+                               const std::vector<std::string>& keysBehind) const {
     const fs::path out = m_folder / "compared.json";
     Program program{{m_programs / "ntkcompare", "--quiet", "--json", out.string(), "--cpu",
                      std::to_string(m_options.cpu)}};
     auto& words = program.words;
     words.insert(words.end(), options.begin(), options.end());
     words.insert(words.end(), {m_base.string(), m_changed.string(), "--"});
-    words.insert(words.end(), behind.begin(), behind.end());
+    words.insert(words.end(), keysBehind.begin(), keysBehind.end());
     runProgram(program, 1); // 1: something is slower
     return contentOf(out);
 }

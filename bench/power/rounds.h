@@ -30,7 +30,7 @@ private:
     void setLevel(double level, int length) const; // in the folder that is slowed
     std::vector<std::string> keys(const std::vector<std::string>& functions, int length) const;
     std::string runCompare(const std::vector<std::string>& options,
-                           const std::vector<std::string>& keys) const; // gives the JSON
+                           const std::vector<std::string>& keysBehind) const; // gives the JSON
     std::string runPlain(const std::filesystem::path& side, const std::vector<std::string>& options,
                          int length) const;
     void say(const std::string& what) const;
