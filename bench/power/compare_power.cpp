@@ -8,6 +8,7 @@
 
 #include <unistd.h>
 
+#include <csignal>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -75,6 +76,7 @@ int main(int argc, char** argv) {
     if (!readOptions(argc, argv, options, status)) {
         return status;
     }
+    std::signal(SIGINT, SIG_IGN); // the program that runs ends, then this one cleans up
     try {
         const Folder folder;
         const std::string file = options.results.empty() ? (folder.path() / "results").string()

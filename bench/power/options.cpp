@@ -51,7 +51,8 @@ void describe(CLI::App& app, PowerOptions& options, Flags& flags) {
         ->delimiter(',');
     app.add_option("--levels", options.levels, "Shares to add (0,0.005,0.01,0.02,0.05)")
         ->delimiter(',');
-    app.add_option("--rounds", options.rounds, "Of each level that adds something (4)")
+    app.add_option("--rounds", options.rounds,
+                   "Of each level but 0 (4); half as many of 0.005, which gets 10 s a case")
         ->check(CLI::Range(0, 1000));
     app.add_option("--null-cases", options.nullCases,
                    "Cases to compare with nothing added, at least (500)")
@@ -66,7 +67,7 @@ void describe(CLI::App& app, PowerOptions& options, Flags& flags) {
     app.add_option("--results", options.results, "File to add the results to, and to show");
     app.add_flag("--show", options.showsOnly, "Measure nothing");
     app.add_flag("--markdown", options.asMarkdown, "Print Markdown tables");
-    app.add_flag("--quick", flags.isQuick, "Few functions, few rounds");
+    app.add_flag("--quick", flags.isQuick, "4 functions, 16384 bytes, one round of each level");
     auto* const quiet = app.add_flag("--only-quiet", flags.onlyQuiet, "Without the neighbour");
     app.add_flag("--only-disturbed", flags.onlyDisturbed, "With the neighbour alone")
         ->excludes(quiet);

@@ -23,10 +23,16 @@ void pinTo(int cpu) {
     }
 }
 
+// Of a child: it ends with its parent, and by Ctrl-C, which its parent leaves to it.
+void livePinned(int cpu) {
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    signal(SIGINT, SIG_DFL);
+    pinTo(cpu);
+}
+
 // In the child.
 [[noreturn]] void become(const Program& program, int errors) {
-    prctl(PR_SET_PDEATHSIG, SIGKILL);
-    pinTo(program.cpu);
+    livePinned(program.cpu);
     const int nothing = open("/dev/null", O_RDWR);
     dup2(nothing, STDIN_FILENO);
     dup2(nothing, STDOUT_FILENO);
@@ -84,6 +90,9 @@ void runProgram(const Program& program, int mostStatus) {
         throw std::runtime_error(std::string("no process: ") + std::strerror(errno));
     }
     const int status = statusOf(process);
+    if (status == 128 + SIGINT) {
+        throw std::runtime_error("interrupted; a file of results keeps what there is");
+    }
     if (status > mostStatus) {
         throw std::runtime_error(program.words[0] + " ended with " + std::to_string(status) + ": " +
                                  words);
@@ -92,8 +101,7 @@ void runProgram(const Program& program, int mostStatus) {
 
 Neighbour::Neighbour(int cpu) : m_process(fork()) {
     if (m_process == 0) {
-        prctl(PR_SET_PDEATHSIG, SIGKILL);
-        pinTo(cpu);
+        livePinned(cpu);
         for (;;) {
             asm volatile("");
         }

@@ -76,14 +76,14 @@ std::string Rounds::runPlain(const fs::path& side, const std::vector<std::string
 }
 
 std::string Rounds::runCompare(const std::vector<std::string>& options,
-                               const std::vector<std::string>& behind) const {
+                               const std::vector<std::string>& keysBehind) const {
     const fs::path out = m_folder / "compared.json";
     Program program{{m_programs / "ntkcompare", "--quiet", "--json", out.string(), "--cpu",
                      std::to_string(m_options.cpu)}};
     auto& words = program.words;
     words.insert(words.end(), options.begin(), options.end());
     words.insert(words.end(), {m_base.string(), m_changed.string(), "--"});
-    words.insert(words.end(), behind.begin(), behind.end());
+    words.insert(words.end(), keysBehind.begin(), keysBehind.end());
     runProgram(program, 1); // 1: something is slower
     return contentOf(out);
 }
@@ -128,6 +128,13 @@ void Rounds::setLevel(double level, int length) const {
     }
 }
 
+// A level whose cases get ten times the time gets half of the rounds.
+int Rounds::roundsOf(double level, int nullRounds) const {
+    return level == 0           ? nullRounds
+           : level == longLevel ? (m_options.rounds + 1) / 2
+                                : m_options.rounds;
+}
+
 std::vector<Rounds::Round> Rounds::plan() const {
     const auto casesOfRound =
         static_cast<double>(m_options.functions.size() * m_options.lengths.size());
@@ -137,7 +144,7 @@ std::vector<Rounds::Round> Rounds::plan() const {
         for (const double level : m_options.levels) {
             for (const bool hasNeighbour : {false, true}) {
                 const bool isWanted = hasNeighbour ? m_options.isDisturbed : m_options.isQuiet;
-                if (isWanted && i < (level > 0 ? m_options.rounds : nullRounds)) {
+                if (isWanted && i < roundsOf(level, nullRounds)) {
                     rounds.push_back({level, hasNeighbour, i < m_options.peerRounds});
                 }
             }
@@ -148,10 +155,11 @@ std::vector<Rounds::Round> Rounds::plan() const {
 
 void Rounds::compareAll() {
     const std::vector<Round> rounds = plan();
-    m_all = rounds.size() * m_options.lengths.size();
+    const std::size_t all = rounds.size() * m_options.lengths.size();
+    std::size_t done = 0;
     for (const Round& round : rounds) {
         for (const int length : m_options.lengths) {
-            say(std::to_string(++m_done) + " of " + std::to_string(m_all) + ": " +
+            say(std::to_string(++done) + " of " + std::to_string(all) + ": " +
                 numberText(100 * round.level) + "% added, " + std::to_string(length) + " bytes" +
                 (round.hasNeighbour ? ", with the neighbour" : ""));
             setLevel(round.level, length);

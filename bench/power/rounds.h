@@ -25,12 +25,13 @@ private:
         bool hasPeers = false; // is also compared by other means
     };
     std::vector<Round> plan() const;
+    int roundsOf(double level, int nullRounds) const;
     void compare(const Round& round, int length);
     void compareElsewhere(const Round& round, int length);
     void setLevel(double level, int length) const; // in the folder that is slowed
     std::vector<std::string> keys(const std::vector<std::string>& functions, int length) const;
     std::string runCompare(const std::vector<std::string>& options,
-                           const std::vector<std::string>& keys) const; // gives the JSON
+                           const std::vector<std::string>& keysBehind) const; // gives the JSON
     std::string runPlain(const std::filesystem::path& side, const std::vector<std::string>& options,
                          int length) const;
     void say(const std::string& what) const;
@@ -39,5 +40,4 @@ private:
     std::filesystem::path m_programs, m_folder, m_base, m_changed;
     std::ostream& m_results;
     std::map<int, KnownSubjects> m_known; // by length
-    std::size_t m_done = 0, m_all = 0;    // for the progress
 };

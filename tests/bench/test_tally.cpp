@@ -124,8 +124,8 @@ TEST(Targets, JudgeCoverageTimeAndTheShareOfTurns) {
     wide.readings[1].truth = 1.5;
     EXPECT_FALSE(isMet(wide, "holds the true value"));
 
-    EXPECT_TRUE(isMet(results(0.01, 3, 3, Called::slower, 1.0), "measured time"));
-    EXPECT_FALSE(isMet(results(0.01, 3, 3, Called::slower, 1.1), "measured time"));
+    EXPECT_TRUE(isMet(results(0.01, 3, 3, Called::slower, 1.005), "measured time"));
+    EXPECT_FALSE(isMet(results(0.01, 3, 3, Called::slower, 1.02), "measured time"));
     for (const Target& target : targetsOf(results(0.005, 3, 3, Called::slower, 9))) {
         EXPECT_EQ(target.what.find("measured time"), std::string::npos); // its cases get more
     }

@@ -13,7 +13,7 @@ what=$1
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 export NTK_TOP=$2 NTK_BUILD=$3 NTK_CTEST=$4
 other_library=$5
-documents=(README.md docs/guide.md docs/design.md CONTRIBUTING.md)
+documents=(README.md docs/guide.md docs/design.md docs/trust.md CONTRIBUTING.md)
 room=$(mktemp -d)
 trap 'rm -rf "$room"' EXIT
 project=$room/project
