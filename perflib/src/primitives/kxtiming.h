@@ -59,7 +59,7 @@ public:
     // Batches of n calls (at least one) until *count calls and *clocks clocks are reached.
     static psResult stat(int* count, long long* clocks, int n, const char* name) {
         start();
-        const auto overhead = static_cast<long long>(g_initClocks.of(calibrate));
+        const long long overhead = g_initClocks.of(calibrate).perBody();
         const int batch = n >= 2 ? n : 1;
         start();
         int calls = 0;
@@ -112,19 +112,17 @@ private:
         return stop() - from;
     }
 
-    // Clocks of an init body.
-    static double calibrate() {
+    static psBodyClocks calibrate() {
         const bool isKept = g_initClocks.isKept();
         if constexpr (hasInit) {
             const long long single = quickestRound(kxProbes, 1, LLONG_MAX);
             if (single > kxLongInitClocks) {
                 const long long most = isKept ? kxTurnCalibrationClocks : kxMostCalibrationClocks;
-                return static_cast<double>(std::min(single, quickestRound(INT_MAX, 1, most)));
+                return {std::min(single, quickestRound(INT_MAX, 1, most)), 1};
             }
         }
         const long long most = isKept ? kxTurnCalibrationClocks : LLONG_MAX;
-        return static_cast<double>(quickestRound(kxRounds, kxInitsPerRound, most)) /
-               kxInitsPerRound;
+        return {quickestRound(kxRounds, kxInitsPerRound, most), kxInitsPerRound};
     }
 
     // The smallest clocks of rounds of n init bodies each; no round begins beyond mostClocks.

@@ -26,7 +26,7 @@ psTurn psTurns::take(int callsPerSpan, int spans) const {
     turn.result = m_stat(&calls, &clocks, batch);
     turn.calls = calls;
     // The statistic function stores whole clocks, a step of 0.1% for a call of a thousand.
-    const double overhead = std::max(g_initClocks.clocks(), 0.0);
+    const double overhead = g_initClocks.last().perBodyExactly();
     const double perCall = static_cast<double>(g_batches.smallest()) / batch;
     turn.clocksPerCall = perCall > overhead ? perCall - overhead : perCall;
     return turn;

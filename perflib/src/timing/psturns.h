@@ -47,27 +47,37 @@ public:
 
 extern psTurnTaker* g_turnTaker; // null, the usual case: the methods measure
 
+// What init bodies took, measured together. Whole numbers: floating-point arithmetic beside the
+// measured calls would leave flags that the calls are blamed for.
+struct psBodyClocks {
+    long long clocks = 0;
+    int bodies = 1;
+    long long perBody() const { return clocks / bodies; }
+    double perBodyExactly() const { return static_cast<double>(clocks) / bodies; }
+};
+
 // The clocks of an init body, which a statistic function measures and subtracts. While turns are
 // taken it is measured once for a combination: with each turn it would cost more than the turn,
 // and its error would differ from turn to turn.
 class psInitClocks {
 public:
-    // measure(): clocks of one init body. Asked unless a value is kept.
-    template <class Measure> double of(Measure measure) {
-        if (m_isKept && m_clocks >= 0) {
-            return m_clocks;
+    // measure(): a psBodyClocks. Asked unless a value is kept.
+    template <class Measure> psBodyClocks of(Measure measure) {
+        if (!m_isKept || !m_isKnown) {
+            m_clocks = measure();
+            m_isKnown = true;
         }
-        m_clocks = measure();
         return m_clocks;
     }
-    void keep() { m_isKept = true, m_clocks = -1; } // from the next one on
+    void keep() { m_isKept = true, m_isKnown = false; } // from the next one on
     void keepNone() { m_isKept = false; }
     bool isKept() const { return m_isKept; }
-    double clocks() const { return m_clocks; } // the last ones measured; negative: none yet
+    psBodyClocks last() const { return m_clocks; } // none yet: no clocks
 
 private:
     bool m_isKept = false;
-    double m_clocks = -1;
+    bool m_isKnown = false;
+    psBodyClocks m_clocks;
 };
 
 extern psInitClocks g_initClocks; // as g_batches: the timing functions have no object to ask

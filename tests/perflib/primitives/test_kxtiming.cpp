@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <xmmintrin.h>
+
 #include <climits>
 
 #include "captured.h"
@@ -105,6 +107,16 @@ TEST_F(TimingTest, StatWithBatchesDividesTheQuickestBatch) {
     EXPECT_EQ(count, 100);
     EXPECT_EQ(clocks, (99 * 500 + 400 + 10) / 100); // the calibrated overhead is 10 / 100 = 0
     EXPECT_EQ(g_calls, 100);
+}
+
+// The harness tells flags that the calls leave behind: its own arithmetic around them leaves none.
+TEST_F(TimingTest, StatLeavesNoFloatingPointFlags) {
+    constexpr unsigned flags = 0x3F;
+    _mm_setcsr(_mm_getcsr() & ~flags);
+    int count = 3;
+    clocks = 0;
+    Timing::stat(&count, &clocks, 2, "f");
+    EXPECT_EQ(_mm_getcsr() & flags, 0u);
 }
 
 // Spans of 1 + 7 bodies: what the quickest call (400) and the others (500) cost, with the reading.
