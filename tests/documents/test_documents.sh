@@ -32,6 +32,7 @@ make_project() {
     for name in cmake ctest dpkg-query taskset setarch; do
         ln -s "$here/standin.sh" "$room/bin/$name"
     done
+    ln -s "$here/standin.sh" "$project/build/release/bin/ntkcompare"
     ln -s "$other_library" "$room/home/ntk-trial/libntkdc.so.12"
     "$NTK_BUILD/bin/ntkcorpus" "$room/corpus" >/dev/null
     unset LD_LIBRARY_PATH XDG_CACHE_HOME CORPUS
@@ -61,7 +62,8 @@ fault() {
 # The commands of a block: its own, or those behind "$ ". "$ cat NAME" makes the file that it shows.
 commands_of() {
     if ! grep -q '^\$ ' "$1"; then
-        sed "s|/path/to/the/corpus|$room/corpus|; s|/path/to/nights|$room/nights|" "$1"
+        sed "s|/path/to/the/corpus|$room/corpus|; s|/path/to/nights|$room/nights|
+            s|/path/to/reference /path/to/tonight|own own -- -f=ntksAdler32_8u -dCodeLength=1000|" "$1"
         return
     fi
     local line name=''
@@ -141,19 +143,23 @@ try_block() {
     esac
 }
 
-# A table to load: files shorter than a length, hints, functions without files.
+# A table to load: files shorter than a length, hints, functions without files. And the comparison
+# of a night.
 make_table() {
     cd "$room/corpus" || exit
     "$NTK_BUILD/bin/ntkperf" -B -dMethod=Manual -dNumLoops=1 -fLZ4 -fSelectSort -fAdler \
         "-dCodeFile=obj1;book1" "-r$room/ntkperf.csv" >/dev/null
+    "$NTK_BUILD/bin/ntkcompare" -t 0.05 "--json=$room/night.json" own own -- -f=ntksAdler32_8u \
+        -dCodeLength=1000 >/dev/null
     cd "$room" || exit
 }
 
 # try_table PLACE BLOCK INTERPRETER...: the block, then what has to hold.
 try_table() {
-    local place=$1 block=$2
+    local place=$1 block=$2 check=table_check
     shift 2
-    cat "$block" "$here/table_check.$what" >"$room/script"
+    [[ $(<"$block") != *.json* ]] || check=history_check
+    cat "$block" "$here/$check.$what" >"$room/script"
     "$@" "$room/script" >"$room/printed" 2>&1 || fault "$place" "does not hold" "$room/printed"
     runs=$((runs + 1))
 }
