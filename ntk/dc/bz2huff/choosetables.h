@@ -14,6 +14,6 @@ struct Plan {
 };
 
 // symbols: `count` of them, 1 to maxBlockSymbols; those outside the alphabet are ignored.
-void choosePlan(const Ntk16u* symbols, int count, int alphabet, Plan& plan);
+void choosePlan(const Symbol* symbols, int count, int alphabet, Plan& plan);
 
 } // namespace ntk::bz2huff
