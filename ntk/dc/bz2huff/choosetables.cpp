@@ -5,6 +5,7 @@
 #include "choosetables.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
 
 #include "codelengths.h"
@@ -20,36 +21,43 @@ constexpr int rounds = 4;
 typedef Ntk16u Costs __attribute__((vector_size(16)));
 
 struct Group {
-    const Symbol* symbols;
+    const Ntk16u* symbols;
     int count;
 };
 
 // The symbols of the group that are in the alphabet: the group itself if all are.
-Group usableSymbols(const Group& group, int alphabet, Symbol* buffer) {
+Group usableSymbols(const Group& group, int alphabet, Ntk16u* buffer) {
     Ntk16u largest = 0;
     for (int i = 0; i < group.count; i++) {
-        largest = std::max(largest, Ntk16u{group.symbols[i].value});
+        largest = std::max(largest, group.symbols[i]);
     }
     if (largest < alphabet) {
         return group;
     }
-    Symbol* const end = std::copy_if(group.symbols, group.symbols + group.count, buffer,
-                                     [alphabet](Symbol s) { return s.value < alphabet; });
+    Ntk16u* const end = std::copy_if(group.symbols, group.symbols + group.count, buffer,
+                                     [alphabet](Ntk16u s) { return s < alphabet; });
     return {buffer, static_cast<int>(end - buffer)};
 }
 
 template <class Action>
-void forEachGroup(const Symbol* symbols, int count, int alphabet, Action&& action) {
-    Symbol buffer[groupSymbols];
+void forEachGroup(const Ntk16u* symbols, int count, int alphabet, Action&& action) {
+    Ntk16u buffer[groupSymbols];
+    Ntk16u moved[groupSymbols]; // copy of a group at an odd address
+    const bool isOdd = reinterpret_cast<std::uintptr_t>(symbols) % alignof(Ntk16u) != 0;
+    const auto* const bytes = reinterpret_cast<const Ntk8u*>(symbols);
     for (int at = 0, group = 0; at < count; at += groupSymbols, group++) {
-        const Group all{symbols + at, std::min(groupSymbols, count - at)};
+        const int length = std::min(groupSymbols, count - at);
+        if (isOdd) {
+            std::memcpy(moved, bytes + sizeof(Ntk16u) * at, sizeof(Ntk16u) * length);
+        }
+        const Group all{isOdd ? moved : symbols + at, length};
         action(group, usableSymbols(all, alphabet, buffer));
     }
 }
 
 void countSymbols(const Group& group, int* frequencies) {
     for (int i = 0; i < group.count; i++) {
-        frequencies[group.symbols[i].value]++;
+        frequencies[group.symbols[i]]++;
     }
 }
 
@@ -102,7 +110,7 @@ void gatherCosts(const Plan& plan, int alphabet, Costs* costs) {
 int cheapestTable(const Group& group, const Costs* costs, int tables) {
     Costs sums{};
     for (int i = 0; i < group.count; i++) {
-        sums += costs[group.symbols[i].value];
+        sums += costs[group.symbols[i]];
     }
     int best = 0;
     for (int t = 1; t < tables; t++) {
@@ -111,7 +119,7 @@ int cheapestTable(const Group& group, const Costs* costs, int tables) {
     return best;
 }
 
-void refine(const Symbol* symbols, int count, int alphabet, Plan& plan) {
+void refine(const Ntk16u* symbols, int count, int alphabet, Plan& plan) {
     Costs costs[maxAlphabet];
     gatherCosts(plan, alphabet, costs);
     int frequencies[maxTables][maxAlphabet] = {};
@@ -127,7 +135,7 @@ void refine(const Symbol* symbols, int count, int alphabet, Plan& plan) {
 
 } // namespace
 
-void choosePlan(const Symbol* symbols, int count, int alphabet, Plan& plan) {
+void choosePlan(const Ntk16u* symbols, int count, int alphabet, Plan& plan) {
     int frequencies[maxAlphabet] = {};
     forEachGroup(symbols, count, alphabet,
                  [&](int, const Group& group) { countSymbols(group, frequencies); });

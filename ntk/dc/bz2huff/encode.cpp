@@ -197,7 +197,7 @@ NtkStatus ntksEncodeHuffInit_BZ2_16u8u(int sizeDictionary, const int* /*pFreqTab
     EncodeState& state = stateIn<EncodeState>(pState);
     state.alphabet = sizeDictionary;
     state.position = 0;
-    choosePlan(atAnyAddress(pSrc), srcLen, sizeDictionary, state.plan);
+    choosePlan(pSrc, srcLen, sizeDictionary, state.plan);
     for (int t = 0; t < state.plan.tables; t++) {
         makeCodes(state.plan.lengths[t], sizeDictionary, state.codes[t]);
     }
@@ -234,15 +234,14 @@ NtkStatus ntksEncodeHuff_BZ2_16u8u(Ntk32u* pCode, int* pCodeLenBits, Ntk16u** pp
     }
     EncodeState& state = stateIn<EncodeState>(pState);
     MsbWriter writer(pendingBits(*pCode, *pCodeLenBits), *pCodeLenBits, pDst, *pDstLen);
-    const Symbol* const src = atAnyAddress(*ppSrc);
-    BlockEncoder encoder(state, writer, src, *pSrcLen);
+    BlockEncoder encoder(state, writer, atAnyAddress(*ppSrc), *pSrcLen);
     const NtkStatus status = encoder.run();
     if (status < ntkStsNoErr) {
         return status;
     }
     state.position = encoder.position();
-    *pSrcLen -= static_cast<int>(encoder.at() - src);
-    *ppSrc += encoder.at() - src;
+    *pSrcLen -= static_cast<int>(encoder.at() - atAnyAddress(*ppSrc));
+    *ppSrc += encoder.at() - atAnyAddress(*ppSrc);
     writer.saveTo(pCode, pCodeLenBits, pDstLen);
     return status;
 }
