@@ -26,8 +26,8 @@ TEST_F(WritesBeyondABuffer, IsAFunctionFailureAndTheRunGoesOn) {
     const struct {
         int bytes;
         std::string said;
-    } cases[] = {{1, "1 bytes over its end"},         {200, "200 bytes over its end"},
-                 {1000, "1000 bytes over its end"},   {-1, "1 bytes under its begin"},
+    } cases[] = {{1, "1 byte over its end"},          {200, "200 bytes over its end"},
+                 {1000, "1000 bytes over its end"},   {-1, "1 byte under its begin"},
                  {-200, "200 bytes under its begin"}, {-1000, "1000 bytes under its begin"}};
     for (const auto& c : cases) {
         const Outcome outcome = runWith("ntksCRC32C_8u", c.bytes, checksums);

@@ -96,6 +96,10 @@ psList<psBlockDamage>& kept() {
     return list;
 }
 
+psString bytesText(int count) {
+    return psText(count) + (count == 1 ? " byte" : " bytes");
+}
+
 psString nameOf(const void* tag) {
     const bool isObject = tag && tag != MEM_OBJECT_IS_BUFFER && tag != MEM_OBJECT_IS_SUBOBJECT;
     return isObject ? static_cast<const psObject*>(tag)->objectInfo() : psString();
@@ -105,16 +109,16 @@ psString nameOf(const void* tag) {
 
 psString psDamageText(const psBlockDamage& damage) {
     psString text("block ");
-    text << damage.place << " (" << damage.size << " bytes";
+    text << damage.place << " (" << bytesText(damage.size);
     if (!damage.name.empty()) {
         text << ", " << damage.name;
     }
     text << "): ";
     if (damage.under > 0) {
-        text << damage.under << " bytes under its begin" << (damage.over > 0 ? ", " : "");
+        text << bytesText(damage.under) << " under its begin" << (damage.over > 0 ? ", " : "");
     }
     if (damage.over > 0) {
-        text << damage.over << " bytes over its end";
+        text << bytesText(damage.over) << " over its end";
     }
     return text;
 }

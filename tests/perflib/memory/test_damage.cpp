@@ -97,7 +97,7 @@ TEST_F(Damage, OfReleasedBlocksIsKept) {
     psFree(second);
     const psList<psBlockDamage> found = psTakeDamage();
     ASSERT_EQ(found.count(), 1);
-    EXPECT_STREQ(psDamageText(*found.begin()).c_str(), "block 1 (20 bytes): 1 bytes over its end");
+    EXPECT_STREQ(psDamageText(*found.begin()).c_str(), "block 1 (20 bytes): 1 byte over its end");
     EXPECT_TRUE(psTakeDamage().empty());
 }
 
