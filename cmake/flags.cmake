@@ -5,7 +5,8 @@ if(NTK_WERROR)
 endif()
 
 if(NTK_SANITIZE)
-    add_compile_options(-fsanitize=${NTK_SANITIZE} -fno-omit-frame-pointer)
+    # A finding ends the program: only then does it fail a test.
+    add_compile_options(-fsanitize=${NTK_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
     add_link_options(-fsanitize=${NTK_SANITIZE})
 endif()
 

@@ -29,6 +29,10 @@ bool isSize(long long bytes, const char* function);
 bool createVectors(std::initializer_list<kxVector*> vectors, int elements);
 // A vector of bytes without a type: see psTest::allocate.
 bool createBlock(Ntk8u*& block, int bytes, int misalignment);
+// An element of a block that the user had misaligned.
+template <class T> struct [[gnu::packed, gnu::may_alias]] dcElement {
+    T value;
+};
 // A block for the library's state, aligned.
 bool createState(Ntk8u*& state, int bytes);
 // Releases the vectors, then the blocks and states, in their order; pointers become null.

@@ -83,9 +83,12 @@ int Timdcbz2Huff::readFile() {
 // Makes 16-bit symbols of the bytes. Returns the end-of-block symbol, which replaces the last byte
 // so that there are as many symbols as bytes.
 static int widen() {
-    std::copy(pSrc8u, pSrc8u + srcLen, pSrc);
+    auto* const symbol = reinterpret_cast<dcElement<Ntk16u>*>(pSrc);
+    for (int i = 0; i < srcLen; i++) {
+        symbol[i].value = pSrc8u[i];
+    }
     const int endOfBlock = *std::max_element(pSrc8u, pSrc8u + srcLen) + 2;
-    pSrc[srcLen - 1] = static_cast<Ntk16u>(endOfBlock);
+    symbol[srcLen - 1].value = static_cast<Ntk16u>(endOfBlock);
     return endOfBlock;
 }
 

@@ -78,7 +78,8 @@ static Ntk32s* positions(Ntk8u* bytes) {
 // A match search over all of the data with room for so many entries. Only the heads of the hash
 // chains are reset; pHashPrev need not be, as only the heads lead into it.
 static void resetSearch(Ntk32u room) {
-    std::fill_n(positions(pHashHead), windowSize, -windowSize);
+    constexpr dcElement<Ntk32s> farBefore = {-windowSize};
+    std::fill_n(reinterpret_cast<dcElement<Ntk32s>*>(pHashHead), windowSize, farBefore);
     pSrc = pData;
     pDst = pDist;
     srcLen = static_cast<int>(dataLen);

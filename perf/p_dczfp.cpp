@@ -79,11 +79,11 @@ static double fieldValue(double x, double y, double z) {
 
 static void makeField() {
     const auto coordinate = [](int i) { return (i - 0.5 * (sideLen - 1)) / (0.5 * sideLen); };
-    Ntk32f* value = values(fieldBuf);
+    auto* element = reinterpret_cast<dcElement<Ntk32f>*>(values(fieldBuf));
     for (int z = 0; z < sideLen; z++) {
         for (int y = 0; y < sideLen; y++) {
             for (int x = 0; x < sideLen; x++) {
-                *value++ =
+                (element++)->value =
                     static_cast<Ntk32f>(fieldValue(coordinate(x), coordinate(y), coordinate(z)));
             }
         }

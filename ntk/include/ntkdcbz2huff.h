@@ -8,9 +8,8 @@
  * pCode, pCodeLenBits: the pending bits between one call and the next, up to 32. They are at the
  * top of *pCode, the earliest highest; begin with 0 and 0. The bits below them are 0 on return and
  *   ignored on entry. ntkStsBadValue if the count is not within 0 to 32.
- * pState: memory of the size that the GetSize function gives. It needs no alignment; it must not be
- *   moved once it is initialised. Symbols must be aligned for their type; only those of
- *   ntksEncodeHuffInit_BZ2_16u8u may be at any address.
+ * pState: memory of the size that the GetSize function gives. It must not be moved once it is
+ *   initialised.
  * After an error the in/out arguments are unchanged and the contents of the destination undefined;
  * after ntkStsBadSrcData from unpacking, the decoder has no tables.
  */

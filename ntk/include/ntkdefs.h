@@ -18,7 +18,9 @@
  * - A function that fails leaves its in/out lengths and values unchanged, unless its description
  *   says otherwise. What a failed encoder or decoder wrote to the destination, within the given
  *   capacity, is undefined.
- * - Buffers of bytes need no alignment.
+ * - Buffers need no alignment: arrays of elements of any size and blocks for states may be at any
+ *   address. Single values that are passed by their address (lengths, counts of bits, an
+ *   NtksInflateState) must be aligned as their type is.
  * - Any number of threads may call at once as long as no two of them write the same memory.
  */
 #pragma once

@@ -34,23 +34,37 @@ static NtkStatus answer(const char* function) {
     return isNamed("OTHER_NTKDC_ERRORS", function) ? ntkStsBadSrcData : ntkStsNoErr;
 }
 
+/* Zeroes OTHER_NTKDC_STRAY_BYTES bytes behind the block, or before it if that is negative. */
+static void stray(const Ntk8u* block, int length, const char* function) {
+    if (isNamed("OTHER_NTKDC_STRAYS", function)) {
+        const char* const text = getenv("OTHER_NTKDC_STRAY_BYTES");
+        const int bytes = text ? atoi(text) : 1;
+        Ntk8u* const from = (Ntk8u*)block + (bytes > 0 ? length : bytes);
+        memset(from, 0, (size_t)abs(bytes));
+    }
+}
+
 NtkStatus ntksAdler32_8u(const Ntk8u* pSrc, int srcLen, Ntk32u* pAdler32) {
     *pAdler32 += pSrc[0] + (Ntk32u)srcLen;
+    stray(pSrc, srcLen, __func__);
     return answer(__func__);
 }
 
 NtkStatus ntksCRC32_8u(const Ntk8u* pSrc, int srcLen, Ntk32u* pCRC32) {
     *pCRC32 += pSrc[0] + (Ntk32u)srcLen;
+    stray(pSrc, srcLen, __func__);
     return answer(__func__);
 }
 
 NtkStatus ntksCRC32C_8u(const Ntk8u* pSrc, int srcLen, Ntk32u* pCRC32C) {
     *pCRC32C += pSrc[0] + (Ntk32u)srcLen;
+    stray(pSrc, srcLen, __func__);
     return answer(__func__);
 }
 
 NtkStatus ntksCRC32_BZ2_8u(const Ntk8u* pSrc, int srcLen, Ntk32u* pCRC32) {
     *pCRC32 += pSrc[0] + (Ntk32u)srcLen;
+    stray(pSrc, srcLen, __func__);
     return answer(__func__);
 }
 
@@ -61,6 +75,7 @@ NtkStatus ntksEncodeLZ4HashTableGetSize_8u(int* pSize) {
 
 NtkStatus ntksEncodeLZ4HashTableInit_8u(Ntk8u* pHashTable, int srcLen) {
     *pHashTable = (Ntk8u)srcLen;
+    stray(pHashTable, 64, __func__);
     return answer(__func__);
 }
 

@@ -26,7 +26,7 @@ NtkStatus decodePositions(const Ntk16u* pSrc, int srcLen, int sizeDictionary, Sp
     if (sizeDictionary == 0 && srcLen > 0) {
         return ntkStsBadSrcData;
     }
-    Span<const Symbol> src(asSymbols(pSrc), srcLen);
+    Span<const Symbol> src(atAnyAddress(pSrc), srcLen);
     const NtkStatus status = decodeZ1Z2(src, dst, static_cast<unsigned>(sizeDictionary));
     return status == ntkStsDstFull ? ntkStsDstTooSmall : status;
 }

@@ -3,21 +3,12 @@
 
 #include <emmintrin.h>
 
+#include "../anyaddress.h"
 #include "spans.h"
 
 namespace ntk::bz2 {
 
-// A symbol at an address of any alignment.
-struct [[gnu::packed, gnu::may_alias]] Symbol {
-    Ntk16u value;
-};
-
-inline const Symbol* asSymbols(const Ntk16u* p) {
-    return reinterpret_cast<const Symbol*>(p);
-}
-inline Symbol* asSymbols(Ntk16u* p) {
-    return reinterpret_cast<Symbol*>(p);
-}
+using Symbol = AnyAddress<Ntk16u>;
 
 inline constexpr unsigned largestSymbol = 256; // of a byte: 255 + 1
 

@@ -196,7 +196,7 @@ NtkStatus ntksDecodeZ1Z2_BZ2_16u8u(Ntk16u** ppSrc, int* pSrcLen, Ntk8u* pDst, in
     if (*pSrcLen < 0 || *pDstLen < 0) {
         return ntkStsBadSize;
     }
-    Span<const Symbol> src(asSymbols(*ppSrc), *pSrcLen);
+    Span<const Symbol> src(atAnyAddress(*ppSrc), *pSrcLen);
     Span<Ntk8u> dst(pDst, *pDstLen);
     const NtkStatus status = decodeZ1Z2(src, dst, largestSymbol);
     if (status < 0) {

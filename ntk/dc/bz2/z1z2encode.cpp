@@ -144,15 +144,15 @@ bool encodeRest(Span<const Ntk8u>& src, Span<Symbol>& dst) {
 }
 
 // Counts in two tables alternately, so that equal neighbours do not wait for each other's counter.
-void addFrequencies(const Symbol* symbols, std::size_t count, int freqTable[258]) {
+void addFrequencies(const Symbol* symbols, std::size_t count, AnyAddress<int>* freqTable) {
     Ntk32u frequencies[2][largestSymbol + 1] = {};
     for (std::size_t i = 0; i < count; i++) {
         frequencies[i & 1][symbols[i].value]++;
     }
     for (unsigned s = 0; s <= largestSymbol; s++) {
         const Ntk32u sum =
-            static_cast<Ntk32u>(freqTable[s]) + frequencies[0][s] + frequencies[1][s];
-        freqTable[s] = static_cast<int>(sum);
+            static_cast<Ntk32u>(freqTable[s].value) + frequencies[0][s] + frequencies[1][s];
+        freqTable[s].value = static_cast<int>(sum);
     }
 }
 
@@ -172,11 +172,11 @@ NtkStatus ntksEncodeZ1Z2_BZ2_8u16u(Ntk8u** ppSrc, int* pSrcLen, Ntk16u* pDst, in
         return ntkStsBadSize;
     }
     Span<const Ntk8u> src(*ppSrc, *pSrcLen);
-    Span<Symbol> dst(asSymbols(pDst), *pDstLen);
+    Span<Symbol> dst(atAnyAddress(pDst), *pDstLen);
     encodeWindows(src, dst);
     const bool done = encodeRest(src, dst);
-    const auto written = static_cast<std::size_t>(dst.p - asSymbols(pDst));
-    addFrequencies(asSymbols(pDst), written, freqTable);
+    const auto written = static_cast<std::size_t>(dst.p - atAnyAddress(pDst));
+    addFrequencies(atAnyAddress(pDst), written, atAnyAddress(freqTable));
     *ppSrc += *pSrcLen - static_cast<int>(src.left());
     *pSrcLen = static_cast<int>(src.left());
     *pDstLen = static_cast<int>(written);

@@ -13,7 +13,8 @@ struct Plan {
     Ntk8u selectors[maxSelectors]; // the table of each group
 };
 
-// symbols: `count` of them, 1 to maxBlockSymbols; those outside the alphabet are ignored.
+// symbols: `count` of them at any address, 1 to maxBlockSymbols; those outside the alphabet are
+// ignored.
 void choosePlan(const Ntk16u* symbols, int count, int alphabet, Plan& plan);
 
 } // namespace ntk::bz2huff

@@ -90,7 +90,7 @@ bool unpackContext(MsbReader& reader, DecodeState& state) {
 
 class BlockDecoder {
 public:
-    BlockDecoder(const DecodeState& state, MsbReader& reader, Ntk16u* dst, int capacity)
+    BlockDecoder(const DecodeState& state, MsbReader& reader, Symbol* dst, int capacity)
         : m_state(state), m_reader(reader), m_at(dst), m_end(dst + capacity),
           m_position(state.position) {}
 
@@ -110,7 +110,7 @@ public:
         }
     }
 
-    const Ntk16u* at() const { return m_at; }
+    const Symbol* at() const { return m_at; }
     int position() const { return m_position; }
 
 private:
@@ -133,8 +133,8 @@ private:
 
     template <int CodesPerRefill> bool decodeGroup(const DecodeTable& table) {
         MsbReader reader = m_reader; // in registers
-        Ntk16u* at = m_at;
-        const Ntk16u* const end = at + groupSymbols;
+        Symbol* at = m_at;
+        const Symbol* const end = at + groupSymbols;
         bool isOrdinary = true;
         while (isOrdinary && end - at >= CodesPerRefill) {
             isOrdinary = decodeCodes<CodesPerRefill>(table, reader, at);
@@ -147,7 +147,7 @@ private:
     }
 
     template <int Count>
-    static bool decodeCodes(const DecodeTable& table, MsbReader& reader, Ntk16u*& at) {
+    static bool decodeCodes(const DecodeTable& table, MsbReader& reader, Symbol*& at) {
         if constexpr (Count > 0) {
             reader.refillFast();
         }
@@ -164,7 +164,7 @@ private:
                 symbol = static_cast<Ntk16u>(found.symbol);
             }
             reader.skip(length);
-            *at++ = symbol;
+            (at++)->value = symbol;
         }
         return true;
     }
@@ -184,15 +184,15 @@ private:
             return ntkStsBadSrcData;
         }
         m_reader.skip(found.length);
-        *m_at++ = static_cast<Ntk16u>(found.symbol);
+        (m_at++)->value = static_cast<Ntk16u>(found.symbol);
         m_position = found.symbol == m_state.alphabet - 1 ? 0 : m_position + 1;
         return ntkStsNoErr;
     }
 
     const DecodeState& m_state;
     MsbReader& m_reader;
-    Ntk16u* m_at;
-    Ntk16u* m_end;
+    Symbol* m_at;
+    Symbol* m_end;
     int m_position;
 };
 
@@ -253,13 +253,14 @@ NtkStatus ntksDecodeHuff_BZ2_8u16u(Ntk32u* pCode, int* pCodeLenBits, Ntk8u** ppS
     }
     DecodeState& state = stateIn<DecodeState>(pState);
     MsbReader reader(pendingBits(*pCode, *pCodeLenBits), *pCodeLenBits, *ppSrc, *pSrcLen);
-    BlockDecoder decoder(state, reader, pDst, *pDstLen);
+    Symbol* const dst = atAnyAddress(pDst);
+    BlockDecoder decoder(state, reader, dst, *pDstLen);
     const NtkStatus status = decoder.run();
     if (status < ntkStsNoErr) {
         return status;
     }
     state.position = decoder.position();
-    *pDstLen = static_cast<int>(decoder.at() - pDst);
+    *pDstLen = static_cast<int>(decoder.at() - dst);
     if (status != ntkStsSrcEnd) { // otherwise less than a code is left
         reader.unreadBytes();
     }

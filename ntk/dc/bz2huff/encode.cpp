@@ -88,7 +88,7 @@ bool packContext(const EncodeState& state, MsbWriter& writer) {
 
 class BlockEncoder {
 public:
-    BlockEncoder(const EncodeState& state, MsbWriter& writer, const Ntk16u* src, int srcLen)
+    BlockEncoder(const EncodeState& state, MsbWriter& writer, const Symbol* src, int srcLen)
         : m_state(state), m_writer(writer), m_at(src), m_end(src + srcLen),
           m_position(state.position) {}
 
@@ -110,7 +110,7 @@ public:
         return ntkStsNoErr;
     }
 
-    const Ntk16u* at() const { return m_at; }
+    const Symbol* at() const { return m_at; }
     int position() const { return m_position; }
 
 private:
@@ -131,10 +131,10 @@ private:
         return true;
     }
 
-    static Ntk16u largestOfGroup(const Ntk16u* symbols) {
+    static Ntk16u largestOfGroup(const Symbol* symbols) {
         Ntk16u largest = 0;
         for (int i = 0; i < groupSymbols; i++) {
-            largest = std::max(largest, symbols[i]);
+            largest = std::max(largest, Ntk16u{symbols[i].value});
         }
         return largest;
     }
@@ -143,8 +143,8 @@ private:
     void putGroup(const Code* codes) {
         MsbWriter writer = m_writer; // in registers
         for (int i = 0; i < groupSymbols; i += 2) {
-            const Code& first = codes[m_at[i]];
-            const Code& second = codes[m_at[i + 1]];
+            const Code& first = codes[m_at[i].value];
+            const Code& second = codes[m_at[i + 1].value];
             writer.append(first.bits, first.length);
             writer.append(second.bits, second.length);
             writer.store();
@@ -153,7 +153,7 @@ private:
     }
 
     NtkStatus singleSymbol(const Code* codes) {
-        const int symbol = *m_at;
+        const int symbol = m_at->value;
         if (symbol >= m_state.alphabet) {
             return ntkStsBadSrcData;
         }
@@ -167,8 +167,8 @@ private:
 
     const EncodeState& m_state;
     MsbWriter& m_writer;
-    const Ntk16u* m_at;
-    const Ntk16u* m_end;
+    const Symbol* m_at;
+    const Symbol* m_end;
     int m_position;
 };
 
@@ -234,14 +234,14 @@ NtkStatus ntksEncodeHuff_BZ2_16u8u(Ntk32u* pCode, int* pCodeLenBits, Ntk16u** pp
     }
     EncodeState& state = stateIn<EncodeState>(pState);
     MsbWriter writer(pendingBits(*pCode, *pCodeLenBits), *pCodeLenBits, pDst, *pDstLen);
-    BlockEncoder encoder(state, writer, *ppSrc, *pSrcLen);
+    BlockEncoder encoder(state, writer, atAnyAddress(*ppSrc), *pSrcLen);
     const NtkStatus status = encoder.run();
     if (status < ntkStsNoErr) {
         return status;
     }
     state.position = encoder.position();
-    *pSrcLen -= static_cast<int>(encoder.at() - *ppSrc);
-    *ppSrc += encoder.at() - *ppSrc;
+    *pSrcLen -= static_cast<int>(encoder.at() - atAnyAddress(*ppSrc));
+    *ppSrc += encoder.at() - atAnyAddress(*ppSrc);
     writer.saveTo(pCode, pCodeLenBits, pDstLen);
     return status;
 }

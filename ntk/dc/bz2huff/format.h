@@ -1,10 +1,13 @@
 // Constants of the bzip2 format and checks of arguments that encoder and decoder share.
 #pragma once
 
+#include "../anyaddress.h"
 #include "../callerblock.h"
 #include "ntkdefs.h"
 
 namespace ntk::bz2huff {
+
+using Symbol = AnyAddress<Ntk16u>;
 
 inline constexpr int groupSymbols = 50; // encoded with one table
 inline constexpr int minTables = 2;

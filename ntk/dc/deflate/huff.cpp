@@ -21,6 +21,7 @@
 
 #include <cstring>
 
+#include "../anyaddress.h"
 #include "../callerblock.h"
 #include "symbols.h"
 
@@ -38,8 +39,10 @@ struct Bits {
 // The count of a symbol without a code: recognisable in a sum.
 constexpr Ntk32u noCode = 0x80;
 
-constexpr Bits bitsOf(const NtkHuffCode& code) {
-    return {code.code, code.len == 0 ? noCode : code.len};
+using Code = AnyAddress<NtkHuffCode>;
+
+constexpr Bits bitsOf(const Code& code) {
+    return {code.value.code, code.value.len == 0 ? noCode : code.value.len};
 }
 
 struct Tables {
@@ -48,7 +51,7 @@ struct Tables {
     Bits distance[distanceSymbols + 1];
     Ntk8u extraBits[distanceSymbols + 1];
 
-    Tables(const NtkHuffCode* litCodes, const NtkHuffCode* distCodes) {
+    Tables(const Code* litCodes, const Code* distCodes) {
         for (int i = 0; i < literalSymbols; ++i) {
             literalOrLength[i] = bitsOf(litCodes[i]);
         }
@@ -70,10 +73,10 @@ struct Tables {
     }
 };
 
-bool haveValidLengths(const NtkHuffCode* codes, int count) {
+bool haveValidLengths(const Code* codes, int count) {
     Ntk32u longest = 0;
     for (int i = 0; i < count; ++i) {
-        longest = codes[i].len > longest ? codes[i].len : longest;
+        longest = codes[i].value.len > longest ? codes[i].value.len : longest;
     }
     return longest <= maxCodeBits;
 }
@@ -132,18 +135,18 @@ inline NtkStatus putEntry(BitWriter& writer, const Tables& tables, unsigned lite
 }
 
 // The local copy of the writer stays in registers: byte stores cannot alias it.
-NtkStatus putEntries(BitWriter& result, const Tables& tables, const Ntk8u* lit, const Ntk16u* dist,
-                     int count) {
+NtkStatus putEntries(BitWriter& result, const Tables& tables, const Ntk8u* lit,
+                     const AnyAddress<Ntk16u>* dist, int count) {
     constexpr int entriesPerStore = 64; // of at least one bit each
     BitWriter writer = result;
     NtkStatus status = ntkStsNoErr;
     int i = 0;
     for (; i < count - entriesPerStore && status == ntkStsNoErr; ++i) {
-        status = putEntry(writer, tables, lit[i], dist[i]);
+        status = putEntry(writer, tables, lit[i], dist[i].value);
         writer.storeAhead();
     }
     for (; i < count && status == ntkStsNoErr; ++i) {
-        status = putEntry(writer, tables, lit[i], dist[i]);
+        status = putEntry(writer, tables, lit[i], dist[i].value);
         writer.storeComplete();
     }
     result = writer;
@@ -166,15 +169,17 @@ NtkStatus ntksDeflateHuff_8u(const Ntk8u* pLit, const Ntk16u* pDist, int srcLen,
     if (srcLen < 0 || *pCodeLen < 0 || *pCodeLen > 32 || *pDstIdx < 0) {
         return ntkStsBadSize;
     }
-    if (!haveValidLengths(pLitCodes, firstLengthSymbol + lengthSymbols) ||
-        !haveValidLengths(pDistCodes, distanceSymbols)) {
+    const Code* const litCodes = atAnyAddress(pLitCodes);
+    const Code* const distCodes = atAnyAddress(pDistCodes);
+    if (!haveValidLengths(litCodes, firstLengthSymbol + lengthSymbols) ||
+        !haveValidLengths(distCodes, distanceSymbols)) {
         return ntkStsBadValue;
     }
     const Ntk64u pending = *pCode & ((1ULL << *pCodeLen) - 1);
     BitWriter writer(pDst + *pDstIdx, pending, static_cast<unsigned>(*pCodeLen));
     writer.storeComplete();
-    const Tables tables(pLitCodes, pDistCodes);
-    const NtkStatus status = putEntries(writer, tables, pLit, pDist, srcLen);
+    const Tables tables(litCodes, distCodes);
+    const NtkStatus status = putEntries(writer, tables, pLit, atAnyAddress(pDist), srcLen);
     if (status == ntkStsNoErr) {
         *pDstIdx = static_cast<int>(writer.end() - pDst);
         *pCode = writer.bits();

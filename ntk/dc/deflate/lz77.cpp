@@ -160,9 +160,9 @@ NtkStatus ntksDeflateLZ77_8u(const Ntk8u** ppSrc, int* pSrcLen, int* pSrcIdx, co
     }
     const auto history = static_cast<int>(std::min<std::ptrdiff_t>(*ppSrc - pWindow, begin));
     const int end = begin + *pSrcLen;
-    Search search{
-        MatchFinder({*ppSrc, begin, end, begin - history, winSize, pHashHead, hashSize, pHashPrev}),
-        EntryWriter(pLit, pDist, *pDstLen, pLitFreq, pDistFreq)};
+    Search search{MatchFinder({*ppSrc, begin, end, begin - history, winSize,
+                               atAnyAddress(pHashHead), hashSize, atAnyAddress(pHashPrev)}),
+                  EntryWriter(pLit, pDist, *pDstLen, pLitFreq, pDistFreq)};
     search.finder.insertBefore(begin);
     const int stop = flush == ntkDeflateNoFlush ? end - lookaheadBytes + 1 : end;
     const Effort& effort = efforts[static_cast<std::size_t>(level - 1)];

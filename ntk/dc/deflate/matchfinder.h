@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstring>
 
+#include "../anyaddress.h"
 #include "symbols.h"
 
 namespace ntk::deflate {
@@ -31,6 +32,8 @@ struct SearchLimits {
     int niceLength;  // a match this long ends the search
 };
 
+using Position = AnyAddress<Ntk32s>;
+
 // The data of a call and the caller's tables.
 struct SearchSpace {
     const Ntk8u* source;
@@ -38,9 +41,9 @@ struct SearchSpace {
     int end;          // position after the last byte
     int historyBegin; // position of the first byte that may be read
     int windowSize;
-    Ntk32s* heads; // hashSize positions
+    Position* heads; // hashSize positions
     int hashSize;
-    Ntk32s* previous; // windowSize positions
+    Position* previous; // windowSize positions
 };
 
 class MatchFinder {
@@ -61,9 +64,9 @@ public:
     // The match that saves most, if that is more than leastGain bits (0 or more).
     Match findAndInsert(int position, int leastGain, const SearchLimits& limits) {
         const Ntk32u key = load32(at(position));
-        Ntk32s& nearHead = m_nearHeads[nearHash(key)];
-        const int nearest = nearHead;
-        nearHead = position;
+        Position& nearHead = m_nearHeads[nearHash(key)];
+        const int nearest = nearHead.value;
+        nearHead.value = position;
         const int newest = insertIntoChain(position, key);
         const int lowest = std::max(m_space.historyBegin, position - m_space.windowSize);
         Match best{0, 0, leastGain};
@@ -76,7 +79,7 @@ public:
 
     void insert(int position) {
         const Ntk32u key = load32(at(position));
-        m_nearHeads[nearHash(key)] = position;
+        m_nearHeads[nearHash(key)].value = position;
         insertIntoChain(position, key);
     }
 
@@ -88,13 +91,13 @@ public:
 
     // Removes the position that was inserted last from its chain, so that it can be searched again.
     void remove(int position) {
-        m_space.heads[chainHash(load32(at(position)))] = previous(position);
+        m_space.heads[chainHash(load32(at(position)))].value = previous(position).value;
     }
 
     // Inserts the positions that an earlier call could not, for lack of the bytes after them.
     void insertBefore(int position) {
         for (int p = std::max(position - keyBytes + 1, m_space.historyBegin); p < position; ++p) {
-            if (canSearch(p) && m_space.heads[chainHash(load32(at(p)))] < p) {
+            if (canSearch(p) && m_space.heads[chainHash(load32(at(p)))].value < p) {
                 insert(p);
             }
         }
@@ -124,14 +127,14 @@ private:
     // A multiplicative hash by 2^32 divided by the golden ratio.
     Ntk32u chainHash(Ntk32u key) const { return key * 0x9E3779B1U >> m_hashShift; }
     Ntk32u nearHash(Ntk32u key) const { return (key << 8) * 0x9E3779B1U >> m_hashShift; }
-    Ntk32s& previous(int position) { return m_space.previous[position & m_windowMask]; }
+    Position& previous(int position) { return m_space.previous[position & m_windowMask]; }
 
     // Returns what was the newest position of the chain before.
     int insertIntoChain(int position, Ntk32u key) {
-        Ntk32s& head = m_space.heads[chainHash(key)];
-        const int newest = head;
-        previous(position) = newest;
-        head = position;
+        Position& head = m_space.heads[chainHash(key)];
+        const int newest = head.value;
+        previous(position).value = newest;
+        head.value = position;
         return newest;
     }
 
@@ -156,7 +159,7 @@ private:
                 }
             }
             newer = candidate;
-            candidate = previous(candidate);
+            candidate = previous(candidate).value;
         }
     }
 
@@ -178,7 +181,7 @@ private:
     }
 
     SearchSpace m_space;
-    Ntk32s* m_nearHeads;
+    Position* m_nearHeads;
     int m_windowMask;
     int m_hashShift;
 };

@@ -1,8 +1,8 @@
 #include "psalloc.h"
 
-#include <cstdlib>
 #include <cstring>
 
+#include "psdamage.h"
 #include "psostream.h"
 #include "pssettings.h"
 
@@ -17,7 +17,7 @@ constinit int g_vectorShift = 0;
 
 namespace {
 
-// The pointer to be freed lies this far before the base.
+// Where the request begins is stored this far before the base.
 constexpr int rawSlotDistance = 128;
 constexpr int spareBytes = 256;
 constexpr int vectorShiftLimit = 32768;
@@ -27,28 +27,20 @@ char bufferTag, subobjectTag;
 // Made by the first allocation; a plain pointer, so that static initialisers can allocate.
 constinit AddressList* g_blocks = nullptr;
 
-void storeRaw(std::uintptr_t base, void* raw) {
-    std::memcpy(reinterpret_cast<char*>(base) - rawSlotDistance, &raw, sizeof raw);
-}
-
-void freeRawOf(const Address& block) {
-    void* raw;
-    std::memcpy(&raw, static_cast<const char*>(block.base) - rawSlotDistance, sizeof raw);
-    std::free(raw);
-}
-
 void trace(const char* what, const void* p) {
     if (g_ostrm.accepts(PS_TRACE)) {
         g_ostrm << PS_TRACE << what << g_blocks->memInfo(p) << "\n" << PS_END;
     }
 }
 
-void* track(std::uintptr_t base, std::uintptr_t result, int size, void* tag) {
+void* track(std::uintptr_t base, std::uintptr_t result, int size, void* tag,
+            const psBlockSpace& space) {
     if (g_blocks == nullptr) {
         g_blocks = new AddressList;
     }
     void* const p = reinterpret_cast<void*>(result);
-    g_blocks->append({reinterpret_cast<void*>(base), p, size, tag});
+    g_blocks->append({reinterpret_cast<void*>(base), p, size, tag, g_blocks->count(), space});
+    psFillMargins(g_blocks->back());
     return p;
 }
 
@@ -78,7 +70,7 @@ void* const MEM_OBJECT_IS_SUBOBJECT = &subobjectTag;
 
 AddressList::~AddressList() {
     for (const Address& block : *this) {
-        freeRawOf(block);
+        psReturnSpace(block.space);
     }
 }
 
@@ -94,7 +86,8 @@ const Address* AddressList::find(const void* p) const {
 void AddressList::release(const void* p) {
     for (iterator i = begin(); i != end(); ++i) {
         if (i->pointer == p) {
-            freeRawOf(*i);
+            psKeepDamage(*i);
+            psReturnSpace(i->space);
             const bool walkStandsHere = m_next == i;
             i = erase(i);
             m_next = walkStandsHere ? i : m_next;
@@ -149,19 +142,17 @@ void* psMalloc(int size, int shift, int offset, void* tag) {
     if (size < 0 || request <= size) {
         return allocationFailure(size);
     }
-    void* const raw = std::calloc(static_cast<size_t>(request), 1);
-    if (raw == nullptr) {
+    const psBlockSpace space = psTakeSpace({size, shift, offset, PS_ALIGN_MAX});
+    if (space.start == nullptr) {
         return allocationFailure(size);
     }
-    const auto rawAddress = reinterpret_cast<std::uintptr_t>(raw);
-    const std::uintptr_t base = psBlockBase(rawAddress, PS_ALIGN_MAX);
+    const std::uintptr_t base = psBlockBase(space.raw, PS_ALIGN_MAX);
     const std::uintptr_t result = psBlockPointer(base, shift, offset, PS_ALIGN_MAX);
-    if (!psBlockFits(result, size, base, rawAddress, request)) {
-        std::free(raw);
+    if (!psBlockFits(result, size, base, space.raw, request)) {
+        psReturnSpace(space);
         return allocationFailure(size);
     }
-    storeRaw(base, raw);
-    void* const p = track(base, result, size, tag);
+    void* const p = track(base, result, size, tag, space);
     trace(" - psMalloc: ", p);
     return p;
 }
@@ -203,6 +194,31 @@ long long psSumOfBlocks() {
         }
     }
     return sum;
+}
+
+void psForEachBlock(const std::function<void(const Address&)>& visit) {
+    if (g_blocks != nullptr) {
+        for (const Address& block : *g_blocks) {
+            visit(block);
+        }
+    }
+}
+
+std::uintptr_t psSlotOf(const Address& block) {
+    return reinterpret_cast<std::uintptr_t>(block.base) - rawSlotDistance;
+}
+
+void psStoreSlot(const Address& block) {
+    if (psSlotOf(block) >= block.space.first) {
+        std::memcpy(reinterpret_cast<void*>(psSlotOf(block)), &block.space.raw,
+                    sizeof block.space.raw);
+    }
+}
+
+bool psHasIntactSlot(const Address& block) {
+    return psSlotOf(block) >= block.space.first &&
+           std::memcmp(reinterpret_cast<const void*>(psSlotOf(block)), &block.space.raw,
+                       sizeof block.space.raw) == 0;
 }
 
 int psVectorMisalignment(int n, int step, bool firstOnly, int vectorNum) {

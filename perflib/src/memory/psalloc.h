@@ -1,7 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 
+#include "psblockspace.h"
 #include "pslist.h"
 #include "psstring.h"
 
@@ -16,10 +18,12 @@ extern void* const MEM_OBJECT_IS_SUBOBJECT;
 
 // One live block.
 struct Address {
-    void* base;    // aligned; the 8 bytes 128 before it hold the pointer to be freed
+    void* base;    // aligned; the 8 bytes 128 before it hold where the request begins
     void* pointer; // what the caller got
     int size;      // bytes asked for
     void* tag;
+    int place = 0; // number of live blocks before it when it was allocated
+    psBlockSpace space = {};
 };
 
 // The live blocks, oldest first. Owns them.
@@ -58,6 +62,13 @@ bool psMallocInfo(const void* p, int* size = nullptr, void** tag = nullptr);
 void* psMallocFirst(int* size = nullptr, void** tag = nullptr);
 void* psMallocNext(int* size = nullptr, void** tag = nullptr);
 long long psSumOfBlocks(); // bytes asked for by all live blocks
+void psForEachBlock(const std::function<void(const Address&)>& visit); // must not release any
+
+// The 8 bytes of a block that hold where its request begins: stored unless they are in a page
+// without access. Nothing relies on them.
+std::uintptr_t psSlotOf(const Address& block);
+void psStoreSlot(const Address& block);
+bool psHasIntactSlot(const Address& block);
 
 // A block for a vector of the running test: misaligned by n times the vector alignment step, the
 // first vector of a parameter combination only when the source alone is to be misaligned, and

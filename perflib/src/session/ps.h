@@ -145,6 +145,7 @@ private:
     void applyCommand(const psCommandKey& command);
     bool openSettings();
     void prepareLibrary();
+    void guardBlocks();
     void reportLibraryStatus(NtkStatus status);
     void applyFeatures();
     void collectLibInfo();

@@ -6,6 +6,7 @@
 #include <cstdlib>
 
 #include "ps.h"
+#include "psblockspace.h"
 #include "pscpufeatures.h"
 #include "psloaded.h"
 #include "psmissing.h"
@@ -46,10 +47,31 @@ void psSession::prepareLibrary() {
         setNtkEnvironment();
     }
     collectLibInfo();
+    guardBlocks();
     const char* const searchPath = getenv("LD_LIBRARY_PATH");
     g_ostrm << PS_NORMAL
             << psLibraryOriginText(psLoadedLibraries(), psOwnLibraryDir(),
                                    searchPath ? searchPath : "")
+            << PS_END;
+}
+
+// A page without access beside each test block, to find the call that writes beyond its buffers.
+void psSession::guardBlocks() {
+    const char* const wanted = getenv("NTKPERF_GUARD");
+    psGuard guard = psGuard::none;
+    if (wanted == nullptr || *wanted == 0) {
+        return;
+    }
+    if (!psGuardFromText(wanted, guard)) {
+        g_ostrm << PS_ERR << "-- NTKPERF_GUARD: \"" << wanted
+                << "\" is not known, no pages are guarded: use pages-after or pages-before\n"
+                << PS_END;
+        return;
+    }
+    psSetGuard(guard);
+    g_ostrm << PS_NORMAL << "-- NTKPERF_GUARD: a page without access "
+            << (guard == psGuard::pagesAfter ? "after" : "before")
+            << " each test block. The figures are not to be compared with others\n"
             << PS_END;
 }
 

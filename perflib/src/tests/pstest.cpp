@@ -307,6 +307,7 @@ void psTest::afterException(const psString& message, psResult result,
     g_cstrm.linePostponeOut(m_numParmsColm + m_numResultColm);
     deleteReservedVectors();
     checkpoint.releaseBlocks();
+    reportDamage("calls");
     restoreParms();
 }
 

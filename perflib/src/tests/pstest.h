@@ -201,6 +201,7 @@ private:
     void measureCombination();
     psResult timedResult();
     bool validCacheSize();
+    bool reportDamage(const char* part);
     void endLoop();
 
     bool m_deprecated = false;

@@ -4,6 +4,7 @@
 
 #include "pscacheiterator.h"
 #include "pscstream.h"
+#include "psdamage.h"
 #include "psinterruption.h"
 #include "pstestrun.h"
 #include "psturns.h"
@@ -92,6 +93,7 @@ void psTest::runCombination(bool& isFirst) {
     psStep("flushData", [&] { flushData(); });
     m_dataHeld = false;
     deleteReservedVectors(); // the next cache validation counts all blocks
+    reportDamage("release");
     if (g_turnTaker) {
         g_turnTaker->released();
     }
@@ -101,7 +103,7 @@ void psTest::runCombination(bool& isFirst) {
 bool psTest::prepared(bool& isFirst) {
     bool ready = false;
     psStep("initData", [&] { ready = initData(); });
-    if (!ready) {
+    if (reportDamage("preparation") || !ready) {
         return false;
     }
     setDeprecatedFlag(true);
@@ -148,9 +150,26 @@ void psTest::measureCombination() {
         m_measured = true;
         printAllMemoryBlocks("after function calls");
     }
-    const psResult combined = psResultAtLevel(psWorse(checkCtrlStatus(), r), g_ostrm.outLevel());
+    psResult combined = psResultAtLevel(psWorse(checkCtrlStatus(), r), g_ostrm.outLevel());
+    if (reportDamage("calls")) {
+        combined = psWorse(combined, PS_FUNC_FAIL);
+    }
     raiseResult(combined);
     outputResult(r == PS_UNDEFINED ? PS_FAIL : combined);
+}
+
+// Whether blocks were written beyond their ends since the last question, in this part of the test:
+// a failure of the function. Asked outside of the timed spans.
+bool psTest::reportDamage(const char* part) {
+    const psList<psBlockDamage> damages = psTakeDamage();
+    for (const psBlockDamage& damage : damages) {
+        g_ostrm << PS_ERR << "-- Memory fault: the " << part << " of " << m_function
+                << " wrote outside of " << psDamageText(damage) << "; with NTKPERF_GUARD=pages-"
+                << (damage.over > 0 ? "after" : "before") << " the call that does it faults\n"
+                << PS_END;
+        raiseResult(PS_FUNC_FAIL);
+    }
+    return !damages.empty();
 }
 
 // With warnings wanted but not the measured values (level 3), the calls themselves may say

@@ -1,0 +1,109 @@
+// A library that writes beyond the buffers of its tests.
+#include "session.h"
+
+namespace {
+
+class WritesBeyondABuffer : public SystemTest {
+protected:
+    Outcome runWith(const std::string& function, int bytes, const Texts& keys,
+                    const std::string& guard = "") const {
+        return runWell(
+            quick + keys + Texts{"-olog.txt", "-rtable.csv", "-usum.csv"},
+            {.directory = corpusDirectory(),
+             .environment = {std::string("LD_LIBRARY_PATH=") + NTK_OTHER_LIBRARY_DIRECTORY,
+                             "OTHER_NTKDC_STRAYS=" + function,
+                             "OTHER_NTKDC_STRAY_BYTES=" + std::to_string(bytes),
+                             "NTKPERF_GUARD=" + guard}});
+    }
+    std::string result(const std::string& function) const {
+        return summaryRecords(text("sum.csv"))[function]["Result"];
+    }
+};
+
+const Texts checksums = {"-fAdler", "-fCRC", "-dCodeLength=16384"};
+
+TEST_F(WritesBeyondABuffer, IsAFunctionFailureAndTheRunGoesOn) {
+    const struct {
+        int bytes;
+        std::string said;
+    } cases[] = {{1, "1 byte over its end"},          {200, "200 bytes over its end"},
+                 {1000, "1000 bytes over its end"},   {-1, "1 byte under its begin"},
+                 {-200, "200 bytes under its begin"}, {-1000, "1000 bytes under its begin"}};
+    for (const auto& c : cases) {
+        const Outcome outcome = runWith("ntksCRC32C_8u", c.bytes, checksums);
+        EXPECT_EQ(timesIn(outcome.output,
+                          "-- Memory fault: the calls of ntksCRC32C_8u wrote outside of block 0 "
+                          "(16384 bytes, Vector 8u len=16384): " +
+                              c.said + ";"),
+                  1)
+            << outcome.output;
+        EXPECT_EQ(timesIn(outcome.output, "Memory fault"), 1);
+        EXPECT_EQ(result("ntksCRC32C_8u"), "FUNCFAIL");
+        EXPECT_EQ(result("ntksCRC32_8u"), "OK");
+        EXPECT_EQ(closingCount(outcome.output, ".Successes"), 3);
+        EXPECT_EQ(closingCount(outcome.output, ".....-FAIL"), 1);
+        const Table table(text("table.csv"));
+        for (const Texts& row : table.rows) {
+            const bool failed = table.cell(row, "Function") == "ntksCRC32C_8u";
+            EXPECT_EQ(table.cell(row, "Result"), failed ? "FUNCFAIL" : "OK");
+        }
+        EXPECT_EQ(table.rows.size(), 4u);
+    }
+}
+
+// Also where the run restores the buffers before each call from copies.
+TEST_F(WritesBeyondABuffer, IsFoundWithRestoredBuffers) {
+    const Outcome outcome = runWith("ntksCRC32C_8u", 1000, checksums + Texts{"-SU"});
+    EXPECT_EQ(timesIn(outcome.output, "Memory fault"), 1) << outcome.output;
+    EXPECT_EQ(result("ntksCRC32C_8u"), "FUNCFAIL");
+    EXPECT_EQ(result("ntksCRC32_8u"), "OK");
+}
+
+TEST_F(WritesBeyondABuffer, InThePreparationEndsTheTestUnmeasured) {
+    const Outcome outcome =
+        runWith("ntksEncodeLZ4HashTableInit_8u", 200,
+                {"-f=ntksEncodeLZ4_8u", "-fAdler", "-dCodeFile=paper1", "-dCodeLength=16384"});
+    EXPECT_EQ(timesIn(outcome.output, "-- Memory fault: the preparation of ntksEncodeLZ4_8u wrote "
+                                      "outside of block 3 (64 bytes): 200 bytes over its end;"),
+              1)
+        << outcome.output;
+    EXPECT_EQ(result("ntksEncodeLZ4_8u"), "FUNCFAIL");
+    EXPECT_EQ(result("ntksAdler32_8u"), "OK");
+    EXPECT_EQ(Table(text("table.csv")).column("Function"), std::set<std::string>{"ntksAdler32_8u"});
+}
+
+// The very call faults. A write that stays within the alignment of the block's end is still found
+// by the pattern.
+TEST_F(WritesBeyondABuffer, FaultsAtAGuardPage) {
+    const struct {
+        std::string guard;
+        int bytes;
+        std::string result;
+    } cases[] = {{"pages-after", 1, "EXCPTFAIL"},
+                 {"pages-after", -1, "FUNCFAIL"},
+                 {"pages-before", -1, "EXCPTFAIL"},
+                 {"pages-before", 1, "FUNCFAIL"}};
+    for (const auto& c : cases) {
+        const Outcome outcome = runWith("ntksCRC32C_8u", c.bytes, checksums, c.guard);
+        EXPECT_EQ(
+            timesIn(outcome.output, "--NTK. Signal: Illegal storage access. in ntkFunctionCalls\n"),
+            c.result == "EXCPTFAIL")
+            << c.guard << outcome.output;
+        EXPECT_EQ(timesIn(outcome.output, "-- NTKPERF_GUARD: a page without access " +
+                                              c.guard.substr(6) + " each test block."),
+                  1);
+        EXPECT_EQ(result("ntksCRC32C_8u"), c.result) << c.guard << c.bytes;
+        EXPECT_EQ(result("ntksCRC32_8u"), "OK");
+    }
+}
+
+TEST_F(WritesBeyondABuffer, AnUnknownGuardIsTold) {
+    const Outcome outcome = runWith("none", 1, checksums, "page");
+    EXPECT_EQ(timesIn(outcome.output, "-- NTKPERF_GUARD: \"page\" is not known, no pages are "
+                                      "guarded: use pages-after or pages-before\n"),
+              1)
+        << outcome.output;
+    EXPECT_EQ(result("ntksCRC32C_8u"), "OK");
+}
+
+} // namespace
