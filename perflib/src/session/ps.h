@@ -150,6 +150,7 @@ private:
     void collectLibInfo();
     bool sortTests();
     int runTests();
+    void closeTests();
     void declareCommonParms();
     void warnUnusedPresets();
     void warnUnusedSettings();

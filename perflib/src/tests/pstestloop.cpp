@@ -5,6 +5,7 @@
 #include "pscacheiterator.h"
 #include "pscstream.h"
 #include "psinterruption.h"
+#include "psrunwatch.h"
 #include "pstestrun.h"
 #include "psturns.h"
 
@@ -85,9 +86,15 @@ void psTest::runCombination(bool& isFirst) {
     if (g_turnTaker && !g_turnTaker->wants(m_function, parameterValues())) {
         return;
     }
+    if (g_runWatch) {
+        g_runWatch->prepares(*this);
+    }
     m_dataHeld = true;
     if (prepared(isFirst)) {
         measureCombination();
+    }
+    if (g_runWatch) {
+        g_runWatch->releases(*this);
     }
     psStep("flushData", [&] { flushData(); });
     m_dataHeld = false;
@@ -134,6 +141,9 @@ bool psTest::validCacheSize() {
 
 void psTest::measureCombination() {
     printAllMemoryBlocks("before function calls");
+    if (g_runWatch) {
+        g_runWatch->calls(*this);
+    }
     initCtrlStatus();
     psResult r = timedResult();
     if (r != PS_UNDEFINED && !psIsFail(r) && !hasPossibleResult()) {
