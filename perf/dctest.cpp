@@ -68,12 +68,16 @@ void dcBlockTest::parmsToOstrm() {
 }
 
 // The columns are those of parmColumns in kxdc.cpp.
-void dcTest::addValues(psNamedValues& values) {
+void dcTest::addKeys(psNamedValues& values) {
     values.add("Length", length());
     values.add("CodeFile", inputName());
     if (const psParameter* const parm = variant()) {
         values.add("Variant", parm->valueString());
     }
+}
+
+void dcTest::addValues(psNamedValues& values) {
+    addKeys(values);
     const std::optional<double> value = m_isPossible ? ratio() : std::nullopt;
     if (value && std::isfinite(*value) && *value > 0) {
         values.add("Ratio", *value);

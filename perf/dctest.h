@@ -46,6 +46,7 @@ public:
     void parmsToOstrm() override;
     void addValues(psNamedValues& values) override;
     bool hasPossibleResult() override;
+    void addKeys(psNamedValues& values) override;
 
 protected:
     // Uncompressed bytes of the combination, and where they come from (may be empty).

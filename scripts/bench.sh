@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Measures everything on this machine: installs what is missing, builds, takes the corpus and runs
-# ntkperf in batch mode from inside the corpus. Ends with a table of one screen.
+# ntkperf in batch mode from inside the corpus, under ntkguard: a library that ends its process costs
+# one test. Ends with a table of one screen.
 #
 #   scripts/bench.sh                  all functions; the results go to out/
 #   scripts/bench.sh ARGUMENT...      arguments for ntkperf in place of the default ones
@@ -27,6 +28,7 @@
 # What ntkperf reads by default.
 corpus_files=(bib book1 book2 geo news obj1 obj2 paper1 paper2 pic progc progl progp trans)
 ntkperf=$top/build/release/bin/ntkperf
+ntkguard=$top/build/release/bin/ntkguard # what ends ntkperf costs one test
 
 # Sets corpus to an absolute path, or to nothing when stand-ins are needed.
 find_corpus() {
@@ -67,7 +69,7 @@ ensure_cache() {
 prepare() {
     "$top/scripts/install.sh"
     ensure_cache
-    build release ntkperf ntkcorpus
+    build release ntkperf ntkguard ntkcorpus
     [[ -n $corpus ]] || make_stand_ins
     say "corpus: $corpus"
 }
@@ -91,7 +93,7 @@ run_with_arguments() {
     # shellcheck disable=SC2064 # the directory of now
     trap "rm -rf '$scratch'" EXIT
     say "running ntkperf $*"
-    (cd "$corpus" && "$ntkperf" "$@" "-u$scratch/summary.csv") || status=$?
+    (cd "$corpus" && "$ntkguard" "$ntkperf" "$@" "-u$scratch/summary.csv") || status=$?
     ((status == 0)) || fail "ntkperf ended with status $status"
     [[ -e $scratch/summary.csv ]] || return 0
     [[ -s $scratch/summary.csv ]] || fail "nothing was measured; the log above says why"
@@ -103,8 +105,8 @@ run_with_arguments() {
 run_everything() {
     local status=0
     say "running ntkperf; results go to $running until they are complete"
-    (cd "$corpus" && exec "$ntkperf" -B "-o$running/ntkperf.txt" "-r$running/ntkperf.csv" \
-        "-u$running/ntkperf_sum.csv") </dev/null &
+    (cd "$corpus" && exec "$ntkguard" "$ntkperf" -B "-o$running/ntkperf.txt" \
+        "-r$running/ntkperf.csv" "-u$running/ntkperf_sum.csv") </dev/null &
     child=$!
     trap 'interrupted 129' HUP
     trap 'interrupted 130' INT

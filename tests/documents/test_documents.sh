@@ -28,7 +28,7 @@ make_project() {
     touch -d @0 "$project/CMakePresets.json"
     touch "$project/build/release/build.ninja"
     ln -s "$NTK_BUILD/lib" "$project/build/release/lib"
-    ln -s "$NTK_BUILD/bin/"{psexample,ntkcorpus} "$project/build/release/bin"
+    ln -s "$NTK_BUILD/bin/"{psexample,ntkcorpus,ntkguard} "$project/build/release/bin"
     for name in cmake ctest dpkg-query taskset setarch; do
         ln -s "$here/standin.sh" "$room/bin/$name"
     done

@@ -2,12 +2,14 @@
 # The scripts as their users call them, in a project of their own: they are copied, the programs that
 # install and build do nothing, ntkperf is the one beside this file.
 #
-#   test_bench.sh NTKPERF    the real program, which knows its default files and its functions
+#   test_bench.sh NTKPERF NTKGUARD PSDEEDS    the real program, which knows its default files and
+#                                             its functions; the real one that watches over it;
+#                                             one whose tests end their process
 
 set -uo pipefail
 
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
-ntkperf=$1
+ntkperf=$1 ntkguard=$2 psdeeds=$3
 room=$(mktemp -d)
 trap 'rm -rf "$room"' EXIT
 project="$room/a project"
@@ -21,6 +23,7 @@ make_project() {
     cp -r "$here/../../scripts" "$project"
     touch "$project/CMakePresets.json" "$project/build/release/build.ninja"
     cp "$here/ntkperf" "$project/build/release/bin"
+    ln -s "$ntkguard" "$project/build/release/bin"
     printf '#!/bin/sh\necho installed\n' >"$room/bin/dpkg-query"
     printf '#!/bin/sh\necho "cmake $*"\n' | tee "$room/bin/cmake" >"$room/bin/ctest"
     chmod +x "$room/bin/"*
@@ -79,7 +82,7 @@ test_the_frequency_is_kept_without_a_home() {
 cache $project/build/cache*"
     output=$(CORPUS=$corpus HOME=$room XDG_CACHE_HOME='' "$project/scripts/bench.sh" -B 2>&1)
     expect "the cache in HOME" "$output" "*
-cache -"
+cache -*"
 }
 
 test_a_corpus_without_its_files() {
@@ -174,6 +177,22 @@ test_an_interrupted_run_keeps_what_was_there() {
         "0 sixth KILL  PARTIAL: the run was not finished (killed)"
 }
 
+# Of a program whose second of five tests does not end, or does not bear to be called.
+test_what_ends_ntkperf_costs_one_test() {
+    local bin=$project/build/release/bin
+    mv "$bin/ntkperf" "$room/ntkperf"
+    ln -s "$psdeeds" "$bin/ntkperf"
+    DEEDS="beta@262144@call=kill" bench
+    expect "a test that ends ntkperf" "$status $output" \
+        "1 *failed: beta (EXCPTFAIL)*bench.sh: 1 of [5-9] tests failed; *"
+    expect "its table" "$(grep -c '^alpha,\|^beta,\|^delta,\|^gamma,' "$out/ntkperf.csv")" 11
+    expect "its line" "$(grep '^beta,.*EXCPTFAIL' "$out/ntkperf.csv")" "beta,-,262144,*,SIGKILL,-"
+    DEEDS="beta@262144@call=exit" bench -B -f=alpha -f=beta -f=gamma
+    expect "the same, with arguments" "$status $output" "1 *bench.sh: 1 of 3 tests failed; *"
+    rm "$bin/ntkperf"
+    mv "$room/ntkperf" "$bin/ntkperf"
+}
+
 overview() {
     LC_ALL=C awk -f "$project/scripts/overview.awk" "$@"
 }
@@ -204,5 +223,6 @@ test_the_corpus_is_what_ntkperf_reads
 test_results_move_when_new_ones_are_complete
 test_failed_tests_are_told_and_replace_no_good_results
 test_an_interrupted_run_keeps_what_was_there
+test_what_ends_ntkperf_costs_one_test
 test_the_overview
 ((failures == 0)) && echo "all passed"

@@ -90,11 +90,11 @@ TEST_F(Deeds, WhatEndsTheProcessLeavesItsCombinationInTheLog) {
         {"exit 3", 3, 0, ""},
         {"signal 9", -1, SIGKILL, ""},
         {"thread-segv", -1, SIGSEGV,
-         "--NTK. Signal: Illegal storage access. This ends the run, in a thread of the library: "
+         "--NTK. Signal: Illegal storage access. This ends the process, in a thread of the library: "
          "ntksCRC32_8u\n"},
 #if !defined(__SANITIZE_ADDRESS__) // which tells of a destroyed heap itself
         {"heap", -1, SIGABRT,
-         "--NTK. Signal: Abort (SIGABRT). This ends the run, as memory is destroyed: "
+         "--NTK. Signal: Abort (SIGABRT). This ends the process, as memory is destroyed: "
          "ntksCRC32_8u\n"},
 #endif
     };

@@ -95,7 +95,7 @@ void psCStream::lineOut(int columns) {
 }
 
 void psCStream::tableOut(int columns) {
-    if (m_streams.empty()) {
+    if (m_streams.empty() || m_muted) {
         return;
     }
     const psString line = lineText(columns);

@@ -36,6 +36,10 @@ public:
     void linePostpone();
     void linePostponeOut(int columns);
     int lineCount() const { return m_lineCount; }
+    // Another process wrote so many lines before, of this table.
+    void setLineCount(int lines) { m_lineCount = lines; }
+    // Lines are dropped: the file has them already.
+    void setMuted(bool muted) { m_muted = muted; }
     void flush();
     void close();
 
@@ -53,6 +57,7 @@ private:
     psString m_cells[maxColumns];
     int m_nextColumn = 0;
     int m_lineCount = 0;
+    bool m_muted = false;
     int m_identicalColumns = 0;
     psEqualLines m_watched;
     psStringList m_postponed[maxColumns];

@@ -137,6 +137,14 @@ void psOStream::writeTo(const psString& text, Side side) {
     if ((m_msgLevel & m_outLevel) == 0 || text.empty()) {
         return;
     }
+    if (m_holding) {
+        m_held.append({text, side});
+        return;
+    }
+    distribute(text, side);
+}
+
+void psOStream::distribute(const psString& text, Side side) {
     m_midLine = text[text.length() - 1] != '\n';
     psList<const o_stream*> failed;
     for (o_stream* stream : m_streams) {
@@ -146,6 +154,16 @@ void psOStream::writeTo(const psString& text, Side side) {
         }
     }
     reportFailures(failed);
+}
+
+void psOStream::release(bool show) {
+    m_holding = false;
+    for (const Held& held : m_held) {
+        if (show) {
+            distribute(held.text, held.side);
+        }
+    }
+    m_held.clear();
 }
 
 void psOStream::flush() {

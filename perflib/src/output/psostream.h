@@ -66,6 +66,9 @@ public:
     void writeToLogs(const psString& text);
     void writeToConsole(const psString& text);
     int streamCount() const { return m_streams.count(); }
+    // What is written from now on is held back, until it is shown or dropped.
+    void hold() { m_holding = true; }
+    void release(bool show);
 
     // Says, as an error, that failed (of this or another owner) can no longer be written.
     void reportFailure(const o_stream& failed);
@@ -73,8 +76,15 @@ public:
 private:
     enum Side { toBoth, toConsole, toLogs };
     void writeTo(const psString& text, Side side);
+    void distribute(const psString& text, Side side);
     void reportFailures(psList<const o_stream*>& failed);
 
+    struct Held {
+        psString text;
+        Side side;
+    };
+    bool m_holding = false;
+    psList<Held> m_held;
     psList<o_stream*> m_streams;
     bool m_midLine = false; // the last text had no line end
     int m_outLevel = PS_ERR;

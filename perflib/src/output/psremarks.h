@@ -9,6 +9,7 @@ class psRemarks {
 public:
     void add(const psString& text); // without a line end
     int count() const { return m_count; }
+    const psStringList& shown() const { return m_shown; } // of all the first
     // Lines for the end of the log; empty when there was nothing. Of very many the first are shown.
     psString closingText() const;
     void clear();

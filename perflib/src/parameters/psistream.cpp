@@ -57,6 +57,11 @@ psStringList psIStream::unusedPresets() const {
     return names;
 }
 
+void psIStream::markUsed(const psString& presetName) {
+    psString value;
+    findPreset(presetName, value);
+}
+
 bool psIStream::findPreset(const psString& name, psString& value) {
     Preset* const preset = m_presets.find(name);
     if (preset) {
@@ -100,7 +105,7 @@ psIStream::Source psIStream::read(const psString& name, const psString& prompt,
         value = item->m_value;
         return PS_FROM_SETTINGS;
     }
-    return willAsk(name) ? ask(prompt, defaultText, value) : PS_FROM_NOTHING;
+    return willAsk(name) ? ask(name, prompt, defaultText, value) : PS_FROM_NOTHING;
 }
 
 // False at the end of the input.
@@ -130,17 +135,33 @@ static void showAnswer(FILE* console, const psString& answer) {
     g_ostrm << PS_END;
 }
 
-psIStream::Source psIStream::ask(const psString& prompt, const psString& defaultText,
-                                 psString& value) {
+// False: the input has ended.
+bool psIStream::typed(const psString& prompt, const psString& defaultText, psString& answer) {
     g_ostrm << PS_ERR << prompt << " [" << defaultText << "]: " << PS_END_FLUSH;
-    psString answer;
     if (!readAnswer(m_console, answer)) {
         m_console = nullptr;
         g_ostrm << PS_ERR << "\n-- The console input has ended, defaults are taken from here on\n"
                 << PS_END_FLUSH;
-        return PS_FROM_NOTHING;
+        return false;
     }
     showAnswer(m_console, answer);
+    return true;
+}
+
+psIStream::Source psIStream::ask(const psString& name, const psString& prompt,
+                                 const psString& defaultText, psString& value) {
+    psString answer;
+    if (!m_memory || !m_memory->knowsAnswer(name, answer)) {
+        if (m_memory) {
+            m_memory->asks();
+        }
+        if (!typed(prompt, defaultText, answer)) {
+            return PS_FROM_NOTHING;
+        }
+        if (m_memory) {
+            m_memory->answered(name, answer);
+        }
+    }
     if (answer.empty()) {
         return PS_FROM_NOTHING;
     }

@@ -9,6 +9,17 @@
 // the console, the parameter's default.
 class psIStream {
 public:
+    // Somebody who remembers the answers of an earlier process of this run.
+    class Memory {
+    public:
+        virtual ~Memory() = default;
+        // True: answer has what was typed for name then.
+        virtual bool knowsAnswer(const psString& name, psString& answer) = 0;
+        virtual void asks() = 0; // the process waits for a person
+        virtual void answered(const psString& name, const psString& answer) = 0;
+    };
+    void setMemory(Memory* memory) { m_memory = memory; } // null: there is none
+
     enum Source { PS_FROM_NOTHING, PS_FROM_PRESET, PS_FROM_SETTINGS, PS_FROM_CONSOLE };
 
     // The section of the settings file that holds the parameters common to all tests.
@@ -39,6 +50,8 @@ public:
     void removePresets(); // for another session in this process
     // Presets that no reader has asked for, in command-line order.
     psStringList unusedPresets() const;
+    // A reader of an earlier process of this run has asked for it.
+    void markUsed(const psString& presetName);
 
     // Looks for a value of the parameter name in the current section. A question shows the
     // prompt and the default in square brackets; an empty answer, or the end of the input, gives
@@ -56,8 +69,11 @@ private:
     };
     bool findPreset(const psString& name, psString& value);
     bool isSetForAllTests(const psString& name) const;
-    Source ask(const psString& prompt, const psString& defaultText, psString& value);
+    Source ask(const psString& name, const psString& prompt, const psString& defaultText,
+               psString& value);
+    bool typed(const psString& prompt, const psString& defaultText, psString& answer);
 
+    Memory* m_memory = nullptr;
     FILE* m_console = nullptr;
     bool m_asking = false;
     psIniFile m_ini; // empty while none is open

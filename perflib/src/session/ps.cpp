@@ -4,6 +4,7 @@
 
 #include "pscputick_gcc.h"
 #include "pscpuidtest.h"
+#include "psguarded.h"
 #include "psinterruption.h"
 #include "psistream.h"
 #include "psmissing.h"
@@ -78,6 +79,7 @@ void psSession::setHelp(char key, bool hidden) {
 
 int psSession::run(int argc, char** argv) {
     g_ostrm.addConsole();
+    psConnectGuard();
     g_ostrm.setOutLevel(PS_OUT_PERF); // until "-L" takes effect, behind the common data
     psStandInForMissingFunctions();
     setNtkEnvironment();
@@ -152,12 +154,20 @@ int psSession::runTests() {
     watchSignals();
     const int result = pTestList->runTests(m_conditions);
     pTestList->setEndTime(time(nullptr));
+    closeTests();
+    return result;
+}
+
+void psSession::closeTests() {
+    if (psIsSummaryWritten()) {
+        return;
+    }
     if (!psInterruption::wasFollowed()) { // the tests that were left out may use them
         warnUnusedPresets();
         warnUnusedSettings();
     }
     outputFooter();
-    return result;
+    psNoteSummaryWritten();
 }
 
 void psSession::finish() {
@@ -167,6 +177,7 @@ void psSession::finish() {
     g_istrm.closeIniFile();
     g_ostrm.flush(); // who waits for the signal file finds the log whole
     outputSignal();
+    psEndGuarded();
     delete pTestList;
     pTestList = nullptr;
     g_ostrm.flush();

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include "ps.h"
+#include "psguarded.h"
 #include "psistream.h"
 #include "psremarks.h"
 #include "pstest.h"
@@ -136,7 +137,13 @@ void psSession::openOutputs() {
     for (const Output& output : m_outputs) {
         const psFileUses::Use* const use = m_fileUses.find(output.path);
         const bool conflicting = use && use->conflicting;
-        if (!conflicting && !output.open(output.path, output.append)) {
+        if (conflicting) {
+            continue;
+        }
+        if (psContinuesRun()) {
+            psEndLastLine(output.path.c_str());
+        }
+        if (!output.open(output.path, output.append || psContinuesRun())) {
             m_unopenedFile = true;
         }
     }

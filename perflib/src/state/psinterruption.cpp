@@ -15,6 +15,7 @@ constexpr Wish wishes[] = {{SIGINT, "SIGINT"}, {SIGTERM, "SIGTERM"}, {SIGHUP, "S
 
 constinit volatile sig_atomic_t g_code = 0;
 constinit bool g_followed = false;
+void (*g_listener)() = nullptr;
 
 bool isIgnored(int code) {
     struct sigaction action;
@@ -28,6 +29,9 @@ void note(int code) {
             signal(wish.code, SIG_DFL);
         }
     }
+    if (g_listener) {
+        g_listener();
+    }
 }
 
 } // namespace
@@ -40,6 +44,10 @@ void psInterruption::watch() {
             psKeepSignalHandler(wish.code, note);
         }
     }
+}
+
+void psInterruption::setListener(void (*listener)()) {
+    g_listener = listener;
 }
 
 bool psInterruption::isWanted() {

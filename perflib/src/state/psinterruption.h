@@ -7,6 +7,8 @@ class psInterruption {
 public:
     // From now on. What the process was told to ignore at its start (nohup) stays ignored.
     static void watch();
+    // Called by the handler, which may do little, when the first signal is noted.
+    static void setListener(void (*listener)());
     // Whether the run is to end: asked before each test. True is also noted as wasFollowed().
     static bool isWanted();
     // Throws a psException when the run is to end: asked where a test can be left.

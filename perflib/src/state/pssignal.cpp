@@ -88,7 +88,7 @@ void tsSignal::sig_fpe(int code) {
     if (reason) {
         const char* const parts[] = {"--NTK. Signal: ",
                                      faultText(code),
-                                     " This ends the run, ",
+                                     " This ends the process, ",
                                      reason,
                                      ": ",
                                      m_subject,

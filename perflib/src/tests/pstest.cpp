@@ -11,6 +11,7 @@
 #include "psmissing.h"
 #include "psreporttest.h"
 #include "psreserve.h"
+#include "psrunwatch.h"
 #include "pssettings.h"
 #include "pssignal.h"
 #include "pssignalactions.h"
@@ -218,6 +219,9 @@ bool psTest::runSteps() {
         psStep("g_ostrm<<testTitle", [&] { g_ostrm << title; });
         psStep("g_ustrm<<testTitle", [&] { g_ustrm << title; });
     });
+    if (g_runWatch) {
+        g_runWatch->starts(*this);
+    }
     measure();
     restoreParms();
     psStep("flushStart", [&] { flushStart(); });
@@ -262,6 +266,9 @@ void psTest::readParms() {
     }
     psStep("parmsFromIstrm", [&] { parmsFromIstrm(); });
     g_istrm.markSectionRead();
+    if (g_runWatch) {
+        g_runWatch->parametersRead(*this);
+    }
 }
 
 // What the test's own section or an answer before it said does not hold for the tests after it,

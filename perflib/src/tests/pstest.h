@@ -11,6 +11,7 @@ class psCacheIterator;
 class psConditions;
 class psRunCheckpoint;
 struct psDisturbances;
+struct psLostTest;
 struct psMeasurement;
 class psNamedValues;
 
@@ -111,6 +112,10 @@ public:
     // Asked after a measurement that did not fail: whether what its calls left is possible. What is
     // not, is printed as a failure of the measured function: nothing must be computed from it.
     virtual bool hasPossibleResult() { return true; }
+    // What of these tells measurements apart, known as soon as the data are prepared: asked before
+    // the first call when somebody outside keeps what a fatal call would take away. Adds what
+    // addValues() adds under the same names.
+    virtual void addKeys(psNamedValues&) {}
 
     const psString& functionName() const { return m_function; }
     const psString& sourceName() const { return m_source; }
@@ -147,6 +152,9 @@ public:
     void setTimingResult(double clocks, const psString& comment);
     // What the parameters stand on, in the order of their loops.
     psNamedValues parameterValues() const;
+    // What another process was in when it ended, in place of run().
+    void reportLost(const psLostTest& lost);
+    psStringList combinationCells();
     // The record of the combination that was measured last.
     psMeasurement record(psResult r);
     // Clocks per unit, or with rate the floating-point operations per second in millions.
@@ -188,6 +196,7 @@ protected:
 private:
     bool runSteps();
     void measure();
+    void putLostRow(const psLostTest& lost);
     void afterException(const psString& message, psResult result,
                         const psRunCheckpoint& checkpoint);
     void readParms();

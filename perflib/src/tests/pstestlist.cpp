@@ -7,6 +7,7 @@
 #include "psinterruption.h"
 #include "psistream.h"
 #include "psostream.h"
+#include "psrunwatch.h"
 #include "pstest.h"
 #include "pstestformat.h"
 
@@ -94,6 +95,24 @@ static psString noSectionText() {
     return "-P key finds no section of a selected test in ini-file " + ini.name();
 }
 
+// The settings file does not name it.
+static bool isRefused(const psTest& test, psResult result) {
+    return result == PS_UNDEFINED && test.result() == PS_OK;
+}
+
+psResult psTestList::runTest(psTest& test) {
+    m_pCurrentTest = &test;
+    if (g_runWatch) {
+        g_runWatch->testBegins(test);
+    }
+    const psResult result = test.run();
+    if (g_runWatch) {
+        g_runWatch->testEnds(result, isRefused(test, result));
+    }
+    m_pCurrentTest = nullptr;
+    return result;
+}
+
 // Before the first test, so that nobody waits for the end to learn that this is another build.
 void psTestList::tellMissing(const psConditions& conditions) const {
     psString names;
@@ -124,14 +143,16 @@ bool psTestList::runTests(const psConditions& conditions) {
             continue;
         }
         m_startFunc = "";
+        if (g_runWatch && g_runWatch->wasRun(*test, *this)) {
+            anyRun = true;
+            continue;
+        }
         if (psInterruption::isWanted()) {
             break;
         }
-        m_pCurrentTest = test;
-        const psResult result = test->run();
-        m_pCurrentTest = nullptr;
-        const bool refused = result == PS_UNDEFINED && test->result() == PS_OK;
-        if (!refused) { // by its section of the settings file
+        const psResult result = runTest(*test);
+        const bool refused = isRefused(*test, result);
+        if (!refused) {
             plus(result);
         }
         anyRefused |= refused;

@@ -44,6 +44,7 @@ public:
     static psTest* m_pCurrentTest; // null between tests
 
 private:
+    static psResult runTest(psTest& test);
     void clearCounts();
     void tellMissing(const psConditions& conditions) const;
 

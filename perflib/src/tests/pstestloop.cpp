@@ -6,6 +6,7 @@
 #include "pscstream.h"
 #include "psdamage.h"
 #include "psinterruption.h"
+#include "psrunwatch.h"
 #include "pstestrun.h"
 #include "psturns.h"
 
@@ -86,9 +87,15 @@ void psTest::runCombination(bool& isFirst) {
     if (g_turnTaker && !g_turnTaker->wants(m_function, parameterValues())) {
         return;
     }
+    if (g_runWatch) {
+        g_runWatch->prepares(*this);
+    }
     m_dataHeld = true;
     if (prepared(isFirst)) {
         measureCombination();
+    }
+    if (g_runWatch) {
+        g_runWatch->releases(*this);
     }
     psStep("flushData", [&] { flushData(); });
     m_dataHeld = false;
@@ -136,6 +143,9 @@ bool psTest::validCacheSize() {
 
 void psTest::measureCombination() {
     printAllMemoryBlocks("before function calls");
+    if (g_runWatch) {
+        g_runWatch->calls(*this);
+    }
     initCtrlStatus();
     psResult r = timedResult();
     if (r != PS_UNDEFINED && !psIsFail(r) && !hasPossibleResult()) {

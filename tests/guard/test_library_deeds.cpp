@@ -1,0 +1,80 @@
+// ntkperf under the watch of ntkguard, with a library that does what no library should.
+#include "guarded.h"
+
+namespace {
+
+class GuardOfLibrary : public GuardTest {
+protected:
+    Outcome runWith(const std::string& deeds, const Texts& keys) const {
+        return run(Texts{"--limit", "2", NTK_PERF_FILE} + quick + keys + keysIn(""),
+                   {.program = NTK_GUARD_FILE,
+                    .directory = corpusDirectory(),
+                    .environment = {std::string("LD_LIBRARY_PATH=") + NTK_DEEDS_DIRECTORY,
+                                    "NTK_DEEDS=" + deeds}});
+    }
+};
+
+TEST_F(GuardOfLibrary, WhatCannotBeSurvivedCostsOneTest) {
+    const struct {
+        const char *deed, *word, *log;
+    } cases[] = {
+        {"exit 3", "exit 3", "--NTK. Exception: exit with status 3 in ntkFunctionCalls\n"},
+        {"signal 9", "SIGKILL", "--NTK. Signal: Killed (SIGKILL). in ntkFunctionCalls\n"},
+        {"hang", "no answer", "--NTK. Exception: no answer for 2 s in ntkFunctionCalls\n"},
+        {"thread-segv", "SIGSEGV",
+         "--NTK. Signal: Segmentation fault (SIGSEGV). in ntkFunctionCalls\n"},
+#if !defined(__SANITIZE_ADDRESS__) // which tells of a destroyed heap itself
+        {"heap", "SIGABRT", "--NTK. Signal: Aborted (SIGABRT). in ntkFunctionCalls\n"},
+#endif
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.deed);
+        const Outcome outcome =
+            runWith(std::string("ntksCRC32_8u if 2 65536 ") + c.deed, {"-fCRC"});
+        EXPECT_EQ(outcome.status, 0) << outcome.errors;
+        EXPECT_EQ(closingCount(outcome.output, ".Number of tests"), 3);
+        EXPECT_EQ(closingCount(outcome.output, ".Successes"), 2);
+        EXPECT_EQ(closingCount(outcome.output, ".....-EXCPTFAIL"), 1);
+        EXPECT_EQ(summaryRecords(text("sum.csv"))["ntksCRC32_8u"]["Result"], "EXCPTFAIL");
+        EXPECT_EQ(timesIn(text("table.csv"),
+                          std::string("\nntksCRC32_8u,8u,65536,-,-,-,-,e,-,EXCPTFAIL,") + c.word +
+                              ",-\n"),
+                  1)
+            << text("table.csv");
+        EXPECT_EQ(Table(text("table.csv")).rows.size(), 13u); // five, two and the lost one, five
+        EXPECT_EQ(timesIn(text("log.txt"), c.log), 1) << text("log.txt");
+        EXPECT_EQ(timesIn(text("log.txt"), "ntksCRC32_8u: CodeLength=65536 \n"), 2);
+        EXPECT_EQ(timesIn(text("log.txt"), "Processor:"), 1);
+    }
+}
+
+// The cells that tell combinations apart are there before the first call, and figures that only a
+// call can tell are not.
+TEST_F(GuardOfLibrary, TheLineHasTheKeysOfTheCombination) {
+    const Outcome outcome =
+        runWith("ntksEncodeLZ4Dict_8u signal 9; ntksDecodeLZ4_8u at 2 hang",
+                {"-fLZ4", "-dCodeFile=obj1;pic", "-dCodeLength=65536", "-ddict=I"});
+    EXPECT_EQ(outcome.status, 0) << outcome.errors;
+    EXPECT_EQ(timesIn(text("table.csv"),
+                      "\nntksEncodeLZ4Dict_8u,8u,21504,obj1,I,-,-,e,-,EXCPTFAIL,SIGKILL,-\n"),
+              1)
+        << text("table.csv");
+    EXPECT_EQ(timesIn(text("table.csv"), "\nntksDecodeLZ4_8u,8u,"), 1) << text("table.csv");
+    EXPECT_EQ(closingCount(outcome.output, ".....-EXCPTFAIL"), 2);
+    EXPECT_EQ(closingCount(outcome.output, ".Successes"), 4);
+}
+
+// One signal to both, as from a terminal, is one signal.
+TEST_F(GuardOfLibrary, AnInterruptedRunEndsInOrder) {
+    const Outcome outcome =
+        runWith("ntksCRC32_8u at 3 signal 15; ntksCRC32C_8u signal 9", {"-fCRC"});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(timesIn(outcome.output, " .Incomplete     : ended by SIGTERM\n"), 1)
+        << outcome.output;
+    EXPECT_EQ(timesIn(outcome.output, "PS Summary"), 1);
+    EXPECT_EQ(closingCount(outcome.output, ".....-EXCPTFAIL"), 2);
+    EXPECT_EQ(timesIn(outcome.errors, "going on"), 1) << outcome.errors;
+    EXPECT_NE(text("done.end"), "");
+}
+
+} // namespace
