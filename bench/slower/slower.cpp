@@ -4,9 +4,10 @@
 // The chain comes before the real call, between two fences, so that none of it overlaps with the
 // function or with what is around the call; there it costs what it would cost behind the call, and
 // as the call is then a jump that leaves registers and stack as they came, no signature has to be
-// known. A function that is not slowed takes the same way with a chain of no multiplications: two
-// folders with this library differ in the chains alone. Eight multiplications come before each
-// chain: the first few would hide behind the fence's own latency and cost nothing.
+// known. A function with an amount of 0 takes the same way with a chain of no multiplications: two
+// folders whose files name the same functions differ in the chains alone. Eight multiplications
+// come before each chain: the first few would hide behind the fence's own latency and cost nothing.
+// A function that is not named is handed on by a mere jump.
 //
 // The amounts are read from slower.txt in the folder through which this library was found (a
 // symbolic link counts with its own folder). A line is one of
@@ -28,14 +29,16 @@
 #define FORWARD(name)                                                                              \
     extern "C" [[gnu::visibility("hidden")]] long name##_chain;                                    \
     extern "C" [[gnu::visibility("hidden")]] void* name##_real;                                    \
-    long name##_chain = 0;                                                                         \
+    long name##_chain = -1;                                                                        \
     void* name##_real = nullptr;                                                                   \
     asm(".pushsection .text." #name ",\"ax\",@progbits\n"                                          \
         ".p2align 6\n"                                                                             \
         ".globl " #name "\n"                                                                       \
         ".type " #name ", @function\n" #name ":\n"                                                 \
-        "  lfence\n"                                                                               \
         "  movq " #name "_chain(%rip), %rax\n"                                                     \
+        "  testq %rax, %rax\n"                                                                     \
+        "  js 3f\n"                                                                                \
+        "  lfence\n"                                                                               \
         "  .rept 8\n"                                                                              \
         "  imulq %r11, %r11\n"                                                                     \
         "  .endr\n"                                                                                \
@@ -45,7 +48,7 @@
         "  decq %rax\n"                                                                            \
         "  jnz 1b\n"                                                                               \
         "2: lfence\n"                                                                              \
-        "  jmpq *" #name "_real(%rip)\n"                                                           \
+        "3: jmpq *" #name "_real(%rip)\n"                                                          \
         ".size " #name ", .-" #name "\n"                                                           \
         ".popsection\n");
 #include "forwarded.inc"
@@ -149,13 +152,13 @@ void readLine(const std::string& line, const std::string& folder, std::string& l
 } // namespace
 
 // For a program that measures what a chain costs: sets the multiplications of a function, and
-// returns those that it had; -1: there is no such function.
+// returns those that it had (none when it was not named); -1: there is no such function.
 extern "C" [[gnu::visibility("default")]] long ntkSlowerSet(const char* name, long chain) {
     for (const Forwarded& function : functions) {
         if (std::strcmp(name, function.name) == 0) {
             const long before = *function.chain;
             *function.chain = chain;
-            return before;
+            return before < 0 ? 0 : before;
         }
     }
     return -1;

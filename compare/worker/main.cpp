@@ -5,6 +5,7 @@
 #include "channel.h"
 #include "ps.h"
 #include "psbase.h"
+#include "psblockspace.h"
 #include "psdenormals.h"
 #include "psloaded.h"
 #include "pssignal.h"
@@ -36,6 +37,7 @@ Hello hello() {
 int main(int argc, char** argv) {
     psFlushDenormals();
     tsSignal::leaveToSystem(); // whoever started the worker sees by which signal it ended
+    psAlignSpacesToPages(true);
     Channel channel(ordersFile, answersFile);
     TurnWorker worker(channel);
     g_turnTaker = &worker;

@@ -11,10 +11,29 @@
 namespace {
 
 constinit psGuard g_guard = psGuard::none;
+constinit bool g_isAlignedToPages = false;
+
+std::size_t pageBytes() {
+    static const auto bytes = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+    return bytes;
+}
+
+std::size_t wholePages(std::size_t bytes) {
+    return (bytes + pageBytes() - 1) / pageBytes() * pageBytes();
+}
+
+// Zeroed.
+void* heapMemory(std::size_t bytes) {
+    if (!g_isAlignedToPages) {
+        return std::calloc(bytes, 1);
+    }
+    void* const start = std::aligned_alloc(pageBytes(), wholePages(bytes));
+    return start ? std::memset(start, 0, bytes) : nullptr;
+}
 
 psBlockSpace heapSpace(std::size_t request) {
     const std::size_t bytes = request + 2 * psMarginBytes;
-    void* const start = std::calloc(bytes, 1);
+    void* const start = heapMemory(bytes);
     if (start == nullptr) {
         return {};
     }
@@ -34,8 +53,8 @@ std::intptr_t wayToPage(const psPlacement& placement, const psBlockSpace& space,
 }
 
 psBlockSpace guardedSpace(const psPlacement& placement, std::size_t request, bool isAfter) {
-    static const auto page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
-    const std::size_t usable = (request + 2 * psMarginBytes + page - 1) / page * page;
+    const std::size_t page = pageBytes();
+    const std::size_t usable = wholePages(request + 2 * psMarginBytes);
     void* const start =
         mmap(nullptr, usable + page, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     if (start == MAP_FAILED) {
@@ -69,6 +88,10 @@ bool psGuardFromText(const char* text, psGuard& guard) {
 
 void psSetGuard(psGuard guard) {
     g_guard = guard;
+}
+
+void psAlignSpacesToPages(bool isAligned) {
+    g_isAlignedToPages = isAligned;
 }
 
 psBlockSpace psTakeSpace(const psPlacement& placement) {

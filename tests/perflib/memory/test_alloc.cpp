@@ -2,12 +2,15 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <climits>
 #include <cstdint>
+#include <cstdlib>
 #include <cstring>
 #include <string>
 
 #include "captured.h"
+#include "psblockspace.h"
 
 namespace {
 
@@ -218,6 +221,23 @@ TEST_F(Alloc, VectorsAreMisalignedAsTheSessionSays) {
     EXPECT_TRUE(psMallocInfo(psAllocateVector(100, 2, &object), nullptr, &tag));
     EXPECT_EQ(tag, &object);
     EXPECT_NE(MEM_OBJECT_IS_BUFFER, MEM_OBJECT_IS_SUBOBJECT);
+}
+
+// Whatever the heap held before, and in both processes of a comparison alike.
+TEST_F(Alloc, AlignedToPagesBlocksLieAtTheSamePlaceOfTheirPages) {
+    constexpr std::uintptr_t page = 4096;
+    psAlignSpacesToPages(true);
+    const std::uintptr_t place = addressOf(psMalloc(3000, 512, 6)) % page;
+    for (const size_t before : {16, 100, 720, 5000}) {
+        char* const held = static_cast<char*>(malloc(before));
+        char* const p = static_cast<char*>(psMalloc(3000, 512, 6));
+        EXPECT_EQ(addressOf(p) % page, place);
+        EXPECT_TRUE(std::all_of(p, p + 3000, [](char byte) { return byte == 0; }));
+        std::memset(p, 'x', 3000); // for the next block at this place
+        psFree(p);
+        free(held);
+    }
+    psAlignSpacesToPages(false);
 }
 
 TEST_F(Alloc, Settings) {
