@@ -65,14 +65,11 @@ constexpr struct {
     {"hang", sleepForEver},
     {"kill", [] { raise(SIGKILL); }},
     {"quit", [] { raise(SIGQUIT); }},
-    {"term", [] { kill(getpid(), SIGTERM), sleepForEver(); }},
-    {"segv", [] { raise(SIGSEGV); }},
     {"warn", [] { fputs("a warning\n", stderr); }},
     {"killfirst", endFirstProcess},
     {"exitlater", endSuccessor},
     {"await", awaitSignal},
     {"stop", [] { raise(SIGSTOP); }},
-    {"note", [] { g_ostrm << PS_ERR << "unended line" << PS_END; }},
 };
 
 void act(const char* step, const psString& test, int length) {
