@@ -52,8 +52,8 @@ struct Judgement {
 bool isMeasured(const Case& tried); // has starts and no failure
 Judgement judge(const Comparison& comparison);
 
-// Whether the outputs of the sides differ: their status or a value, units per call. Empty: they do
-// not; else "Ratio 1.85 -> 1.79".
+// Whether the outputs of the sides differ: their status or, of equal parameters, a value or the
+// units per call. Empty: they do not; else "Ratio 1.85 -> 1.79".
 std::string outputDifference(const Case& measured);
 
 } // namespace compare

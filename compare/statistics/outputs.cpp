@@ -1,5 +1,6 @@
 #include "judge.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -66,6 +67,13 @@ bool areEqual(const Value& base, const Value& changed) {
     return base == changed;
 }
 
+bool areEqual(const NamedValues& base, const NamedValues& changed) {
+    return std::equal(base.begin(), base.end(), changed.begin(), changed.end(),
+                      [](const NamedValue& a, const NamedValue& b) {
+                          return a.name == b.name && areEqual(a.value, b.value);
+                      });
+}
+
 std::string valuesText(const Value& base, const Value& changed) {
     const auto baseNumber = number(base);
     const auto changedNumber = number(changed);
@@ -120,6 +128,10 @@ std::string outputDifference(const Case& measured) {
     if (base.status != changed.status) {
         differences.push_back("status " +
                               arrow(std::to_string(base.status), std::to_string(changed.status)));
+    }
+    // What other parameters make is not expected to be the same.
+    if (!areEqual(measured.parameters.base, measured.parameters.changed)) {
+        return joined(differences);
     }
     addValues(differences, base.values, changed.values);
     if (base.unit != changed.unit) {

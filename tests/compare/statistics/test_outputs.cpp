@@ -55,5 +55,15 @@ TEST(OutputDifference, NamesStatusAndUnits) {
     EXPECT_EQ(outputDifference(measured), "unit byte -> element");
 }
 
+TEST(OutputDifference, OfOtherParametersIsTheStatusOnly) {
+    Case measured;
+    measured.parameters = {{{"Length", 1000LL}}, {{"Length", 2000LL}}};
+    measured.outcome.base = {0, "byte", 1000, {{"Size", 10LL}}};
+    measured.outcome.changed = {0, "byte", 2000, {{"Size", 20LL}}};
+    EXPECT_EQ(outputDifference(measured), "");
+    measured.outcome.changed.status = 4;
+    EXPECT_EQ(outputDifference(measured), "status 0 -> 4");
+}
+
 } // namespace
 } // namespace compare
