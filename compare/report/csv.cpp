@@ -37,7 +37,7 @@ const std::vector<std::string> names = {
     "unit",        "ratio",           "ratio_low",      "ratio_high",  "p",
     "p_adjusted",  "verdict",         "starts",         "rounds",      "seconds",
     "stop",        "disturbed_share", "base_status",    "new_status",  "output_difference",
-    "failed_side", "failure"};
+    "failed_side", "failure",         "complete"};
 
 std::vector<std::string> figuresOf(const Finding& finding) {
     if (!finding.isMeasured) {
@@ -64,7 +64,7 @@ std::vector<std::string> failureOf(const Case& tried) {
     return {joined(sides, " "), joined(texts, "\n")};
 }
 
-std::vector<std::string> cellsOf(const Finding& finding) {
+std::vector<std::string> cellsOf(const Finding& finding, bool isComplete) {
     const Case& tried = *finding.tried;
     const std::string base = parametersText(tried.parameters.base);
     const std::string changed = parametersText(tried.parameters.changed);
@@ -86,6 +86,7 @@ std::vector<std::string> cellsOf(const Finding& finding) {
         add(std::vector<std::string>(4));
     }
     add(failureOf(tried));
+    cells.emplace_back(isComplete ? "yes" : "no"); // the run: a table has no head to say it
     return cells;
 }
 
@@ -94,7 +95,7 @@ std::vector<std::string> cellsOf(const Finding& finding) {
 std::string csvText(const Comparison& comparison, const Judgement& judgement) {
     std::string text = lineText(names);
     for (const Finding& finding : findingsOf(comparison, judgement)) {
-        text += lineText(cellsOf(finding));
+        text += lineText(cellsOf(finding, comparison.isComplete));
     }
     return text;
 }

@@ -78,7 +78,8 @@ TEST(Csv, AMeasuredCaseReadsBack) {
         {"new_status", "4"},
         {"output_difference", "status 0 -> 4"},
         {"failed_side", ""},
-        {"failure", ""}};
+        {"failure", ""},
+        {"complete", "yes"}};
     for (const auto& [name, text] : expected) {
         EXPECT_EQ(rows[0].at(name), text) << name;
     }
@@ -95,8 +96,10 @@ TEST(Csv, WhatWasNotMeasuredHasNoFigures) {
     handmade.add("ntksY_8u", 1, 0, 0, Verdict::open);
     handmade.lastEffect().interval.low = -infinite;
     handmade.lastEffect().interval.high = infinite;
+    handmade.comparison.isComplete = false;
     const auto rows = rowsOf(handmade);
     ASSERT_EQ(rows.size(), 4u);
+    EXPECT_EQ(rows[0].at("complete"), "no");
     EXPECT_EQ(rows[0].at("verdict"), "failed");
     EXPECT_EQ(rows[0].at("failed_side"), "new base");
     EXPECT_EQ(rows[0].at("failure"), "killed by SIGSEGV in a turn\nfirst line\nlast line\nhung");
