@@ -35,8 +35,8 @@ const char* const footer =
 libntkcore.so.12; what is missing in one is taken from the own build. "own" or
 "." is the own build. The KEYs behind -- are those of ntkperf (ntkperf -h): they
 select functions (-fLZ4), set parameters (-dCodeLength=65536), read settings
-(-inight) and switch features off (-TSSE42). Input files are opened in the
-working directory.
+(-inight) and limit the processor features (-TSSE42: up to SSE4.2). Input files
+are opened in the working directory.
 
 Examples:
   ntkcompare ref/lib own -- -fLZ4
@@ -45,8 +45,8 @@ Examples:
   ntkcompare --json=night.json --budget=2h ref/lib tonight/lib
       Every night: all functions against a reference that is kept. The exit
       status is the gate, the JSON files of many nights are the history.
-  ntkcompare own own --base-keys=-TSSE42 --new-keys=-TAVX2 -- -fCRC32
-      Two kernels of one build.
+  ntkcompare own own --base-keys=-TSSE42 -- -f=ntksAdler32_8u
+      Two kernels of one build: that of SSE4.2 and that of all features.
   ntkcompare own own --new-keys="-dVectorAlign=1" -- -f=ntksDecodeLZ4_8u
       Two placements of the buffers.
   ntkcompare --self
@@ -60,7 +60,8 @@ judged and written, marked as incomplete. A second one ends it at once.
 
 Exit status: 0 nothing is slower by more than the tolerance; 1 something is, or
 failed on the new side only; 2 nothing could be measured (usage, no such library,
-all cases failed) or not all could be written; 128 + N after signal N (130: Ctrl-C).
+all cases failed) or decided (ended before any case had an interval), or not all
+could be written; 128 + N after signal N (130: Ctrl-C).
 )";
 
 // As CLI11 gets them.

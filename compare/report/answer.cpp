@@ -9,7 +9,7 @@ namespace compare {
 std::string selfText(const Comparison& comparison, const Judgement& judgement) {
     const std::vector<Finding> findings = findingsOf(comparison, judgement);
     const Counts counts = countsOf(findings);
-    if (!hasIntervals(findings)) {
+    if (counts.withInterval == 0) {
         return counts.measured ? "The time was too short to tell how small a difference this "
                                  "machine shows now.\n"
                                : answerText(counts, comparison) + "\n";
@@ -29,7 +29,9 @@ int exitStatus(const Comparison& comparison, const Judgement& judgement) {
     if (counts.measured == 0) {
         return 2;
     }
-    return counts.beyondTolerance + counts.failedOnNewOnly > 0 ? 1 : 0;
+    // A case that only the new side fails needs no interval to be a change for the worse.
+    const bool isWorse = counts.beyondTolerance + counts.failedOnNewOnly > 0;
+    return isWorse ? 1 : counts.withInterval > 0 ? 0 : 2;
 }
 
 } // namespace compare

@@ -53,6 +53,50 @@ std::string counted(int count, const char* what) {
     return count == 0 ? "" : std::to_string(count) + " " + what;
 }
 
+// "1 is open", "2 are open"; empty for none.
+std::string counted(int count, const char* one, const char* several, const char* what) {
+    return count == 0 ? ""
+                      : std::to_string(count) + " " + (count == 1 ? one : several) + " " + what;
+}
+
+const char* const adviceText = " Give it more --budget or --time, or fewer cases.";
+
+bool isUndecided(const Counts& counts) {
+    return counts.measured > 0 && counts.withInterval == 0;
+}
+
+// Without the full stop.
+std::string decisionText(const Counts& counts, const std::string& tolerance) {
+    const std::string beyond = "slower by more than " + tolerance;
+    if (counts.measured == 0) {
+        return "Nothing could be measured" +
+               (counts.failed ? ": " + countText(counts.failed, "case") + " failed" : "");
+    }
+    if (isUndecided(counts)) {
+        return "Nothing was decided: " + std::to_string(counts.measured) + " of " +
+               countText(counts.wanted(), "case") + (counts.measured == 1 ? " was" : " were") +
+               " begun, none has the passes that a verdict needs";
+    }
+    if (counts.decided() == 0) {
+        return "No case was decided";
+    }
+    if (counts.decided() == 1) {
+        return "The only decided case is " + (counts.beyondTolerance ? beyond
+                                              : counts.faster        ? "faster"
+                                                                     : "not " + beyond);
+    }
+    return "Of " + std::to_string(counts.decided()) + " decided cases " +
+           (counts.beyondTolerance ? counted(counts.beyondTolerance, "is", "are", beyond.c_str())
+                                   : "none is " + beyond) +
+           (counts.faster ? ", " + counted(counts.faster, "is", "are", "faster") : "");
+}
+
+std::string restText(const Counts& counts) {
+    return joined({counted(counts.open, "is", "are", "open"),
+                   counted(counts.notReached, "was", "were", "not reached")},
+                  ", ");
+}
+
 } // namespace
 
 const char* nameOf(Side side) {
@@ -85,6 +129,10 @@ bool Finding::hasFailedOnNewOnly() const {
     return hasFailed() &&
            std::all_of(tried->failures.begin(), tried->failures.end(),
                        [](const Failure& failure) { return failure.side == Side::changed; });
+}
+
+bool Finding::hasInterval() const {
+    return isMeasured && std::isfinite(effect->interval.halfWidth());
 }
 
 bool Finding::isChange() const {
@@ -184,6 +232,7 @@ Counts countsOf(const std::vector<Finding>& findings) {
         counts.failedOnNewOnly += finding.hasFailedOnNewOnly();
         if (finding.isMeasured) {
             ++counts.measured;
+            counts.withInterval += finding.hasInterval();
             const Verdict verdict = finding.effect->verdict;
             counts.slower += verdict == Verdict::slower;
             counts.faster += verdict == Verdict::faster;
@@ -197,44 +246,35 @@ Counts countsOf(const std::vector<Finding>& findings) {
 }
 
 std::string answerText(const Counts& counts, const Comparison& comparison) {
-    if (counts.measured == 0) {
-        return "Nothing could be measured" +
-               (counts.failed ? ": " + countText(counts.failed, "case") + " failed." : ".");
-    }
-    const std::string of = " of " + countText(counts.measured, "case");
     const std::string tolerance = settingText(comparison.settings.tolerance);
-    std::string text = counts.beyondTolerance
-                           ? "The new side is slower by more than " + tolerance + " in " +
-                                 std::to_string(counts.beyondTolerance) + of
-                           : "The new side is slower by more than " + tolerance + " in none" + of;
-    text += counts.faster ? ", faster in " + std::to_string(counts.faster) : "";
-    text += counts.failedOnNewOnly
-                ? "; " + countText(counts.failedOnNewOnly, "case") + " failed on the new side only"
-                : "";
-    text += counts.differing ? "; outputs differ in " + std::to_string(counts.differing) : "";
-    return text + ".";
+    return joined(
+               {decisionText(counts, tolerance),
+                counts.decided() > 0 || counts.withInterval > 0 ? restText(counts) : "",
+                counts.failedOnNewOnly && counts.measured
+                    ? countText(counts.failedOnNewOnly, "case") + " failed on the new side only"
+                    : "",
+                counts.differing ? "outputs differ in " + countText(counts.differing, "case") : ""},
+               "; ") +
+           "." + (isUndecided(counts) ? adviceText : "");
 }
 
-std::string countsText(const Counts& counts) {
-    return joined({counted(counts.slower, "slower"), counted(counts.faster, "faster"),
-                   counted(counts.same, "same"), counted(counts.open, "open"),
-                   counted(counts.failed, "failed"), counted(counts.passedOver, "passed over"),
+std::string countsText(const Counts& counts, const Settings& settings) {
+    const std::string beyond = " (" + std::to_string(counts.beyondTolerance) + " by more than " +
+                               settingText(settings.tolerance) + ")";
+    return joined({counts.slower ? counted(counts.slower, "slower") + beyond : "",
+                   counted(counts.faster, "faster"), counted(counts.same, "same"),
+                   counted(counts.open, "open"), counted(counts.failed, "failed"),
+                   counted(counts.passedOver, "passed over"),
                    counted(counts.notReached, "not reached")},
                   ", ");
 }
 
-bool hasIntervals(const std::vector<Finding>& findings) {
-    return std::any_of(findings.begin(), findings.end(), [](const Finding& finding) {
-        return finding.isMeasured && std::isfinite(finding.effect->interval.halfWidth());
-    });
-}
-
-std::string noiseText(const std::vector<Finding>& findings, const Judgement& judgement) {
-    if (!hasIntervals(findings)) {
-        return "not known, too few starts for an interval";
+std::string noiseText(const Counts& counts, const Judgement& judgement) {
+    if (counts.withInterval == 0) {
+        return "not known, too few passes for an interval";
     }
-    return "half widths of " + widthText(judgement.medianHalfWidth) + " in the median, " +
-           widthText(judgement.largestHalfWidth) + " at most";
+    return "intervals of +-" + widthText(judgement.medianHalfWidth) + " in the median case, +-" +
+           widthText(judgement.largestHalfWidth) + " in the widest";
 }
 
 std::string promiseText(const Comparison& comparison) {

@@ -22,6 +22,7 @@ struct Finding {
     std::string difference;         // of the outputs; empty: none
 
     bool hasFailed() const { return !tried->failures.empty(); }
+    bool hasInterval() const; // measured in passes enough for one
     // Of the cases that failed, those that count as a change for the worse.
     bool hasFailedOnNewOnly() const;
     bool isChange() const; // what a reader must see: neither same nor open nor left out
@@ -49,16 +50,19 @@ struct Counts {
     int measured = 0, slower = 0, faster = 0, same = 0, open = 0;
     int failed = 0, failedOnNewOnly = 0, passedOver = 0, notReached = 0;
     int beyondTolerance = 0, differing = 0;
+    int withInterval = 0; // of the measured ones; the others have too few passes
+
+    int decided() const { return slower + faster + same; }
+    int wanted() const { return measured + failed + notReached; }
 };
 Counts countsOf(const std::vector<Finding>& findings);
 
 // The answer in one sentence.
 std::string answerText(const Counts& counts, const Comparison& comparison);
-// "2 slower, 1 faster, 8 same, 1 open; 1 failed, 3 not reached".
-std::string countsText(const Counts& counts);
+// "2 slower (1 by more than 1%), 1 faster, 8 same, 1 open, 1 failed, 3 not reached".
+std::string countsText(const Counts& counts, const Settings& settings);
 // How small a difference the run can tell.
-std::string noiseText(const std::vector<Finding>& findings, const Judgement& judgement);
-bool hasIntervals(const std::vector<Finding>& findings);
+std::string noiseText(const Counts& counts, const Judgement& judgement);
 // What the verdicts promise.
 std::string promiseText(const Comparison& comparison);
 std::string incompleteText(const Comparison& comparison); // empty: it is complete

@@ -6,8 +6,8 @@
 //   machine, cpu        processor, and the number of the one that both sides ran on
 //   base, new           directory, keys, version and files of the library
 //   passes, looks       pairs of processes, and after how many of them was looked
-//   summary             counts of verdicts, half widths, exit status; means of "all" and
-//                       "functions"
+//   summary             counts of verdicts, half widths (null: no case has an interval), exit
+//                       status; means of "all" and "functions"
 //   unpaired            what one side alone announced
 //   cases               one a line; each with
 //     function, parameters, new_parameters (null: the same), outcome of each side
@@ -162,6 +162,7 @@ Json totalsJson(const Comparison& comparison, const Judgement& judgement, const 
     for (const auto& [name, summary] : judgement.functions) {
         functions[name] = summaryJson(summary);
     }
+    const bool isKnown = counts.withInterval > 0;
     return {{"measured", counts.measured},
             {"slower", counts.slower},
             {"faster", counts.faster},
@@ -173,8 +174,8 @@ Json totalsJson(const Comparison& comparison, const Judgement& judgement, const 
             {"slower_beyond_tolerance", counts.beyondTolerance},
             {"failed_on_new_only", counts.failedOnNewOnly},
             {"outputs_differ", counts.differing},
-            {"median_half_width", number(judgement.medianHalfWidth)},
-            {"largest_half_width", number(judgement.largestHalfWidth)},
+            {"median_half_width", isKnown ? number(judgement.medianHalfWidth) : Json(nullptr)},
+            {"largest_half_width", isKnown ? number(judgement.largestHalfWidth) : Json(nullptr)},
             {"exit_status", exitStatus(comparison, judgement)},
             {"all", judgement.all.cases ? summaryJson(judgement.all) : Json(nullptr)},
             {"functions", functions}};

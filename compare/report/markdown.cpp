@@ -89,7 +89,7 @@ std::string factsText(const Comparison& comparison, const Judgement& judgement,
         lines.push_back("keys: " + commonKeysText(comparison));
     }
     if (countsOf(findings).measured > 0) {
-        lines.push_back("noise floor: " + noiseText(findings, judgement));
+        lines.push_back("noise floor: " + noiseText(countsOf(findings), judgement));
         lines.push_back("confidence: " + promiseText(comparison));
     }
     for (const auto& more : {unpairedLines(comparison), passedOverLines(comparison)}) {
@@ -114,7 +114,7 @@ std::string markdownText(const Comparison& comparison, const Judgement& judgemen
     std::string text = "**" + answerText(counts, comparison) + "**";
     const std::string incomplete = incompleteText(comparison);
     text += incomplete.empty() ? "" : " " + incomplete + ".";
-    text += counts.measured ? " Cases: " + countsText(counts) + ".\n" : "\n";
+    text += counts.measured ? " Cases: " + countsText(counts, comparison.settings) + ".\n" : "\n";
     text += casesTable(changed, comparison.settings);
     return text + "\n<details><summary>How it was measured</summary>\n" +
            factsText(comparison, judgement, findings) + meansTable(judgement) +

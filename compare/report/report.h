@@ -17,7 +17,7 @@ std::string markdownText(const Comparison& comparison, const Judgement& judgemen
 std::string selfText(const Comparison& comparison, const Judgement& judgement);
 
 // As diff has it: 0 nothing is slower beyond the tolerance, 1 something is (or fails on the new
-// side alone), 2 nothing could be measured.
+// side alone), 2 nothing could be measured, or no case had the passes that a verdict needs.
 int exitStatus(const Comparison& comparison, const Judgement& judgement);
 
 } // namespace compare

@@ -158,9 +158,9 @@ std::string tableText(const Comparison& comparison, const Judgement& judgement, 
         append(text, line);
     }
     if (counts.measured > 0) {
-        append(text, "Verdicts:    " + countsText(counts));
+        append(text, "Verdicts:    " + countsText(counts, comparison.settings));
         append(text, "Confidence:  " + promiseText(comparison));
-        append(text, "Noise floor: " + noiseText(findings, judgement));
+        append(text, "Noise floor: " + noiseText(counts, judgement));
     }
     append(text, answerText(counts, comparison));
     return text;

@@ -29,6 +29,7 @@ TEST(Json, TellsHowAndWhereItWasMeasured) {
     handmade.add("f", 0.1, -0.2, 0.4, Verdict::same);
     handmade.comparison.settings.budgetSeconds = 90;
     handmade.comparison.unpaired = {{Side::changed, "g", {{"A", 1LL}}}};
+    handmade.judgement.medianHalfWidth = 0.003;
     handmade.judgement.all = {1, {0, -infinite, infinite}};
     handmade.judgement.functions["f"] = {1, {std::log(1.5), 0, std::log(2.0)}};
     const Json json = read(handmade);
@@ -59,6 +60,7 @@ TEST(Json, TellsHowAndWhereItWasMeasured) {
         {"/summary/measured", 1},
         {"/summary/same", 1},
         {"/summary/exit_status", 0},
+        {"/summary/median_half_width", 0.003},
         {"/summary/all/low", nullptr},
         {"/summary/functions/f/high", 2.0},
         {"/cases/0/function", "f"},
@@ -128,8 +130,9 @@ TEST(Json, IsReadableWhateverItIsMadeOf) {
     measured.outcome.base.values = {{"Ratio", infinite}};
     measured.seconds = -infinite;
     handmade.lastEffect().interval = {std::nan(""), -infinite, infinite};
-    handmade.judgement.largestHalfWidth = infinite;
     const Json json = read(handmade);
+    EXPECT_EQ(json["summary"]["median_half_width"], nullptr) << "no case has an interval";
+    EXPECT_EQ(json["summary"]["exit_status"], 2);
     EXPECT_EQ(json["cases"][0]["function"], "f\"\n\xef\xbf\xbd");
     for (const char* name : {"ratio", "low", "high"}) {
         EXPECT_EQ(json["cases"][0]["effect"][name], nullptr) << name;

@@ -18,7 +18,7 @@ TEST(Markdown, BeginsWithTheAnswer) {
     EXPECT_TRUE(textOf(handmade).starts_with("**Nothing could be measured.**\n"));
     handmade.add("f", 0.1, -0.2, 0.4, Verdict::same);
     EXPECT_TRUE(textOf(handmade).starts_with(
-        "**The new side is slower by more than 1% in none of 1 case.** Cases: 1 same.\n"));
+        "**The only decided case is not slower by more than 1%.** Cases: 1 same.\n"));
     handmade.comparison.isComplete = false;
     EXPECT_NE(textOf(handmade).find("** INCOMPLETE: the budget was used up. Cases:"),
               std::string::npos);

@@ -6,6 +6,13 @@ namespace compare {
 
 namespace {
 
+// Begun, but in too few passes.
+void addUnbounded(Handmade& handmade) {
+    handmade.add("f", 3, 0, 0, Verdict::open);
+    handmade.lastEffect().interval.low = -infinite;
+    handmade.lastEffect().interval.high = infinite;
+}
+
 TEST(ExitStatus, IsThatOfDiff) {
     using Change = void (*)(Handmade&);
     struct Row {
@@ -17,6 +24,19 @@ TEST(ExitStatus, IsThatOfDiff) {
         {"nothing", [](Handmade&) {}, 2},
         {"same", [](Handmade& h) { h.add("f", 0.1, -0.2, 0.4, Verdict::same); }, 0},
         {"open", [](Handmade& h) { h.add("f", 3, -2, 8, Verdict::open); }, 0},
+        {"without an interval", [](Handmade& h) { addUnbounded(h); }, 2},
+        {"without an interval, failed on new",
+         [](Handmade& h) {
+             addUnbounded(h);
+             h.addFailed("g", Side::changed);
+         },
+         1},
+        {"one with an interval",
+         [](Handmade& h) {
+             addUnbounded(h);
+             h.add("g", 0.1, -2, 4, Verdict::open);
+         },
+         0},
         {"faster", [](Handmade& h) { h.add("f", -3, -4, -2, Verdict::faster); }, 0},
         {"slower, tolerated", [](Handmade& h) { h.add("f", 0.9, 0.7, 1.2, Verdict::slower); }, 0},
         {"slower", [](Handmade& h) { h.add("f", 1.1, 0.7, 1.5, Verdict::slower); }, 1},
@@ -64,6 +84,58 @@ TEST(ExitStatus, IsThatOfDiff) {
         Handmade handmade;
         row.change(handmade);
         EXPECT_EQ(exitStatus(handmade.comparison, handmade.judgement), row.status) << row.what;
+    }
+}
+
+TEST(Answer, CountsDecidedCasesOnly) {
+    struct Row {
+        void (*change)(Handmade&);
+        const char* answer;
+    };
+    const Row rows[] = {
+        {[](Handmade& h) {
+             addUnbounded(h);
+             h.addLeftOut(Stop::budget);
+             h.addLeftOut(Stop::passedOver);
+         },
+         "Nothing was decided: 1 of 2 cases was begun, none has the passes that a verdict needs. "
+         "Give it more --budget or --time, or fewer cases."},
+        {[](Handmade& h) {
+             h.add("f", 0.1, -2, 4, Verdict::open);
+             addUnbounded(h);
+         },
+         "No case was decided; 2 are open."},
+        {[](Handmade& h) {
+             h.add("f", 0.1, -0.2, 0.4, Verdict::same);
+             h.add("g", 0.5, 0.3, 0.7, Verdict::slower);
+             addUnbounded(h);
+             h.addLeftOut(Stop::budget);
+             h.addLeftOut(Stop::budget);
+         },
+         "Of 2 decided cases none is slower by more than 1%; 1 is open, 2 were not reached."},
+        {[](Handmade& h) { h.add("f", 5, 4, 6, Verdict::slower); },
+         "The only decided case is slower by more than 1%."},
+        {[](Handmade& h) { h.add("f", -5, -6, -4, Verdict::faster); },
+         "The only decided case is faster."},
+        {[](Handmade& h) {
+             h.add("f", 5, 4, 6, Verdict::slower);
+             h.add("g", 6, 5, 7, Verdict::slower);
+             h.add("h", -5, -6, -4, Verdict::faster).outcome.changed.status = 1;
+             h.addFailed("i", Side::changed);
+         },
+         "Of 3 decided cases 2 are slower by more than 1%, 1 is faster; 1 case failed on the new "
+         "side only; outputs differ in 1 case."},
+        {[](Handmade& h) { h.addFailed("i", Side::changed); },
+         "Nothing could be measured: 1 case failed."},
+    };
+    for (const Row& row : rows) {
+        Handmade handmade;
+        row.change(handmade);
+        const std::string text = tableText(handmade.comparison, handmade.judgement);
+        EXPECT_TRUE(text.ends_with(std::string("\n") + row.answer + "\n")) << text;
+        EXPECT_EQ(markdownText(handmade.comparison, handmade.judgement)
+                      .rfind("**" + std::string(row.answer) + "**", 0),
+                  0u);
     }
 }
 

@@ -168,11 +168,11 @@ TEST(Table, EndsWithWhatHoldsForAll) {
         "INCOMPLETE: the budget was used up",
         "only on the base side: ntksAlone_8u A=1",
         "1 case passed over: file too short",
-        "Verdicts:    1 slower, 1 faster, 1 same, 2 failed, 1 passed over",
+        "Verdicts:    1 slower (1 by more than 1%), 1 faster, 1 same, 2 failed, 1 passed over",
         "Confidence:  95% that all of slower and faster are true",
-        "Noise floor: half widths of 0.25% in the median, 0.30% at most",
-        "The new side is slower by more than 1% in 1 of 3 cases, faster in 1; 1 case failed on "
-        "the new side only."};
+        "Noise floor: intervals of +-0.25% in the median case, +-0.30% in the widest",
+        "Of 3 decided cases 1 is slower by more than 1%, 1 is faster; 1 case failed on the new "
+        "side only."};
     int last = -1;
     for (const char* beginning : expected) {
         const int at = find(lines, beginning);
