@@ -1,5 +1,10 @@
 #include "interruption.h"
 
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
 #include <csignal>
 
 namespace compare {
@@ -8,17 +13,29 @@ namespace {
 
 constexpr int watched[] = {SIGINT, SIGTERM, SIGHUP};
 volatile std::sig_atomic_t g_signal = 0;
+// Ready before a signal comes: its handler may do little but write.
+std::array<char, 1000> g_answer = {};
+std::size_t g_answerBytes = 0;
 
 extern "C" void noteSignal(int number) {
     g_signal = number;
     for (const int each : watched) {
         std::signal(each, SIG_DFL);
     }
+    if (number == SIGINT && g_answerBytes > 0) {
+        const int before = errno;
+        if (write(STDERR_FILENO, g_answer.data(), g_answerBytes) < 0) {
+            g_answerBytes = 0; // nobody reads it
+        }
+        errno = before;
+    }
 }
 
 } // namespace
 
-void watchForInterruption() {
+void watchForInterruption(const std::string& answer) {
+    g_answerBytes = std::min(answer.size(), g_answer.size());
+    std::copy_n(answer.begin(), g_answerBytes, g_answer.begin());
     for (const int each : watched) {
         struct sigaction action = {};
         if (sigaction(each, nullptr, &action) == 0 && action.sa_handler != SIG_IGN) {

@@ -99,7 +99,8 @@ bool print(const std::string& text) {
 // The table first: a disk that is full must not take it away, too.
 int report(const Options& options, const Comparison& comparison) {
     const Judgement judgement = judge(comparison);
-    std::string text = tableText(comparison, judgement, terminalWidth(STDOUT_FILENO));
+    std::string text =
+        tableText(comparison, judgement, {terminalWidth(STDOUT_FILENO), options.showsAll});
     if (options.isSelf) {
         text += "\n";
         text += selfText(comparison, judgement);
@@ -120,11 +121,13 @@ int report(const Options& options, const Comparison& comparison) {
 Comparison measure(const Options& options) {
     const Plan plan = planOf(options);
     ProgressLine line(!options.isQuiet);
-    watchForInterruption();
+    watchForInterruption(line.lastWords("Ending after this turn; Ctrl-C again ends at once"));
     return run(
         plan,
         [&](const Progress& progress) {
-            line.show(progress.caseName, progress.share, progress.secondsLeft);
+            if (interruption() == 0) {
+                line.show(progress.caseName, progress.share, progress.secondsLeft);
+            }
         },
         [] { return interruption() != 0; });
 }

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <random>
@@ -103,6 +104,8 @@ void describe(CLI::App& app, Texts& texts, Options& options) {
     value("--markdown", options.markdownFile, "FILE", "Write a summary for a review");
     app.add_flag("--self", options.isSelf,
                  "Compare the own build with itself, over a few functions if no KEY is given");
+    app.add_flag("--all", options.showsAll,
+                 "Show the rows of all cases, also where they are more than 60");
     app.add_flag("-q,--quiet", options.isQuiet, "Show no progress");
     app.add_option("--worker", options.worker)->group(""); // of the tests
 }
@@ -179,6 +182,50 @@ double parseNumber(const std::string& text, const std::string& whole, const std:
     return number;
 }
 
+// Before the files would be written to "-t" or "-".
+void checkFileWords(const std::vector<std::string>& words) {
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        for (const std::string option : {"--csv", "--json", "--markdown"}) {
+            const bool isLast = i + 1 == words.size();
+            if (words[i] == option + "=-" ||
+                (words[i] == option && !isLast && words[i + 1] == "-")) {
+                throw UsageError(option + " - : standard output is not supported; name a file");
+            }
+            if (words[i] == option && !isLast && words[i + 1].starts_with('-')) {
+                throw UsageError(option + " needs a file name, but " + words[i + 1] +
+                                 " follows; a name that begins so is given as in " + option +
+                                 "=./" + words[i + 1]);
+            }
+        }
+    }
+}
+
+// As far as it exists; a file that is still to be made has no other names.
+std::string placeOf(const std::string& file) {
+    std::error_code error;
+    return std::filesystem::weakly_canonical(std::filesystem::absolute(file, error), error);
+}
+
+// Else the second would replace the first.
+void checkOneFileEach(const Options& options) {
+    const std::pair<const char*, std::string> files[] = {{"--csv", options.csvFile},
+                                                         {"--json", options.jsonFile},
+                                                         {"--markdown", options.markdownFile}};
+    for (const auto* one = std::begin(files); one != std::end(files); ++one) {
+        const auto isSame = [&](const auto& other) {
+            std::error_code error;
+            return !one->second.empty() && !other.second.empty() &&
+                   (placeOf(one->second) == placeOf(other.second) ||
+                    std::filesystem::equivalent(one->second, other.second, error));
+        };
+        const auto* const other = std::find_if(one + 1, std::end(files), isSame);
+        if (other != std::end(files)) {
+            throw UsageError(std::string(one->first) + " " + one->second + " and " + other->first +
+                             " " + other->second + " are the same file; name two");
+        }
+    }
+}
+
 } // namespace
 
 double parsePercent(const std::string& text, const std::string& option) {
@@ -198,6 +245,7 @@ Options parseOptions(std::vector<std::string> words) {
     const auto dashes = std::find(words.begin(), words.end(), "--");
     std::vector<std::string> common(dashes == words.end() ? dashes : dashes + 1, words.end());
     words.erase(dashes, words.end());
+    checkFileWords(words);
     std::reverse(words.begin(), words.end()); // the order that CLI11 wants
 
     Options options;
@@ -215,6 +263,7 @@ Options parseOptions(std::vector<std::string> words) {
     } catch (const CLI::ParseError& error) {
         throw unexpected(error);
     }
+    checkOneFileEach(options);
     setDirectories(texts.directories, options);
     setKeys(common, texts.baseKeys, options.keys.base);
     setKeys(common, texts.newKeys, options.keys.changed);

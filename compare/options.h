@@ -16,6 +16,7 @@ struct Options {
     std::string worker;                          // empty: the one beside the program
     bool isSelf = false;
     bool isQuiet = false;
+    bool showsAll = false;
     std::string information; // help or version: to be printed in place of comparing
 };
 

@@ -36,6 +36,11 @@ void ProgressLine::show(const std::string& caseName, double share, double second
     m_shown = columnsOf(line);
 }
 
+std::string ProgressLine::lastWords(const std::string& text) const {
+    return m_isWanted ? joined({"\r", padded(text, terminalWidth(STDERR_FILENO) - 1), "\n"}, "")
+                      : "";
+}
+
 void ProgressLine::erase() {
     if (m_shown > 0) {
         std::fprintf(stderr, "\r%s\r", padded("", m_shown).c_str());

@@ -17,6 +17,8 @@ public:
     ProgressLine& operator=(const ProgressLine&) = delete;
     ~ProgressLine() { erase(); }
 
+    // Puts a line in its place, for good; empty where nothing is shown.
+    std::string lastWords(const std::string& text) const;
     void show(const std::string& caseName, double share, double secondsLeft);
     void erase();
 

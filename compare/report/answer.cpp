@@ -15,11 +15,14 @@ std::string selfText(const Comparison& comparison, const Judgement& judgement) {
                                : answerText(counts, comparison) + "\n";
     }
     const int wrong = counts.slower + counts.faster;
-    return "This machine now shows a difference of " + widthText(judgement.medianHalfWidth) +
-           " in half of " + countText(counts.measured, "case") + " and one of " +
-           widthText(judgement.largestHalfWidth) + " in all of them, within " +
-           durationText(comparison.wallSeconds) + " for the whole run" +
-           (wrong ? ", but found one in " + countText(wrong, "case") + " where there is none"
+    return "Now, in " + durationText(comparison.wallSeconds) +
+           ", this machine tells differences above " + widthText(judgement.medianHalfWidth) +
+           " apart " +
+           (counts.withInterval == 1
+                ? "in the only case"
+                : "in half of the " + countText(counts.withInterval, "case") + " and above " +
+                      widthText(judgement.largestHalfWidth) + " in all of them") +
+           (wrong ? ", but it found one in " + countText(wrong, "case") + " where there is none"
                   : "") +
            ".\n";
 }

@@ -179,6 +179,9 @@ std::string verdictText(const Finding& finding) {
 }
 
 std::string intervalText(const Interval& interval) {
+    if (!std::isfinite(interval.halfWidth())) {
+        return percentText(interval.estimate) + "  no interval yet";
+    }
     return percentText(interval.estimate) + "  [" + percentText(interval.low) + ", " +
            percentText(interval.high) + "]";
 }
@@ -205,9 +208,9 @@ std::string asideText(const Finding& finding, const Settings& settings) {
     }
     const Effect& effect = *finding.effect;
     const bool isTolerated = effect.verdict == Verdict::slower && !finding.isBeyondTolerance;
-    const bool isDisturbed = effect.disturbedShare >= shareThatMatters;
+    const bool isDisturbed =
+        effect.verdict == Verdict::open && effect.disturbedShare >= shareThatMatters;
     return joined({isTolerated ? "tolerated" : "", stopText(finding.tried->stop, settings),
-                   std::isfinite(effect.interval.halfWidth()) ? "" : "too few starts",
                    isDisturbed
                        ? std::to_string(std::lround(100 * effect.disturbedShare)) + "% disturbed"
                        : ""},
@@ -215,8 +218,10 @@ std::string asideText(const Finding& finding, const Settings& settings) {
 }
 
 std::vector<std::pair<std::string, Summary>> functionsOf(const Judgement& judgement) {
-    std::vector<std::pair<std::string, Summary>> functions(judgement.functions.begin(),
-                                                           judgement.functions.end());
+    std::vector<std::pair<std::string, Summary>> functions;
+    std::copy_if(judgement.functions.begin(), judgement.functions.end(),
+                 std::back_inserter(functions),
+                 [](const auto& function) { return function.second.cases > 1; });
     std::stable_sort(functions.begin(), functions.end(), [](const auto& a, const auto& b) {
         return a.second.interval.estimate > b.second.interval.estimate;
     });
@@ -275,6 +280,31 @@ std::string noiseText(const Counts& counts, const Judgement& judgement) {
     }
     return "intervals of +-" + widthText(judgement.medianHalfWidth) + " in the median case, +-" +
            widthText(judgement.largestHalfWidth) + " in the widest";
+}
+
+std::string disturbanceText(const std::vector<Finding>& findings) {
+    double rounds = 0, disturbed = 0;
+    for (const Finding& finding : findings) {
+        for (const Start& start : finding.tried->starts) {
+            const auto count = static_cast<double>(start.rounds.size());
+            rounds += finding.isMeasured ? count : 0;
+            disturbed += finding.isMeasured ? count * finding.effect->disturbedShare : 0;
+        }
+    }
+    return disturbed < shareThatMatters * rounds || rounds == 0
+               ? ""
+               : "Other processes took the processor away in " +
+                     std::to_string(std::lround(100 * disturbed / rounds)) + "% of the rounds.";
+}
+
+std::string unitText(const std::vector<Finding>& findings) {
+    const bool hasElements =
+        std::any_of(findings.begin(), findings.end(), [](const Finding& finding) {
+            return finding.isMeasured && finding.tried->outcome.base.unit == "e";
+        });
+    return hasElements ? "Base and New are clocks per unit; e is an element: a byte (decoders of "
+                         "LZ4 and ZFP: a compressed byte; encoder of ZFP: a value)."
+                       : "";
 }
 
 std::string promiseText(const Comparison& comparison) {

@@ -35,15 +35,15 @@ std::vector<Finding> rowsOf(const std::vector<Finding>& findings);
 
 // "slower", "failed", "passed over", "not reached".
 std::string verdictText(const Finding& finding);
-// "+1.02%  [+0.81%, +1.24%]".
+// "+1.02%  [+0.81%, +1.24%]", "+1.02%  no interval yet".
 std::string intervalText(const Interval& interval);
 // What is to be said beside the verdict: "1 s used up, 40% disturbed"; empty for a case that became
-// precise in peace.
+// precise. Disturbance is told of open cases only: the others were decided in spite of it.
 std::string asideText(const Finding& finding, const Settings& settings);
 // What is to be said below it, a line each: failures, outputs that differ.
 std::vector<std::string> remarksOf(const Finding& finding);
 
-// Slowest first, as the cases.
+// Those with several cases, slowest first, as the cases.
 std::vector<std::pair<std::string, Summary>> functionsOf(const Judgement& judgement);
 
 struct Counts {
@@ -63,6 +63,10 @@ std::string answerText(const Counts& counts, const Comparison& comparison);
 std::string countsText(const Counts& counts, const Settings& settings);
 // How small a difference the run can tell.
 std::string noiseText(const Counts& counts, const Judgement& judgement);
+// How often others had the processor; empty when that was seldom.
+std::string disturbanceText(const std::vector<Finding>& findings);
+// What the clocks are divided by; empty when nothing was measured.
+std::string unitText(const std::vector<Finding>& findings);
 // What the verdicts promise.
 std::string promiseText(const Comparison& comparison);
 std::string incompleteText(const Comparison& comparison); // empty: it is complete

@@ -41,11 +41,21 @@ const Value* find(const NamedValues& values, const std::string& name) {
     return found == values.end() ? nullptr : &found->value;
 }
 
+// Of a parameter that is a path; other values as they are ("1/2").
+std::string fileName(const std::string& parameter, const std::string& value) {
+    const bool isFile = parameter.ends_with("File") || value.starts_with('/');
+    return isFile ? value.substr(value.rfind('/') + 1) : value;
+}
+
 } // namespace
 
 std::string percentText(double logRatio) {
     if (!std::isfinite(logRatio)) {
         return "?";
+    }
+    const double ratio = std::exp(logRatio);
+    if (ratio >= 2) {
+        return withDecimals(ratio, ratio < 9.995 ? 2 : 0) + "x";
     }
     const std::string size = widthText(std::fabs(std::expm1(logRatio)));
     return size == "0.00%" ? size : (logRatio < 0 ? "-" : "+") + size;
@@ -116,17 +126,26 @@ std::string parametersText(const NamedValues& parameters) {
     return parametersText({parameters, parameters});
 }
 
-std::string parametersText(const Both<NamedValues>& parameters) {
+std::string parametersText(const Both<NamedValues>& parameters, ParameterForm form) {
     std::vector<std::string> words;
+    const auto add = [&](const std::string& name, const Value* base, const Value* changed) {
+        std::string before = base ? valueText(*base) : "none";
+        std::string now = changed ? valueText(*changed) : "none";
+        // Two files of one name are told apart by their folders.
+        const bool areOneName = before != now && fileName(name, before) == fileName(name, now);
+        if (form != ParameterForm::whole && !areOneName) {
+            before = fileName(name, before);
+            now = fileName(name, now);
+        }
+        words.push_back((form == ParameterForm::values ? "" : name + "=") + before +
+                        (now == before ? "" : " -> " + now));
+    };
     for (const auto& [name, value] : parameters.base) {
-        const Value* const other = find(parameters.changed, name);
-        const std::string now = other ? valueText(*other) : "none";
-        const std::string before = valueText(value);
-        words.push_back(name + "=" + before + (now == before ? "" : " -> " + now));
+        add(name, &value, find(parameters.changed, name));
     }
     for (const auto& [name, value] : parameters.changed) {
         if (!find(parameters.base, name)) {
-            words.push_back(name + "=none -> " + valueText(value));
+            add(name, nullptr, &value);
         }
     }
     return joined(words, " ");
@@ -186,6 +205,34 @@ std::string shortened(const std::string& text, int columns) {
     const int tail = columns - dots - head;
     return text.substr(0, bytesOf(text, head)) + std::string(static_cast<std::size_t>(dots), '.') +
            text.substr(bytesOf(text, all - tail));
+}
+
+std::string cut(const std::string& text, int columns) {
+    if (columnsOf(text) <= columns) {
+        return text;
+    }
+    const int dots = std::min(3, columns);
+    return text.substr(0, bytesOf(text, columns - dots)) +
+           std::string(static_cast<std::size_t>(dots), '.');
+}
+
+std::string wrapped(const std::string& text, int columns, const std::string& indent) {
+    const std::size_t start = std::min(text.find_first_not_of(' '), text.size());
+    std::string lines = text.substr(0, start);
+    int used = columnsOf(lines);
+    bool isFirst = true;
+    for (std::size_t at = start; at < text.size();) {
+        const std::size_t end = std::min(text.find(' ', at), text.size());
+        const std::string word = text.substr(at, end - at);
+        const bool isFull = columns > 0 && used + 1 + columnsOf(word) > columns;
+        const std::string between = isFirst ? "" : isFull ? "\n" + indent : " ";
+        lines += between + word;
+        used =
+            (isFull && !isFirst ? columnsOf(indent) : used + columnsOf(between)) + columnsOf(word);
+        isFirst = false;
+        at = end + 1;
+    }
+    return lines;
 }
 
 } // namespace compare

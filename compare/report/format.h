@@ -8,7 +8,8 @@
 // Numbers, values and columns as texts.
 namespace compare {
 
-// Of the logarithm of a ratio: "+1.02%", "-0.50%", "0.00%". "?" when it is not finite.
+// Of the logarithm of a ratio: "+1.02%", "-0.50%", "0.00%", above +100% "41x". "?" when it is not
+// finite.
 std::string percentText(double logRatio);
 // Of a width, as a ratio; near 0 that is its logarithm, too: "0.21%".
 std::string widthText(double ratio);
@@ -25,7 +26,13 @@ std::string valueText(const Value& value);
 // "A=1 B=x".
 std::string parametersText(const NamedValues& parameters);
 // "A=1 B=x -> y" where the sides differ; "none" for what a side does not have.
-std::string parametersText(const Both<NamedValues>& parameters);
+enum class ParameterForm {
+    whole,
+    table,  // of a file the name only
+    values, // without the parameters' names, too
+};
+std::string parametersText(const Both<NamedValues>& parameters,
+                           ParameterForm form = ParameterForm::whole);
 std::string keysText(const std::vector<std::string>& keys);
 
 // "1 case", "2 cases".
@@ -40,5 +47,8 @@ std::string printable(const std::string& text);
 std::string padded(const std::string& text, int columns, bool toTheRight = false);
 // At most so many columns; what is left out is the middle, "..." in its place.
 std::string shortened(const std::string& text, int columns);
+std::string cut(const std::string& text, int columns); // what is left out is the end
+// Broken between words into lines of at most so many columns (0: of any), further ones indented.
+std::string wrapped(const std::string& text, int columns, const std::string& indent);
 
 } // namespace compare

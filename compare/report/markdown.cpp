@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <map>
 
 #include "findings.h"
 #include "format.h"
@@ -9,9 +10,14 @@ namespace compare {
 
 namespace {
 
+// A review takes some 60,000 characters; what is longer belongs into the other files.
+constexpr std::size_t mostRows = 30;
+constexpr std::size_t mostNotes = 4;
+constexpr int mostColumns = 300; // of a cell or of a line of facts
+
 std::string cell(const std::string& text) {
     std::string escaped;
-    for (const char c : printable(text)) {
+    for (const char c : cut(printable(text), mostColumns)) {
         // A function's name must not become emphasis, nor a file's a tag.
         escaped += std::string("|\\<*_`").find(c) == std::string::npos ? std::string(1, c)
                                                                        : std::string("\\") + c;
@@ -32,11 +38,14 @@ std::string rowText(const std::vector<std::string>& cells) {
 std::string caseRow(const Finding& finding, const Settings& settings) {
     std::vector<std::string> notes = {cell(asideText(finding, settings))};
     for (const std::string& line : remarksOf(finding)) {
-        notes.push_back(cell(line));
+        if (notes.size() < mostNotes) {
+            notes.push_back(cell(line));
+        }
     }
     const bool isMeasured = finding.isMeasured;
     const Effect& effect = *finding.effect;
-    return rowText({cell(finding.tried->function), cell(parametersText(finding.tried->parameters)),
+    return rowText({cell(finding.tried->function),
+                    cell(parametersText(finding.tried->parameters, ParameterForm::table)),
                     isMeasured ? clocksText(effect.clocksPerUnit.base) : "",
                     isMeasured ? clocksText(effect.clocksPerUnit.changed) : "",
                     isMeasured ? intervalText(effect.interval) : "",
@@ -46,19 +55,48 @@ std::string caseRow(const Finding& finding, const Settings& settings) {
                     joined(notes, "<br>")});
 }
 
-const char* const caseTitle = "| Function | Parameters | Base | New | Difference | Verdict | |\n"
-                              "|---|---|---:|---:|---:|---|---|\n";
-
-std::string casesTable(const std::vector<Finding>& rows, const Settings& settings) {
-    std::string text = rows.empty() ? "" : "\n" + std::string(caseTitle);
+// "clocks per element"; per "unit" where the rows have several.
+std::string clocksOf(const std::vector<Finding>& rows) {
+    std::string unit;
     for (const Finding& row : rows) {
-        text += caseRow(row, settings);
+        const std::string& its = row.tried->outcome.base.unit;
+        unit = !row.isMeasured || its == unit ? unit : unit.empty() ? its : "unit";
+    }
+    return "clocks per " + (unit == "e" ? "element" : unit.empty() ? "unit" : cell(unit));
+}
+
+std::string moreText(std::size_t all) {
+    return all > mostRows ? "\n... and " + std::to_string(all - mostRows) + " more\n" : "";
+}
+
+std::string changesTable(const std::vector<Finding>& rows, const Settings& settings) {
+    if (rows.empty()) {
+        return "";
+    }
+    const std::string clocks = clocksOf(rows);
+    std::string text = "\n| Function | Parameters | Base, " + clocks + " | New, " + clocks +
+                       " | Difference | Verdict | |\n|---|---|---:|---:|---:|---|---|\n";
+    for (std::size_t i = 0; i < std::min(rows.size(), mostRows); ++i) {
+        text += caseRow(rows[i], settings);
+    }
+    return text + moreText(rows.size());
+}
+
+// How many cases of each function are open.
+std::string openTable(const std::vector<Finding>& open) {
+    std::map<std::string, int> counts;
+    for (const Finding& finding : open) {
+        ++counts[finding.tried->function];
+    }
+    std::string text = open.empty() ? "" : "\n| Open in | Cases |\n|---|---:|\n";
+    for (const auto& [name, count] : counts) {
+        text += rowText({cell(name), std::to_string(count)});
     }
     return text;
 }
 
 std::string meansTable(const Judgement& judgement) {
-    if (judgement.all.cases == 0) {
+    if (judgement.all.cases < 2) {
         return "";
     }
     std::string text = "\n| Mean of | Cases | Difference |\n|---|---:|---:|\n";
@@ -72,11 +110,11 @@ std::string meansTable(const Judgement& judgement) {
 
 std::string listText(const std::vector<std::string>& lines) {
     std::string text = "\n";
-    for (const std::string& line : lines) {
+    for (std::size_t i = 0; i < std::min(lines.size(), mostRows); ++i) {
         text += "- ";
-        text += cell(line) + "\n";
+        text += cell(lines[i]) + "\n";
     }
-    return text;
+    return text + moreText(lines.size());
 }
 
 std::string factsText(const Comparison& comparison, const Judgement& judgement,
@@ -91,6 +129,11 @@ std::string factsText(const Comparison& comparison, const Judgement& judgement,
     if (countsOf(findings).measured > 0) {
         lines.push_back("noise floor: " + noiseText(countsOf(findings), judgement));
         lines.push_back("confidence: " + promiseText(comparison));
+        for (const std::string& line : {disturbanceText(findings), unitText(findings)}) {
+            if (!line.empty()) {
+                lines.push_back(line);
+            }
+        }
     }
     for (const auto& more : {unpairedLines(comparison), passedOverLines(comparison)}) {
         lines.insert(lines.end(), more.begin(), more.end());
@@ -115,10 +158,10 @@ std::string markdownText(const Comparison& comparison, const Judgement& judgemen
     const std::string incomplete = incompleteText(comparison);
     text += incomplete.empty() ? "" : " " + incomplete + ".";
     text += counts.measured ? " Cases: " + countsText(counts, comparison.settings) + ".\n" : "\n";
-    text += casesTable(changed, comparison.settings);
+    text += changesTable(changed, comparison.settings);
     return text + "\n<details><summary>How it was measured</summary>\n" +
-           factsText(comparison, judgement, findings) + meansTable(judgement) +
-           casesTable(open, comparison.settings) + "\n</details>\n";
+           factsText(comparison, judgement, findings) + meansTable(judgement) + openTable(open) +
+           "\n</details>\n";
 }
 
 } // namespace compare

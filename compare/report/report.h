@@ -8,8 +8,12 @@
 // What a comparison looks like, as texts. No files, no terminal.
 namespace compare {
 
-// Parameters are shortened to fit the width of a terminal; 0: they are not.
-std::string tableText(const Comparison& comparison, const Judgement& judgement, int width = 0);
+struct TableForm {
+    int width = 0;         // of a terminal, into which all is fitted; 0: none
+    bool showsAll = false; // else many rows are cut down to those that say something
+};
+std::string tableText(const Comparison& comparison, const Judgement& judgement,
+                      const TableForm& form = {});
 std::string csvText(const Comparison& comparison, const Judgement& judgement);
 std::string jsonText(const Comparison& comparison, const Judgement& judgement);
 std::string markdownText(const Comparison& comparison, const Judgement& judgement);

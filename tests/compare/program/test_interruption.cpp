@@ -45,6 +45,27 @@ TEST_F(Interruption, WhatWasMeasuredIsWrittenAndMarked) {
     }
 }
 
+TEST_F(Interruption, CtrlCIsAnsweredOnATerminal) {
+    write("base.script", script(1e6));
+    write("new.script", script(1e6));
+    write("signal", "#!/bin/sh\necho >>" + path("starts") + "; [ $(wc -l <" + path("starts") +
+                        ") = 6 ] && kill -INT $PPID\nexec " + path("worker") + " \"$@\"\n");
+    fs::permissions(m_folder / "signal", fs::perms::owner_all);
+    for (const char* quiet : {"", " --quiet"}) {
+        fs::remove(m_folder / "starts");
+        Command command;
+        command.program = "/bin/sh";
+        command.arguments = {"-c", "exec " NTK_COMPARE_FILE " --worker " + path("signal") +
+                                       " own own --new-keys=-fnew 2>&1 >/dev/null" + quiet};
+        command.directory = m_folder.string();
+        command.console = Console::terminal;
+        const std::string shown = runCommand(command).output;
+        const bool isSaid =
+            shown.find("\rEnding after this turn; Ctrl-C again ends at once ") != std::string::npos;
+        EXPECT_EQ(isSaid, *quiet == '\0') << shown;
+    }
+}
+
 TEST_F(Interruption, TheSecondSignalEndsAtOnce) {
     write("base.script", script(1e6, "at turn1 hang\n"));
     write("new.script", script(1e6, "at turn1 hang\n"));

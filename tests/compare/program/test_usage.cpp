@@ -14,6 +14,7 @@ TEST_F(Usage, WhatIsWrongIsSaidInOneSentenceBeforeAnythingStarts) {
     write("base.script", script(1e6));
     write("new.script", script(1e6));
     write("plain", "");
+    fs::create_hard_link(m_folder / "plain", m_folder / "linked");
     fs::create_directory(m_folder / "empty");
     const Row rows[] = {
         {{}, "BASE and NEW are missing"},
@@ -32,6 +33,11 @@ TEST_F(Usage, WhatIsWrongIsSaidInOneSentenceBeforeAnythingStarts) {
         {{"own", "own", "--cpu", "-1"}, "--cpu -1 is no processor"},
         {{"own", "own", "--seed", "x"}, "--seed = x"},
         {{"own", "own", "--csv"}, "--csv"},
+        {{"--csv", "-t", "0.3", "own", "own"}, "--csv needs a file name, but -t follows"},
+        {{"own", "own", "--json", "-"}, "standard output is not supported"},
+        {{"own", "own", "--markdown=-"}, "standard output is not supported"},
+        {{"own", "own", "--csv", "out", "--json", "./empty/../out"}, "are the same file"},
+        {{"own", "own", "--json=plain", "--markdown=linked"}, "are the same file"},
         {{"own", "own", "--csv", "no/such/folder.csv"}, "cannot write no/such/folder.csv: No such"},
         {{"own", "own", "--json", "empty"}, "cannot write empty: Is a directory"},
         {{"own", "own", "--markdown", "/dev/null"}, "cannot write /dev/null"},

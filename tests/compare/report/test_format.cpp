@@ -20,8 +20,11 @@ TEST(Format, DifferencesArePercentWithASign) {
                                                     {-1e-9, "0.00%"},
                                                     {1e-9, "0.00%"},
                                                     {std::log(0.5), "-50.00%"},
-                                                    {std::log(2.5), "+150.0%"},
-                                                    {std::log(123.0), "+12200%"},
+                                                    {std::log(1.9999), "+99.99%"},
+                                                    {std::log(2.5), "2.50x"},
+                                                    {std::log(9.996), "10x"},
+                                                    {std::log(41.2), "41x"},
+                                                    {std::log(123.0), "123x"},
                                                     {infinite, "?"},
                                                     {-infinite, "?"},
                                                     {none, "?"}};
@@ -77,6 +80,26 @@ TEST(Format, ParametersShowBothSidesWhereTheyDiffer) {
     EXPECT_EQ(parametersText({plain, plain}), "A=1 B=x C=0.5");
     EXPECT_EQ(parametersText({plain, other}), "A=1 B=x -> y C=0.5 -> none D=none -> 2");
     EXPECT_EQ(parametersText(NamedValues()), "");
+    EXPECT_EQ(parametersText({plain, other}, ParameterForm::values), "1 x -> y 0.5 -> none "
+                                                                     "none -> 2");
+}
+
+TEST(Format, OfAFileTheTableHasTheNameOnly) {
+    const NamedValues here = {{"CodeFile", "/data/corpus/book1"}, {"Rate", "1/2"}};
+    const NamedValues there = {{"CodeFile", "/other/book1"}, {"Rate", "1/2"}};
+    EXPECT_EQ(parametersText({here, here}, ParameterForm::table), "CodeFile=book1 Rate=1/2");
+    EXPECT_EQ(parametersText({here, here}, ParameterForm::values), "book1 1/2");
+    EXPECT_EQ(parametersText({here, there}, ParameterForm::table),
+              "CodeFile=/data/corpus/book1 -> /other/book1 Rate=1/2");
+    EXPECT_EQ(parametersText(here), "CodeFile=/data/corpus/book1 Rate=1/2");
+}
+
+TEST(Format, LinesAreBrokenBetweenWords) {
+    EXPECT_EQ(wrapped("ab cd ef", 5, ""), "ab cd\nef");
+    EXPECT_EQ(wrapped("ab cd ef", 5, "  "), "ab cd\n  ef");
+    EXPECT_EQ(wrapped("  ab cd", 5, "  "), "  ab\n  cd");
+    EXPECT_EQ(wrapped("ab cd ef", 0, ""), "ab cd ef");
+    EXPECT_EQ(wrapped("abcdefgh ij", 5, ""), "abcdefgh\nij") << "a word is never torn";
 }
 
 TEST(Format, KeysCanBePastedIntoAShell) {
@@ -93,13 +116,18 @@ TEST(Format, TextsAreFittedByCharactersNotBytes) {
     EXPECT_EQ(shortened("CodeLength=16384", 16), "CodeLength=16384");
     EXPECT_EQ(shortened("CodeLength=16384", 10), "Cod...6384");
     EXPECT_EQ(shortened("CodeLength", 2), "..");
+    EXPECT_EQ(cut(umlauts + umlauts, 5), "\xc3\xa4\xc3\xb6...");
+    EXPECT_EQ(cut("CodeLength", 10), "CodeLength");
+    EXPECT_EQ(cut("CodeLength", 2), "..");
     EXPECT_EQ(printable("a\x1b[2J\nb"), "a?[2J?b");
 }
 
 TEST(Progress, IsCutToTheTerminal) {
-    EXPECT_EQ(progressText("ntksX A=1", 0.424, 200, 79), " 42%, 3 min 20 s left: ntksX A=1");
+    EXPECT_EQ(progressText("ntksX A=1 B=2", 0.424, 200, 79),
+              "ntksX   42%, 3 min 20 s left  A=1 B=2");
     EXPECT_EQ(progressText("", 1.5, -1, 79), "100%, 0 s left");
     EXPECT_EQ(progressText("", 0, infinite, 79), "  0%");
+    EXPECT_EQ(progressText("ntksX A=12345678", 0, infinite, 18), "ntksX    0%  A=...");
     for (const int columns : {0, 1, 10, 25}) {
         EXPECT_LE(columnsOf(progressText("ntksEncodeLZ4_8u A=1", 0.5, 10, columns)), columns);
     }

@@ -40,10 +40,41 @@ TEST(Markdown, ShowsWhatChangedBeforeTheFoldAndTheOpenBehindIt) {
     EXPECT_LT(at("slower"), at("other"));
     EXPECT_LT(at("other"), at("faster"));
     EXPECT_LT(at("faster"), fold);
-    EXPECT_GT(at("open"), fold);
-    EXPECT_NE(at("open"), std::string::npos);
+    EXPECT_GT(at("open | 1"), fold);
+    EXPECT_NE(at("open | 1"), std::string::npos);
     EXPECT_EQ(at("same"), std::string::npos);
     EXPECT_TRUE(text.ends_with("\n</details>\n"));
+}
+
+TEST(Markdown, FitsIntoAReviewWhateverItIsMadeOf) {
+    Handmade handmade;
+    const std::string name(40, 'f');
+    for (int i = 0; i < 1000; ++i) {
+        const std::string function = name + std::to_string(i % 150);
+        handmade.addFailed(function, Side::changed).failures[0].detail =
+            std::string(5000, 'x') + "\n" + std::string(5000, 'y') + "\nz\nz\nz";
+        handmade.add(function, 5, 4, 6, Verdict::slower).outcome.changed.values = {
+            {"Text", std::string(5000, 'x')}};
+        handmade.add(function, 0.1, -2, 4, Verdict::open);
+        handmade.judgement.functions[function] = {2, {0.05, 0.04, 0.06}};
+        handmade.comparison.unpaired.push_back({Side::base, function, {{"A", 1LL}}});
+    }
+    handmade.comparison.sides.base.keys.push_back(std::string(70000, 'k'));
+    handmade.judgement.all = {2000, {0.05, 0.04, 0.06}};
+    const std::string text = textOf(handmade);
+    EXPECT_LT(text.size(), 60000u);
+    EXPECT_NE(text.find("\n\n... and 1970 more\n"), std::string::npos);
+    EXPECT_NE(text.find("\n| Open in | Cases |\n|---|---:|\n| " + name + "0 | 7 |\n"),
+              std::string::npos);
+}
+
+TEST(Markdown, TheHeadNamesTheUnit) {
+    Handmade handmade;
+    handmade.add("f", 5, 4, 6, Verdict::slower);
+    EXPECT_NE(textOf(handmade).find("| Base, clocks per element | New, clocks per element |"),
+              std::string::npos);
+    handmade.add("g", 5, 4, 6, Verdict::slower).outcome.base.unit = "value";
+    EXPECT_NE(textOf(handmade).find("| Base, clocks per unit |"), std::string::npos);
 }
 
 // Else a row of the table would fall apart, or a name become markup.
@@ -52,14 +83,14 @@ TEST(Markdown, CellsAreEscapedAndRowsWhole) {
     Case& measured = handmade.add("a_b|c", 5, 4, 6, Verdict::slower);
     measured.parameters.base = {{"A", "<b>\n|"}};
     measured.parameters.changed = measured.parameters.base;
-    handmade.judgement.functions["a_b|c"] = {1, {0.05, 0.04, 0.06}};
-    handmade.judgement.all = {1, {0.05, 0.04, 0.06}};
+    handmade.judgement.functions["a_b|c"] = {2, {0.05, 0.04, 0.06}};
+    handmade.judgement.all = {2, {0.05, 0.04, 0.06}};
     const std::string text = textOf(handmade);
     EXPECT_NE(text.find("| a\\_b\\|c | A=\\<b>?\\| | 4.000 | 4.200 | +5.00%  [+4.00%, +6.00%] | "
                         "**slower** |"),
               std::string::npos)
         << text;
-    EXPECT_NE(text.find("| a\\_b\\|c | 1 | +5.13%"), std::string::npos) << text;
+    EXPECT_NE(text.find("| a\\_b\\|c | 2 | +5.13%"), std::string::npos) << text;
     std::istringstream lines(text);
     for (std::string line; std::getline(lines, line);) {
         if (line.starts_with("|")) {

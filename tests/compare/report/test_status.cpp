@@ -143,15 +143,19 @@ TEST(Self, EndsWithOnePlainSentence) {
     Handmade handmade;
     EXPECT_EQ(selfText(handmade.comparison, handmade.judgement), "Nothing could be measured.\n");
     handmade.add("f", 0.1, -0.2, 0.4, Verdict::same);
-    handmade.add("g", 0.1, -0.3, 0.5, Verdict::same);
     handmade.judgement.medianHalfWidth = 0.003;
-    handmade.judgement.largestHalfWidth = 0.004;
     EXPECT_EQ(selfText(handmade.comparison, handmade.judgement),
-              "This machine now shows a difference of 0.30% in half of 2 cases and one of 0.40% "
-              "in all of them, within 1 min 15 s for the whole run.\n");
+              "Now, in 1 min 15 s, this machine tells differences above 0.30% apart in the only "
+              "case.\n");
+    handmade.add("g", 0.1, -0.3, 0.5, Verdict::same);
+    handmade.judgement.largestHalfWidth = 0.004;
+    EXPECT_EQ(
+        selfText(handmade.comparison, handmade.judgement),
+        "Now, in 1 min 15 s, this machine tells differences above 0.30% apart in half of the 2 "
+        "cases and above 0.40% in all of them.\n");
     handmade.add("h", 1.1, 0.7, 1.5, Verdict::slower);
     EXPECT_NE(selfText(handmade.comparison, handmade.judgement)
-                  .find("but found one in 1 case where there is none.\n"),
+                  .find("but it found one in 1 case where there is none.\n"),
               std::string::npos);
     for (Effect& effect : handmade.judgement.effects) {
         effect.interval.low = -infinite;
