@@ -148,7 +148,7 @@ TEST(Table, IsFittedIntoATerminal) {
     };
     const Row rows[] = {
         {0, "ntksSlower_8u             CodeLength=16384 CodeFile=book1  4.000  4.100  e      "
-            " +2.50%  [ +2.25%,  +2.75%]  slower"},
+            "+2.50%  [ +2.25%,  +2.75%]  slower"},
         {120, "ntksSlower_8u             CodeLength=16384 CodeFile=book1  4.000  4.100   "
               "+2.50%  [ +2.25%,  +2.75%]  slower"},
         {100, "ntksSlower_8u             16384 book1  4.000  4.100   +2.50%  "
