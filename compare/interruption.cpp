@@ -6,6 +6,7 @@
 #include <array>
 #include <cerrno>
 #include <csignal>
+#include <ctime>
 
 namespace compare {
 
@@ -17,11 +18,26 @@ volatile std::sig_atomic_t g_signal = 0;
 std::array<char, 1000> g_answer = {};
 std::size_t g_answerBytes = 0;
 
+// Who sends a signal to a process and to its group, as timeout does, means one.
+constexpr double secondsOfOneSignal = 0.5;
+double g_firstSeconds = 0;
+
+double secondsNow() {
+    timespec now = {};
+    clock_gettime(CLOCK_MONOTONIC, &now);
+    return static_cast<double>(now.tv_sec) + 1e-9 * static_cast<double>(now.tv_nsec);
+}
+
 extern "C" void noteSignal(int number) {
-    g_signal = number;
-    for (const int each : watched) {
-        std::signal(each, SIG_DFL);
+    if (g_signal != 0) {
+        if (secondsNow() - g_firstSeconds > secondsOfOneSignal) {
+            std::signal(number, SIG_DFL);
+            std::raise(number); // when this handler has returned
+        }
+        return;
     }
+    g_firstSeconds = secondsNow();
+    g_signal = number;
     if (number == SIGINT && g_answerBytes > 0) {
         const int before = errno;
         if (write(STDERR_FILENO, g_answer.data(), g_answerBytes) < 0) {

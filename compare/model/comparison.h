@@ -124,6 +124,7 @@ struct Comparison {
     std::vector<int> looks; // passes after which it is decided what is done, as planned
     std::vector<Case> cases;
     std::vector<Unpaired> unpaired;
+    Both<std::vector<std::string>> remarks; // keys and settings that had no effect
 };
 
 } // namespace compare

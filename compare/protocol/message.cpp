@@ -80,8 +80,8 @@ json toJson(const Done& done) {
               {"units", outcome.unitsPerCall},
               {"values", valuesToJson(outcome.values)}}}};
 }
-json toJson(const End&) {
-    return {{"end", true}};
+json toJson(const End& end) {
+    return {{"end", {{"remarks", end.remarks}}}};
 }
 
 Hello helloOf(const json& hello) {
@@ -124,8 +124,8 @@ Answer answerOf(const std::string& name, const json& value) {
     if (name == "done") {
         return doneOf(value);
     }
-    if (name == "end" && value.get<bool>()) {
-        return End{};
+    if (name == "end") {
+        return End{value.at("remarks")};
     }
     throw std::invalid_argument("no such message");
 }

@@ -45,7 +45,10 @@ struct Taken {
 struct Done {
     Outcome outcome;
 };
-struct End {};
+struct End {
+    // Keys and settings that had no effect, in the harness's words.
+    std::vector<std::string> remarks;
+};
 
 using Answer = std::variant<Hello, Announced, PassedOver, Ready, Taken, Done, End>;
 

@@ -343,6 +343,22 @@ std::string machineText(const Comparison& comparison) {
                ", "));
 }
 
+std::vector<std::string> idleKeyLines(const Comparison& comparison) {
+    const auto& [base, changed] = comparison.remarks;
+    std::vector<std::string> lines;
+    for (const std::string& remark : base) {
+        const bool isCommon = std::count(changed.begin(), changed.end(), remark) > 0;
+        lines.push_back((isCommon ? "without effect: " : "without effect on the base side: ") +
+                        printable(remark));
+    }
+    for (const std::string& remark : changed) {
+        if (std::count(base.begin(), base.end(), remark) == 0) {
+            lines.push_back("without effect on the new side: " + printable(remark));
+        }
+    }
+    return lines;
+}
+
 std::vector<std::string> unpairedLines(const Comparison& comparison) {
     std::vector<std::string> lines;
     for (const Unpaired& alone : comparison.unpaired) {

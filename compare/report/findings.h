@@ -74,6 +74,8 @@ std::string incompleteText(const Comparison& comparison); // empty: it is comple
 std::string sideText(const Comparison& comparison, Side which);
 std::string commonKeysText(const Comparison& comparison);
 std::string machineText(const Comparison& comparison);
+// Keys and settings that had no effect, a line each.
+std::vector<std::string> idleKeyLines(const Comparison& comparison);
 // Announced by one side alone, a line each.
 std::vector<std::string> unpairedLines(const Comparison& comparison);
 // Why cases were passed over, with how many, a line each.

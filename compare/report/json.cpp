@@ -8,6 +8,7 @@
 //   passes, looks       pairs of processes, and after how many of them was looked
 //   summary             counts of verdicts, half widths (null: no case has an interval), exit
 //                       status; means of "all" and "functions"
+//   without_effect      keys and settings of a side that had no effect, in the harness's words
 //   unpaired            what one side alone announced
 //   cases               one a line; each with
 //     function, parameters, new_parameters (null: the same), outcome of each side
@@ -195,6 +196,8 @@ Json headJson(const Comparison& comparison) {
                  {"new", sideJson(comparison.sides.changed)},
                  {"passes", comparison.passes},
                  {"looks", comparison.looks},
+                 {"without_effect",
+                  {{"base", comparison.remarks.base}, {"new", comparison.remarks.changed}}},
                  {"unpaired", Json::array()}};
     for (const Unpaired& alone : comparison.unpaired) {
         json["unpaired"].push_back({{"side", nameOf(alone.side)},

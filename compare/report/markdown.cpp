@@ -135,7 +135,8 @@ std::string factsText(const Comparison& comparison, const Judgement& judgement,
             }
         }
     }
-    for (const auto& more : {unpairedLines(comparison), passedOverLines(comparison)}) {
+    for (const auto& more :
+         {idleKeyLines(comparison), unpairedLines(comparison), passedOverLines(comparison)}) {
         lines.insert(lines.end(), more.begin(), more.end());
     }
     return listText(lines);

@@ -223,7 +223,8 @@ std::vector<std::string> closingLines(const Comparison& comparison, const Judgem
                                       const std::vector<Finding>& findings) {
     const Counts counts = countsOf(findings);
     std::vector<std::string> lines = {incompleteText(comparison)};
-    for (const auto& more : {unpairedLines(comparison), passedOverLines(comparison)}) {
+    for (const auto& more :
+         {idleKeyLines(comparison), unpairedLines(comparison), passedOverLines(comparison)}) {
         lines.insert(lines.end(), more.begin(), more.end());
     }
     if (counts.measured > 0) {

@@ -2,18 +2,46 @@
 
 #include <map>
 
+#include <nlohmann/json.hpp>
+
 namespace compare {
 
 namespace {
 
-using Name = std::pair<std::string, int>; // function, place within it
+using Name = std::pair<std::string, std::string>; // function, and what it is paired by within it
+using Counts = std::map<std::string, int>;        // cases of each function
 
-// In the order of the announcements.
-std::vector<Name> namesOf(const std::vector<Announced>& announced) {
-    std::vector<Name> names;
-    std::map<std::string, int> counts;
+Counts countsOf(const std::vector<Announced>& announced) {
+    Counts counts;
     for (const Announced& one : announced) {
-        names.emplace_back(one.function, counts[one.function]++);
+        ++counts[one.function];
+    }
+    return counts;
+}
+
+std::string textOf(const NamedValues& parameters) {
+    std::string text;
+    for (const NamedValue& parameter : parameters) {
+        text += parameter.name + "=";
+        std::visit([&](const auto& value) { text += nlohmann::json(value).dump() + " "; },
+                   parameter.value);
+    }
+    return text;
+}
+
+// In the order of the announcements. A function with as many cases on both sides is paired by the
+// places of its cases: their parameters may differ on purpose. Where one side has other cases,
+// those with equal parameters are.
+std::vector<Name> namesOf(const std::vector<Announced>& announced, const Counts& others) {
+    std::vector<Name> names;
+    const Counts all = countsOf(announced);
+    Counts places;
+    for (const Announced& one : announced) {
+        const auto other = others.find(one.function);
+        const bool isByPlace = other != others.end() && other->second == all.at(one.function);
+        const int place = places[one.function]++;
+        names.emplace_back(one.function,
+                           isByPlace ? std::to_string(place) : textOf(one.parameters));
     }
     return names;
 }
@@ -55,15 +83,17 @@ CannotMeasure cannotStart(const Plan& plan, const Failure& failure) {
 }
 
 CannotMeasure nothingCommon(const Plan& plan, const Both<std::vector<Announced>>& announced,
-                            const Both<std::string>& lastWords) {
+                            const Both<std::vector<std::string>>& remarks) {
     std::string text = "no case is selected on both sides: choose other keys";
     for (const Side side : sides) {
         text += std::string("\n") + nameOf(side) + ": " + std::to_string(announced[side].size()) +
                 " cases with the keys" + keysOf(plan, side);
     }
     for (const Side side : sides) { // once when both say the same
-        if (side == Side::base || lastWords.base != lastWords.changed) {
-            text += "\n" + lastWords[side];
+        if (side == Side::base || remarks.base != remarks.changed) {
+            for (const std::string& remark : remarks[side]) {
+                text += "\n" + remark;
+            }
         }
     }
     return CannotMeasure(text);
@@ -73,7 +103,7 @@ CannotMeasure nothingCommon(const Plan& plan, const Both<std::vector<Announced>>
 
 Listing pairUp(const Both<std::vector<Announced>>& announced) {
     Listing listing;
-    const std::vector<Name> changedNames = namesOf(announced.changed);
+    const std::vector<Name> changedNames = namesOf(announced.changed, countsOf(announced.base));
     std::map<Name, int> changedPlaces;
     for (const Name& name : changedNames) {
         changedPlaces.emplace(name, changedPlaces.size());
@@ -89,7 +119,7 @@ Listing pairUp(const Both<std::vector<Announced>>& announced) {
         }
     };
     int place = 0; // of the base side
-    for (const Name& name : namesOf(announced.base)) {
+    for (const Name& name : namesOf(announced.base, countsOf(announced.changed))) {
         const Announced& base = announced.base[static_cast<size_t>(place)];
         const auto found = changedPlaces.find(name);
         if (found != changedPlaces.end() && found->second >= next) {
@@ -113,12 +143,12 @@ Listing listCases(const Plan& plan, int cpu) {
     Pair pair(plan, cpu);
     Both<Hello> hello;
     Both<std::vector<Announced>> announced;
-    Both<std::string> lastWords;
+    Both<std::vector<std::string>> remarks;
     try {
         for (const Side side : sides) {
             hello[side] = pair[side].greet();
             announced[side] = announcements(pair[side]);
-            lastWords[side] = pair[side].lastWords();
+            remarks[side] = pair[side].remarks();
         }
     } catch (const WorkerLost& lost) {
         throw cannotStart(plan, lost.failure);
@@ -126,9 +156,10 @@ Listing listCases(const Plan& plan, int cpu) {
     pair.quit();
     Listing listing = pairUp(announced);
     if (listing.cases.empty()) {
-        throw nothingCommon(plan, announced, lastWords);
+        throw nothingCommon(plan, announced, remarks);
     }
     listing.hello = hello;
+    listing.remarks = remarks;
     return listing;
 }
 

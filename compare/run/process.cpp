@@ -262,10 +262,8 @@ std::string Process::lastWords() const {
     return joined;
 }
 
-void Process::forgetLongOutput() {
-    struct stat file {};
-    if (fstat(m_output.get(), &file) == 0 && file.st_size > longOutput &&
-        ftruncate(m_output.get(), 0) != 0) {
+void Process::forgetOutput() {
+    if (ftruncate(m_output.get(), 0) != 0) {
         throwSystemError("the output of a worker cannot be shortened");
     }
 }

@@ -62,8 +62,8 @@ public:
 
     // The end of what it wrote to standard output and standard error: a few lines, printable.
     std::string lastWords() const;
-    // Forgets what it wrote if that is much: it is kept in memory.
-    void forgetLongOutput();
+    // What it wrote until now is none of its last words any more.
+    void forgetOutput();
 
 private:
     [[noreturn]] void becomeProgram(const Command& command, pid_t parent, int ordersEnd,

@@ -73,6 +73,7 @@ private:
         }
         m_comparison.cases = std::move(listing.cases);
         m_comparison.unpaired = std::move(listing.unpaired);
+        m_comparison.remarks = std::move(listing.remarks);
         for (size_t place = 0; place < m_comparison.cases.size(); ++place) {
             m_journeys.push_back({m_comparison.cases[place], listing.places[place], false, {}});
         }

@@ -21,9 +21,11 @@ public:
           m_random(plan.random) {}
 
     bool make() {
-        atBoth([&](Side side) { m_pair[side].goTo(m_journey.place[side], m_measured.function); });
+        const Side first = firstToPrepare();
+        atBoth([&](Side side) { m_pair[side].goTo(m_journey.place[side], m_measured.function); },
+               first);
         if (!hasFailed()) {
-            prepare();
+            prepare(first);
         }
         if (m_isPrepared.base && m_isPrepared.changed && !hasFailed()) {
             takeTurns();
@@ -64,12 +66,17 @@ private:
         m_measured.failures.push_back({side, what, m_pair[side].lastWords()});
     }
 
-    void prepare() {
+    // By turns, so that neither side is always the one whose data the caches still hold.
+    Side firstToPrepare() const { return m_plan.pass % 2 ? Side::base : Side::changed; }
+
+    void prepare(Side first) {
         Both<std::optional<PassedOver>> passed;
-        atBoth([&](Side side) {
-            passed[side] = m_pair[side].prepare();
-            m_isPrepared[side] = !passed[side];
-        });
+        atBoth(
+            [&](Side side) {
+                passed[side] = m_pair[side].prepare();
+                m_isPrepared[side] = !passed[side];
+            },
+            first);
         if (passed.base && passed.changed) {
             m_measured.passedOver =
                 passed[passed.base->why.empty() ? Side::changed : Side::base]->why;
@@ -145,6 +152,7 @@ private:
                     return;
                 }
                 takeTurn(side, *m_journey.size, &round.turns[side]);
+                m_hasTurned[side] = true;
                 m_isWanted = !m_plan.isOver();
             },
             first);
@@ -157,10 +165,13 @@ private:
         if (!m_isPrepared[side]) {
             return;
         }
+        const Outcome outcome = m_pair[side].release();
+        if (!m_hasTurned[side]) { // nothing was called: the test tells of what was there before
+            return;
+        }
         const int statusBefore = m_measured.outcome[side].status;
-        m_measured.outcome[side] = m_pair[side].release();
-        m_measured.outcome[side].status =
-            worseStatus(m_measured.outcome[side].status, statusBefore);
+        m_measured.outcome[side] = outcome;
+        m_measured.outcome[side].status = worseStatus(outcome.status, statusBefore);
     }
 
     Pair& m_pair;
@@ -170,6 +181,7 @@ private:
     std::mt19937_64 m_random;
     Start m_start;
     Both<bool> m_isPrepared;
+    Both<bool> m_hasTurned;
     bool m_isLost = false;
     bool m_isWanted = true; // another turn
 };

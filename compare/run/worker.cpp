@@ -18,6 +18,11 @@ std::string inSeconds(double seconds) {
     return text;
 }
 
+// "-- Can't open file bib to read" is how a test's line of its log begins.
+std::string withoutDashes(const std::string& line) {
+    return line.starts_with("-- ") ? line.substr(3) : line;
+}
+
 } // namespace
 
 Worker::Worker(Side side, const Command& command, double patience)
@@ -74,7 +79,8 @@ Hello Worker::greet() {
 std::optional<Announced> Worker::announcement() {
     m_stage = onTheWay;
     const Answer given = expect<Announced, End>();
-    if (std::holds_alternative<End>(given)) {
+    if (const auto* end = std::get_if<End>(&given)) {
+        m_remarks = end->remarks;
         return std::nullopt;
     }
     ++m_announcedCases;
@@ -103,10 +109,12 @@ void Worker::goTo(int place, const std::string& function) {
 }
 
 std::optional<PassedOver> Worker::prepare() {
+    m_process.forgetOutput(); // last words of another case explain nothing
     order({Word::prepare}, "in preparation");
     const Answer given = expect<Ready, PassedOver>();
     if (const auto* passedOver = std::get_if<PassedOver>(&given)) {
-        return *passedOver;
+        return PassedOver{passedOver->why.empty() ? withoutDashes(m_process.lastWords())
+                                                  : passedOver->why};
     }
     return std::nullopt;
 }
@@ -119,7 +127,6 @@ Taken Worker::takeTurn(const TurnSize& size) {
 Outcome Worker::release() {
     order({Word::release}, "after its turns");
     const Outcome outcome = std::get<Done>(expect<Done>()).outcome;
-    m_process.forgetLongOutput();
     return outcome;
 }
 

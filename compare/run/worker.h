@@ -25,8 +25,11 @@ public:
     std::optional<Announced> announcement();
     void skip();
 
-    // After an announcement. Nothing: it is prepared; else it does not measure this, and the next
-    // announcement follows.
+    // Behind the last announcement: what it has to say of its keys.
+    const std::vector<std::string>& remarks() const { return m_remarks; }
+
+    // After an announcement. Nothing: it is prepared; else it does not measure this, for a reason
+    // if it or its test gave one, and the next announcement follows.
     std::optional<PassedOver> prepare();
     Taken takeTurn(const TurnSize& size);
     Outcome release(); // the next announcement follows
@@ -53,6 +56,7 @@ private:
     std::string m_stage = "at the start"; // for messages
     bool m_hasGreeted = false;
     int m_announcedCases = 0;
+    std::vector<std::string> m_remarks;
 };
 
 } // namespace compare

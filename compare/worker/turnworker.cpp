@@ -6,6 +6,7 @@
 #include <cstdlib>
 
 #include "disturbances.h"
+#include "psremarks.h"
 #include "pstest.h"
 #include "symbols.h"
 
@@ -121,7 +122,11 @@ void TurnWorker::released() {
 
 void TurnWorker::end() {
     refuseOpenCase();
-    m_channel.say(End{});
+    End message;
+    for (const psString& remark : g_remarks.shown()) {
+        message.remarks.emplace_back(remark.c_str());
+    }
+    m_channel.say(message);
 }
 
 } // namespace compare

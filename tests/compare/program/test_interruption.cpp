@@ -66,16 +66,28 @@ TEST_F(Interruption, CtrlCIsAnsweredOnATerminal) {
     }
 }
 
+// The second signal, unless it comes so soon that it is the first one's echo.
 TEST_F(Interruption, TheSecondSignalEndsAtOnce) {
     write("base.script", script(1e6, "at turn1 hang\n"));
     write("new.script", script(1e6, "at turn1 hang\n"));
-    write("signal", "#!/bin/sh\n(sleep 0.5; kill -INT $PPID; sleep 0.2; kill -INT $PPID) "
+    write("signal", "#!/bin/sh\n(sleep 0.5; kill -INT $PPID; sleep 0.7; kill -INT $PPID) "
                     "</dev/null >/dev/null 2>&1 3<&- 4>&- &\nexec " +
                         path("worker") + " \"$@\"\n");
     fs::permissions(m_folder / "signal", fs::perms::owner_all);
     const Outcome outcome = run({"--worker", path("signal"), "own", "own", "--new-keys=-fnew"});
     EXPECT_EQ(outcome.signal, SIGINT);
     EXPECT_EQ(outcome.output, "");
+
+    write("base.script", script(1e6));
+    write("new.script", script(1e6));
+    write("twice", "#!/bin/sh\necho >>" + path("starts") + "; [ $(wc -l <" + path("starts") +
+                       ") = 6 ] && kill -INT $PPID && kill -INT $PPID\nexec " + path("worker") +
+                       " \"$@\"\n");
+    fs::permissions(m_folder / "twice", fs::perms::owner_all);
+    const Outcome echoed = run({"--worker", path("twice"), "own", "own", "--new-keys=-fnew"});
+    EXPECT_EQ(echoed.signal, 0);
+    EXPECT_EQ(echoed.status, 128 + SIGINT);
+    EXPECT_NE(echoed.output.find("INCOMPLETE"), std::string::npos) << echoed.output;
 }
 
 TEST_F(Interruption, ASignalThatTheCallerIgnoresStaysIgnored) {

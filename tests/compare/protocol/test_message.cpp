@@ -48,7 +48,8 @@ TEST(Message, AnswersKeepAllTheyHold) {
 
     EXPECT_EQ(roundTrip(PassedOver{"too short"}).why, "too short");
     roundTrip(Ready{});
-    roundTrip(End{});
+    EXPECT_EQ(roundTrip(End{{"-dX: no test asked for it"}}).remarks.at(0),
+              "-dX: no test asked for it");
 }
 
 TEST(Message, OneLineWhateverTheNamesHold) {
@@ -71,8 +72,8 @@ TEST(Message, OrdersKeepAllTheyHold) {
 TEST(Message, AnythingElseIsNone) {
     for (const char* const line :
          {"", "{", "[]", "null", "ready", "{}", R"({"ready":false})",
-          R"({"ready":true,"end":true})", R"({"turn":{}})", R"({"turn":[1]})", R"({"done":3})",
-          R"({"case":{"test":"x"}})", R"({"hello":{"files":"one","version":"2"}})",
+          R"({"ready":true,"passed":""})", R"({"end":true})", R"({"turn":{}})", R"({"turn":[1]})",
+          R"({"done":3})", R"({"case":{"test":"x"}})", R"({"hello":{"files":"one","version":"2"}})",
           R"({"passed":3})", "\xff\xfe"}) {
         EXPECT_FALSE(parseAnswer(line)) << line;
     }

@@ -145,6 +145,7 @@ TEST(Listing, PairsWhatBothSidesAnnounce) {
          "0-0 2-1",
          "base A"},
         {"surplus of new", {{"A", 1}}, {{"A", 1}, {"A", 2}, {"A", 3}}, "0-0", "new A new A"},
+        {"one side chooses", {{"A", 1}, {"A", 2}, {"A", 3}}, {{"A", 2}}, "1-0", "base A base A"},
         {"another order", {{"A", 1}, {"B", 1}}, {{"B", 1}, {"A", 1}}, "0-1", "new B base B"},
         {"nothing in common", {{"A", 1}}, {{"B", 1}}, "", "base A new B"},
     };

@@ -73,6 +73,9 @@ TEST(Run, GivesEachPassANewPairAndARound) {
     auto visit = log.begin();
     for (const Start& start : comparison.cases[0].starts) {
         Strings expected = {"base prepare ntksA", "new prepare ntksA"};
+        if (start.pass % 2 == 0) { // by turns
+            std::swap(expected[0], expected[1]);
+        }
         if (start.pass == 1) { // a turn that does not count
             expected.insert(expected.end(), {"base turn ntksA 1", "new turn ntksA 1"});
         }
@@ -201,6 +204,32 @@ TEST(Run, KeepsWhatTheSidesSay) {
     EXPECT_EQ(outcome.base.unit, "b");
 }
 
+// Its test would tell what another case left behind.
+TEST(Run, ASideWithoutATurnSaysNothingNew) {
+    const std::string script = scriptOfTwo("outcome 0 Ratio=3\nstart3 outcome 0 Ratio=9");
+    int kept = 0;
+    for (int asked = 10; asked < 30; ++asked) {
+        Scripted scripted(script, script);
+        scripted.turnsUntilInterrupt = asked; // in the third start after one turn of the first case
+        const Comparison comparison = scripted.run();
+        const Both<int> turns = {scripted.countInLog("base turn ntksA 1"),
+                                 scripted.countInLog("new turn ntksA 1")};
+        if (turns.base != turns.changed && comparison.passes == 2) {
+            const Side idle = turns.base < turns.changed ? Side::base : Side::changed;
+            EXPECT_EQ(comparison.cases[0].outcome[idle].values.at(0).value, Value(3LL));
+            ++kept;
+        }
+    }
+    EXPECT_GT(kept, 0);
+}
+
+TEST(Run, TellsKeysWithoutEffect) {
+    Scripted scripted(scriptOfTwo() + "remark -dX: no test asked for it\n", scriptOfTwo());
+    const Comparison comparison = scripted.run();
+    EXPECT_EQ(comparison.remarks.base, Strings{"-dX: no test asked for it"});
+    EXPECT_TRUE(comparison.remarks.changed.empty());
+}
+
 TEST(Run, PassesOverWhatNeitherSideMeasures) {
     Scripted scripted(scriptOfTwo("at prepare passed"), scriptOfTwo("at prepare passed too short"));
     const Comparison comparison = scripted.run();
@@ -211,6 +240,12 @@ TEST(Run, PassesOverWhatNeitherSideMeasures) {
     EXPECT_EQ(scripted.countInLog("base prepare ntksA"), 1); // and not in later passes
     EXPECT_EQ(scripted.countInLog("base start"), 1 + comparison.passes);
     EXPECT_EQ(comparison.cases[1].stop, Stop::precise);
+
+    // Without a reason of the worker's the test's own words count.
+    const std::string words = "at case words of another case\n"
+                              "at prepare words -- Can't open file x\nat prepare passed";
+    Scripted quiet(scriptOfTwo(words), scriptOfTwo(words));
+    EXPECT_EQ(quiet.run().cases[0].passedOver, "Can't open file x");
 }
 
 TEST(Run, EndsAfterTheTurnWhenInterrupted) {

@@ -5,6 +5,7 @@
 //   turns CLOCKS...                  of its turns, from each process's first; the last one stays
 //   outcome STATUS [NAME=NUMBER...]  at its release
 //   at POINT ACTION [ARGUMENT]       instead of the answer there
+//   remark TEXT                      at the end
 //
 // Points: hello, case, prepare, turnN (N from 1, within a process), release. Actions: kill SIGNAL,
 // exit STATUS, hang, say LINE, endless, close, twice, leave, passed WHY, status NUMBER, failed
@@ -43,6 +44,7 @@ struct ScriptedCase {
 struct Script {
     std::vector<Rule> rules; // before the first case
     std::vector<ScriptedCase> cases;
+    std::vector<std::string> remarks;
 };
 
 std::string side;
@@ -107,6 +109,8 @@ void readLine(Script& script, const std::string& line, int start) {
     } else if (word == "outcome") {
         words >> script.cases.back().outcome.status;
         script.cases.back().outcome.values = readValues(words);
+    } else if (word == "remark") {
+        script.remarks.push_back(rest(words));
     } else if (word == "at") {
         Rule rule;
         words >> rule.point >> rule.action;
@@ -231,7 +235,7 @@ void play(const Script& script) {
             }
         }
     }
-    sayLine(toLine(End{}));
+    sayLine(toLine(End{script.remarks}));
     hear();
 }
 
