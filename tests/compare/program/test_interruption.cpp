@@ -81,8 +81,8 @@ TEST_F(Interruption, TheSecondSignalEndsAtOnce) {
     write("base.script", script(1e6));
     write("new.script", script(1e6));
     write("twice", "#!/bin/sh\necho >>" + path("starts") + "; [ $(wc -l <" + path("starts") +
-                       ") = 6 ] && kill -INT $PPID && kill -INT $PPID\nexec " + path("worker") +
-                       " \"$@\"\n");
+                       ") = 6 ] && kill -INT $PPID && sleep 0.1 && kill -INT $PPID\nexec " +
+                       path("worker") + " \"$@\"\n");
     fs::permissions(m_folder / "twice", fs::perms::owner_all);
     const Outcome echoed = run({"--worker", path("twice"), "own", "own", "--new-keys=-fnew"});
     EXPECT_EQ(echoed.signal, 0);

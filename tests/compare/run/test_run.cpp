@@ -208,7 +208,7 @@ TEST(Run, KeepsWhatTheSidesSay) {
 TEST(Run, ASideWithoutATurnSaysNothingNew) {
     const std::string script = scriptOfTwo("outcome 0 Ratio=3\nstart3 outcome 0 Ratio=9");
     int kept = 0;
-    for (int asked = 10; asked < 30; ++asked) {
+    for (int asked = 4; asked < 16; ++asked) {
         Scripted scripted(script, script);
         scripted.turnsUntilInterrupt = asked; // in the third start after one turn of the first case
         const Comparison comparison = scripted.run();
