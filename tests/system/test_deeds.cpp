@@ -86,16 +86,16 @@ TEST_F(Deeds, WhatEndsTheProcessLeavesItsCombinationInTheLog) {
         const char* deed;
         int status, signal;
         const char* lastWords; // on the error output, and the end of the log
-    } cases[] = {
-        {"exit 3", 3, 0, ""},
-        {"signal 9", -1, SIGKILL, ""},
-        {"thread-segv", -1, SIGSEGV,
-         "--NTK. Signal: Illegal storage access. This ends the process, in a thread of the library: "
-         "ntksCRC32_8u\n"},
+    } cases[] =
+    { {"exit 3", 3, 0, ""},
+      {"signal 9", -1, SIGKILL, ""},
+      {"thread-segv", -1, SIGSEGV,
+       "--NTK. Signal: Illegal storage access. This ends the process, in a thread of the library: "
+       "ntksCRC32_8u\n"},
 #if !defined(__SANITIZE_ADDRESS__) // which tells of a destroyed heap itself
-        {"heap", -1, SIGABRT,
-         "--NTK. Signal: Abort (SIGABRT). This ends the process, as memory is destroyed: "
-         "ntksCRC32_8u\n"},
+      {"heap", -1, SIGABRT,
+       "--NTK. Signal: Abort (SIGABRT). This ends the process, as memory is destroyed: "
+       "ntksCRC32_8u\n"},
 #endif
     };
     for (const auto& c : cases) {

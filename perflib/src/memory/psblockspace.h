@@ -17,9 +17,9 @@ enum class psGuard { none, pagesAfter, pagesBefore };
 bool psGuardFromText(const char* text, psGuard& guard);
 void psSetGuard(psGuard guard); // of the blocks to come; none at the start
 
-// While this is on, each request begins at the same distance from a page's begin, whatever the heap holds:
-// of two processes that are compared one would otherwise be faster by where its blocks happen to lie.
-// Address randomisation does not even that out, as it moves the heap by whole pages.
+// While this is on, each request begins at the same distance from a page's begin, whatever the heap
+// holds: of two processes that are compared one would otherwise be faster by where its blocks
+// happen to lie. Address randomisation does not even that out, as it moves the heap by whole pages.
 void psAlignSpacesToPages(bool isAligned);
 
 // Where a block is to be: the arguments of psMalloc and the alignment unit.

@@ -18,7 +18,7 @@ psTurn psTurns::take(int callsPerSpan, int spans) const {
     const int batch = std::max(callsPerSpan, 1);
     int calls = batch * std::max(spans, 1);
     long long clocks = 0; // no budget: the number of calls alone counts
-    if (m_init) { // the statistic function resets after its calls, not before the first
+    if (m_init) {         // the statistic function resets after its calls, not before the first
         m_init();
     }
     g_batches.clear();

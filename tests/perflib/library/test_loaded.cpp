@@ -46,7 +46,8 @@ TEST(LibraryOrigin, IsToldWhenItIsNotTheOwnBuild) {
 TEST(MissingFunction, IsToldWithTheFilesOfTheLibrary) {
     EXPECT_STREQ(psMissingFunctionText("ntkGetCpuFeatures").c_str(), "");
     const psString text = psMissingFunctionText("ntksNoSuchFunction_8u");
-    EXPECT_TRUE(text.startsWith("the library has no function ntksNoSuchFunction_8u (")) << text.c_str();
+    EXPECT_TRUE(text.startsWith("the library has no function ntksNoSuchFunction_8u ("))
+        << text.c_str();
     EXPECT_TRUE(text.contains("/libntkcore.so.12)")) << text.c_str();
     psStandInForMissingFunctions();
     EXPECT_FALSE(psIsMissingFunction("ntkGetCpuFeatures"));
