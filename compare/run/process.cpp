@@ -27,7 +27,6 @@ using Clock = std::chrono::steady_clock;
 constexpr int ordersOfChild = 3;
 constexpr int answersOfChild = 4;
 constexpr size_t longestLine = 64 << 10;   // the longest honest answer has a few hundred bytes
-constexpr off_t longOutput = 1 << 20;      // of which only the end will be wanted
 constexpr size_t lastWordsBytes = 2 << 10; // of the output, to look for last lines in
 constexpr size_t lastWordsLines = 5;
 constexpr size_t lastWordsWidth = 200;
