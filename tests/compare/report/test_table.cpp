@@ -226,6 +226,8 @@ TEST(Table, EndsWithWhatHoldsForAll) {
     Handmade handmade = several();
     handmade.comparison.isComplete = false;
     handmade.comparison.unpaired = {{Side::base, "ntksAlone_8u", {{"A", 1LL}}}};
+    const std::string common = "-dX: no test asked for it";
+    handmade.comparison.remarks = {{common}, {common, "-iY: there is no such file"}};
     const auto lines = linesOf(handmade);
     const char* const expected[] = {
         "Base: /ref, 12.0.0",
@@ -233,13 +235,15 @@ TEST(Table, EndsWithWhatHoldsForAll) {
         "Keys: -fLZ4",
         "On:   A processor, processor 1, 1 min 15 s in 12 passes",
         "INCOMPLETE: the budget was used up",
+        "without effect: -dX: no test asked for it",
+        "without effect on the new side: -iY: there is no such file",
         "only on the base side: ntksAlone_8u A=1",
         "1 case passed over: file too short",
         "Verdicts:    1 slower (1 by more than 1%), 1 faster, 1 same, 2 failed, 1 passed over",
         "Confidence:  95% that all of slower and faster are true",
         "Noise floor: intervals of +-0.25% in the median case, +-0.30% in the widest",
-        "Of 3 decided cases 1 is slower by more than 1%, 1 is faster; 1 case failed on the new "
-        "side only."};
+        ("Of 3 decided cases 1 is slower by more than 1%, 1 is faster; 1 case failed on the new "
+         "side only.")};
     int last = -1;
     for (const char* beginning : expected) {
         const int at = find(lines, beginning);
