@@ -6,6 +6,7 @@
 #include <cstdlib>
 
 #include "disturbances.h"
+#include "psistream.h"
 #include "psremarks.h"
 #include "pstest.h"
 #include "symbols.h"
@@ -125,6 +126,9 @@ void TurnWorker::end() {
     End message;
     for (const psString& remark : g_remarks.shown()) {
         message.remarks.emplace_back(remark.c_str());
+    }
+    for (const psString& name : g_istrm.unusedPresets()) { // the log tells of them at its end
+        message.remarks.emplace_back(("-d" + name + ": no test asked for it").c_str());
     }
     m_channel.say(message);
 }

@@ -250,6 +250,7 @@ TEST(Table, EndsWithWhatHoldsForAll) {
         EXPECT_GT(at, last) << beginning;
         last = at;
     }
+    EXPECT_EQ(find(lines, "without effect on the new side: " + common), -1); // said of both
     handmade.comparison.cases[0].stop = Stop::interrupted;
     EXPECT_NE(find(linesOf(handmade), "INCOMPLETE: interrupted"), -1);
     EXPECT_EQ(find(linesOf(several()), "INCOMPLETE"), -1);
