@@ -18,9 +18,17 @@ std::string inSeconds(double seconds) {
     return text;
 }
 
-// "-- Can't open file bib to read" is how a test's line of its log begins.
-std::string withoutDashes(const std::string& line) {
-    return line.starts_with("-- ") ? line.substr(3) : line;
+// A test's log tells a fault as "-- Can't open file bib to read", among other lines: the last such
+// one, without its dashes; empty when there is none.
+std::string faultIn(const std::string& words) {
+    const std::string sign = "\n-- ";
+    const std::string lines = "\n" + words;
+    const size_t start = lines.rfind(sign);
+    if (start == std::string::npos) {
+        return "";
+    }
+    const std::string fault = lines.substr(start + sign.size());
+    return fault.substr(0, fault.find('\n'));
 }
 
 } // namespace
@@ -113,7 +121,7 @@ std::optional<PassedOver> Worker::prepare() {
     order({Word::prepare}, "in preparation");
     const Answer given = expect<Ready, PassedOver>();
     if (const auto* passedOver = std::get_if<PassedOver>(&given)) {
-        return PassedOver{passedOver->why.empty() ? withoutDashes(m_process.lastWords())
+        return PassedOver{passedOver->why.empty() ? faultIn(m_process.lastWords())
                                                   : passedOver->why};
     }
     return std::nullopt;

@@ -243,9 +243,14 @@ TEST(Run, PassesOverWhatNeitherSideMeasures) {
 
     // Without a reason of the worker's the test's own words count.
     const std::string words = "at case words of another case\n"
-                              "at prepare words -- Can't open file x\nat prepare passed";
+                              "at prepare words  Function : title\n"
+                              "at prepare words -- Can't open file x\nat prepare words last\n"
+                              "at prepare passed";
     Scripted quiet(scriptOfTwo(words), scriptOfTwo(words));
     EXPECT_EQ(quiet.run().cases[0].passedOver, "Can't open file x");
+    const std::string title = "at prepare words ---- title\nat prepare passed";
+    Scripted mute(scriptOfTwo(title), scriptOfTwo(title));
+    EXPECT_EQ(mute.run().cases[0].passedOver, "");
 }
 
 TEST(Run, EndsAfterTheTurnWhenInterrupted) {
