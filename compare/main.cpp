@@ -9,7 +9,7 @@
 #include "interruption.h"
 #include "libraries.h"
 #include "options.h"
-#include "psatomicfile.h"
+#include "outputs.h"
 #include "report.h"
 #include "runner.h"
 #include "terminal.h"
@@ -19,18 +19,19 @@ namespace compare {
 
 namespace {
 
-constexpr int cannotMeasure = 2;
+using common::print;
+using common::terminalWidth;
+using common::whyNotWritable;
+using common::writeFile;
 
-psString nameOf(const std::string& file) {
-    return file.c_str();
-}
+constexpr int cannotMeasure = 2;
+const std::string programName = "ntkcompare";
 
 // Before anything is measured: hours may lie between it and the writing.
 void checkFiles(const Options& options) {
     for (const std::string& file : {options.csvFile, options.jsonFile, options.markdownFile}) {
-        if (!file.empty() && !psAtomicFile::canReplace(nameOf(file))) {
-            throw UsageError("cannot write " + file + ": " + std::strerror(errno) +
-                             "; name another file");
+        if (const std::string why = whyNotWritable(file); !file.empty() && !why.empty()) {
+            throw UsageError("cannot write " + file + ": " + why + "; name another file");
         }
     }
 }
@@ -73,29 +74,6 @@ Plan planOf(const Options& options) {
     return plan;
 }
 
-bool writeFile(const std::string& name, const std::string& text) {
-    constexpr std::size_t piece = 1 << 20; // a psString has at most an int's length
-    psAtomicFile file(nameOf(name));
-    for (std::size_t at = 0; at < text.size(); at += piece) {
-        file.write(text.substr(at, piece).c_str());
-    }
-    if (file.commit()) {
-        return true;
-    }
-    std::fprintf(stderr, "ntkcompare: cannot write %s: %s; what was there is unchanged\n",
-                 name.c_str(), std::strerror(file.failure()));
-    return false;
-}
-
-bool print(const std::string& text) {
-    if (std::fwrite(text.data(), 1, text.size(), stdout) == text.size() &&
-        std::fflush(stdout) == 0) {
-        return true;
-    }
-    std::fprintf(stderr, "ntkcompare: cannot write to standard output: %s\n", std::strerror(errno));
-    return false;
-}
-
 // The table first: a disk that is full must not take it away, too.
 int report(const Options& options, const Comparison& comparison) {
     const Judgement judgement = judge(comparison);
@@ -105,13 +83,13 @@ int report(const Options& options, const Comparison& comparison) {
         text += "\n";
         text += selfText(comparison, judgement);
     }
-    bool isWritten = print(text);
-    isWritten &=
-        options.csvFile.empty() || writeFile(options.csvFile, csvText(comparison, judgement));
-    isWritten &=
-        options.jsonFile.empty() || writeFile(options.jsonFile, jsonText(comparison, judgement));
+    bool isWritten = print(programName, text);
+    isWritten &= options.csvFile.empty() ||
+                 writeFile(programName, options.csvFile, csvText(comparison, judgement));
+    isWritten &= options.jsonFile.empty() ||
+                 writeFile(programName, options.jsonFile, jsonText(comparison, judgement));
     isWritten &= options.markdownFile.empty() ||
-                 writeFile(options.markdownFile, markdownText(comparison, judgement));
+                 writeFile(programName, options.markdownFile, markdownText(comparison, judgement));
     if (interruption() != 0) {
         return 128 + interruption();
     }
@@ -135,7 +113,7 @@ Comparison measure(const Options& options) {
 int runProgram(const std::vector<std::string>& words) {
     const Options options = parseOptions(words);
     if (!options.information.empty()) {
-        return print(options.information) ? 0 : cannotMeasure;
+        return print(programName, options.information) ? 0 : cannotMeasure;
     }
     checkFiles(options);
     return report(options, measure(options));

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
-#include <filesystem>
 #include <memory>
 #include <optional>
 #include <random>
@@ -13,6 +12,7 @@
 #include <CLI/CLI.hpp>
 
 #include "keys.h"
+#include "samefile.h"
 #include "usage.h"
 #include "words.h"
 
@@ -200,29 +200,13 @@ void checkFileWords(const std::vector<std::string>& words) {
     }
 }
 
-// As far as it exists; a file that is still to be made has no other names.
-std::string placeOf(const std::string& file) {
-    std::error_code error;
-    return std::filesystem::weakly_canonical(std::filesystem::absolute(file, error), error);
-}
-
 // Else the second would replace the first.
 void checkOneFileEach(const Options& options) {
-    const std::pair<const char*, std::string> files[] = {{"--csv", options.csvFile},
-                                                         {"--json", options.jsonFile},
-                                                         {"--markdown", options.markdownFile}};
-    for (const auto* one = std::begin(files); one != std::end(files); ++one) {
-        const auto isSame = [&](const auto& other) {
-            std::error_code error;
-            return !one->second.empty() && !other.second.empty() &&
-                   (placeOf(one->second) == placeOf(other.second) ||
-                    std::filesystem::equivalent(one->second, other.second, error));
-        };
-        const auto* const other = std::find_if(one + 1, std::end(files), isSame);
-        if (other != std::end(files)) {
-            throw UsageError(std::string(one->first) + " " + one->second + " and " + other->first +
-                             " " + other->second + " are the same file; name two");
-        }
+    const std::string both = common::sameFile({{"--csv", options.csvFile},
+                                               {"--json", options.jsonFile},
+                                               {"--markdown", options.markdownFile}});
+    if (!both.empty()) {
+        throw UsageError(both);
     }
 }
 

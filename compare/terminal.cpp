@@ -1,22 +1,14 @@
 #include "terminal.h"
 
-#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <cstdio>
 
 #include "format.h"
+#include "outputs.h"
 #include "progresstext.h"
 
 namespace compare {
-
-int terminalWidth(int descriptor) {
-    winsize size = {};
-    if (!isatty(descriptor) || ioctl(descriptor, TIOCGWINSZ, &size) != 0) {
-        return 0;
-    }
-    return size.ws_col > 0 ? size.ws_col : 80;
-}
 
 ProgressLine::ProgressLine(bool isWanted) : m_isWanted(isWanted && isatty(STDERR_FILENO)) {}
 

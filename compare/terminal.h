@@ -5,9 +5,6 @@
 
 namespace compare {
 
-// Columns of the terminal behind a descriptor; 0 when it is none.
-int terminalWidth(int descriptor);
-
 // One line on standard error that is written over again and gone in the end. Nothing where
 // standard error is no terminal.
 class ProgressLine {

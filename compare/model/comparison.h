@@ -2,8 +2,9 @@
 
 #include <optional>
 #include <string>
-#include <variant>
 #include <vector>
+
+#include "values.h"
 
 // What a comparison is made of and what came out: plain data. The run fills it, the reports read
 // it.
@@ -18,13 +19,9 @@ template <class T> struct Both {
     const T& operator[](Side side) const { return side == Side::base ? base : changed; }
 };
 
-// A parameter or a result of a case with its own type, and its name in tables.
-using Value = std::variant<long long, double, std::string>;
-struct NamedValue {
-    std::string name;
-    Value value;
-};
-using NamedValues = std::vector<NamedValue>;
+using common::NamedValue;
+using common::NamedValues;
+using common::Value;
 
 // A few milliseconds of one side: an untimed call, then spans of timed calls.
 struct Turn {

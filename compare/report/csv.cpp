@@ -1,36 +1,14 @@
 #include <cmath>
 
+#include "delimited.h"
 #include "findings.h"
 #include "format.h"
 #include "report.h"
 
-// As RFC 4180 has it: lines end with CR LF, a cell is quoted where it must be. The columns stay as
-// they are; new ones come behind them.
+// The columns stay as they are; new ones come behind them.
 namespace compare {
 
 namespace {
-
-std::string cellText(const std::string& text) {
-    if (text.find_first_of(",\"\r\n") == std::string::npos) {
-        return text;
-    }
-    std::string quoted = "\"";
-    for (const char c : text) {
-        quoted.append(c == '"' ? 2 : 1, c);
-    }
-    quoted += '"';
-    return quoted;
-}
-
-std::string lineText(const std::vector<std::string>& cells) {
-    std::string line;
-    for (std::size_t i = 0; i < cells.size(); ++i) {
-        line += i ? "," : "";
-        line += cellText(cells[i]);
-    }
-    line += "\r\n";
-    return line;
-}
 
 const std::vector<std::string> names = {
     "function",    "parameters",      "new_parameters", "base_clocks", "new_clocks",
@@ -93,9 +71,9 @@ std::vector<std::string> cellsOf(const Finding& finding, bool isComplete) {
 } // namespace
 
 std::string csvText(const Comparison& comparison, const Judgement& judgement) {
-    std::string text = lineText(names);
+    std::string text = csvLine(names);
     for (const Finding& finding : findingsOf(comparison, judgement)) {
-        text += lineText(cellsOf(finding, comparison.isComplete));
+        text += csvLine(cellsOf(finding, comparison.isComplete));
     }
     return text;
 }

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <map>
 
+#include "delimited.h"
 #include "findings.h"
 #include "format.h"
 #include "report.h"
@@ -13,46 +14,25 @@ namespace {
 // A review takes some 60,000 characters; what is longer belongs into the other files.
 constexpr std::size_t mostRows = 30;
 constexpr std::size_t mostNotes = 4;
-constexpr int mostColumns = 300; // of a cell or of a line of facts
-
-std::string cell(const std::string& text) {
-    std::string escaped;
-    for (const char c : cut(printable(text), mostColumns)) {
-        // A function's name must not become emphasis, nor a file's a tag.
-        escaped += std::string("|\\<*_`").find(c) == std::string::npos ? std::string(1, c)
-                                                                       : std::string("\\") + c;
-    }
-    return escaped;
-}
-
-std::string rowText(const std::vector<std::string>& cells) {
-    return "| " + [&] {
-        std::string text;
-        for (std::size_t i = 0; i < cells.size(); ++i) {
-            text += (i ? " | " : "") + cells[i];
-        }
-        return text;
-    }() + " |\n";
-}
 
 std::string caseRow(const Finding& finding, const Settings& settings) {
-    std::vector<std::string> notes = {cell(asideText(finding, settings))};
+    std::vector<std::string> notes = {markdownCell(asideText(finding, settings))};
     for (const std::string& line : remarksOf(finding)) {
         if (notes.size() < mostNotes) {
-            notes.push_back(cell(line));
+            notes.push_back(markdownCell(line));
         }
     }
     const bool isMeasured = finding.isMeasured;
     const Effect& effect = *finding.effect;
-    return rowText({cell(finding.tried->function),
-                    cell(parametersText(finding.tried->parameters, ParameterForm::table)),
-                    isMeasured ? clocksText(effect.clocksPerUnit.base) : "",
-                    isMeasured ? clocksText(effect.clocksPerUnit.changed) : "",
-                    isMeasured ? intervalText(effect.interval) : "",
-                    finding.hasFailed() || finding.isBeyondTolerance
-                        ? "**" + verdictText(finding) + "**"
-                        : verdictText(finding),
-                    joined(notes, "<br>")});
+    return markdownRow(
+        {markdownCell(finding.tried->function),
+         markdownCell(parametersText(finding.tried->parameters, ParameterForm::table)),
+         isMeasured ? clocksText(effect.clocksPerUnit.base) : "",
+         isMeasured ? clocksText(effect.clocksPerUnit.changed) : "",
+         isMeasured ? intervalText(effect.interval) : "",
+         finding.hasFailed() || finding.isBeyondTolerance ? "**" + verdictText(finding) + "**"
+                                                          : verdictText(finding),
+         joined(notes, "<br>")});
 }
 
 // "clocks per element"; per "unit" where the rows have several.
@@ -62,7 +42,7 @@ std::string clocksOf(const std::vector<Finding>& rows) {
         const std::string& its = row.tried->outcome.base.unit;
         unit = !row.isMeasured || its == unit ? unit : unit.empty() ? its : "unit";
     }
-    return "clocks per " + (unit == "e" ? "element" : unit.empty() ? "unit" : cell(unit));
+    return "clocks per " + (unit == "e" ? "element" : unit.empty() ? "unit" : markdownCell(unit));
 }
 
 std::string moreText(std::size_t all) {
@@ -90,7 +70,7 @@ std::string openTable(const std::vector<Finding>& open) {
     }
     std::string text = open.empty() ? "" : "\n| Open in | Cases |\n|---|---:|\n";
     for (const auto& [name, count] : counts) {
-        text += rowText({cell(name), std::to_string(count)});
+        text += markdownRow({markdownCell(name), std::to_string(count)});
     }
     return text;
 }
@@ -101,18 +81,18 @@ std::string meansTable(const Judgement& judgement) {
     }
     std::string text = "\n| Mean of | Cases | Difference |\n|---|---:|---:|\n";
     for (const auto& [name, summary] : functionsOf(judgement)) {
-        text +=
-            rowText({cell(name), std::to_string(summary.cases), intervalText(summary.interval)});
+        text += markdownRow(
+            {markdownCell(name), std::to_string(summary.cases), intervalText(summary.interval)});
     }
-    return text + rowText({"all", std::to_string(judgement.all.cases),
-                           intervalText(judgement.all.interval)});
+    return text + markdownRow({"all", std::to_string(judgement.all.cases),
+                               intervalText(judgement.all.interval)});
 }
 
 std::string listText(const std::vector<std::string>& lines) {
     std::string text = "\n";
     for (std::size_t i = 0; i < std::min(lines.size(), mostRows); ++i) {
         text += "- ";
-        text += cell(lines[i]) + "\n";
+        text += markdownCell(lines[i]) + "\n";
     }
     return text + moreText(lines.size());
 }

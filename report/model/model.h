@@ -2,20 +2,17 @@
 
 #include <optional>
 #include <string>
-#include <variant>
 #include <vector>
+
+#include "values.h"
 
 // What was measured, as the readers find it in files and the writers put it into others: plain
 // data.
 namespace report {
 
-// A parameter or a result with its own type, and its name in tables.
-using Value = std::variant<long long, double, std::string>;
-struct NamedValue {
-    std::string name;
-    Value value;
-};
-using NamedValues = std::vector<NamedValue>;
+using common::NamedValue;
+using common::NamedValues;
+using common::Value;
 
 struct LibraryFacts {
     std::string name, version;
@@ -69,8 +66,9 @@ struct TestResult {
 struct Run {
     std::string file; // that it was read from
     Facts facts;
-    bool isExact = false;   // figures in full precision, not the three digits of a table
-    bool isComplete = true; // as far as the file tells
+    bool isExact = false;             // figures in full precision, not the three digits of a table
+    bool isComplete = true;           // as far as the file tells
+    std::vector<std::string> columns; // of a table: those that name its combinations
     std::vector<Measurement> measurements;
     std::vector<TestResult> tests;
 };

@@ -1,0 +1,50 @@
+#include "outputs.h"
+
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+#include "psatomicfile.h"
+
+namespace common {
+
+int terminalWidth(int descriptor) {
+    winsize size = {};
+    if (!isatty(descriptor) || ioctl(descriptor, TIOCGWINSZ, &size) != 0) {
+        return 0;
+    }
+    return size.ws_col > 0 ? size.ws_col : 80;
+}
+
+std::string whyNotWritable(const std::string& file) {
+    return psAtomicFile::canReplace(file.c_str()) ? "" : std::strerror(errno);
+}
+
+bool writeFile(const std::string& program, const std::string& file, const std::string& text) {
+    constexpr std::size_t piece = 1 << 20; // a psString has at most an int's length
+    psAtomicFile replaced(file.c_str());
+    for (std::size_t at = 0; at < text.size(); at += piece) {
+        replaced.write(text.substr(at, piece).c_str());
+    }
+    if (replaced.commit()) {
+        return true;
+    }
+    std::fprintf(stderr, "%s: cannot write %s: %s; what was there is unchanged\n", program.c_str(),
+                 file.c_str(), std::strerror(replaced.failure()));
+    return false;
+}
+
+bool print(const std::string& program, const std::string& text) {
+    if (std::fwrite(text.data(), 1, text.size(), stdout) == text.size() &&
+        std::fflush(stdout) == 0) {
+        return true;
+    }
+    std::fprintf(stderr, "%s: cannot write to standard output: %s\n", program.c_str(),
+                 std::strerror(errno));
+    return false;
+}
+
+} // namespace common
