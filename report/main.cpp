@@ -1,0 +1,124 @@
+// ntkreport: what runs have found, for people and for programs.
+#include <unistd.h>
+
+#include <cstdio>
+#include <exception>
+
+#include "columns.h"
+#include "csv.h"
+#include "files.h"
+#include "merge.h"
+#include "options.h"
+#include "outputs.h"
+#if __has_include("exchange.h")
+#include "exchange.h"
+#endif
+#if __has_include("page.h")
+#include "page.h"
+#endif
+
+namespace report {
+
+namespace {
+
+const std::string programName = "ntkreport";
+constexpr int incomplete = 1;
+constexpr int wrongUsage = 2;
+
+void tell(const std::string& sentence) {
+    std::fprintf(stderr, "ntkreport: %s\n", common::printable(sentence).c_str());
+}
+
+std::string textOf(Form form, const Report& report) {
+    switch (form) {
+#if __has_include("page.h")
+    case Form::html: return pageText(report);
+#endif
+#if __has_include("exchange.h")
+    case Form::json: return googleBenchmarkText(report);
+    case Form::bmf: return bencherText(report);
+    case Form::smallerIsBetter: return smallerIsBetterText(report);
+    case Form::benchstat: return benchstatText(report);
+#endif
+    case Form::csv: return csvText(report);
+    default: return "";
+    }
+}
+
+// Before the work.
+bool canWriteAll(const Options& options) {
+    bool canWrite = true;
+    for (const std::string& file : options.outputs) {
+        if (file.empty() || file == standardOutput) {
+            continue;
+        }
+        if (const std::string why = common::whyNotWritable(file); !why.empty()) {
+            tell("cannot write " + file + ": " + why + "; name another file");
+            canWrite = false;
+        }
+    }
+    return canWrite;
+}
+
+bool write(const Options& options, const Report& report) {
+    bool isWritten = true;
+    for (std::size_t i = 0; i < formCount; ++i) {
+        const std::string& file = options.outputs[i];
+        if (file.empty()) {
+            continue;
+        }
+        const std::string text = textOf(static_cast<Form>(i), report);
+        isWritten &= file == standardOutput ? common::print(programName, text)
+                                            : common::writeFile(programName, file, text);
+    }
+    return isWritten;
+}
+
+// Also into the report. True: there was none.
+bool tellAll(const std::vector<std::string>& sentences, Report& report) {
+    for (const std::string& sentence : sentences) {
+        tell(sentence);
+        report.remarks.push_back(sentence);
+    }
+    return sentences.empty();
+}
+
+int runProgram(const std::vector<std::string>& words) {
+    const Options options = parseOptions(words);
+    if (!options.information.empty()) {
+        return common::print(programName, options.information) ? 0 : incomplete;
+    }
+    if (!canWriteAll(options)) {
+        return incomplete;
+    }
+    Reading reading;
+    for (const std::string& file : options.inputs) {
+        readFile(file, reading);
+    }
+    Merged merged = report::merged(std::move(reading.runs), std::move(reading.comparisons));
+    Report& report = merged.report;
+    bool isWhole = tellAll(reading.problems, report);
+    isWhole &= tellAll(merged.problems, report);
+    tellAll(reading.notes, report);
+    tellAll(merged.notes, report);
+    if (report.runs.empty() && report.comparisons.empty()) {
+        return incomplete; // there is nothing to write
+    }
+    return write(options, report) && isWhole ? 0 : incomplete;
+}
+
+} // namespace
+
+} // namespace report
+
+int main(int argc, char** argv) {
+    try {
+        return report::runProgram({argv + 1, argv + argc});
+    } catch (const report::UsageError& error) {
+        std::fprintf(stderr, "ntkreport: %s\n", error.what());
+        return report::wrongUsage;
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "ntkreport: %s\n", error.what());
+        return report::incomplete;
+    }
+}

@@ -1,0 +1,22 @@
+#include "merge.h"
+
+#include <utility>
+
+#include "groups.h"
+#include "repeats.h"
+
+namespace report {
+
+Merged merged(std::vector<Run> runs, std::vector<Comparison> comparisons) {
+    Merged result;
+    result.problems = leaveOutRepeats(runs);
+    result.notes = leaveOutTablesOfRecords(runs);
+    Groups groups = groupsOf(runs);
+    result.problems.insert(result.problems.end(), groups.problems.begin(), groups.problems.end());
+    result.report.groups = std::move(groups.groups);
+    result.report.runs = std::move(runs);
+    result.report.comparisons = std::move(comparisons);
+    return result;
+}
+
+} // namespace report
