@@ -1,15 +1,20 @@
 // ntkreport: what runs have found, for people and for programs.
+#include <langinfo.h>
 #include <unistd.h>
 
+#include <clocale>
 #include <cstdio>
+#include <cstdlib>
 #include <exception>
 
 #include "columns.h"
 #include "csv.h"
 #include "files.h"
+#include "markdown.h"
 #include "merge.h"
 #include "options.h"
 #include "outputs.h"
+#include "terminal.h"
 #if __has_include("exchange.h")
 #include "exchange.h"
 #endif
@@ -40,6 +45,7 @@ std::string textOf(Form form, const Report& report) {
     case Form::smallerIsBetter: return smallerIsBetterText(report);
     case Form::benchstat: return benchstatText(report);
 #endif
+    case Form::markdown: return markdownText(report);
     case Form::csv: return csvText(report);
     default: return "";
     }
@@ -60,7 +66,25 @@ bool canWriteAll(const Options& options) {
     return canWrite;
 }
 
+TerminalStyle terminalStyle() {
+    const auto isSet = [](const char* name) {
+        const char* const value = std::getenv(name);
+        return value && *value;
+    };
+    const char* const terminal = std::getenv("TERM");
+    TerminalStyle style;
+    style.columns = common::terminalWidth(STDOUT_FILENO);
+    style.hasColours =
+        style.columns > 0 && !isSet("NO_COLOR") && !(terminal && std::string(terminal) == "dumb");
+    std::setlocale(LC_CTYPE, "");
+    style.hasBlocks = std::string(nl_langinfo(CODESET)) == "UTF-8";
+    return style;
+}
+
 bool write(const Options& options, const Report& report) {
+    if (!options.hasOutput()) {
+        return common::print(programName, terminalText(report, terminalStyle()));
+    }
     bool isWritten = true;
     for (std::size_t i = 0; i < formCount; ++i) {
         const std::string& file = options.outputs[i];

@@ -77,7 +77,7 @@ void setLabels(const std::vector<Traits>& all, std::vector<Group>& groups) {
         const std::string label = labelOf(all[i], all);
         groups[i].label = label;
         for (int number = 2; !used.insert(groups[i].label).second; ++number) {
-            groups[i].label = common::joined({label, "#" + std::to_string(number)}, " ");
+            groups[i].label = common::joined({label, std::to_string(number)}, " #");
         }
     }
 }
