@@ -65,16 +65,22 @@ void fit(const std::vector<GridColumn>& columns, int most, std::vector<int>& wid
 
 std::string lineText(const std::vector<GridColumn>& columns, const std::vector<int>& widths,
                      const GridRow& row, const TerminalStyle& style) {
+    const auto blanks = [](int count) { return std::string(static_cast<std::size_t>(count), ' '); };
     std::string line;
-    std::string blanks; // not at the end of a line
+    int pending = 0; // blanks that are written when text follows
     for (std::size_t i = 0; i < columns.size(); ++i) {
         if (widths[i] == 0) {
             continue;
         }
         const std::string text = common::shortened(row[i].text, widths[i]);
-        const std::string rest(static_cast<std::size_t>(widths[i] - common::columnsOf(text)), ' ');
-        line += blanks + (columns[i].isNumber ? rest : "") + coloured(text, row[i].colour, style);
-        blanks = (columns[i].isNumber ? "" : rest) + std::string(between, ' ');
+        const int rest = widths[i] - common::columnsOf(text);
+        if (text.empty()) {
+            pending += widths[i] + between;
+            continue;
+        }
+        line += blanks(pending + (columns[i].isNumber ? rest : 0));
+        line += coloured(text, row[i].colour, style);
+        pending = between + (columns[i].isNumber ? 0 : rest);
     }
     return line + "\n";
 }

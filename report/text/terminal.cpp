@@ -114,7 +114,9 @@ std::string listText(const std::string& title, const std::vector<std::string>& l
 
 std::string groupText(const Report& report, const Group& group, const TerminalStyle& style) {
     const std::vector<FunctionOverview> functions = overviewOf(report, group);
-    std::string text = group.label.empty() ? "" : coloured(group.label, Colour::bold, style) + "\n";
+    std::string text = group.label.empty()
+                           ? ""
+                           : coloured(common::printable(group.label), Colour::bold, style) + "\n";
     text += paragraph(factsOf(report, group), style) + "\n";
     text += functionsText(functions, style);
     text += paragraph({spreadText(functions)}, style);
@@ -138,7 +140,7 @@ std::string changesText(const Comparison& comparison, const TerminalStyle& style
                         {clocks(one.baseClocksPerUnit)},
                         {clocks(one.newClocksPerUnit)},
                         {differenceText(one)},
-                        {one.verdict, colourOf(one)}});
+                        {common::printable(one.verdict), colourOf(one)}});
     }
     if (rows.empty()) {
         return "";
@@ -163,7 +165,8 @@ std::string comparisonText(const Comparison& comparison, const TerminalStyle& st
     std::vector<std::string> failures;
     for (const ComparedCase& one : comparison.cases) {
         if (one.verdict == "failed") {
-            failures.push_back(one.function + " " + one.parameters + ": " + one.failure);
+            failures.push_back(common::joined({one.function, one.parameters}, " ") + ": " +
+                               one.failure);
         }
     }
     return text + listText("Failed:", failures, style);
