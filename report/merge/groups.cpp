@@ -1,6 +1,7 @@
 #include "groups.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <set>
 
 #include "cases.h"
@@ -49,8 +50,8 @@ bool differ(const std::vector<Traits>& all, std::string Traits::*which) {
 
 // "/usr/lib/libntkdc.so.12 ..." is told by its folder.
 std::string folderOf(const std::string& place) {
-    const std::string first = place.substr(0, place.find(' '));
-    return first.substr(0, first.rfind('/'));
+    const std::filesystem::path first = place.substr(0, place.find(' '));
+    return first.lexically_normal().parent_path().string();
 }
 
 std::string labelOf(const Traits& traits, const std::vector<Traits>& all) {

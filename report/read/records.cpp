@@ -111,6 +111,9 @@ void RecordReader::takeRecord(const Json& record) {
         m_run.tests.push_back(testOf(record));
     } else if (kind == "end") {
         m_run.isComplete = flagOf(record, "complete", true);
+        if (m_run.facts.ticksMHz == 0) { // measured when it was needed first
+            m_run.facts.ticksMHz = realOf(record, "ticks_mhz").value_or(0);
+        }
         endRun();
     }
 }

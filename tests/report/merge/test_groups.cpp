@@ -45,30 +45,31 @@ TEST(Groups, WhatDiffersIsTheLabel) {
         void (*change)(report::Run& run);
         const char *first, *second;
     };
-    const Row rows[] = {{[](report::Run& run) { run.facts.libraries[0].version = "12.0.1"; },
-                         "ntkDC 12.0.0", "ntkDC 12.0.1"},
-                        {[](report::Run& run) { run.facts.libraries[0].date = "Nov 23 2026"; },
-                         "Nov 22 2026", "Nov 23 2026"},
-                        {[](report::Run& run) {
-                             run.facts.libraries[0].files = {"/new/libntkdc.so.12", "/new/x"};
-                         },
-                         "/lib", "/new"},
-                        {[](report::Run& run) {
-                             run.facts.keys = {"-TSSE42", "-B"};
-                         },
-                         "(plain)", "(-TSSE42)"},
-                        {[](report::Run& run) { run.facts.computer = "lap"; },
-                         "on desk A processor x2", "on lap A processor x2"},
-                        {[](report::Run& run) { run.facts.processor = "Another"; },
-                         "on desk A processor x2", "on desk Another x2"},
-                        {[](report::Run& run) { run.facts.processors = 4; },
-                         "on desk A processor x2", "on desk A processor x4"},
-                        {[](report::Run& run) { run.isExact = false; }, "records", "table"},
-                        {[](report::Run& run) {
-                             run.facts.libraries[0].version = "12.0.1";
-                             run.facts.keys = {"-TSSE42"};
-                         },
-                         "ntkDC 12.0.0 (plain)", "ntkDC 12.0.1 (-TSSE42)"}};
+    const Row rows[] = {
+        {[](report::Run& run) { run.facts.libraries[0].version = "12.0.1"; }, "ntkDC 12.0.0",
+         "ntkDC 12.0.1"},
+        {[](report::Run& run) { run.facts.libraries[0].date = "Nov 23 2026"; }, "Nov 22 2026",
+         "Nov 23 2026"},
+        {[](report::Run& run) {
+             run.facts.libraries[0].files = {"/new/bin/../libntkdc.so.12", "/new/x"};
+         },
+         "/lib", "/new"},
+        {[](report::Run& run) {
+             run.facts.keys = {"-TSSE42", "-B"};
+         },
+         "(plain)", "(-TSSE42)"},
+        {[](report::Run& run) { run.facts.computer = "lap"; }, "on desk A processor x2",
+         "on lap A processor x2"},
+        {[](report::Run& run) { run.facts.processor = "Another"; }, "on desk A processor x2",
+         "on desk Another x2"},
+        {[](report::Run& run) { run.facts.processors = 4; }, "on desk A processor x2",
+         "on desk A processor x4"},
+        {[](report::Run& run) { run.isExact = false; }, "records", "table"},
+        {[](report::Run& run) {
+             run.facts.libraries[0].version = "12.0.1";
+             run.facts.keys = {"-TSSE42"};
+         },
+         "ntkDC 12.0.0 (plain)", "ntkDC 12.0.1 (-TSSE42)"}};
     for (const Row& expected : rows) {
         report::Run changed = runOf("2", {row});
         expected.change(changed);

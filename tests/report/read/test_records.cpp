@@ -72,11 +72,12 @@ TEST_F(Records, WhatIsNotKnownIsEmptyAndWhatIsNewIsPassedOver) {
         "\n"
         R"({"record":"measurement","function":"f","clocks_per_unit":null,"spread":0,"batches":1,)"
         R"("values":{"A":null,"B":0.5,"C":true},"parameters":[1],"new":{"a":[1]}})"
-        "\n" +
-        end);
+        "\n"
+        R"({"record":"end","ticks_mhz":2600})"
+        "\n");
     EXPECT_TRUE(reading.problems.empty());
     ASSERT_EQ(reading.runs.size(), 1u);
-    EXPECT_EQ(reading.runs[0].facts.ticksMHz, 0);
+    EXPECT_EQ(reading.runs[0].facts.ticksMHz, 2600) << "known when it ended";
     const Measurement& row = reading.runs[0].measurements.at(0);
     EXPECT_FALSE(row.clocksPerUnit);
     EXPECT_FALSE(row.spread) << "a single span has none";
