@@ -26,7 +26,11 @@ std::string factsText(const Report& report, const Group& group) {
     return text;
 }
 
-// A key without a value ends that of the group before.
+// Without a value it ends that of the group before.
+std::string keyText(const std::string& key, const std::string& value) {
+    return key + (value.empty() ? ":" : ": ") + value + '\n';
+}
+
 std::string keysText(const Report& report, const Group& group) {
     std::string processor;
     for (const int run : group.runs) {
@@ -34,7 +38,7 @@ std::string keysText(const Report& report, const Group& group) {
             processor = onOneLine(report.runs[run].facts.processor);
         }
     }
-    return "cpu: " + processor + "\ngroup: " + onOneLine(group.label) + "\n";
+    return keyText("cpu", processor) + keyText("group", onOneLine(group.label));
 }
 
 std::string lineOf(const Report& report, const Case& tried, const Sample& sample,

@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "figures.h"
+#include "json.h"
 
 namespace report {
 
@@ -71,10 +72,10 @@ std::string withGroup(std::string name, const Group& group) {
 } // namespace
 
 std::string onOneLine(const std::string& text) {
-    std::string result;
-    for (const char c : text) {
+    std::string result = Json::parse(compact(text)).get<std::string>();
+    for (char& c : result) {
         const auto byte = static_cast<unsigned char>(c);
-        result += byte < ' ' || byte == 0x7f ? ' ' : c;
+        c = byte < ' ' || byte == 0x7f ? ' ' : c;
     }
     return result;
 }

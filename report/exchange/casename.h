@@ -19,7 +19,8 @@ std::string functionName(const Group& group, const std::string& function);
 // digits at the end: they take those for a number of processors.
 std::string goName(const Case& tried);
 
-// Without line breaks and other control characters, for formats of lines.
+// Without line breaks, other control characters and bytes that are no UTF-8, for formats of lines:
+// benchstat refuses a whole file for one such byte.
 std::string onOneLine(const std::string& text);
 
 } // namespace report

@@ -2,6 +2,9 @@
 // range and extra. The unit is free, so this tracks clocks; a case is one point of a history, so
 // it has the median of the runs. The range is a number behind "±", or its comparison ignores it.
 #include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdio>
 
 #include "casename.h"
 #include "exchange.h"
@@ -12,9 +15,16 @@ namespace report {
 
 namespace {
 
-// How far the runs are from the median.
-double rangeOf(const Case& tried) {
-    return std::max(tried.largest - tried.median, tried.median - tried.smallest);
+// How far the runs are from the median. Three digits, at least one of them behind the point: a
+// lone digit is not recognised.
+std::string rangeOf(const Case& tried) {
+    const double furthest = std::max(tried.largest - tried.median, tried.median - tried.smallest);
+    const double clocks = costOf(tried, furthest).clocks;
+    const int decimals =
+        isFigure(clocks) ? std::max(1, 2 - static_cast<int>(std::floor(std::log10(clocks)))) : 1;
+    std::array<char, 400> text{};
+    std::snprintf(text.data(), text.size(), "± %.*f", decimals, clocks);
+    return text.data();
 }
 
 std::string extraOf(const Case& tried) {
@@ -33,7 +43,7 @@ std::string entryOf(const Group& group, const Case& tried) {
     const Cost cost = costOf(tried, tried.median);
     Json entry = {{"name", caseName(group, tried)}, {"unit", cost.unit}, {"value", cost.clocks}};
     if (tried.samples.size() > 1) {
-        entry["range"] = "± " + plainNumber(costOf(tried, rangeOf(tried)).clocks);
+        entry["range"] = rangeOf(tried);
     }
     entry["extra"] = extraOf(tried);
     return compact(entry);

@@ -7,6 +7,8 @@
 #include <regex>
 #include <sstream>
 
+#include <nlohmann/json.hpp>
+
 #include "exchange.h"
 #include "handmade.h"
 
@@ -53,6 +55,7 @@ void readResult(const std::string& line, Benchmarks& read,
 Benchmarks read(const std::string& text) {
     Benchmarks read;
     std::map<std::string, std::string> keys;
+    EXPECT_NO_THROW(nlohmann::json(text).dump()); // it is UTF-8
     for (const std::string& line : split(text, '\n')) {
         std::smatch key;
         if (line.starts_with("Benchmark")) {
@@ -103,7 +106,7 @@ TEST(Benchstat, OnlyProcessorAndGroupKeepLinesApart) {
     made.group().label = "12.0.0";
     made.addGroup("12.0.1");
     made.run().facts.processor.clear();
-    made.run().file = "x\ncpu: forged";
+    made.run().file = "\xFF\ncpu: forged";
     made.add("ntksFirst_8u", {}, {4});
     const std::vector<Result> results = read(benchstatText(made.report)).results;
     ASSERT_EQ(results.size(), 2u);

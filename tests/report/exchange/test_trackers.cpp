@@ -49,10 +49,10 @@ TEST(Bencher, HasClocksPerUnitWithTheRangeOfTheRuns) {
 TEST(SmallerIsBetter, HasTheMedianPerByteOrWhatTheUnitIs) {
     EXPECT_EQ(Json::parse(smallerIsBetterText(manyKinds())), Json::parse(R"([
         {"name": "ntksFirst_8u/CodeFile=a", "unit": "clocks/byte", "value": 4.0,
-         "range": "± 1.5", "extra": "3 runs\nratio: 1.75"},
+         "range": "± 1.50", "extra": "3 runs\nratio: 1.75"},
         {"name": "ntksFirst_8u/CodeFile=\"b\"%0A", "unit": "clocks/byte", "value": 4.0,
          "extra": "1 run\nACCURWRN: 6%"},
-        {"name": "ntksDecode_8u", "unit": "clocks/byte", "value": 4.0, "range": "± 1",
+        {"name": "ntksDecode_8u", "unit": "clocks/byte", "value": 4.0, "range": "± 1.00",
          "extra": "3 runs"},
         {"name": "ntksOther_8u", "unit": "clocks/element", "value": 2.0, "extra": "1 run"},
         {"name": "ntksFirst_8u/CodeFile=a Group=new", "unit": "clocks/byte", "value": 2.0,
