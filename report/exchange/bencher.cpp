@@ -16,7 +16,7 @@ std::string bencherText(const Report& report) {
                 continue;
             }
             Json clocks = {{"value", tried.median}};
-            if (tried.samples.size() > 1) {
+            if (hasRange(tried)) {
                 clocks["lower_value"] = tried.smallest;
                 clocks["upper_value"] = tried.largest;
             }

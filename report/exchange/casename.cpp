@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "figures.h"
+#include "columns.h"
 #include "json.h"
 
 namespace report {
@@ -43,16 +43,6 @@ std::string escaped(const std::string& text, IsSafe isSafe) {
     return result;
 }
 
-std::string valueText(const Value& value) {
-    if (const auto* whole = std::get_if<long long>(&value)) {
-        return std::to_string(*whole);
-    }
-    if (const auto* number = std::get_if<double>(&value)) {
-        return plainNumber(*number);
-    }
-    return std::get<std::string>(value);
-}
-
 // "a-8" as "a%2D8".
 std::string withoutProcessors(std::string text) {
     const auto last = text.find_last_not_of("0123456789");
@@ -64,7 +54,7 @@ std::string withoutProcessors(std::string text) {
 
 std::string withGroup(std::string name, const Group& group) {
     if (!group.label.empty()) {
-        name += " Group=" + onOneLine(group.label);
+        name += " Group=" + common::printable(group.label);
     }
     return name;
 }
@@ -72,12 +62,7 @@ std::string withGroup(std::string name, const Group& group) {
 } // namespace
 
 std::string onOneLine(const std::string& text) {
-    std::string result = Json::parse(compact(text)).get<std::string>();
-    for (char& c : result) {
-        const auto byte = static_cast<unsigned char>(c);
-        c = byte < ' ' || byte == 0x7f ? ' ' : c;
-    }
-    return result;
+    return common::printable(Json::parse(compact(text)).get<std::string>());
 }
 
 std::string caseName(const Group& group, const Case& tried) {
@@ -85,7 +70,7 @@ std::string caseName(const Group& group, const Case& tried) {
     char separator = '/';
     for (const NamedValue& parameter : tried.parameters) {
         name += separator + escaped(parameter.name, isSafeInJson) + '=' +
-                escaped(valueText(parameter.value), isSafeInJson);
+                escaped(common::valueText(parameter.value), isSafeInJson);
         separator = ' ';
     }
     return withGroup(name, group);
@@ -99,7 +84,7 @@ std::string goName(const Case& tried) {
     std::string name = "Benchmark" + withoutProcessors(escaped(tried.function, isSafeInGo));
     for (const NamedValue& parameter : tried.parameters) {
         name += '/' + escaped(parameter.name, isSafeInGo) + '=' +
-                withoutProcessors(escaped(valueText(parameter.value), isSafeInGo));
+                withoutProcessors(escaped(common::valueText(parameter.value), isSafeInGo));
     }
     return name;
 }

@@ -37,7 +37,7 @@ Cost costOf(const Case& tried, double clocksPerUnit) {
 
 std::optional<double> ticksMHz(const Report& report, const Group& group) {
     for (const int run : group.runs) {
-        const double mhz = report.runs[run].facts.ticksMHz;
+        const double mhz = report.runs[static_cast<std::size_t>(run)].facts.ticksMHz;
         if (isFigure(mhz)) {
             return mhz;
         }
@@ -54,12 +54,13 @@ std::optional<double> bytesPerSecond(const Case& tried, double clocksPerUnit,
     return isFigure(speed) ? std::optional(speed) : std::nullopt;
 }
 
-const Measurement& measurementOf(const Report& report, const Sample& sample) {
-    return report.runs[sample.run].measurements[sample.measurement];
+bool hasRange(const Case& tried) {
+    return tried.samples.size() > 1 && isFigure(tried.smallest) && isFigure(tried.largest);
 }
 
-bool isFailure(const std::string& result) {
-    return result.ends_with("FAIL") || result == "UNDEFINED";
+const Measurement& measurementOf(const Report& report, const Sample& sample) {
+    return report.runs[static_cast<std::size_t>(sample.run)]
+        .measurements[static_cast<std::size_t>(sample.measurement)];
 }
 
 std::string resultText(const std::string& result, const std::string& words) {

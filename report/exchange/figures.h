@@ -27,10 +27,11 @@ std::optional<double> ticksMHz(const Report& report, const Group& group);
 std::optional<double> bytesPerSecond(const Case& tried, double clocksPerUnit,
                                      std::optional<double> mhz);
 
+// Several runs, of known smallest and largest.
+bool hasRange(const Case& tried);
+
 const Measurement& measurementOf(const Report& report, const Sample& sample);
 
-// A result that leaves no figure, not a note to one.
-bool isFailure(const std::string& result);
 // "FUNCFAIL: status -5".
 std::string resultText(const std::string& result, const std::string& words);
 

@@ -16,16 +16,22 @@
 #include <cmath>
 #include <set>
 
+#include "cases.h"
 #include "casename.h"
 #include "exchange.h"
 #include "figures.h"
 #include "json.h"
+#include "numbers.h"
 
 namespace report {
 
 namespace {
 
 constexpr double unitsOfTable = 1e6;
+
+bool hasFailed(const std::string& result) {
+    return isFailure(result) || result == "UNDEFINED";
+}
 
 class Rows {
 public:
@@ -44,7 +50,7 @@ private:
         for (const Case& tried : group.cases) {
             startCase(tried.function);
             addSamples(group, tried);
-            if (isFailure(tried.result)) {
+            if (hasFailed(tried.result)) {
                 addFailure(caseName(group, tried), resultText(tried.result, tried.comment));
                 failed.insert(tried.function);
             }
@@ -56,7 +62,7 @@ private:
     void addTests(const Group& group, std::set<std::string>& failed) {
         for (const int run : group.runs) {
             for (const TestResult& test : m_report.runs[run].tests) {
-                if (isFailure(test.result) && failed.insert(test.function).second) {
+                if (hasFailed(test.result) && failed.insert(test.function).second) {
                     startCase(test.function);
                     addFailure(functionName(group, test.function),
                                resultText(test.result, test.message));
@@ -179,8 +185,8 @@ std::string contextText(const Report& report, const Rows& rows) {
         {"executable", "ntkperf"}, {"caches", Json::array()}, {"json_schema_version", 1}};
     addMachine(context, report.runs.empty() ? Facts{} : report.runs.front().facts);
     if (rows.withoutTime() > 0) {
-        context["left_out"] = std::to_string(rows.withoutTime()) +
-                              " measurements: without the clock counter's frequency there is no "
+        context["left_out"] = common::countText(rows.withoutTime(), "measurement") +
+                              ": without the clock counter's frequency there is no "
                               "time";
     }
     return compact(context);

@@ -10,6 +10,7 @@
 #include "exchange.h"
 #include "figures.h"
 #include "json.h"
+#include "numbers.h"
 
 namespace report {
 
@@ -28,8 +29,7 @@ std::string rangeOf(const Case& tried) {
 }
 
 std::string extraOf(const Case& tried) {
-    const auto runs = tried.samples.size();
-    std::string text = std::to_string(runs) + (runs == 1 ? " run" : " runs");
+    std::string text = common::countText(static_cast<long long>(tried.samples.size()), "run");
     if (tried.ratio && isFigure(*tried.ratio)) {
         text += "\nratio: " + plainNumber(*tried.ratio);
     }
@@ -42,7 +42,7 @@ std::string extraOf(const Case& tried) {
 std::string entryOf(const Group& group, const Case& tried) {
     const Cost cost = costOf(tried, tried.median);
     Json entry = {{"name", caseName(group, tried)}, {"unit", cost.unit}, {"value", cost.clocks}};
-    if (tried.samples.size() > 1) {
+    if (hasRange(tried)) {
         entry["range"] = rangeOf(tried);
     }
     entry["extra"] = extraOf(tried);
