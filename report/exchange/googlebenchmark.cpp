@@ -165,7 +165,8 @@ void addIfTold(Json& context, const std::string& key, const std::string& text) {
 
 // Of the first run: a file of this format is of one machine.
 void addMachine(Json& context, const Facts& facts) {
-    addIfTold(context, "date", facts.started);
+    // Tables have another form of it than this format.
+    addIfTold(context, facts.started.find('T') == 10 ? "date" : "started", facts.started);
     addIfTold(context, "host_name", facts.computer);
     if (facts.processors > 0) {
         context["num_cpus"] = facts.processors;

@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <sstream>
 #include <string>
 
 namespace report {
@@ -29,14 +30,19 @@ protected:
         return (m_folder / name).string();
     }
 
+    std::string read(const std::string& name) const {
+        std::ostringstream text;
+        text << std::ifstream(m_folder / name).rdbuf();
+        return text.str();
+    }
+
     struct Answer {
         int status = -1;
         std::string text; // of both its outputs
     };
-    // Debian's Python: another one that comes first in PATH has not its packages.
-    static Answer python(const std::string& arguments) {
+    static Answer answerOf(const std::string& command) {
         Answer answer;
-        FILE* pipe = popen(("/usr/bin/python3 " + arguments + " 2>&1").c_str(), "r");
+        FILE* pipe = popen((command + " 2>&1").c_str(), "r");
         if (!pipe) {
             return answer;
         }
@@ -47,6 +53,10 @@ protected:
         const int status = pclose(pipe);
         answer.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
         return answer;
+    }
+    // Debian's Python: another one that comes first in PATH has not its packages.
+    static Answer python(const std::string& arguments) {
+        return answerOf("/usr/bin/python3 " + arguments);
     }
     static bool hasPython(const std::string& modules) {
         return python("-c 'import " + modules + "'").status == 0;
