@@ -13,6 +13,6 @@
 
 (($# == 0)) || refuse "'$1' is not known: takes no arguments"
 need_writable "$top/build"
-"$top/scripts/install.sh"
+"$top/scripts/install.sh" --tests
 build release
 run_tests release

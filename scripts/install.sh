@@ -3,6 +3,8 @@
 # needs no rights, when all are there.
 #
 #   scripts/install.sh            what building, measuring and testing need
+#   scripts/install.sh --tests    also what reads the project's files in tests that are skipped
+#                                 without it
 #   scripts/install.sh --checks   also what .ci/run checks the sources with
 
 # shellcheck source-path=SCRIPTDIR source=common.sh
@@ -18,9 +20,10 @@ packages=(
     libgtest-dev                           # tests
 )
 case ${1:-} in
+    --tests) packages+=(libbenchmark-tools python3-numpy python3-scipy) ;; # reports in other formats
     --checks) packages+=(clang-14 clang-format-14 clang-tidy-14 shellcheck) ;;
     "") ;;
-    *) refuse "'$1' is not known: the only argument is --checks" ;;
+    *) refuse "'$1' is not known: the arguments are --tests and --checks" ;;
 esac
 
 is_installed() {

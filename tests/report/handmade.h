@@ -2,6 +2,8 @@
 #pragma once
 
 #include <algorithm>
+#include <cmath>
+#include <iterator>
 #include <string>
 #include <utility>
 #include <vector>
@@ -50,7 +52,9 @@ struct Handmade {
         for (std::size_t i = 0; i < clocks.size(); ++i) {
             addSample(tried, i, clocks[i]);
         }
-        std::vector<double> sorted = clocks;
+        std::vector<double> sorted;
+        std::copy_if(clocks.begin(), clocks.end(), std::back_inserter(sorted),
+                     [](double number) { return std::isfinite(number); });
         std::sort(sorted.begin(), sorted.end());
         if (!sorted.empty()) {
             tried.smallest = sorted.front();
