@@ -1,0 +1,159 @@
+// ---- What was measured, and the three things most worth knowing ---------------------------------
+
+const months = "Jan Feb Mar Apr May Jun Jul Aug Sep Oct Nov Dec".split(" ");
+
+// As it was written there, not in the time of where it is read.
+function dayText(started) {
+    const [, year, month, day, time] = /^(\d{4})-(\d\d)-(\d\d)T(\d\d:\d\d)/.exec(started) ?? [];
+    return year ? `${Number(day)}\u00a0${months[month - 1]}\u00a0${year}, ${time}` : started;
+}
+
+const known = values => [...new Set(values.filter(Boolean))];
+
+function whenText() {
+    const days = known(report.runs.map(run => run.started)).sort().map(dayText);
+    if (days.length === 0) {
+        return "";
+    }
+    return days.length === 1 ? ` on ${days[0]}` : ` between ${days[0]} and ${days.at(-1)}`;
+}
+
+function machineText() {
+    return known(report.runs.map(run => {
+        const details = [
+            run.processors > 1 ? `${run.processors} processors` : "",
+            run.system,
+            run.computer && `computer ${run.computer}`,
+        ].filter(Boolean);
+        return run.processor && run.processor + (details.length ? ` (${details.join("; ")})` : "");
+    })).join(" and on ");
+}
+
+function librariesText() {
+    const libraries = known(report.runs.flatMap(run => run.libraries.map(library =>
+        [library.name, library.version, library.date && `of ${library.date}`].filter(Boolean).join(" ") +
+            (library.files.length ? ` from ${listed(library.files)}` : ""))));
+    return listed(libraries);
+}
+
+function corpusText() {
+    const corpus = new Map(report.runs.flatMap(run => run.corpus.map(file => [file.name, file.bytes])));
+    if (files.length === 0) {
+        return "";
+    }
+    const bytes = sum([...corpus.values()]);
+    return ` on ${counted(files.length, "file")}` + (bytes ? ` (${bytesText(bytes)})` : "");
+}
+
+function whatText() {
+    if (report.runs.length === 0) {
+        return report.comparisons.length > 0
+            ? `${counted(report.comparisons.length, "comparison")} of two builds of the library.`
+            : "Nothing was measured.";
+    }
+    const keys = known(report.runs.map(run => run.keys.join(" ")));
+    const machine = machineText();
+    const libraries = librariesText();
+    return `${counted(functions.length, "function")} of a data-compression library${corpusText()}, ` +
+        `measured in ${counted(report.runs.length, "run")}${whenText()}` +
+        (machine && ` on ${machine}`) + `: ${counted(cases.length, "combination")}.` +
+        (libraries && ` Library: ${libraries}.`) +
+        (keys.length ? ` Keys: ${keys.join(" / ")}.` : "");
+}
+
+function clockText() {
+    const mhz = known(report.runs.map(run => run.ticksMHz));
+    if (mhz.length === 0) {
+        return "A clock is a tick of the processor's time-stamp counter. Smaller is faster.";
+    }
+    return `A clock is a tick of the processor's time-stamp counter, ${listed(mhz.map(whole))} million ` +
+        `a second: ${figure(mhz[0])} clocks per byte are 1 MB/s. Smaller is faster.`;
+}
+
+// Of a method its median over the files and lengths: none of them may decide.
+function methodFigures(list) {
+    return [...groupBy(list, measured => measured.method)].map(([method, own]) => ({
+        method, own,
+        function: own[0].function, variant: own[0].variant, kind: own[0].kind, family: own[0].family,
+        isPerByte: own[0].isPerByte, unit: own[0].unit,
+        clocks: median(own.map(measured => measured.clocks)),
+        low: median(own.map(measured => measured.clocks)) * median(own.map(one => one.low / one.clocks)),
+        high: median(own.map(measured => measured.clocks)) * median(own.map(one => one.high / one.clocks)),
+    })).sort((a, b) => b.clocks - a.clocks);
+}
+
+function card(title, head, ...lines) {
+    return element("div", {className: "card"}, element("h2", {}, title),
+        element("p", {className: "figure"}, head), ...lines.map(line => element("p", {}, line)));
+}
+
+function slowestCard() {
+    const methods = methodFigures(measuredCases()).filter(method => method.isPerByte);
+    const title = `Slowest and fastest ${dataText()}`;
+    if (methods.length === 0) {
+        return card(title, "Nothing to compare", "No measurement of these data tells its clocks per byte.");
+    }
+    const [slowest, fastest] = [methods[0], methods.at(-1)];
+    const lines = [`takes ${figure(slowest.clocks)} clocks per byte, the most. ` +
+        `${briefMethod(fastest)} takes the least: ${figure(fastest.clocks)}.`];
+    for (const kind of ["encoder", "decoder"]) {
+        const own = methods.filter(method => method.kind === kind);
+        if (own.length > 1) {
+            lines.push(`Of the ${kind}s: ${briefMethod(own[0])} the most (${figure(own[0].clocks)}), ` +
+                `${briefMethod(own.at(-1))} the least (${figure(own.at(-1).clocks)}).`);
+        }
+    }
+    return card(title, briefMethod(slowest), ...lines);
+}
+
+const spreadsWithin = () => runsOf(shownGroup()).length < 2;
+
+function spreadCard() {
+    const known = measuredCases().filter(measured => isNumber(measured.spread));
+    const title = `Largest spread ${spreadsWithin() ? "within a measurement" : "between the runs"}`;
+    if (known.length === 0) {
+        return card(title, "Not known", "One run, whose file does not tell how its figures spread.");
+    }
+    const widest = known.reduce((worst, one) => (one.spread > worst.spread ? one : worst));
+    const spreads = known.map(measured => measured.spread);
+    return card(title, percent(widest.spread), `${briefMethod(widest)}` +
+        (widest.file && ` with ${widest.file}`) +
+        (widest.length ? `, ${lengthText(widest.length)} bytes.` : "."),
+        `Half of all figures spread by less than ${percent(median(spreads))}, nine in ten by less than ` +
+        `${percent(quantile(spreads, 0.9))}.`);
+}
+
+function failureCard() {
+    const failed = report.failures.filter(failure => isFailure(failure.result));
+    const notes = report.failures.length - failed.length;
+    const also = report.remarks.length + report.runs.filter(run => !run.complete).length;
+    const names = distinct(failed, failure => failure.function);
+    const lines = [];
+    if (names.length > 0) {
+        lines.push(listed(names.slice(0, 3).map(short)) +
+            (names.length > 3 ? ` and ${names.length - 3} more.` : "."));
+    }
+    if (notes + also > 0) {
+        lines.push(`${counted(notes + also, "note")} beside.`);
+    }
+    const made = card("What failed",
+        names.length ? `${counted(names.length, "function")} failed` : "Nothing failed", ...lines);
+    made.classList.toggle("bad", names.length > 0);
+    if (report.failures.length + also > 0) {
+        made.append(element("p", {}, element("a", {href: "#at=failures"}, "In their own words")));
+    }
+    return made;
+}
+
+function showIntro() {
+    const isOnlyComparison = cases.length === 0 && report.comparisons.length > 0;
+    byId("title").textContent = isOnlyComparison
+        ? "Two builds of a compression library, compared" : "Speed of a compression library, function by function";
+    byId("what").textContent = whatText();
+    byId("clock").textContent = clockText();
+}
+
+function showCards() {
+    byId("cards").replaceChildren(...(cases.length ? [slowestCard(), spreadCard(), failureCard()] : []));
+}
+
