@@ -1,30 +1,12 @@
 // The library's Burrows-Wheeler transform against libbz2: the forward transform against libbz2's
 // sorting step alone, the inverse against the whole of libbz2's decompression, of which it is one
 // of three steps.
-//
-// libbz2 does not offer its sort by itself, but calls it as an exported function of its shared
-// object. So the function of that name in this program takes its place and times the real one.
-
-#include <dlfcn.h>
 
 #include <algorithm>
 
 #include "bzip2.h"
+#include "bzip2stages.h"
 #include "ntkdc.h"
-
-namespace {
-
-Ntk64u g_sortClocks = 0;
-
-} // namespace
-
-extern "C" __attribute__((visibility("default"))) void BZ2_blockSort(void* state) {
-    using Sort = void(void*);
-    static Sort* const sort = reinterpret_cast<Sort*>(dlsym(RTLD_NEXT, "BZ2_blockSort"));
-    const Ntk64u start = ntkStartTsc();
-    sort(state);
-    g_sortClocks = ntkStopTsc() - start;
-}
 
 namespace {
 
@@ -67,8 +49,8 @@ void compareForward(const Run& run, const Bytes& block) {
         run.sideBySide(sorting.name, block.size(),
                        {{"", transform},
                         {.name = "BZ2_blockSort",
-                         .call = [&] { bzip2Compressed(run.data); },
-                         .partClocks = &g_sortClocks}});
+                         .call = [&] { bzip2CompressInStages(run.data); },
+                         .partClocks = &g_bzip2Clocks.sort}});
     }
 }
 
