@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+#include <divsufsort.h>
+
 #include "bzip2.h"
 #include "bzip2stages.h"
 #include "ntkdc.h"
@@ -36,8 +38,37 @@ const Sorting sortings[] = {{"forward, two-stage, limited", ntkBWTItohTanakaLimS
                             {"forward, suffix sort", ntkBWTSuffixSort},
                             {"forward, automatic", ntkBWTAutoSort}};
 
+// The same transform by a packaged suffix sort: in the text written twice, the suffixes of the
+// first half are in the order of the rotations.
+class DoubledText {
+public:
+    explicit DoubledText(const Bytes& block)
+        : m_length(lengthOf(block)), m_text(2 * block.size()), m_rows(m_text.size()),
+          m_transform(block.size()) {
+        std::copy(block.begin(), block.end(), m_text.begin());
+        std::copy(block.begin(), block.end(), m_text.begin() + m_length);
+    }
+    void transform() {
+        must(divsufsort(m_text.data(), m_rows.data(), 2 * m_length));
+        std::size_t row = 0;
+        for (const int position : m_rows) {
+            if (position < m_length) {
+                m_transform[row++] = m_text[(position == 0 ? m_length : position) - 1];
+            }
+        }
+    }
+    const Bytes& transformed() const { return m_transform; }
+
+private:
+    int m_length;
+    Bytes m_text;
+    std::vector<saidx_t> m_rows;
+    Bytes m_transform;
+};
+
 void compareForward(const Run& run, const Bytes& block) {
     const auto length = static_cast<int>(block.size());
+    DoubledText doubled(block);
     Bytes work = sized(ntksBWTFwdGetSize_8u, length);
     Bytes dst(block.size());
     int idx = 0;
@@ -50,7 +81,9 @@ void compareForward(const Run& run, const Bytes& block) {
                        {{"", transform},
                         {.name = "BZ2_blockSort",
                          .call = [&] { bzip2CompressInStages(run.data); },
-                         .partClocks = &g_bzip2Clocks.sort}});
+                         .partClocks = &g_bzip2Clocks.sort},
+                        {"divsufsort, text twice", [&] { doubled.transform(); }}});
+        mustEqual(dst, doubled.transformed());
     }
 }
 
