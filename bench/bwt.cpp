@@ -1,30 +1,14 @@
 // The library's Burrows-Wheeler transform against libbz2: the forward transform against libbz2's
 // sorting step alone, the inverse against the whole of libbz2's decompression, of which it is one
 // of three steps.
-//
-// libbz2 does not offer its sort by itself, but calls it as an exported function of its shared
-// object. So the function of that name in this program takes its place and times the real one.
-
-#include <dlfcn.h>
 
 #include <algorithm>
 
+#include <divsufsort.h>
+
 #include "bzip2.h"
+#include "bzip2stages.h"
 #include "ntkdc.h"
-
-namespace {
-
-Ntk64u g_sortClocks = 0;
-
-} // namespace
-
-extern "C" __attribute__((visibility("default"))) void BZ2_blockSort(void* state) {
-    using Sort = void(void*);
-    static Sort* const sort = reinterpret_cast<Sort*>(dlsym(RTLD_NEXT, "BZ2_blockSort"));
-    const Ntk64u start = ntkStartTsc();
-    sort(state);
-    g_sortClocks = ntkStopTsc() - start;
-}
 
 namespace {
 
@@ -54,8 +38,37 @@ const Sorting sortings[] = {{"forward, two-stage, limited", ntkBWTItohTanakaLimS
                             {"forward, suffix sort", ntkBWTSuffixSort},
                             {"forward, automatic", ntkBWTAutoSort}};
 
+// The same transform by a packaged suffix sort: in the text written twice, the suffixes of the
+// first half are in the order of the rotations.
+class DoubledText {
+public:
+    explicit DoubledText(const Bytes& block)
+        : m_length(lengthOf(block)), m_text(2 * block.size()), m_rows(m_text.size()),
+          m_transform(block.size()) {
+        std::copy(block.begin(), block.end(), m_text.begin());
+        std::copy(block.begin(), block.end(), m_text.begin() + m_length);
+    }
+    void transform() {
+        must(divsufsort(m_text.data(), m_rows.data(), 2 * m_length));
+        std::size_t row = 0;
+        for (const int position : m_rows) {
+            if (position < m_length) {
+                m_transform[row++] = m_text[(position == 0 ? m_length : position) - 1];
+            }
+        }
+    }
+    const Bytes& transformed() const { return m_transform; }
+
+private:
+    int m_length;
+    Bytes m_text;
+    std::vector<saidx_t> m_rows;
+    Bytes m_transform;
+};
+
 void compareForward(const Run& run, const Bytes& block) {
     const auto length = static_cast<int>(block.size());
+    DoubledText doubled(block);
     Bytes work = sized(ntksBWTFwdGetSize_8u, length);
     Bytes dst(block.size());
     int idx = 0;
@@ -67,8 +80,10 @@ void compareForward(const Run& run, const Bytes& block) {
         run.sideBySide(sorting.name, block.size(),
                        {{"", transform},
                         {.name = "BZ2_blockSort",
-                         .call = [&] { bzip2Compressed(run.data); },
-                         .partClocks = &g_sortClocks}});
+                         .call = [&] { bzip2CompressInStages(run.data); },
+                         .partClocks = &g_bzip2Clocks.sort},
+                        {"divsufsort, text twice", [&] { doubled.transform(); }}});
+        mustEqual(dst, doubled.transformed());
     }
 }
 

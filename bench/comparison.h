@@ -46,9 +46,9 @@ struct Comparison {
     int rounds;                     // unless others are asked for
     void (*run)(Run& run);
 };
-extern const Comparison bwtComparison, bz2Comparison, checksumComparison, deflateComparison,
-    handloopComparison, inflateComparison, lz4Comparison, lzoComparison, lzssComparison,
-    zfpComparison;
+extern const Comparison bwtComparison, bz2Comparison, bz2stagesComparison, checksumComparison,
+    deflateComparison, handloopComparison, inflateComparison, lz4Comparison, lzoComparison,
+    lzssComparison, zfpComparison;
 
 // Both throw a std::runtime_error that says what is wrong: a figure would mean nothing.
 void must(int status); // of a call of the library

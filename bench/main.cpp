@@ -15,8 +15,9 @@ namespace fs = std::filesystem;
 namespace {
 
 const Comparison* const comparisons[] = {
-    &checksumComparison, &lz4Comparison, &lzoComparison, &lzssComparison, &deflateComparison,
-    &inflateComparison,  &bwtComparison, &bz2Comparison, &zfpComparison,  &handloopComparison};
+    &checksumComparison,  &lz4Comparison,     &lzoComparison,     &lzssComparison,
+    &deflateComparison,   &inflateComparison, &bwtComparison,     &bz2Comparison,
+    &bz2stagesComparison, &zfpComparison,     &handloopComparison};
 
 struct Arguments {
     std::string comparison = {}; // empty: all

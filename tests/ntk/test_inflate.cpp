@@ -6,6 +6,7 @@
 
 #include "guarded.h"
 #include "inflatecalls.h"
+#include "kernels.h"
 
 namespace {
 
@@ -52,7 +53,7 @@ Bytes withTrailer(Bytes stream) {
     return stream;
 }
 
-TEST(Inflate, DecodesWhatZlibEncodesAndTakesNoMore) {
+void expectDecodingOfAllSamples() {
     std::vector<Sample> all = samples();
     all.push_back({"repetitive", repetitiveBytes(200000, 2)});
     all.push_back({"skewed", skewedBytes(200000)});
@@ -75,6 +76,13 @@ TEST(Inflate, DecodesWhatZlibEncodesAndTakesNoMore) {
             EXPECT_EQ(inflated(withTrailer(stream), sample.bytes.size() + 300).taken,
                       stream.size());
         }
+    }
+}
+
+TEST(Inflate, DecodesWhatZlibEncodesAndTakesNoMore) {
+    for (const Ntk64u features : {Ntk64u{0}, machineFeatures()}) {
+        ntkSetCpuFeatures(features);
+        expectDecodingOfAllSamples();
     }
 }
 

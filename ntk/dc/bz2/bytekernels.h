@@ -15,6 +15,9 @@ using MapBytes = void(const Ntk8u table[256], Ntk8u* bytes, std::size_t length);
 // nothing else is read or written.
 using MoveToFront = void(const Ntk8u* from, Ntk8u* to, std::size_t length, Ntk8u list[256]);
 
+// Kernels in files of their own.
+MoveToFront mtfForwardVbmi;
+
 extern Choice<MapBytes> mapBytesKernel;
 extern Choice<MoveToFront> mtfForwardKernel;
 extern Choice<MoveToFront> mtfInverseKernel;

@@ -67,10 +67,8 @@ inline void copyMatch(Ntk8u* to, unsigned length, unsigned distance) {
     }
 }
 
-} // namespace
-
 // Long, because the state of the loop has to stay in registers.
-Outcome decodeFast(Stream& s, CodeTable literals, CodeTable distances) {
+[[gnu::always_inline]] inline Outcome decode(Stream& s, CodeTable literals, CodeTable distances) {
     if (s.in.end - s.in.next < sourceMargin || s.out.end - s.out.next < destinationMargin) {
         return Outcome::goOn;
     }
@@ -156,5 +154,29 @@ Outcome decodeFast(Stream& s, CodeTable literals, CodeTable distances) {
     s.out.next = out;
     return outcome;
 }
+
+Outcome decodeGeneric(Stream& s, CodeTable literals, CodeTable distances) {
+    return decode(s, literals, distances);
+}
+
+// Shifts by a variable take one step in place of three, on the way from each symbol to the next.
+// All processors with AVX2 have them, unless a virtual machine hides them.
+[[gnu::target("bmi,bmi2")]] Outcome decodeWithBmi2(Stream& s, CodeTable literals,
+                                                   CodeTable distances) {
+    return decode(s, literals, distances);
+}
+Outcome decodeBmi2(Stream& s, CodeTable literals, CodeTable distances) {
+    return __builtin_cpu_supports("bmi2") ? decodeWithBmi2(s, literals, distances)
+                                          : decodeGeneric(s, literals, distances);
+}
+
+constexpr Candidate<DecodeFast> candidates[] = {
+    {"bmi2", NTK_CPU_AVX2, 0, decodeBmi2},
+    {"generic", 0, 0, decodeGeneric},
+};
+
+} // namespace
+
+constinit Choice<DecodeFast> decodeFastKernel{candidates};
 
 } // namespace ntk::inflate

@@ -5,6 +5,7 @@
 #include <array>
 #include <cstddef>
 
+#include "../dispatch.h"
 #include "alphabets.h"
 #include "bitreader.h"
 #include "ntkdcinflate.h"
@@ -90,6 +91,7 @@ Outcome decodeSymbols(Stream& s, const CodeTable& literals, const CodeTable& dis
 // Decodes symbols as long as source and destination are far from their ends (fastloop.cpp). Then,
 // or with a pending match that begins before `historyBegin`, it returns goOn with the mode
 // unchanged.
-Outcome decodeFast(Stream& s, CodeTable literals, CodeTable distances);
+using DecodeFast = Outcome(Stream& s, CodeTable literals, CodeTable distances);
+extern Choice<DecodeFast> decodeFastKernel;
 
 } // namespace ntk::inflate

@@ -96,6 +96,7 @@ Outcome decodeSymbol(Stream& s, const CodeTable& literals) {
 
 Outcome decodeSymbols(Stream& s, const CodeTable& literals, const CodeTable& distances) {
     const int mode = s.mode;
+    DecodeFast* const decodeFast = decodeFastKernel.get();
     Outcome outcome = Outcome::goOn;
     while (outcome == Outcome::goOn && s.mode == mode) {
         if (s.pendingLength == 0) {
