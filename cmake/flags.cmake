@@ -1,9 +1,5 @@
 # Warnings for every target; errors only where the preset asks for it.
 add_compile_options(-Wall -Wextra -Wpedantic -Wshadow)
-# gcc 12 takes "text" + std::string for an overlapping copy (its bug 105651).
-if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
-    add_compile_options(-Wno-restrict)
-endif()
 if(NTK_WERROR)
     add_compile_options(-Werror)
 endif()
