@@ -9,18 +9,14 @@
 
 #include "columns.h"
 #include "csv.h"
+#include "exchange.h"
 #include "files.h"
 #include "markdown.h"
 #include "merge.h"
 #include "options.h"
 #include "outputs.h"
-#include "terminal.h"
-#if __has_include("exchange.h")
-#include "exchange.h"
-#endif
-#if __has_include("page.h")
 #include "page.h"
-#endif
+#include "terminal.h"
 
 namespace report {
 
@@ -34,22 +30,10 @@ void tell(const std::string& sentence) {
     std::fprintf(stderr, "ntkreport: %s\n", common::printable(sentence).c_str());
 }
 
-std::string textOf(Form form, const Report& report) {
-    switch (form) {
-#if __has_include("page.h")
-    case Form::html: return pageText(report);
-#endif
-#if __has_include("exchange.h")
-    case Form::json: return googleBenchmarkText(report);
-    case Form::bmf: return bencherText(report);
-    case Form::smallerIsBetter: return smallerIsBetterText(report);
-    case Form::benchstat: return benchstatText(report);
-#endif
-    case Form::markdown: return markdownText(report);
-    case Form::csv: return csvText(report);
-    default: return "";
-    }
-}
+// In the order of Form.
+constexpr std::string (*writers[formCount])(const Report&) = {
+    pageText,      googleBenchmarkText, bencherText, smallerIsBetterText,
+    benchstatText, markdownText,        csvText};
 
 // Before the work.
 bool canWriteAll(const Options& options) {
@@ -91,7 +75,7 @@ bool write(const Options& options, const Report& report) {
         if (file.empty()) {
             continue;
         }
-        const std::string text = textOf(static_cast<Form>(i), report);
+        const std::string text = writers[i](report);
         isWritten &= file == standardOutput ? common::print(programName, text)
                                             : common::writeFile(programName, file, text);
     }

@@ -127,10 +127,6 @@ bool Options::hasOutput() const {
                        [](const std::string& file) { return !file.empty(); });
 }
 
-const char* nameOf(Form form) {
-    return forms[static_cast<std::size_t>(form)].name;
-}
-
 Options parseOptions(std::vector<std::string> words) {
     std::reverse(words.begin(), words.end()); // the order that CLI11 wants
     Options options;

@@ -26,8 +26,6 @@ struct Options {
     bool hasOutput() const;
 };
 
-const char* nameOf(Form form); // "--html"
-
 // Throws UsageError.
 Options parseOptions(std::vector<std::string> words);
 
