@@ -143,6 +143,11 @@ Options parseOptions(std::vector<std::string> words) {
     } catch (const CLI::ParseError& error) {
         throw unexpected(error);
     }
+    for (const Description& form : forms) {
+        if (app.count(form.name) > 0 && options.output(form.form).empty()) {
+            throw UsageError(std::string(form.name) + " needs the name of a file, or -");
+        }
+    }
     checkOutputs(options);
     if (options.inputs.empty()) {
         throw UsageError("no file is named; give what ntkperf -x or -r, or ntkcompare --json has "
