@@ -16,7 +16,7 @@ inline Measurement measured(const std::string& function, NamedValues parameters,
     row.parameters = std::move(parameters);
     row.values = std::move(values);
     row.clocksPerUnit = clocks;
-    row.unit = std::string(1, 'e'); // gcc 12 warns of the literal
+    row.unit = "e";
     return row;
 }
 

@@ -10,7 +10,7 @@ using Table = Scratch;
 TEST_F(Table, CellsBecomeWhatTheyStandFor) {
     const Reading reading =
         read(head + "ntksBWTFwd_8u,8u,16384,book1, ntkBWTAutoSort,-,42.4,e,12.5,OK,nLps=8,2.5\n" +
-             "ntksX_8u,8u,7,a b,007,2.5,-,e,-,FUNCFAIL,deprecated,-\r\n");
+             "ntksX_8u,8u,64K,a b,007,2.5,-,e,-,FUNCFAIL,deprecated,-\r\n");
     ASSERT_EQ(reading.runs.size(), 1u);
     EXPECT_TRUE(reading.problems.empty() && reading.notes.empty());
     const report::Run& run = reading.runs.front();
@@ -30,7 +30,7 @@ TEST_F(Table, CellsBecomeWhatTheyStandFor) {
     EXPECT_EQ(good.spread, 0.025);
     EXPECT_EQ(good.result, "OK");
     const Measurement& failed = run.measurements[1];
-    EXPECT_EQ(common::parametersText(failed.parameters), "Length=7 CodeFile=a b Variant=007");
+    EXPECT_EQ(common::parametersText(failed.parameters), "Length=64K CodeFile=a b Variant=007");
     EXPECT_EQ(common::parametersText(failed.values), "Ratio=2.5");
     EXPECT_FALSE(failed.clocksPerUnit || failed.spread);
     EXPECT_EQ(failed.result, "FUNCFAIL");
@@ -125,7 +125,7 @@ TEST_F(Table, WhatIsWrongWithRowsIsOneSentence) {
          "file, line 8: Clocks is 'abc', which is no number; the row is left out"},
         {before + "1.x,3" + after,
          "file, line 8: Ratio is '1.x', which is no number; the row is left out"},
-        {before + "-,nan" + after + before + "-,-3" + after + before + "-,1e999" + after,
+        {before + "-,nan" + after + before + "-,-3" + after + before + "-,inf" + after,
          "file: 3 rows are left out; the first, line 8: Clocks is 'nan', which is no number"},
         {before + "-,\x1b[2J" + after,
          "file, line 8: Clocks is '?[2J', which is no number; the row is left out"},
@@ -133,6 +133,8 @@ TEST_F(Table, WhatIsWrongWithRowsIsOneSentence) {
          "file, line 8: it has 13 cells in place of 12; the row is left out"},
         {"ntksX_8u,8u,1,a,-,-,3\n",
          "file, line 8: it has 7 cells in place of 12; the row is left out"},
+        {"ntksX_8u,8u,16384,book1\n",
+         "file, line 8: it has 4 cells in place of 12; the row is left out"},
     };
     for (const auto& [lines, sentence] : cases) {
         const Reading reading = read(head + row + lines + row);
