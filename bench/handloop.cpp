@@ -16,11 +16,13 @@
 #include <map>
 #include <memory>
 #include <random>
-#include <sstream>
 #include <stdexcept>
+#include <string_view>
 
 #include "comparison.h"
+#include "lines.h"
 #include "ntkdc.h"
+#include "table.h"
 
 namespace {
 
@@ -54,28 +56,30 @@ double checksumByHand(const Bytes& data, int calls) {
     return clocksByHand(calls, [&] { must(ntksCRC32_8u(g_source, lengthOf(data), &checksum)); });
 }
 
-// The cells of the performance table by function and name of the column.
-using Table = std::map<std::string, std::map<std::string, std::string>>;
+// By function.
+using Measurements = std::map<std::string, report::Measurement>;
 
-// Finds the table in all that a run printed: it begins with the line of its names.
-Table tableIn(std::istream& output) {
-    Table table;
-    std::vector<std::string> names;
-    for (std::string line; std::getline(output, line);) {
-        std::vector<std::string> cells;
-        std::istringstream in(line);
-        for (std::string cell; std::getline(in, cell, ',');) {
-            cells.push_back(cell);
-        }
-        if (line.starts_with("Function,")) {
-            names = cells;
-        } else if (cells.size() == names.size() && !names.empty()) {
-            for (std::size_t i = 0; i < cells.size(); ++i) {
-                table[cells[0]][names[i]] = cells[i];
-            }
+// Of the table in all that a run printed; empty when there is none.
+Measurements measurementsIn(FILE* output) {
+    report::Reading reading;
+    report::TableReader table("the output of ntkperf", reading);
+    char line[1024];
+    for (long long number = 1; output && std::fgets(line, sizeof line, output); ++number) {
+        const std::string_view text = line;
+        table.take(text.substr(0, text.find('\n')), true, number);
+    }
+    try {
+        table.finish();
+    } catch (const report::Unreadable&) {
+        return {};
+    }
+    Measurements measurements;
+    for (const report::Run& run : reading.runs) {
+        for (const report::Measurement& row : run.measurements) {
+            measurements[row.function] = row;
         }
     }
-    return table;
+    return measurements;
 }
 
 struct Subject {
@@ -85,7 +89,7 @@ struct Subject {
 };
 
 // Paths go by the environment, where no character of theirs has a meaning of its own.
-Table runHarness(const Run& run, const std::vector<Subject>& subjects) {
+Measurements runHarness(const Run& run, const std::vector<Subject>& subjects) {
     const auto self = std::filesystem::read_symlink("/proc/self/exe");
     setenv("NTKPERF", (self.parent_path() / "ntkperf").c_str(), 1);
     setenv("NTKPERF_FILE", run.path.c_str(), 1);
@@ -96,21 +100,16 @@ Table runHarness(const Run& run, const std::vector<Subject>& subjects) {
         command += " -f=" + subject.function;
     }
     const std::unique_ptr<FILE, int (*)(FILE*)> pipe(popen(command.c_str(), "r"), pclose);
-    std::stringstream output;
-    char line[1024];
-    while (pipe && std::fgets(line, sizeof line, pipe.get())) {
-        output << line;
-    }
-    return tableIn(output);
+    return measurementsIn(pipe.get());
 }
 
 void runRound(const Run& run, std::vector<Subject>& subjects) {
-    Table table = runHarness(run, subjects);
+    Measurements measurements = runHarness(run, subjects);
     for (Subject& subject : subjects) {
-        auto& cells = table[subject.function];
-        const double harness = std::atof(cells["Clocks"].c_str());
-        int calls = 0;
-        if (harness <= 0 || std::sscanf(cells["Comment"].c_str(), "nLps=%d", &calls) != 1) {
+        const report::Measurement& row = measurements[subject.function];
+        const double harness = row.clocksPerUnit.value_or(0);
+        const auto calls = static_cast<int>(row.calls);
+        if (harness <= 0 || calls <= 0) {
             throw std::runtime_error("the ntkperf beside this program gave no clocks and number of "
                                      "calls for " +
                                      subject.function);

@@ -34,6 +34,15 @@ bool isRepeated(const Run& run, const Run& earlier) {
            areSameFigures(run, earlier);
 }
 
+bool isRepeated(const Comparison& one, const Comparison& earlier) {
+    return one.started == earlier.started && one.machine == earlier.machine &&
+           one.base == earlier.base && one.changed == earlier.changed &&
+           std::equal(one.cases.begin(), one.cases.end(), earlier.cases.begin(),
+                      earlier.cases.end(), [](const ComparedCase& a, const ComparedCase& b) {
+                          return a.function == b.function && a.ratio == b.ratio;
+                      });
+}
+
 // The clock on the wall as a run began: tables have "Sun Nov 22 03:44:26 2026", records
 // "2026-11-22T03:44:26+00:00". Seconds since some day.
 std::optional<long long> wallClock(const std::string& started) {
@@ -98,6 +107,24 @@ std::vector<std::string> leaveOutRepeats(std::vector<Run>& runs) {
                             runs[*earlier].file + "; it counts once");
     }
     remove(runs, repeated);
+    return sentences;
+}
+
+std::vector<std::string> leaveOutRepeats(std::vector<Comparison>& comparisons) {
+    std::vector<Comparison> left;
+    std::vector<std::string> sentences;
+    for (Comparison& comparison : comparisons) {
+        const auto earlier = std::find_if(left.begin(), left.end(), [&](const Comparison& other) {
+            return isRepeated(comparison, other);
+        });
+        if (earlier == left.end()) {
+            left.push_back(std::move(comparison));
+            continue;
+        }
+        sentences.push_back("the comparison of " + comparison.started + " in " + comparison.file +
+                            " is also in " + earlier->file + "; it counts once");
+    }
+    comparisons = std::move(left);
     return sentences;
 }
 

@@ -38,6 +38,23 @@ TEST(Repeats, RunsThatBeganTogetherAreNotOne) {
     EXPECT_FALSE(differs([](report::Run& run) { run.file = "another"; }));
 }
 
+TEST(Repeats, AComparisonCountsOnce) {
+    Comparison one;
+    one.file = "one.json";
+    one.started = "1";
+    one.cases.resize(1);
+    one.cases[0].ratio = 1.5;
+    Comparison later = one, other = one, copy = one;
+    later.started = "2";
+    other.cases[0].ratio = 1.6;
+    copy.file = "copy.json";
+    std::vector<Comparison> comparisons = {one, later, other, copy};
+    EXPECT_EQ(leaveOutRepeats(comparisons),
+              std::vector<std::string>{
+                  "the comparison of 1 in copy.json is also in one.json; it counts once"});
+    EXPECT_EQ(comparisons.size(), 3u);
+}
+
 TEST(Repeats, TheTableOfARunWithRecordsIsLeftOut) {
     struct Row {
         std::string table, records;
