@@ -29,11 +29,13 @@ function machineText() {
     })).join(" and on ");
 }
 
+const libraryText = ({name, version, date}) =>
+    [name, version, /\d/.test(date) ? `of ${date}` : date].filter(Boolean).join(" ");
+const baseName = path => path.slice(path.lastIndexOf("/") + 1);
+
 function librariesText() {
-    const libraries = known(report.runs.flatMap(run => run.libraries.map(library =>
-        [library.name, library.version, library.date && `of ${library.date}`].filter(Boolean).join(" ") +
-            (library.files.length ? ` from ${listed(library.files)}` : ""))));
-    return listed(libraries);
+    return listed(known(report.runs.flatMap(run => run.libraries.map(library => libraryText(library) +
+        (library.files.length ? ` (${known(library.files.map(baseName)).join(", ")})` : "")))));
 }
 
 function corpusText() {
@@ -45,13 +47,22 @@ function corpusText() {
     return ` on ${counted(files.length, "file")}` + (bytes ? ` (${bytesText(bytes)})` : "");
 }
 
+function comparedText() {
+    const {comparisons} = report;
+    const machines = known(comparisons.map(one => one.machine));
+    const days = known(comparisons.map(one => one.started)).sort().map(dayText);
+    return comparisons.length === 0 ? "" :
+        `Two builds of a data-compression library, compared call by call by ntkcompare` +
+        (machines.length ? ` on ${machines.join(" and on ")}` : "") +
+        (days.length ? `, ${days.length > 1 ? `${days[0]} to ${days.at(-1)}` : days[0]}` : "") +
+        `: ${counted(sum(comparisons.map(one => one.cases.rows.length)), "combination")}.`;
+}
+
 function whatText() {
     if (report.runs.length === 0) {
-        return report.comparisons.length > 0
-            ? `${counted(report.comparisons.length, "comparison")} of two builds of the library.`
-            : "Nothing was measured.";
+        return comparedText() || "Nothing was measured.";
     }
-    const keys = known(report.runs.map(run => run.keys.join(" ")));
+    const keys = known(report.runs.map(run => run.decisiveKeys.join(" ")));
     const machine = machineText();
     const libraries = librariesText();
     return `${counted(functions.length, "function")} of a data-compression library${corpusText()}, ` +
@@ -75,7 +86,7 @@ function methodFigures(list) {
     return [...groupBy(list, measured => measured.method)].map(([method, own]) => ({
         method, own,
         function: own[0].function, variant: own[0].variant, kind: own[0].kind, family: own[0].family,
-        isPerByte: own[0].isPerByte, unit: own[0].unit,
+        isPerByte: own[0].isPerByte, unit: own[0].unit, hasRatio: own[0].plainRatio > 0,
         clocks: median(own.map(measured => measured.clocks)),
         low: median(own.map(measured => measured.clocks)) * median(own.map(one => one.low / one.clocks)),
         high: median(own.map(measured => measured.clocks)) * median(own.map(one => one.high / one.clocks)),
@@ -97,10 +108,10 @@ function slowestCard() {
     const lines = [`takes ${figure(slowest.clocks)} clocks per byte, the most. ` +
         `${briefMethod(fastest)} takes the least: ${figure(fastest.clocks)}.`];
     for (const kind of ["encoder", "decoder"]) {
-        const own = methods.filter(method => method.kind === kind);
+        const own = methods.filter(method => method.kind === kind && method.hasRatio);
         if (own.length > 1) {
-            lines.push(`Of the ${kind}s: ${briefMethod(own[0])} the most (${figure(own[0].clocks)}), ` +
-                `${briefMethod(own.at(-1))} the least (${figure(own.at(-1).clocks)}).`);
+            lines.push(`Of the complete ${kind}s ${briefMethod(own.at(-1))} is the fastest ` +
+                `(${figure(own.at(-1).clocks)}), ${briefMethod(own[0])} the slowest (${figure(own[0].clocks)}).`);
         }
     }
     return card(title, briefMethod(slowest), ...lines);
@@ -145,15 +156,64 @@ function failureCard() {
     return made;
 }
 
+function effectCard(title, none, list) {
+    if (list.length === 0) {
+        return card(title, none);
+    }
+    const most = list.reduce((worst, one) => (Math.abs(Math.log(one.effect)) > Math.abs(Math.log(worst.effect)) ? one : worst));
+    return card(title, counted(list.length, "measurement"), `${caseName(most)} the most: ${change(most.effect)}.`);
+}
+
+// What to know first where there are no runs, but a comparison.
+function comparisonCards({cases: list}) {
+    const having = verdict => list.filter(one => one.verdict === verdict);
+    const failed = list.filter(one => one.failure);
+    return [effectCard("Slower", "Nothing is slower", having("slower")),
+        effectCard("Faster", "Nothing is faster", having("faster")),
+        card("What failed", failed.length ? counted(failed.length, "measurement") : "Nothing failed",
+            ...failed.slice(0, 3).map(one => `${caseName(one)}: ${one.failure}`))];
+}
+
+const runColumns = [
+    numberColumn("run", "Run", whole, run => report.runs.indexOf(run) + 1),
+    textColumn("started", "Started", run => dayText(run.started)),
+    {...textColumn("file", "File"), isLong: true},
+    {...textColumn("libraries", "Libraries", run => run.libraries.map(library =>
+        [libraryText(library), ...library.files].join("\n")).join("\n")), isLong: true},
+    {...textColumn("keys", "Keys", run => run.keys.join(" ")), isLong: true},
+    numberColumn("measurements", "Measurements", whole),
+    textColumn("complete", "Complete", run => (run.complete ? "yes" : "no")),
+];
+
+const corpusColumns = [
+    textColumn("name", "File"), numberColumn("bytes", "Bytes", whole), textColumn("checksum", "CRC-32"),
+];
+
+// Beside what concerns all runs what differs among them, for those who ask.
+function showRuns() {
+    const corpus = new Map(report.runs.flatMap(run => run.corpus.map(file => [file.name + file.checksum, file])));
+    byId("runs").hidden = report.runs.length === 0;
+    byId("runs").addEventListener("toggle", () => {
+        if (byId("runs").children.length === 1) {
+            new DataTable(byId("runs"), {caption: "Runs", columns: runColumns}).show(report.runs);
+            if (corpus.size > 0) {
+                new DataTable(byId("runs"), {caption: "Data", columns: corpusColumns}).show([...corpus.values()]);
+            }
+        }
+    });
+}
+
 function showIntro() {
     const isOnlyComparison = cases.length === 0 && report.comparisons.length > 0;
     byId("title").textContent = isOnlyComparison
         ? "Two builds of a compression library, compared" : "Speed of a compression library, function by function";
     byId("what").textContent = whatText();
     byId("clock").textContent = clockText();
+    showRuns();
 }
 
 function showCards() {
-    byId("cards").replaceChildren(...(cases.length ? [slowestCard(), spreadCard(), failureCard()] : []));
+    byId("cards").replaceChildren(...(cases.length ? [slowestCard(), spreadCard(), failureCard()]
+        : comparisonMakers.length ? comparisonCards(comparison(0)) : []));
 }
 
