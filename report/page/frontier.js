@@ -56,6 +56,7 @@ function frontierData(kind) {
 const hasSpeed = () => ticksMHz(shownGroup()) !== null;
 const speedOf = one => (hasSpeed() ? ticksMHz(shownGroup()) / one.clocks : 1 / one.clocks);
 const speedTitle = () => (hasSpeed() ? "MB/s" : "bytes per clock");
+const speedText = one => `${hasSpeed() ? whole(speedOf(one)) : figure(speedOf(one))} ${speedTitle()}`;
 
 // Forms with their signs for the legend.
 const familyForms = [
@@ -192,7 +193,7 @@ function showRatioPlot(plot, kind, data, isMarked) {
 const hasDictionaryCases = () => groupCases().some(one => one.ratio > 0 && !one.plainRatio);
 
 const frontierName = one =>
-    `${briefMethod(one)} (${hasSpeed() ? whole(speedOf(one)) : figure(speedOf(one))} ${speedTitle()}, ratio ${figure(one.ratio)})`;
+    `${briefMethod(one)} (${speedText(one)}, ratio ${figure(one.ratio)})`;
 
 function frontierText(methods) {
     const best = methods.filter(one => one.isOnFrontier);

@@ -15,14 +15,17 @@ function whenText() {
     if (days.length === 0) {
         return "";
     }
-    return days.length === 1 ? ` on ${days[0]}` : ` between ${days[0]} and ${days.at(-1)}`;
+    const [[day, from], [last, to]] = [days[0], days.at(-1)].map(text => text.split(", "));
+    return days.length === 1 ? ` on ${days[0]}`
+        : day === last && from && to ? ` on ${day} between ${from} and ${to}`
+            : ` between ${days[0]} and ${days.at(-1)}`;
 }
 
 function machineText() {
     return known(report.runs.map(run => {
         const details = [
             run.processors > 1 ? `${run.processors} processors` : "",
-            run.system,
+            run.system.replace(/,?\s*#[^)]*/, ""), // without the number of the kernel's build
             run.computer && `computer ${run.computer}`,
         ].filter(Boolean);
         return run.processor && run.processor + (details.length ? ` (${details.join("; ")})` : "");
@@ -86,7 +89,7 @@ function methodFigures(list) {
     return [...groupBy(list, measured => measured.method)].map(([method, own]) => ({
         method, own,
         function: own[0].function, variant: own[0].variant, kind: own[0].kind, family: own[0].family,
-        isPerByte: own[0].isPerByte, unit: own[0].unit, hasRatio: own[0].plainRatio > 0,
+        isPerByte: own[0].isPerByte, unit: own[0].unit,
         clocks: median(own.map(measured => measured.clocks)),
         low: median(own.map(measured => measured.clocks)) * median(own.map(one => one.low / one.clocks)),
         high: median(own.map(measured => measured.clocks)) * median(own.map(one => one.high / one.clocks)),
@@ -108,10 +111,10 @@ function slowestCard() {
     const lines = [`takes ${figure(slowest.clocks)} clocks per byte, the most. ` +
         `${briefMethod(fastest)} takes the least: ${figure(fastest.clocks)}.`];
     for (const kind of ["encoder", "decoder"]) {
-        const own = methods.filter(method => method.kind === kind && method.hasRatio);
+        const own = frontierData(kind).methods;
         if (own.length > 1) {
-            lines.push(`Of the complete ${kind}s ${briefMethod(own.at(-1))} is the fastest ` +
-                `(${figure(own.at(-1).clocks)}), ${briefMethod(own[0])} the slowest (${figure(own[0].clocks)}).`);
+            lines.push(`Of the complete ${kind}s ${briefMethod(own[0])} is the fastest (${speedText(own[0])}), ` +
+                `${briefMethod(own.at(-1))} the slowest (${speedText(own.at(-1))}).`);
         }
     }
     return card(title, briefMethod(slowest), ...lines);
@@ -180,6 +183,7 @@ const runColumns = [
     {...textColumn("file", "File"), isLong: true},
     {...textColumn("libraries", "Libraries", run => run.libraries.map(library =>
         [libraryText(library), ...library.files].join("\n")).join("\n")), isLong: true},
+    {...textColumn("system", "System"), isLong: true},
     {...textColumn("keys", "Keys", run => run.keys.join(" ")), isLong: true},
     numberColumn("measurements", "Measurements", whole),
     textColumn("complete", "Complete", run => (run.complete ? "yes" : "no")),

@@ -158,7 +158,7 @@ class PageTest(unittest.TestCase):
                      "libntkdc.so.12", "-TSSE42", "10 Nov 2026"):
             self.assertIn(part, what.replace("\u00a0", " "))
         self.open_table("#runs")
-        self.assertIn("-B -TSSE42", self.column("#runs", 5))
+        self.assertIn("-B -TSSE42", self.column("#runs", 6))
         self.assertEqual(3, len(self.find_all(".card")))
         self.assertIn("Nothing failed", self.text("#cards"))
 
