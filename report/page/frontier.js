@@ -123,7 +123,7 @@ function drawMethodNames(methods, chart, ctx) {
         ctx.font = (one.isOnFrontier ? "600 " : "") + smallFont();
         const text = briefMethod(one);
         const width = ctx.measureText(text).width;
-        const place = freePlace(point, width, taken, room);
+        const place = freePlace(point, width, taken, room, one.isOnFrontier);
         if (place) {
             ctx.fillStyle = colour(one.isOnFrontier ? "text" : "muted");
             ctx.fillText(text, place.left, place.top + 7);
