@@ -366,7 +366,7 @@ class PageTest(unittest.TestCase):
 def take_picture(png, page):
     with tempfile.TemporaryDirectory() as profile:
         driver = start_browser(profile)
-        set_size(driver, 1100, 1000)
+        set_size(driver, 1200, 1300)
         prefer(driver, "light")
         driver.get("file://" + os.path.abspath(page))
         WebDriverWait(driver, 20).until(
