@@ -16,11 +16,15 @@ packages=(
     libdivsufsort-dev liblzo2-dev libzfp-dev
     zlib1g-dev bzip2 libbz2-dev            # comparisons and tests
     libcli11-dev nlohmann-json3-dev        # command lines, JSON
+    libjs-chart.js                         # plots of the report
     libbenchmark-dev                       # compared with ntkcompare
     libgtest-dev                           # tests
 )
 case ${1:-} in
-    --tests) packages+=(libbenchmark-tools python3-numpy python3-scipy) ;; # reports in other formats
+    --tests)
+        packages+=(libbenchmark-tools python3-numpy python3-scipy) # reports in other formats
+        packages+=(chromium chromium-driver python3-selenium)      # the report as a page
+        ;;
     --checks) packages+=(clang-14 clang-format-14 clang-tidy-14 shellcheck) ;;
     "") ;;
     *) refuse "'$1' is not known: the arguments are --tests and --checks" ;;

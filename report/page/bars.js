@@ -134,7 +134,7 @@ function showFamilies(methods) {
             title: family,
             label: `Bars: clocks of ${counted(own.length, "method")} of the family ${family}, slowest first, ` +
                 `${own.map(method => `${briefMethod(method)} ${figure(method.clocks)}`).slice(0, 8).join(", ")}`,
-            height: own.length * barRow() + (isNarrow() ? 38 : 30),
+            height: own.length * barRow() + (isNarrow() ? 40 : 33),
             config: () => barConfig(own, scale, methods.map(barName)),
         });
     }
@@ -143,7 +143,8 @@ function showFamilies(methods) {
 function clocksAnswer(methods) {
     const compared = methods.filter(method => method.isPerByte);
     if (compared.length < 2) {
-        return compared.length ? "" : `Nothing was measured ${dataText()}.`;
+        return compared.length || methods.length
+            ? "" : `Nothing was measured ${dataText()}.`;
     }
     const name = method => `${briefMethod(method)} (${figure(method.clocks)})`;
     const text = `Slowest ${dataText()}: ${listed(compared.slice(0, 3).map(name))}. ` +
@@ -161,7 +162,32 @@ function clocksNote(methods) {
         "Choose other data at the top, or a bar to see its function by length.";
 }
 
-let methodsTable;
+// Of each file the slowest and the fastest method; for those who do not want to choose one by one.
+const extremeColumns = [
+    textColumn("file", "Data"),
+    textColumn("slowest", "Slowest", row => row.methods[0].method),
+    numberColumn("most", "Clocks per byte", figure, row => row.methods[0].clocks),
+    textColumn("fastest", "Fastest", row => row.methods.at(-1).method),
+    numberColumn("least", "Clocks per byte", figure, row => row.methods.at(-1).clocks),
+];
+
+function extremesByFile() {
+    const compared = groupCases().filter(measured => measured.isMeasured && measured.isPerByte);
+    return [...groupBy(compared, measured => measured.file)]
+        .map(([file, own]) => ({file: file || "without a file", methods: methodFigures(own)}));
+}
+
+// A table that is made when it is asked for.
+function addDetails(parent, summary, makeTable) {
+    const details = element("details", {}, element("summary", {}, summary));
+    details.addEventListener("toggle", () => {
+        if (details.children.length === 1) {
+            const {rows, ...table} = makeTable();
+            new DataTable(details, table).show(rows);
+        }
+    });
+    parent.append(details);
+}
 
 function showClocks() {
     const methods = methodFigures(measuredCases());
@@ -169,15 +195,12 @@ function showClocks() {
     byId("clocks-note").textContent = clocksNote(methods);
     showFamilies(methods);
     byId("clocks-table").replaceChildren();
-    const details = element("details", {}, element("summary", {}, "As a table"));
-    details.addEventListener("toggle", () => {
-        if (details.open && details.children.length === 1) {
-            new DataTable(details, {caption: `Clocks of each method ${dataText()}`, columns: methodColumns,
-                sort: "-clocks"}).show(methods);
-        }
-    });
-    details.open = Boolean(methodsTable?.open);
-    methodsTable = details;
-    byId("clocks-table").append(details);
+    addDetails(byId("clocks-table"), "As a table", () => ({
+        caption: `Clocks of each method ${dataText()}`, columns: methodColumns, sort: "-clocks", rows: methods}));
+    if (files.length > 1) {
+        addDetails(byId("clocks-table"), "Slowest and fastest for each file", () => ({
+            caption: "Slowest and fastest for each file", columns: extremeColumns, sort: "file",
+            rows: extremesByFile()}));
+    }
 }
 

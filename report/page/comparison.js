@@ -49,6 +49,8 @@ function drawEffects(list, chart, ctx) {
     const {left, right} = chart.chartArea;
     const inside = value => Math.min(Math.max(x.getPixelForValue(value), left), right);
     ctx.save();
+    ctx.font = smallFont();
+    ctx.textBaseline = "middle";
     ctx.lineWidth = 1.5;
     list.forEach((one, index) => {
         const at = y.getPixelForValue(index);
@@ -59,6 +61,8 @@ function drawEffects(list, chart, ctx) {
             drawWhisker(ctx, {x: from, y: at}, to);
         }
         drawMark(ctx, inside(percentOf(one.effect)), at, one.verdict);
+        ctx.fillStyle = verdictColour(one.verdict);
+        ctx.fillText(change(one.effect), right + 8, at);
     });
     ctx.restore();
 }
@@ -108,7 +112,7 @@ function effectsConfig(list, noise) {
         },
         options: {
             indexAxis: "y",
-            layout: {padding: {top: isNarrow() ? 8 : 0, right: 8}},
+            layout: {padding: {top: isNarrow() ? 8 : 0, right: 62}},
             interaction: {mode: "y", intersect: false},
             scales: {
                 x: {type: "linear", min, max, title: titleOf("change of the clocks in percent; right of 0 is slower"),
@@ -146,7 +150,7 @@ function comparisonAnswer(shown) {
     const measured = shown.cases.filter(one => isNumber(one.effect));
     const counts = verdictCounts(shown.cases).map(({name, count}) => `${whole(count)} ${verdictSign(name)} ${name}`);
     const mean = measured.length ? ` On the whole ${change(geometricMean(measured.map(one => one.effect)))}` : "";
-    return `${shown.title}: ${counts.join(", ")}.` + (mean && `${mean} (geometric mean).`);
+    return `${listed(counts)}.` + (mean && `${mean} (geometric mean).`);
 }
 
 function comparisonNote(shown) {
@@ -217,6 +221,7 @@ function showComparison() {
         state.verdict);
     byId("comparison-answer").textContent = comparisonAnswer(shown);
     byId("comparison-note").textContent = comparisonNote(shown);
+    byId("comparison-sides").textContent = `Base: ${shown.base}\nNew: ${shown.changed}`;
     showEffects(shown);
 }
 

@@ -8,6 +8,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include "keys.h"
+
 namespace report {
 
 namespace {
@@ -19,11 +21,6 @@ Json number(double value) {
 }
 Json number(const std::optional<double>& value) {
     return value ? number(*value) : Json(nullptr);
-}
-
-std::string text(const Value& value) {
-    const std::string* const words = std::get_if<std::string>(&value);
-    return words ? *words : std::visit([](const auto& any) { return Json(any).dump(); }, value);
 }
 
 Json librariesJson(const Facts& facts) {
@@ -58,6 +55,7 @@ Json runJson(const Run& run) {
             {"computer", facts.computer},
             {"libraries", librariesJson(facts)},
             {"keys", facts.keys},
+            {"decisiveKeys", decisiveKeys(run)},
             {"corpus", corpusJson(facts)},
             {"measurements", run.measurements.size()}};
 }
@@ -151,14 +149,6 @@ void appendWord(std::string& words, const std::string& word) {
     words += word;
 }
 
-std::string parametersText(const NamedValues& parameters) {
-    std::string joined;
-    for (const NamedValue& parameter : parameters) {
-        appendWord(joined, parameter.name + "=" + text(parameter.value));
-    }
-    return joined;
-}
-
 Json failureJson(std::size_t run, const std::string& function, const std::string& what,
                  const std::string& result, const std::string& message) {
     return {{"run", run},
@@ -185,17 +175,18 @@ std::string whatFailed(const TestResult& test, const Failed& failed) {
     static constexpr std::size_t told = 3;
     std::string what = test.test;
     for (std::size_t i = 0; i < std::min(told, failed.size()); ++i) {
-        what += '\n' + parametersText(failed[i]->parameters);
+        what += '\n' + common::parametersText(failed[i]->parameters);
     }
     return failed.size() > told ? what + "\nand " + std::to_string(failed.size() - told) + " more"
                                 : what;
 }
 
-// Tests say why in the log's words. A table has lines only, and knows of no tests.
+// Tests say why in the log's words, and what they had to say though all went well. A table has
+// lines only, and knows of no tests.
 void addFailures(Json& list, const Run& run, std::size_t index) {
     std::set<std::string> tested;
     for (const TestResult& test : run.tests) {
-        if (test.result != "OK") {
+        if (test.result != "OK" || !test.message.empty()) {
             list.push_back(failureJson(index, test.function,
                                        whatFailed(test, failedIn(run, test.function)), test.result,
                                        test.message));
@@ -205,7 +196,7 @@ void addFailures(Json& list, const Run& run, std::size_t index) {
     for (const Measurement& measured : run.measurements) {
         if (measured.result != "OK" && !tested.contains(measured.function)) {
             list.push_back(failureJson(index, measured.function,
-                                       parametersText(measured.parameters), measured.result,
+                                       common::parametersText(measured.parameters), measured.result,
                                        measured.comment));
         }
     }
@@ -241,13 +232,20 @@ std::string withoutMarkup(const std::string& json) {
     return safe;
 }
 
+// Some names begin with a blank in tables.
+std::string trimmed(const std::string& text) {
+    const std::size_t begin = text.find_first_not_of(' ');
+    return begin == std::string::npos ? ""
+                                      : text.substr(begin, text.find_last_not_of(' ') + 1 - begin);
+}
+
 } // namespace
 
 std::string variantText(const Case& measured) {
     std::string joined;
     for (const NamedValue& parameter : measured.parameters) {
         static constexpr std::array shownAlready = {"CodeLength", "Length", "CodeFile"};
-        const std::string value = text(parameter.value);
+        const std::string value = trimmed(common::valueText(parameter.value));
         if (value.empty() || value == "-" || std::ranges::count(shownAlready, parameter.name)) {
             continue;
         }

@@ -64,7 +64,8 @@ function commonPrefix(names) {
     return /^[a-z]+$/.test(prefix.replace(/[A-Z].*$/, "")) ? prefix.replace(/[A-Z].*$/, "") : "";
 }
 const functions = distinct(cases, measured => measured.function);
-const prefix = commonPrefix(functions);
+const prefix = commonPrefix(functions.length ? functions
+    : distinct(report.comparisons.flatMap(one => objects(one.cases)), one => one.function));
 const short = name => name.slice(prefix.length);
 
 // Long variants of a function often begin alike, which only takes room in plots:

@@ -1,7 +1,9 @@
 // ---- Comparisons: those of ntkcompare, and those of two groups of runs -----------------------------
 
 const compared = (comparison, index) => ({
-    title: `ntkcompare: ${comparison.changed} against ${comparison.base}`, isJudged: true, ...comparison,
+    title: ["ntkcompare", comparison.started && dayText(comparison.started), baseName(comparison.file)]
+        .filter(Boolean).join(", "),
+    isJudged: true, ...comparison,
     noise: comparison.medianHalfWidth,
     cases: objects(comparison.cases).map(one => ({...one, effect: one.ratio})),
     value: String(index),
@@ -49,10 +51,13 @@ function groupComparison(base, changed, value) {
     };
 }
 
-// Each pair of groups, of which there are few.
+// The pairs of groups that have something in common, of which there are few.
 function pairsOfGroups() {
-    const present = report.groups.map((_, index) => index).filter(index => casesByGroup.has(index));
-    return present.flatMap((base, at) => present.slice(at + 1).map(changed => [base, changed])).slice(0, 20);
+    const keys = report.groups.map((_, index) =>
+        new Set((casesByGroup.get(index) ?? []).filter(one => one.isMeasured).map(one => one.key)));
+    const isCommon = (one, other) => [...keys[one]].some(key => keys[other].has(key));
+    return keys.flatMap((_, base) => keys.map((_, changed) => [base, changed]))
+        .filter(([base, changed]) => base < changed && isCommon(base, changed)).slice(0, 20);
 }
 
 const comparisonMakers = [

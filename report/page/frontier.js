@@ -56,6 +56,7 @@ function frontierData(kind) {
 const hasSpeed = () => ticksMHz(shownGroup()) !== null;
 const speedOf = one => (hasSpeed() ? ticksMHz(shownGroup()) / one.clocks : 1 / one.clocks);
 const speedTitle = () => (hasSpeed() ? "MB/s" : "bytes per clock");
+const speedText = one => `${hasSpeed() ? whole(speedOf(one)) : figure(speedOf(one))} ${speedTitle()}`;
 
 // Forms with their signs for the legend.
 const familyForms = [
@@ -122,7 +123,7 @@ function drawMethodNames(methods, chart, ctx) {
         ctx.font = (one.isOnFrontier ? "600 " : "") + smallFont();
         const text = briefMethod(one);
         const width = ctx.measureText(text).width;
-        const place = freePlace(point, width, taken, room);
+        const place = freePlace(point, width, taken, room, one.isOnFrontier);
         if (place) {
             ctx.fillStyle = colour(one.isOnFrontier ? "text" : "muted");
             ctx.fillText(text, place.left, place.top + 7);
@@ -192,7 +193,7 @@ function showRatioPlot(plot, kind, data, isMarked) {
 const hasDictionaryCases = () => groupCases().some(one => one.ratio > 0 && !one.plainRatio);
 
 const frontierName = one =>
-    `${briefMethod(one)} (${hasSpeed() ? whole(speedOf(one)) : figure(speedOf(one))} ${speedTitle()}, ratio ${figure(one.ratio)})`;
+    `${briefMethod(one)} (${speedText(one)}, ratio ${figure(one.ratio)})`;
 
 function frontierText(methods) {
     const best = methods.filter(one => one.isOnFrontier);

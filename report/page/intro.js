@@ -15,25 +15,30 @@ function whenText() {
     if (days.length === 0) {
         return "";
     }
-    return days.length === 1 ? ` on ${days[0]}` : ` between ${days[0]} and ${days.at(-1)}`;
+    const [[day, from], [last, to]] = [days[0], days.at(-1)].map(text => text.split(", "));
+    return days.length === 1 ? ` on ${days[0]}`
+        : day === last && from && to ? ` on ${day} between ${from} and ${to}`
+            : ` between ${days[0]} and ${days.at(-1)}`;
 }
 
 function machineText() {
     return known(report.runs.map(run => {
         const details = [
             run.processors > 1 ? `${run.processors} processors` : "",
-            run.system,
+            run.system.replace(/,?\s*#[^)]*/, ""), // without the number of the kernel's build
             run.computer && `computer ${run.computer}`,
         ].filter(Boolean);
         return run.processor && run.processor + (details.length ? ` (${details.join("; ")})` : "");
     })).join(" and on ");
 }
 
+const libraryText = ({name, version, date}) =>
+    [name, version, /\d/.test(date) ? `of ${date}` : date].filter(Boolean).join(" ");
+const baseName = path => path.slice(path.lastIndexOf("/") + 1);
+
 function librariesText() {
-    const libraries = known(report.runs.flatMap(run => run.libraries.map(library =>
-        [library.name, library.version, library.date && `of ${library.date}`].filter(Boolean).join(" ") +
-            (library.files.length ? ` from ${listed(library.files)}` : ""))));
-    return listed(libraries);
+    return listed(known(report.runs.flatMap(run => run.libraries.map(library => libraryText(library) +
+        (library.files.length ? ` (${known(library.files.map(baseName)).join(", ")})` : "")))));
 }
 
 function corpusText() {
@@ -45,13 +50,22 @@ function corpusText() {
     return ` on ${counted(files.length, "file")}` + (bytes ? ` (${bytesText(bytes)})` : "");
 }
 
+function comparedText() {
+    const {comparisons} = report;
+    const machines = known(comparisons.map(one => one.machine));
+    const days = known(comparisons.map(one => one.started)).sort().map(dayText);
+    return comparisons.length === 0 ? "" :
+        `Two builds of a data-compression library, compared call by call by ntkcompare` +
+        (machines.length ? ` on ${machines.join(" and on ")}` : "") +
+        (days.length ? `, ${days.length > 1 ? `${days[0]} to ${days.at(-1)}` : days[0]}` : "") +
+        `: ${counted(sum(comparisons.map(one => one.cases.rows.length)), "combination")}.`;
+}
+
 function whatText() {
     if (report.runs.length === 0) {
-        return report.comparisons.length > 0
-            ? `${counted(report.comparisons.length, "comparison")} of two builds of the library.`
-            : "Nothing was measured.";
+        return comparedText() || "Nothing was measured.";
     }
-    const keys = known(report.runs.map(run => run.keys.join(" ")));
+    const keys = known(report.runs.map(run => run.decisiveKeys.join(" ")));
     const machine = machineText();
     const libraries = librariesText();
     return `${counted(functions.length, "function")} of a data-compression library${corpusText()}, ` +
@@ -97,10 +111,10 @@ function slowestCard() {
     const lines = [`takes ${figure(slowest.clocks)} clocks per byte, the most. ` +
         `${briefMethod(fastest)} takes the least: ${figure(fastest.clocks)}.`];
     for (const kind of ["encoder", "decoder"]) {
-        const own = methods.filter(method => method.kind === kind);
+        const own = frontierData(kind).methods;
         if (own.length > 1) {
-            lines.push(`Of the ${kind}s: ${briefMethod(own[0])} the most (${figure(own[0].clocks)}), ` +
-                `${briefMethod(own.at(-1))} the least (${figure(own.at(-1).clocks)}).`);
+            lines.push(`Of the complete ${kind}s ${briefMethod(own[0])} is the fastest (${speedText(own[0])}), ` +
+                `${briefMethod(own.at(-1))} the slowest (${speedText(own.at(-1))}).`);
         }
     }
     return card(title, briefMethod(slowest), ...lines);
@@ -145,15 +159,65 @@ function failureCard() {
     return made;
 }
 
+function effectCard(title, none, list) {
+    if (list.length === 0) {
+        return card(title, none);
+    }
+    const most = list.reduce((worst, one) => (Math.abs(Math.log(one.effect)) > Math.abs(Math.log(worst.effect)) ? one : worst));
+    return card(title, counted(list.length, "measurement"), `${caseName(most)} the most: ${change(most.effect)}.`);
+}
+
+// What to know first where there are no runs, but a comparison.
+function comparisonCards({cases: list}) {
+    const having = verdict => list.filter(one => one.verdict === verdict);
+    const failed = list.filter(one => one.failure);
+    return [effectCard("Slower", "Nothing is slower", having("slower")),
+        effectCard("Faster", "Nothing is faster", having("faster")),
+        card("What failed", failed.length ? counted(failed.length, "measurement") : "Nothing failed",
+            ...failed.slice(0, 3).map(one => `${caseName(one)}: ${one.failure}`))];
+}
+
+const runColumns = [
+    numberColumn("run", "Run", whole, run => report.runs.indexOf(run) + 1),
+    textColumn("started", "Started", run => dayText(run.started)),
+    {...textColumn("file", "File"), isLong: true},
+    {...textColumn("libraries", "Libraries", run => run.libraries.map(library =>
+        [libraryText(library), ...library.files].join("\n")).join("\n")), isLong: true},
+    {...textColumn("system", "System"), isLong: true},
+    {...textColumn("keys", "Keys", run => run.keys.join(" ")), isLong: true},
+    numberColumn("measurements", "Measurements", whole),
+    textColumn("complete", "Complete", run => (run.complete ? "yes" : "no")),
+];
+
+const corpusColumns = [
+    textColumn("name", "File"), numberColumn("bytes", "Bytes", whole), textColumn("checksum", "CRC-32"),
+];
+
+// Beside what concerns all runs what differs among them, for those who ask.
+function showRuns() {
+    const corpus = new Map(report.runs.flatMap(run => run.corpus.map(file => [file.name + file.checksum, file])));
+    byId("runs").hidden = report.runs.length === 0;
+    byId("runs").addEventListener("toggle", () => {
+        if (byId("runs").children.length === 1) {
+            new DataTable(byId("runs"), {caption: "Runs", columns: runColumns}).show(report.runs);
+            if (corpus.size > 0) {
+                new DataTable(byId("runs"), {caption: "Data", columns: corpusColumns}).show([...corpus.values()]);
+            }
+        }
+    });
+}
+
 function showIntro() {
     const isOnlyComparison = cases.length === 0 && report.comparisons.length > 0;
     byId("title").textContent = isOnlyComparison
         ? "Two builds of a compression library, compared" : "Speed of a compression library, function by function";
     byId("what").textContent = whatText();
     byId("clock").textContent = clockText();
+    showRuns();
 }
 
 function showCards() {
-    byId("cards").replaceChildren(...(cases.length ? [slowestCard(), spreadCard(), failureCard()] : []));
+    byId("cards").replaceChildren(...(cases.length ? [slowestCard(), spreadCard(), failureCard()]
+        : comparisonMakers.length ? comparisonCards(comparison(0)) : []));
 }
 

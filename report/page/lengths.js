@@ -96,7 +96,7 @@ function lineDatasets(lines) {
     const isOneChosen = lines.some(line => line.name === state.data);
     return lines.map((line, index) => {
         const isFaint = isOneChosen && line.name !== state.data;
-        const own = isFaint ? colour("rule") : colours[index % colours.length];
+        const own = isFaint ? colour("muted") + "55" : colours[index % colours.length];
         return {
             data: line.points.map(measured => ({x: measured.length, y: measured.clocks})),
             borderColor: own, backgroundColor: own, isFaint,
@@ -220,6 +220,13 @@ function slowestFileText(lines) {
         `fastest with ${means.at(-1).name} (${figure(means.at(-1).clocks)}).`;
 }
 
+function chosenFileText(lines) {
+    const chosen = lines.find(line => line.name === state.data);
+    const tell = ({clocks, length}) => `${figure(clocks)} at ${lengthText(length)}`;
+    return chosen && chosen.points.length > 1
+        ? ` With ${chosen.name}: ${tell(chosen.points[0])}, ${tell(chosen.points.at(-1))}.` : "";
+}
+
 function functionChoices() {
     return distinct(groupCases(), measured => measured.function).sort()
         .map(name => ({value: name, text: name, group: familyOf.get(name)}))
@@ -240,7 +247,7 @@ function showLengths() {
         return;
     }
     const title = `${state.f}${variant ? ", " + variant : ""}: ${perText(allPoints(lines))} over length`;
-    byId("lengths-answer").textContent = lengthsAnswer(lines) + slowestFileText(lines);
+    byId("lengths-answer").textContent = lengthsAnswer(lines) + slowestFileText(lines) + chosenFileText(lines);
     lengthsPlot.show({
         title, height: isNarrow() ? 340 : 420,
         label: `Lines: ${title}, a line for each of ${counted(lines.length, "file")}. ${lengthsAnswer(lines)}`,

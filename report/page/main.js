@@ -7,7 +7,7 @@ function showSection(id, isShown) {
 
 // What has to be shown anew when these have changed.
 const views = [
-    {keys: ["data", "group"], show: () => cases.length > 0 && showCards()},
+    {keys: ["data", "group"], show: showCards},
     {keys: ["data", "group"], show: showClocksIfAny},
     {keys: ["data", "group", "f", "v"], show: () => cases.length > 0 && showLengths()},
     {keys: ["data", "group"], show: showFrontier},

@@ -44,7 +44,8 @@ function percent(ratio) {
         return missing;
     }
     const value = ratio * 100;
-    const digits = value === 0 || Math.abs(value) >= 10 ? 0 : 1;
+    const size = Math.abs(value);
+    const digits = value === 0 || size >= 10 ? 0 : size < 0.1 ? 2 : 1;
     return value.toFixed(digits) + "%";
 }
 

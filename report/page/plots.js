@@ -136,11 +136,15 @@ const tooltipOf = lines => ({displayColors: false, callbacks: {title: () => "", 
 const box = (left, top, width, height) => ({left, top, right: left + width, bottom: top + height});
 const overlap = (a, b) => a.left < b.right && b.left < a.right && a.top < b.bottom && b.top < a.bottom;
 
-function freePlace({x, y}, width, taken, room) {
-    const places = [[x + 10, y - 7], [x - 10 - width, y - 7], [x - width / 2, y - 22], [x - width / 2, y + 8],
-        [x + 8, y - 19], [x + 8, y + 5], [x - 8 - width, y - 19], [x - 8 - width, y + 5]]
+function freePlace({x, y}, width, taken, room, isImportant = false) {
+    const inside = left => Math.min(Math.max(left, room.left + 2), room.right - width);
+    const places = [[x + 10, y - 7], [x - 10 - width, y - 7], [inside(x - width / 2), y - 22],
+        [inside(x - width / 2), y + 8], [x + 8, y - 19], [x + 8, y + 5], [x - 8 - width, y - 19],
+        [x - 8 - width, y + 5]];
+    const further = [[inside(x - width / 2), y - 34], [inside(x - width / 2), y + 20]];
+    const boxes = [...places, ...(isImportant ? further : [])]
         .map(([left, top]) => box(left, top, width, 14));
-    return places.find(place => place.left > room.left && place.right < room.right + 4 &&
+    return boxes.find(place => place.left > room.left && place.right < room.right + 4 &&
         place.top > room.top - 4 && place.bottom < room.bottom && !taken.some(other => overlap(place, other)));
 }
 

@@ -128,7 +128,7 @@ Run runOf(int number, const std::string& version) {
     run.facts.computer = "vm";
     run.facts.started = "2026-11-" + std::to_string(10 + number) + "T03:36:15+00:00";
     run.facts.libraries = {{"ntkDC", version, "Nov 22 2026", {"libntkdc.so.12"}}};
-    run.facts.keys = {"-B"};
+    run.facts.keys = {"-B", "-TSSE42"};
     run.facts.corpus = corpus;
     return run;
 }

@@ -21,11 +21,11 @@ try:
     from selenium.webdriver.common.by import By
     from selenium.webdriver.support.ui import Select, WebDriverWait
 except ImportError:
-    print("skipped: python3-selenium is not installed (scripts/install.sh installs it)")
+    print("skipped: python3-selenium is not installed (scripts/install.sh --tests installs it)")
     sys.exit(skipped)
 for program in (browser, driver_program):
     if not os.path.exists(program):
-        print(f"skipped: {program} is not there (scripts/install.sh installs chromium and chromium-driver)")
+        print(f"skipped: {program} is not there (scripts/install.sh --tests installs it)")
         sys.exit(skipped)
 
 
@@ -155,8 +155,10 @@ class PageTest(unittest.TestCase):
         self.open("plain")
         what = self.text("#what")
         for part in ("11 functions", "6 files", "3 runs", "Some Processor @ 2.60GHz", "ntkDC 12.0.0",
-                     "libntkdc.so.12", "-B", "10 Nov 2026"):
+                     "libntkdc.so.12", "-TSSE42", "10 Nov 2026"):
             self.assertIn(part, what.replace("\u00a0", " "))
+        self.open_table("#runs")
+        self.assertIn("-B -TSSE42", self.column("#runs", 6))
         self.assertEqual(3, len(self.find_all(".card")))
         self.assertIn("Nothing failed", self.text("#cards"))
 
@@ -214,7 +216,7 @@ class PageTest(unittest.TestCase):
         for part in ("free(): double free detected in tcache 2", "Can't open file nosuch to read",
                      "line 17 has 5 cells", "did not come to its end", "the library returned a warning"):
             self.assertIn(part, said)
-        self.assertEqual(11, len(self.find_all("#failures tbody tr")))
+        self.assertEqual(11, len(self.find_all("#failures .failures li")))
 
     def test_nothing_measured(self):
         self.open("empty")
@@ -364,7 +366,7 @@ class PageTest(unittest.TestCase):
 def take_picture(png, page):
     with tempfile.TemporaryDirectory() as profile:
         driver = start_browser(profile)
-        set_size(driver, 1100, 1000)
+        set_size(driver, 1200, 1300)
         prefer(driver, "light")
         driver.get("file://" + os.path.abspath(page))
         WebDriverWait(driver, 20).until(
