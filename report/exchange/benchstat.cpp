@@ -32,13 +32,9 @@ std::string keyText(const std::string& key, const std::string& value) {
 }
 
 std::string keysText(const Report& report, const Group& group) {
-    std::string processor;
-    for (const int run : group.runs) {
-        if (processor.empty()) {
-            processor = onOneLine(report.runs[run].facts.processor);
-        }
-    }
-    return keyText("cpu", processor) + keyText("group", onOneLine(group.label));
+    const std::string processor =
+        group.runs.empty() ? "" : report.runs[group.runs.front()].facts.processor;
+    return keyText("cpu", onOneLine(processor)) + keyText("group", onOneLine(group.label));
 }
 
 std::string lineOf(const Report& report, const Case& tried, const Sample& sample,

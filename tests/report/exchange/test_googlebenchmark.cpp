@@ -87,6 +87,8 @@ TEST(GoogleBenchmark, AFailureIsAnErrorBesideItsCaseWithItsWords) {
     partly.comment = "signal 11\n\"there\"";
     made.addFailed("ntksFirst_8u", {{"CodeFile", "b"}}, "UNDEFINED", "");
     made.add("ntksSecond_8u", {}, {4}).result = "ACCURWRN"; // a note to a figure
+    made.run().measurements.back().result = "ACCURWRN";
+    made.run().measurements.back().comment = "6%";
     made.run().tests = {{"ntksFirst_8u", "TimdcFirst", "EXCPTFAIL", "told by its case", 1},
                         {"ntksThird_8u", "TimdcThird", "DATAFAIL", "bib not found", 1},
                         {"ntksSecond_8u", "TimdcSecond", "OK", "", 1}};
@@ -103,6 +105,7 @@ TEST(GoogleBenchmark, AFailureIsAnErrorBesideItsCaseWithItsWords) {
         found.emplace_back(row["name"], row.value("error_message", ""));
         EXPECT_EQ(row["run_type"], isError ? "aggregate" : "iteration");
         EXPECT_EQ(row["real_time"] == 0, isError);
+        EXPECT_EQ(row.value("label", ""), row["name"] == "ntksSecond_8u" ? "ACCURWRN: 6%" : "");
     }
     EXPECT_EQ(found, expected);
 }
