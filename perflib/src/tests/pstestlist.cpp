@@ -1,5 +1,7 @@
 #include "pstestlist.h"
 
+#include <chrono>
+
 #include "pscacheiterator.h"
 #include "pscond.h"
 #include "psmissing.h"
@@ -7,6 +9,7 @@
 #include "psinterruption.h"
 #include "psistream.h"
 #include "psostream.h"
+#include "psrecordwriter.h"
 #include "psrunwatch.h"
 #include "pstest.h"
 #include "pstestformat.h"
@@ -105,9 +108,17 @@ psResult psTestList::runTest(psTest& test) {
     if (g_runWatch) {
         g_runWatch->testBegins(test);
     }
+    psTellRecordWriters([&](psRecordWriter& writer) { writer.testBegins(test); });
+    const auto begin = std::chrono::steady_clock::now();
     const psResult result = test.run();
+    const std::chrono::duration<double> span = std::chrono::steady_clock::now() - begin;
+    const bool refused = isRefused(test, result);
+    if (!refused) {
+        psTellRecordWriters(
+            [&](psRecordWriter& writer) { writer.testEnds(test, result, span.count()); });
+    }
     if (g_runWatch) {
-        g_runWatch->testEnds(result, isRefused(test, result));
+        g_runWatch->testEnds(result, refused);
     }
     m_pCurrentTest = nullptr;
     return result;
