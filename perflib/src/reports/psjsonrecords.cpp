@@ -101,9 +101,8 @@ void psJsonRecords::testBegins(const psTest&) {
 
 void psJsonRecords::testEnds(const psTest& test, psResult result, double seconds) {
     g_ostrm.copyFaultsTo(nullptr);
-    m_message.trim();
-    put(psTestLine(
-        {test.functionName(), test.info().name, test.sourceName(), seconds, result, m_message}));
+    put(psTestLine({test.functionName(), test.info().name, test.sourceName(), seconds, result,
+                    psMessageText(m_message)}));
 }
 
 void psJsonRecords::end(const psTestList& tests) {

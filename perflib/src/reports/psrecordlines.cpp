@@ -91,6 +91,19 @@ psString psTimeText(time_t time) {
     return all.substr(0, all.length() - 2) + ":" + all.substr(all.length() - 2);
 }
 
+psString psMessageText(const psString& text) {
+    constexpr int mostBytes = 4000;
+    psString message = text;
+    if (message.length() > mostBytes) {
+        const psString begin = message.substr(0, mostBytes);
+        message = begin.substr(0, begin.rfind("\n") + 1) + "... (the log has more)";
+    }
+    while (!message.empty() && message[message.length() - 1] == '\n') {
+        message = message.substr(0, message.length() - 1);
+    }
+    return message;
+}
+
 psString psRunLine(const psRunFacts& run) {
     Json corpus = Json::array();
     for (const psInputFacts& input : run.corpus) {
@@ -130,9 +143,9 @@ psString psMeasurementLine(const psMeasurement& m) {
          {"batches", m.times.batches},
          {"spread", m.isMeasured() && m.times.batches > 1 ? Json(m.times.spread) : Json()},
          {"switches", m.times.switches},
-         {"accuracy", m.times.hasAccuracy ? Json(m.times.accuracy) : Json()},
+         {"accuracy", m.isMeasured() && m.times.hasAccuracy ? Json(m.times.accuracy) : Json()},
          {"units_per_call", m.unitsPerCall},
-         {"unit", textOf(m.unit)},
+         {"unit", textOf(m.unit.trimmed())},
          {"flops_per_call", m.flopsPerCall},
          {"clocks_per_unit", ifMeasured(m.clocksPerUnit())},
          {"result", psResultShortName(m.result)},

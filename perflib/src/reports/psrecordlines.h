@@ -30,5 +30,8 @@ psString psMeasurementLine(const psMeasurement& measurement);
 psString psTestLine(const psTestFacts& test);
 psString psEndLine(const psEndFacts& end);
 
+// The text as a message: without the last line end, of a very long one the first lines.
+psString psMessageText(const psString& text);
+
 // "2026-11-22T03:36:15+01:00", in local time.
 psString psTimeText(time_t time);
