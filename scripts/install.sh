@@ -17,7 +17,7 @@ packages=(
     zlib1g-dev bzip2 libbz2-dev            # comparisons and tests
     libcli11-dev nlohmann-json3-dev        # command lines, JSON
     libbenchmark-dev                       # compared with ntkcompare
-    libgtest-dev                           # tests
+    libgtest-dev python3-jsonschema        # tests
 )
 case ${1:-} in
     --tests) packages+=(libbenchmark-tools python3-numpy python3-scipy) ;; # reports in other formats

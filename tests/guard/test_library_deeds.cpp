@@ -64,6 +64,28 @@ TEST_F(GuardOfLibrary, TheLineHasTheKeysOfTheCombination) {
     EXPECT_EQ(closingCount(outcome.output, ".Successes"), 4);
 }
 
+TEST_F(GuardOfLibrary, RecordsGoOnInTheSameFile) {
+    const Outcome outcome = runWith("ntksCRC32_8u if 2 65536 signal 9", {"-fCRC", "-xrun"});
+    EXPECT_EQ(outcome.status, 0) << outcome.errors;
+    const std::string records = text("run.jsonl");
+    const struct {
+        const char* begin;
+        int times;
+    } cases[] = {{"{\"record\":\"run\",", 1},
+                 {"{\"record\":\"measurement\",", 12}, // five, two, five
+                 {"{\"record\":\"test\",", 3},
+                 {"{\"record\":\"test\",\"function\":\"ntksCRC32_8u\",", 1},
+                 {",\"result\":\"EXCPTFAIL\",\"message\":\"--NTK. Signal: Killed (SIGKILL). in "
+                  "ntkFunctionCalls\\n-- exception on test parameters:\\nntksCRC32_8u: "
+                  "CodeLength=65536 \"}\n",
+                  1},
+                 {"{\"record\":\"end\",\"tests\":3,\"failed\":1,\"complete\":true,", 1}};
+    for (const auto& c : cases) {
+        EXPECT_EQ(timesIn(records, c.begin), c.times) << c.begin << "\n" << records;
+    }
+    EXPECT_EQ(linesOf(records).size(), 17u);
+}
+
 // One signal to both, as from a terminal, is one signal.
 TEST_F(GuardOfLibrary, AnInterruptedRunEndsInOrder) {
     const Outcome outcome =
