@@ -10,6 +10,7 @@
 #include "psjsonrecords.h"
 #include "psmissing.h"
 #include "psremarks.h"
+#include "psshowprogress.h"
 #include "psoptionutil.h"
 #include "psreport.h"
 #include "psreportformat.h"
@@ -152,6 +153,7 @@ int psSession::runTests() {
         g_pHotList = new psStringList;
     }
     putTableTitle();
+    psShowProgress();
     beginRecords();
     watchSignals();
     const int result = pTestList->runTests(m_conditions);
@@ -184,7 +186,11 @@ void psSession::beginRecords() {
     if (!g_pRecordWriters) {
         return;
     }
-    psRunPlan plan{pTestList->startTime(), {}, inputFiles(), psContinuesRun()};
+    psRunPlan plan{pTestList->startTime(),
+                   {},
+                   inputFiles(),
+                   pTestList->countToRun(m_conditions),
+                   psContinuesRun()};
     for (const psCommandKey& command : m_commands) {
         if (command.key() != ' ') {
             plan.keys.append("-" + psString(command.key()) + command.arg());

@@ -14,6 +14,7 @@ struct psRunPlan {
     time_t start = 0;
     psStringList keys;        // of the command line
     psStringList inputFiles;  // that the common parameters name
+    int tests = 0;            // to be run
     bool isContinued = false; // an earlier process of the run has told all of this
 };
 

@@ -139,6 +139,19 @@ void psTestList::tellMissing(const psConditions& conditions) const {
     }
 }
 
+int psTestList::countToRun(const psConditions& conditions) const {
+    bool isReached = m_startFunc.empty();
+    int number = 0;
+    for (psTest* const test : *this) {
+        if (test && test->tobeRun(conditions)) {
+            isReached = isReached || test->functionName().contains(m_startFunc);
+            const bool isNamed = !psTest::m_pressing || g_istrm.sectionExist(test->functionName());
+            number += isReached && isNamed ? 1 : 0;
+        }
+    }
+    return number;
+}
+
 bool psTestList::runTests(const psConditions& conditions) {
     clearCounts();
     tellMissing(conditions);
