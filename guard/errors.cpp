@@ -17,7 +17,9 @@ std::string blankLine() {
     }
     const int usual = 80;
     const auto columns = static_cast<std::size_t>(size.ws_col > 1 ? size.ws_col : usual);
-    return "\r" + std::string(columns - 1, ' ') + "\r";
+    std::string line(columns + 1, ' ');
+    line.front() = line.back() = '\r';
+    return line;
 }
 
 void writeAll(const std::string& text) {

@@ -119,6 +119,7 @@ measure() {
     (($1 == 1)) || log=-O table=-R summary=-U
     ((passes == 1)) || say "pass $1 of $passes"
     (
+        trap '' INT # a terminal sends it to all: this script ends the others
         cd "$corpus"
         ! is_watched || exec >"$running/console"
         exec "$ntkguard" "$ntkperf" -B "$log$running/ntkperf.txt" "$table$running/ntkperf.csv" \

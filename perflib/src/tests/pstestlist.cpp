@@ -98,6 +98,11 @@ static psString noSectionText() {
     return "-P key finds no section of a selected test in ini-file " + ini.name();
 }
 
+// With "-P" by the settings file.
+static bool isNamed(const psTest& test) {
+    return !psTest::m_pressing || g_istrm.sectionExist(test.functionName());
+}
+
 // The settings file does not name it.
 static bool isRefused(const psTest& test, psResult result) {
     return result == PS_UNDEFINED && test.result() == PS_OK;
@@ -108,7 +113,9 @@ psResult psTestList::runTest(psTest& test) {
     if (g_runWatch) {
         g_runWatch->testBegins(test);
     }
-    psTellRecordWriters([&](psRecordWriter& writer) { writer.testBegins(test); });
+    if (isNamed(test)) {
+        psTellRecordWriters([&](psRecordWriter& writer) { writer.testBegins(test); });
+    }
     const auto begin = std::chrono::steady_clock::now();
     const psResult result = test.run();
     const std::chrono::duration<double> span = std::chrono::steady_clock::now() - begin;
@@ -145,8 +152,7 @@ int psTestList::countToRun(const psConditions& conditions) const {
     for (psTest* const test : *this) {
         if (test && test->tobeRun(conditions)) {
             isReached = isReached || test->functionName().contains(m_startFunc);
-            const bool isNamed = !psTest::m_pressing || g_istrm.sectionExist(test->functionName());
-            number += isReached && isNamed ? 1 : 0;
+            number += isReached && isNamed(*test) ? 1 : 0;
         }
     }
     return number;
