@@ -14,13 +14,17 @@ packages=(
     g++ cmake ninja-build                  # to build
     liblz4-dev libdeflate-dev libisal-dev  # inside the measured library
     libdivsufsort-dev liblzo2-dev libzfp-dev
-    zlib1g-dev bzip2 libbz2-dev            # comparisons and tests
+    zlib1g-dev                             # checksums of the corpus; comparisons and tests
+    bzip2 libbz2-dev                       # comparisons and tests
     libcli11-dev nlohmann-json3-dev        # command lines, JSON
     libbenchmark-dev                       # compared with ntkcompare
-    libgtest-dev python3-jsonschema        # tests
+    libgtest-dev                           # tests
 )
 case ${1:-} in
-    --tests) packages+=(libbenchmark-tools python3-numpy python3-scipy) ;; # reports in other formats
+    --tests)
+        packages+=(libbenchmark-tools python3-numpy python3-scipy) # reports in other formats
+        packages+=(python3-jsonschema)                             # records for programs
+        ;;
     --checks) packages+=(clang-14 clang-format-14 clang-tidy-14 shellcheck) ;;
     "") ;;
     *) refuse "'$1' is not known: the arguments are --tests and --checks" ;;

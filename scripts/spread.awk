@@ -22,15 +22,15 @@ END {
         print "Between the passes nothing can be compared: no case has figures of two"
         exit
     }
-    printf "Between %d passes the middle figures of a case differ by %s in the middle of %d cases,\n",
-           passes, percent(median(n)), n
+    printf "Between the %d passes the figures spread by %s (the middle one of %d cases),\n", passes,
+           percent(median(n)), n
     for (name in total)
         if (total[name] / count[name] > most) {
             most = total[name] / count[name]
             worst = name
         }
     if (worst != "")
-        printf "most of all in %s, by %s on average\n", worst, percent(most)
+        printf "most of all those of %s, by %s on average\n", worst, percent(most)
 }
 
 function percent(ratio) {

@@ -151,8 +151,8 @@ test_several_passes() {
     expect "three passes" "$status $output" "0 *== pass 1 of 3
 *== pass 3 of 3
 *Clocks of 1 functions*
-Between 3 passes the middle figures of a case differ by 1.0% in the middle of 3 cases,
-most of all in ntksLZ_8u, by 12.6% on average
+Between the 3 passes the figures spread by 1.0% (the middle one of 3 cases),
+most of all those of ntksLZ_8u, by 12.6% on average
 == all of it as a page*"
     expect "their rows" "$(grep -c '^ntksAdler32_8u' "$out/ntkperf.csv") $(run_in "$out")" "3 a+a+a"
     expect "their log" "$(cat "$out/ntkperf.txt")" "log of a
