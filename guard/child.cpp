@@ -33,7 +33,12 @@ File aboveStandard(int number) {
     return File(moved);
 }
 
+// -1: there is no such file.
 void setVariable(const char* name, int file) {
+    if (file < 0) {
+        unsetenv(name);
+        return;
+    }
     fcntl(file, F_SETFD, 0); // it goes on to the program
     setenv(name, std::to_string(file).c_str(), 1);
 }
@@ -119,14 +124,12 @@ Child startProgram(const std::vector<std::string>& words, const std::string* pas
     Child child;
     child.progress = fileOf("");
     const File pastFile = past ? fileOf(*past) : File();
+    const File terminal = isatty(STDERR_FILENO) ? aboveStandard(dup(STDERR_FILENO)) : File();
     child.process = start(words, [&] {
         dup2(child.errors.writer.number(), STDERR_FILENO);
         setVariable(progress::fileVariable, child.progress.number());
-        if (past) {
-            setVariable(progress::pastVariable, pastFile.number());
-        } else {
-            unsetenv(progress::pastVariable);
-        }
+        setVariable(progress::pastVariable, pastFile.number());
+        setVariable(progress::terminalVariable, terminal.number());
     });
     child.errors.writer.close();
     return child;

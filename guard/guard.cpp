@@ -1,9 +1,9 @@
 #include "guard.h"
 
-#include <cstdio>
 #include <optional>
 #include <system_error>
 
+#include "errors.h"
 #include "libraries.h"
 
 namespace guard {
@@ -109,7 +109,7 @@ std::string Guard::inTest() const {
 }
 
 void Guard::say(const std::string& text) const {
-    std::fprintf(stderr, "ntkguard: %s\n", text.c_str());
+    writeErrors("ntkguard: " + text + "\n");
 }
 
 } // namespace guard

@@ -12,6 +12,8 @@
 #include <cmath>
 #include <system_error>
 
+#include "errors.h"
+
 namespace guard {
 
 namespace {
@@ -58,17 +60,6 @@ template <class Take> void takeLines(std::string& text, Take take) {
         take(text.substr(begin, end - begin));
     }
     text.erase(0, begin);
-}
-
-void writeAll(int file, const std::string& text) {
-    size_t written = 0;
-    while (written < text.size()) {
-        const ssize_t n = write(file, text.data() + written, text.size() - written);
-        if (n < 0 && errno != EINTR) {
-            return; // nobody reads it
-        }
-        written += n > 0 ? static_cast<size_t>(n) : 0;
-    }
 }
 
 } // namespace
@@ -178,7 +169,7 @@ void Watch::readProgress(const Child& child) {
 
 void Watch::readErrors(const Child& child) {
     const std::string text = available(child.errors.reader.number());
-    writeAll(STDERR_FILENO, text);
+    writeErrors(text);
     m_unreadError += text;
     takeLines(m_unreadError, [this](const std::string& line) {
         if (!line.empty() && !line.starts_with("--NTK. ")) { // its own words are in its log

@@ -1,9 +1,11 @@
 #!/usr/bin/env bash
 # Measures everything on this machine: installs what is missing, builds, takes the corpus and runs
 # ntkperf in batch mode from inside the corpus, under ntkguard: a library that ends its process costs
-# one test. Ends with a table of one screen.
+# one test. Ends with a table of one screen and a page to look at, out/report.html.
 #
 #   scripts/bench.sh                  all functions; the results go to out/
+#   scripts/bench.sh --passes N       the same N times, one pass behind the other: what differs
+#                                     between them is told, and is in the page
 #   scripts/bench.sh ARGUMENT...      arguments for ntkperf in place of the default ones
 #   scripts/bench.sh -- ARGUMENT...   the same, also for those that bench.sh would take itself:
 #                                     "-- -h" lists all arguments of ntkperf
@@ -12,7 +14,8 @@
 # The corpus is the directory $CORPUS, else corpus/ in the project's top folder; without either,
 # stand-ins are made in build/corpus.
 #
-# Results: log ntkperf.txt, performance table ntkperf.csv, summary ntkperf_sum.csv in
+# Results: page report.html, log ntkperf.txt, performance table ntkperf.csv, summary ntkperf_sum.csv,
+# records for programs ntkperf.jsonl, each with all passes, in
 #   out/            complete, of the latest run
 #   out/previous/   complete, of the latest run before in which no test failed
 #   out/partial/    what an interrupted run had written
@@ -29,6 +32,8 @@
 corpus_files=(bib book1 book2 geo news obj1 obj2 paper1 paper2 pic progc progl progp trans)
 ntkperf=$top/build/release/bin/ntkperf
 ntkguard=$top/build/release/bin/ntkguard # what ends ntkperf costs one test
+ntkreport=$top/build/release/bin/ntkreport
+passes=1
 
 # Sets corpus to an absolute path, or to nothing when stand-ins are needed.
 find_corpus() {
@@ -69,7 +74,7 @@ ensure_cache() {
 prepare() {
     "$top/scripts/install.sh"
     ensure_cache
-    build release ntkperf ntkguard ntkcorpus
+    build release ntkperf ntkguard ntkcorpus ntkreport
     [[ -n $corpus ]] || make_stand_ins
     say "corpus: $corpus"
 }
@@ -101,26 +106,50 @@ run_with_arguments() {
     (($(count_tests "$scratch/summary.csv") > 0)) || fail "no test was run; the log above says why"
 }
 
-# In the background, because the shell hears of a signal while it waits, not while a command runs.
-run_everything() {
-    local status=0
-    say "running ntkperf; results go to $running until they are complete"
-    (cd "$corpus" && exec "$ntkguard" "$ntkperf" -B "-o$running/ntkperf.txt" \
-        "-r$running/ntkperf.csv" "-u$running/ntkperf_sum.csv") </dev/null &
+# Where a person sees it, the place of the log is for how far ntkperf is. Else everything is told as
+# it comes: the log of a job is all there is of it.
+is_watched() {
+    [[ -t 1 && -t 2 ]]
+}
+
+# measure PASS: the first makes the files, the others add to them. In the background, because the
+# shell hears of a signal while it waits, not while a command runs.
+measure() {
+    local status=0 log=-o table=-r summary=-u
+    (($1 == 1)) || log=-O table=-R summary=-U
+    ((passes == 1)) || say "pass $1 of $passes"
+    (
+        trap '' INT # a terminal sends it to all: this script ends the others
+        cd "$corpus"
+        ! is_watched || exec >"$running/console"
+        exec "$ntkguard" "$ntkperf" -B "$log$running/ntkperf.txt" "$table$running/ntkperf.csv" \
+            "$summary$running/ntkperf_sum.csv" "-x$running/pass.jsonl"
+    ) </dev/null &
     child=$!
-    trap 'interrupted 129' HUP
-    trap 'interrupted 130' INT
-    trap 'interrupted 143' TERM
     wait "$child" || status=$?
     ((status == 0)) || give_up "ntkperf ended with status $status"
     local file
-    for file in "${result_files[@]}"; do
+    for file in ntkperf.txt ntkperf.csv ntkperf_sum.csv pass.jsonl; do
         [[ -s $running/$file ]] || give_up "ntkperf ended without writing $file"
     done
+    join_records
+}
+
+run_everything() {
+    local pass
+    say "running ntkperf; results go to $running until they are complete"
+    trap 'interrupted 129' HUP
+    trap 'interrupted 130' INT
+    trap 'interrupted 143' TERM
+    for ((pass = 1; pass <= passes; ++pass)); do
+        measure "$pass"
+    done
+    make_report "$running" || say "there is no page: ntkreport could not make it"
     put_in_place
 }
 
 give_up() {
+    [[ -s $running/ntkperf.txt || ! -s $running/console ]] || tail -n 20 "$running/console" >&2
     set_apart "$1"
     fail "$1; earlier results are as they were"
 }
@@ -148,16 +177,34 @@ frequency_mhz() {
     printf '%s' "$mhz"
 }
 
+# Each pass has its own clock speed, neighbours and memory pages: what differs between them is what a
+# figure of one pass may be off by.
+show_spread() {
+    "$ntkreport" --csv=- "$out/ntkperf.jsonl" | LC_ALL=C awk -f "$top/scripts/spread.awk" ||
+        say "the spread between the passes is not known: ntkreport could not tell it"
+}
+
 show_results() {
     say "log:               $out/ntkperf.txt"
     say "performance table: $out/ntkperf.csv"
     say "summary:           $out/ntkperf_sum.csv"
+    say "for programs:      $out/ntkperf.jsonl"
     LC_ALL=C awk -v mhz="$(frequency_mhz)" -f "$top/scripts/overview.awk" "$out/ntkperf.csv"
+    echo
+    ((passes == 1)) || show_spread
+    [[ ! -e $out/report.html ]] || say "all of it as a page for your browser: $out/report.html"
     report_failures "$out/ntkperf_sum.csv" "$out/ntkperf.txt"
 }
 
 case ${1:-} in
     --) shift ;;
+    --passes | --passes=*)
+        [[ $1 == *=* ]] || set -- "$1=${2:-}" "${@:3}"
+        passes=${1#*=}
+        [[ $passes =~ ^[1-9][0-9]{0,2}$ ]] || refuse "--passes takes a number from 1 to 999"
+        (($# == 1)) || refuse "--passes measures everything, and takes no arguments for ntkperf"
+        shift
+        ;;
     --*) refuse "'$1' is not known" ;;
 esac
 for argument in "$@"; do

@@ -14,7 +14,8 @@ packages=(
     g++ cmake ninja-build                  # to build
     liblz4-dev libdeflate-dev libisal-dev  # inside the measured library
     libdivsufsort-dev liblzo2-dev libzfp-dev
-    zlib1g-dev bzip2 libbz2-dev            # comparisons and tests
+    zlib1g-dev                             # checksums of the corpus; comparisons and tests
+    bzip2 libbz2-dev                       # comparisons and tests
     libcli11-dev nlohmann-json3-dev        # command lines, JSON
     libjs-chart.js                         # plots of the report
     libbenchmark-dev                       # compared with ntkcompare
@@ -24,6 +25,7 @@ case ${1:-} in
     --tests)
         packages+=(libbenchmark-tools python3-numpy python3-scipy) # reports in other formats
         packages+=(chromium chromium-driver python3-selenium)      # the report as a page
+        packages+=(python3-jsonschema)                             # records for programs
         ;;
     --checks) packages+=(clang-14 clang-format-14 clang-tidy-14 shellcheck) ;;
     "") ;;

@@ -2,10 +2,10 @@
 # The results in out/: where they are while a run lasts, when they move, and what is read from them.
 # Sourced by bench.sh, after common.sh.
 
-# shellcheck disable=SC2154 # top is of common.sh
+# shellcheck disable=SC2154 # top is of common.sh, ntkreport of bench.sh
 out=$top/out
 running=$out/running
-result_files=(ntkperf.txt ntkperf.csv ntkperf_sum.csv)
+result_files=(ntkperf.txt ntkperf.csv ntkperf_sum.csv ntkperf.jsonl report.html)
 
 # Lets no other run write to out/ until this one, and the ntkperf that it started, are gone.
 claim_results() {
@@ -16,19 +16,46 @@ claim_results() {
     [[ ! -d $running ]] || set_apart "killed"
 }
 
+# Adds the records of a pass to those of the passes before it.
+join_records() {
+    if [[ -e $running/pass.jsonl ]]; then
+        cat "$running/pass.jsonl" >>"$running/ntkperf.jsonl"
+        rm "$running/pass.jsonl"
+    fi
+}
+
+# make_report DIRECTORY: a page of its records. What ntkreport says goes to standard error; it gives
+# a status of 1 also where something could not be read and the rest is in the page.
+make_report() {
+    "$ntkreport" "--html=$1/report.html" "$1/ntkperf.jsonl" >&2 || [[ -s $1/report.html ]]
+}
+
+# mark FILE PATTERN TEXT: adds the text to the last line that the pattern fits: of several passes
+# the last one was not finished.
+mark() {
+    local line
+    line=$(grep -n "$2" "$1" | tail -n 1 | cut -d : -f 1)
+    [[ -z $line ]] || sed -i "${line}s/\$/$3/" "$1"
+}
+
 # set_apart REASON: keeps what is in running/ as out/partial/, whose table, summary and log say what
-# they are. The title stays five lines, so that the table loads as any other.
+# they are. The title stays five lines, so that the table loads as any other. Records end without
+# the line that tells the end.
 set_apart() {
-    local partial=$out/partial
+    local partial=$out/partial text="  PARTIAL: the run was not finished ($1)"
     if [[ ! -s $running/ntkperf.txt ]]; then
         rm -rf "$running" # nothing that could be worth an older partial/
         return
     fi
-    rm -rf "$partial"
+    join_records
+    rm -rf "$partial" "$running/console"
     mv "$running" "$partial"
-    sed -i "s/^Start,.*/&  PARTIAL: the run was not finished ($1)/" "$partial/ntkperf.csv"
-    sed -i "1s/\$/  PARTIAL: the run was not finished ($1)/" "$partial/ntkperf_sum.csv"
-    printf '\nPARTIAL: the run was not finished (%s)\n' "$1" >>"$partial/ntkperf.txt"
+    mark "$partial/ntkperf.csv" '^Start,' "$text"
+    mark "$partial/ntkperf_sum.csv" '^ *Processor' "$text"
+    printf '\n%s\n' "${text#  }" >>"$partial/ntkperf.txt"
+    if grep -qs '"record":"measurement"' "$partial/ntkperf.jsonl" && [[ -x $ntkreport ]]; then
+        make_report "$partial" || true
+    fi
     say "what the unfinished run ($1) had written, marked PARTIAL: $partial"
 }
 
@@ -45,24 +72,28 @@ put_in_place() {
         done
     fi
     for file in "${result_files[@]}"; do
-        mv "$running/$file" "$out/$file"
+        rm -f "$out/$file" # there may be no page in its place
+        [[ ! -e $running/$file ]] || mv "$running/$file" "$out/$file"
     done
+    rm -f "$running/console"
     rmdir "$running"
     trap - HUP INT TERM
 }
 
-# The tests of a summary that failed, "FUNCTION (RESULT)" on a line; none when there is no summary.
+# The tests of a summary that failed in any pass, "FUNCTION (RESULT)" on a line; none when there is
+# no summary.
 failed_tests() {
     [[ ! -s $1 ]] || LC_ALL=C awk -F, '
-        FNR == 2 { for (i = 1; i <= NF; ++i) column[$i] = i; next }
-        /^PS Summary/ { exit }
-        FNR > 2 && $column["Result"] ~ /FAIL$|^UNDEFINED$/ {
+        /^Function,/ { for (i = 1; i <= NF; ++i) column[$i] = i; inside = 1; next }
+        /^PS Summary/ { inside = 0 }
+        inside && $column["Result"] ~ /FAIL$|^UNDEFINED$/ && !seen[$column["Function"]]++ {
             print $column["Function"] " (" $column["Result"] ")"
         }' "$1"
 }
 
+# Of one pass.
 count_tests() {
-    sed -n 's/^\.Number of tests *,//p' "$1"
+    sed -n 's/^\.Number of tests *,//p' "$1" | tail -n 1
 }
 
 # The MHz that the first line of a table names; nothing when it names none.

@@ -14,6 +14,8 @@ namespace progress {
 // Variables of the environment, each the number of an open file.
 inline constexpr const char* fileVariable = "NTKPERF_PROGRESS";
 inline constexpr const char* pastVariable = "NTKPERF_CONTINUE"; // of a successor only
+// The terminal of the watcher's standard error, when that is one: the program's own is a pipe.
+inline constexpr const char* terminalVariable = "NTKPERF_TERMINAL";
 
 // Program to watcher.
 inline constexpr const char* hello = "hello"; // made of the harness, at the start of its run

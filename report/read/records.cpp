@@ -26,11 +26,15 @@ std::vector<LibraryFacts> librariesOf(const Json& record) {
     return libraries;
 }
 
+CorpusFile fileOf(const Json& record) {
+    return {textOf(record, "name"), wholeOf(record, "bytes"), textOf(record, "crc32")};
+}
+
 std::vector<CorpusFile> corpusOf(const Json& record) {
     std::vector<CorpusFile> corpus;
     const Json* const list = partOf(record, "corpus");
     for (const Json& file : list ? *list : Json::array()) {
-        corpus.push_back({textOf(file, "name"), wholeOf(file, "bytes"), textOf(file, "crc32")});
+        corpus.push_back(fileOf(file));
     }
     return corpus;
 }
@@ -109,11 +113,13 @@ void RecordReader::takeRecord(const Json& record) {
     } else if (kind == "test") {
         m_isInRun = true;
         m_run.tests.push_back(testOf(record));
+    } else if (kind == "file") {
+        m_run.facts.corpus.push_back(fileOf(record));
     } else if (kind == "end") {
-        m_run.isComplete = flagOf(record, "complete", true);
-        if (m_run.facts.ticksMHz == 0) { // measured when it was needed first
+        if (m_run.facts.ticksMHz == 0) { // the run itself was the first to measure it
             m_run.facts.ticksMHz = realOf(record, "ticks_mhz").value_or(0);
         }
+        m_run.isComplete = flagOf(record, "complete", true);
         endRun();
     }
 }

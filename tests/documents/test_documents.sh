@@ -43,13 +43,15 @@ calls_bench() {
     grep -q 'scripts/bench.sh' "$1"
 }
 
-# choose_ntkperf BLOCK: bench.sh would measure for a minute and more, so it gets the program that
-# measures nothing.
-choose_ntkperf() {
-    local program=$NTK_BUILD/bin/ntkperf
-    ! calls_bench "$1" || program=$NTK_TOP/tests/scripts/ntkperf
-    [[ -L $project/build/release/bin/ntkperf || ! -e $project/build/release/bin/ntkperf ]] &&
-        ln -sf "$program" "$project/build/release/bin/ntkperf"
+# choose_programs BLOCK: bench.sh would measure for a minute and more, so it gets the program that
+# measures nothing, and one in place of ntkreport for what that leaves.
+choose_programs() {
+    local folder=$NTK_BUILD/bin name own
+    ! calls_bench "$1" || folder=$NTK_TOP/tests/scripts
+    for name in ntkperf ntkreport; do
+        own=$project/build/release/bin/$name
+        [[ ! -L $own && -e $own ]] || ln -sf "$folder/$name" "$own"
+    done
 }
 
 # fault PLACE TEXT [FILE]: with what the file holds.
@@ -125,7 +127,7 @@ paste() {
 # try_block NUMBER PLACE MARK ARGUMENT
 try_block() {
     local block=$room/blocks/$1 place=$2 mark=$3 argument=$4
-    choose_ntkperf "$block"
+    choose_programs "$block"
     case $mark in
         runs)
             run_commands "$place" "$block" "$argument"

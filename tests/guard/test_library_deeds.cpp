@@ -64,6 +64,56 @@ TEST_F(GuardOfLibrary, TheLineHasTheKeysOfTheCombination) {
     EXPECT_EQ(closingCount(outcome.output, ".Successes"), 4);
 }
 
+TEST_F(GuardOfLibrary, RecordsGoOnInTheSameFile) {
+    const Outcome outcome = runWith("ntksCRC32_8u if 2 65536 signal 9", {"-fCRC", "-xrun"});
+    EXPECT_EQ(outcome.status, 0) << outcome.errors;
+    const std::string records = text("run.jsonl");
+    const struct {
+        const char* begin;
+        int times;
+    } cases[] = {{"{\"record\":\"run\",", 1},
+                 {"{\"record\":\"measurement\",", 12}, // five, two, five
+                 {"{\"record\":\"test\",", 3},
+                 {"{\"record\":\"test\",\"function\":\"ntksCRC32_8u\",", 1},
+                 {",\"result\":\"EXCPTFAIL\",\"message\":\"--NTK. Signal: Killed (SIGKILL). in "
+                  "ntkFunctionCalls\\n-- exception on test parameters:\\nntksCRC32_8u: "
+                  "CodeLength=65536 \"}\n",
+                  1},
+                 {"{\"record\":\"end\",\"tests\":3,\"failed\":1,\"complete\":true,", 1}};
+    for (const auto& c : cases) {
+        EXPECT_EQ(timesIn(records, c.begin), c.times) << c.begin << "\n" << records;
+    }
+    EXPECT_EQ(linesOf(records).size(), 17u);
+}
+
+// The program's line is on the terminal of ntkguard, whose words take its place.
+TEST_F(GuardOfLibrary, ProgressGoesOnWhereItWas) {
+    const auto runOn = [this](const std::string& deeds, bool onTerminal, Console console) {
+        return run(Texts{NTK_PERF_FILE} + quick + Texts{"-fCRC", "-l" + directory()},
+                   {.program = NTK_GUARD_FILE,
+                    .environment = {std::string("LD_LIBRARY_PATH=") + NTK_DEEDS_DIRECTORY,
+                                    "NTK_DEEDS=" + deeds},
+                    .console = console,
+                    .errorsOnTerminal = onTerminal});
+    };
+    const std::string errors = runOn("ntksCRC32_8u signal 9", true, Console::read).errors;
+    const struct {
+        std::string part;
+        int times;
+    } cases[] = {{"\r1/3 ntksCRC32C_8u\r", 1},
+                 {"\r2/3 ntksCRC32_8u, about 1 s left\r", 1},
+                 {"\r" + std::string(59, ' ') + "\rntkguard: ", 1},
+                 {"\r2/3 ntksCRC32_8u\r", 1}, // whose end the successor writes
+                 {"\r3/3 ntksCRC32_BZ2_8u", 1},
+                 {" is no program", 0}};
+    for (const auto& c : cases) {
+        EXPECT_EQ(timesIn(errors, c.part), c.times) << c.part << errors;
+    }
+    EXPECT_TRUE(errors.ends_with(" \r")) << errors;
+    EXPECT_EQ(runOn("", false, Console::read).errors, "");
+    EXPECT_EQ(timesIn(runOn("", true, Console::terminal).output, "\r"), 0);
+}
+
 // One signal to both, as from a terminal, is one signal.
 TEST_F(GuardOfLibrary, AnInterruptedRunEndsInOrder) {
     const Outcome outcome =

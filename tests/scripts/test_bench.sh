@@ -22,7 +22,7 @@ make_project() {
     mkdir -p "$project/build/release/bin" "$room/bin" "$corpus"
     cp -r "$here/../../scripts" "$project"
     touch "$project/CMakePresets.json" "$project/build/release/build.ninja"
-    cp "$here/ntkperf" "$project/build/release/bin"
+    cp "$here/ntkperf" "$here/ntkreport" "$project/build/release/bin"
     ln -s "$ntkguard" "$project/build/release/bin"
     printf '#!/bin/sh\necho installed\n' >"$room/bin/dpkg-query"
     printf '#!/bin/sh\necho "cmake $*"\n' | tee "$room/bin/cmake" >"$room/bin/ctest"
@@ -46,9 +46,14 @@ bench() {
     status=$?
 }
 
+# The runs that are in the page of a directory, "none" when there is no page.
+runs_in_page() {
+    cat "$1/report.html" 2>/dev/null || echo none
+}
+
 # The run whose results are there, or "none".
 run_in() {
-    sed -n 's/^Start,//p' "$1/ntkperf.csv" 2>/dev/null || echo none
+    sed -n 's/^Start,//p' "$1/ntkperf.csv" 2>/dev/null | paste -s -d + || echo none
 }
 
 test_help_and_unknown_arguments() {
@@ -109,18 +114,21 @@ test_results_move_when_new_ones_are_complete() {
     local table=$out/partial/ntkperf.csv
     run=first play=early bench
     expect "first run" "$status $output" \
-        "0 *Clocks of 1 functions*ntksAdler32_8u *40000*at 2000 MHz"
-    expect "first run, files" "$(ls "$out")" "ntkperf.csv
-ntkperf.txt
-ntkperf_sum.csv"
+        "0 *Clocks of 1 functions*ntksAdler32_8u *40000*at 2000 MHz
+
+== all of it as a page for your browser: $out/report.html"
+    expect "first run, files" "$(cd "$out" && echo *)" \
+        "ntkperf.csv ntkperf.jsonl ntkperf.txt ntkperf_sum.csv report.html"
     run=second bench
     expect "results" "$(run_in "$out") $(run_in "$out/previous")" "second first"
+    expect "pages" "$(runs_in_page "$out") $(runs_in_page "$out/previous")" "<p>second</p> <p>first</p>"
     run=third play=crashing bench
     expect "a crash" "$status $output" "1 *out/partial*ntkperf ended with status 3*"
     expect "the table of a crash" "$(run_in "$out/partial")" \
         "third  PARTIAL: the run was not finished (ntkperf ended with status 3)"
     expect "lines of its title" "$(grep -n '^Function' "$table")" "6:*"
     expect "its log" "$(tail -n 1 "$out/partial/ntkperf.txt")" "PARTIAL: *"
+    expect "its page" "$(runs_in_page "$out/partial")" "<p>third</p>"
     expect "its summary" "$(head -n 1 "$out/partial/ntkperf_sum.csv")" "*  PARTIAL: *"
     expect "results" "$(run_in "$out") $(run_in "$out/previous")" "second first"
 }
@@ -138,12 +146,68 @@ bench.sh: 2 of 3 tests failed; *"
     expect "results, with arguments" "$(run_in "$out") $(run_in "$out/previous")" "fifth second"
 }
 
-# interrupt SIGNAL PROCESS...: starts a run that hangs, interrupts it, sets status.
+test_several_passes() {
+    run=a play='' passes=3 bench --passes 3
+    expect "three passes" "$status $output" "0 *== pass 1 of 3
+*== pass 3 of 3
+*Clocks of 1 functions*
+Between the 3 passes the figures spread by 1.0% (the middle one of 3 cases),
+most of all those of ntksLZ_8u, by 12.6% on average
+== all of it as a page*"
+    expect "their rows" "$(grep -c '^ntksAdler32_8u' "$out/ntkperf.csv") $(run_in "$out")" "3 a+a+a"
+    expect "their log" "$(cat "$out/ntkperf.txt")" "log of a
+log of a
+log of a"
+    expect "their records" "$(grep -c '"record":"end"' "$out/ntkperf.jsonl")" 3
+    expect "their page" "$(runs_in_page "$out")" "<p>a</p><p>a</p><p>a</p>"
+    expect "files" "$(find "$out" -name '*pass*')" ""
+    run=b play=failing bench --passes=2
+    expect "failed tests of two passes" "$status $output" "1 *bench.sh: 2 of 3 tests failed; *"
+    for arguments in "--passes" "--passes 0" "--passes=x" "--passes 2 -fLZ4"; do
+        # shellcheck disable=SC2086 # words
+        bench $arguments
+        expect "$arguments" "$status $output" "2 *bench.sh: --passes *"
+    done
+}
+
+test_without_a_page_the_results_are_there() {
+    run=paged bench
+    REPORT=none run=pageless bench
+    expect "no page" "$status $output" "0 *== there is no page: ntkreport could not make it*"
+    expect "the results" "$(run_in "$out") $(runs_in_page "$out") $(runs_in_page "$out/previous")" \
+        "pageless none <p>paged</p>"
+    REPORT=1 run=odd bench
+    expect "something could not be read" "$(runs_in_page "$out") $status" "<p>odd</p> 0"
+}
+
+# watched COMMAND...: on a terminal, as script(1) makes one; sets output.
+watched() {
+    output=$(cd / && CORPUS=$corpus RUN=watched PLAY=${play:-} script -qec "$*" /dev/null </dev/null |
+        tr -d '\r')
+}
+
+test_a_terminal_shows_how_far_it_is_instead_of_the_log() {
+    local bench="'$project/scripts/bench.sh'"
+    watched "$bench"
+    expect "watched" "$output" "*results go to*1/3 how far it is*== log: *== all of it as a page*"
+    expect "the log of it" "$(grep -c '^ntkperf -B' <<<"$output") $(<"$out/ntkperf.txt")" \
+        "0 log of watched"
+    watched "$bench 2>&1 | cat"
+    expect "a pipe behind it" "$output" "*
+ntkperf -B*"
+    expect "a pipe behind it" "$(grep -c 'how far' <<<"$output")" 0
+    play=refusing watched "$bench"
+    expect "what was not written to the log" "$output" "*
+ntkperf -B *bench.sh: ntkperf ended without writing *"
+    expect "left" "$(find "$out" -name console)" ""
+}
+
+# interrupt SIGNAL PROCESS ARGUMENT...: starts a run that hangs, interrupts it, sets status.
 interrupt() {
     local script tries
     rm -f "$STARTED"
     set -m # a process group of its own, where SIGINT is not ignored
-    CORPUS=$corpus RUN=$1 PLAY=hanging "$project/scripts/bench.sh" >"$room/log" 2>&1 &
+    CORPUS=$corpus RUN=$1 PLAY=${play:-hanging} "$project/scripts/bench.sh" "${@:3}" >"$room/log" 2>&1 &
     script=$!
     set +m
     for ((tries = 0; tries < 600; ++tries)); do
@@ -175,6 +239,16 @@ test_an_interrupted_run_keeps_what_was_there() {
     run=sixth bench
     expect "after SIGKILL" "$status $(run_in "$out") $(run_in "$out/partial")" \
         "0 sixth KILL  PARTIAL: the run was not finished (killed)"
+}
+
+test_an_interrupted_pass_keeps_those_before_it() {
+    play=later interrupt TERM script --passes 3
+    expect "the second pass" "$status $output" "143 *pass 2 of 3*: $out/partial*"
+    expect "partial" "$(run_in "$out/partial")" \
+        "TERM+TERM  PARTIAL: the run was not finished (interrupted)"
+    expect "its summary" "$(grep -c PARTIAL "$out/partial/ntkperf_sum.csv")" 1
+    expect "its records" "$(grep -c '"record":"run"' "$out/partial/ntkperf.jsonl")" 2
+    expect "its page" "$(runs_in_page "$out/partial")" "<p>TERM</p><p>TERM</p>"
 }
 
 # Of a program whose second of five tests does not end, or does not bear to be called.
@@ -223,6 +297,10 @@ test_the_corpus_is_what_ntkperf_reads
 test_results_move_when_new_ones_are_complete
 test_failed_tests_are_told_and_replace_no_good_results
 test_an_interrupted_run_keeps_what_was_there
+test_an_interrupted_pass_keeps_those_before_it
 test_what_ends_ntkperf_costs_one_test
+test_several_passes
+test_without_a_page_the_results_are_there
+test_a_terminal_shows_how_far_it_is_instead_of_the_log
 test_the_overview
 ((failures == 0)) && echo "all passed"

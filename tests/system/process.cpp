@@ -124,8 +124,13 @@ struct Files {
         }
         const File& in = command.input ? inputFile : input.reader;
         posix_spawn_file_actions_adddup2(&actions, in.number(), STDIN_FILENO);
-        posix_spawn_file_actions_adddup2(&actions, errors.writer.number(), STDERR_FILENO);
         setConsole(command.console);
+        if (command.errorsOnTerminal && command.console != Console::terminal) {
+            errors = terminal(60);
+        }
+        const bool isSame = command.errorsOnTerminal && command.console == Console::terminal;
+        const File& err = isSame ? output.writer : errors.writer;
+        posix_spawn_file_actions_adddup2(&actions, err.number(), STDERR_FILENO);
     }
     ~Files() { posix_spawn_file_actions_destroy(&actions); }
     Files(const Files&) = delete;

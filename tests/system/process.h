@@ -21,6 +21,8 @@ struct Command {
     std::optional<std::string> input = {};     // none: a console at which nobody ever types
     std::vector<std::string> environment = {}; // NAME=value, beside what this process has
     Console console = Console::read;
+    // Standard error is a terminal of 60 columns, the same one where the console is one.
+    bool errorsOnTerminal = false;
 };
 
 struct Outcome {

@@ -149,6 +149,10 @@ const Check checks[] = {
     {"ntkperf -@quick.arg -fAdler -Unight",
      {in("night.csv", old + " Processor: "), in("night.csv", summary),
       in("night.csv", "\nEND_DATA\n")}},
+    {"ntkperf -@quick.arg -fAdler -xnight",
+     {in("night.jsonl", "{\"record\":\"run\",\"format\":\"ntkperf\",\"version\":1,"),
+      in("night.jsonl", "{\"record\":\"measurement\",\"function\":\"ntksAdler32_8u\",", 5),
+      in("night.jsonl", "{\"record\":\"end\",\"tests\":1,\"failed\":0,")}},
     {"ntkperf -@quick.arg -fAdler -gdone", {in("done.end", "00:00:0"), in("done.end", "\n", 3)}},
     {"ntkperf -@quick.arg -fAdler -nnight -o -r -u -q -g",
      {in("night.txt", "PS Summary\n"), in("night.csv", adler), in("night_sum.csv", summary),
@@ -209,8 +213,8 @@ const Check checks[] = {
     {"ntkperf -B -fAdler -dCodeLength=16384 -rnight -c1 -j200000",
      {in("night.csv", ",nLps=200000,")}},
     {"ntkperf -?",
-     {{"QUICK HELP with hidden keys\n-B   "}, {"\n-W="}, {"\n-c["}, {"\n-j["}, {"\n-?   "}}},
-    {"ntkperf -??", {{"EXTENDED HELP with hidden keys\n"}, {hidden, 4}, {"If several -F keys"}}},
+     {{"QUICK HELP with hidden keys\n-B   "}, {"\n-x["}, {"\n-W="}, {"\n-c["}, {"\n-j["}, {"\n-?   "}}},
+    {"ntkperf -??", {{"EXTENDED HELP with hidden keys\n"}, {hidden, 5}, {"If several -F keys"}}},
     {"ntkperf -?c", {{"EXTENDED KEY HELP\n-c[<num-ms>] "}, {"If num-ms is less than 1"}}},
 };
 

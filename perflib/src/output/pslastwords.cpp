@@ -3,6 +3,8 @@
 #include <cstddef>
 #include <unistd.h>
 
+#include "psterminalline.h"
+
 namespace {
 constexpr int mostFiles = 16;
 constexpr int none = -1;
@@ -32,6 +34,7 @@ void psRemoveLastWordsFile(int file) {
 }
 
 void psSayLastWords(const char* const* parts, int count) {
+    psClearTerminalLine();
     char text[512];
     size_t length = 0;
     for (int i = 0; i < count; ++i) {

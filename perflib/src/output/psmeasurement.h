@@ -21,7 +21,8 @@ struct psTimes {
 // what is here.
 struct psMeasurement {
     psString function;
-    psString types; // of the function's operands, "8u16u"; empty for tests without a primitive
+    psString source; // the file of the test, without ending
+    psString types;  // of the function's operands, "8u16u"; empty for tests without a primitive
     // What the parameters stand on, in the order of their loops: the name of the combination.
     psNamedValues parameters;
     // What the test adds under the names of table columns: "Length" really measured, "Ratio" ...

@@ -137,6 +137,9 @@ void psOStream::writeTo(const psString& text, Side side) {
     if ((m_msgLevel & m_outLevel) == 0 || text.empty()) {
         return;
     }
+    if (m_faults && side != toConsole && (m_msgLevel & (PS_ERR | PS_WARN)) != 0) {
+        *m_faults << text;
+    }
     if (m_holding) {
         m_held.append({text, side});
         return;

@@ -65,6 +65,8 @@ public:
     // Likewise, but to one side only: text for the log files, or as it fits the console.
     void writeToLogs(const psString& text);
     void writeToConsole(const psString& text);
+    // While text is not null, what the log gets as an error or a warning is added to it, too.
+    void copyFaultsTo(psString* text) { m_faults = text; }
     int streamCount() const { return m_streams.count(); }
     // What is written from now on is held back, until it is shown or dropped.
     void hold() { m_holding = true; }
@@ -83,6 +85,7 @@ private:
         psString text;
         Side side;
     };
+    psString* m_faults = nullptr;
     bool m_holding = false;
     psList<Held> m_held;
     psList<o_stream*> m_streams;

@@ -202,6 +202,21 @@ bool o_stream::flush() {
     return !file || fflush(file) == 0 || fail();
 }
 
+// With one call where the file takes all of it: a process that is killed has written the text or
+// has not.
+static bool writeAtOnce(int file, const psString& text) {
+    const char* begin = text.c_str();
+    const char* const end = begin + text.length();
+    while (begin < end) {
+        const ssize_t written = ::write(file, begin, static_cast<size_t>(end - begin));
+        if (written < 0 && errno != EINTR) {
+            return false;
+        }
+        begin += written > 0 ? written : 0;
+    }
+    return true;
+}
+
 bool o_stream::writeWhole(const psString& text) {
     FILE* const file = target();
     if (!file) {
@@ -212,7 +227,7 @@ bool o_stream::writeWhole(const psString& text) {
     }
     struct stat before;
     const bool canCut = fstat(fileno(file), &before) == 0 && S_ISREG(before.st_mode);
-    const bool whole = write(text) && flush();
+    const bool whole = writeAtOnce(fileno(file), text) || fail();
     if (!whole && canCut && ftruncate(fileno(file), before.st_size) != 0) {
         m_failure = errno; // worse than the first reason: a torn line stays
     }

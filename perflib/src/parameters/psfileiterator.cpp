@@ -6,6 +6,8 @@
 #include "psostream.h"
 #include "psstream.h"
 
+constinit psFileListener g_fileListener = nullptr;
+
 static int refuse(const psString& file, const psString& reason) {
     g_ostrm << PS_ERR << "-- Can't read file " << file << ": " << reason << "\n" << PS_END_FLUSH;
     return 0;
@@ -18,6 +20,9 @@ int psFileIterator::readData(void* buffer, int length, int divisor) const {
     }
     if (file.isWrittenHere()) {
         return refuse(value(), "this run writes it");
+    }
+    if (g_fileListener) {
+        g_fileListener(value());
     }
     const int got = file.read(buffer, length);
     if (file.failed()) {

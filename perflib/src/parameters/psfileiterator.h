@@ -14,3 +14,7 @@ public:
     // again.
     int readData(void* buffer, int length, int divisor) const;
 };
+
+// Called with the name of each file that readData has opened, before it is read; null: nobody asks.
+using psFileListener = void (*)(const psString& file);
+extern psFileListener g_fileListener;

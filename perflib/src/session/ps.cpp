@@ -7,8 +7,10 @@
 #include "psguarded.h"
 #include "psinterruption.h"
 #include "psistream.h"
+#include "psjsonrecords.h"
 #include "psmissing.h"
 #include "psremarks.h"
+#include "psshowprogress.h"
 #include "psoptionutil.h"
 #include "psreport.h"
 #include "psreportformat.h"
@@ -151,11 +153,50 @@ int psSession::runTests() {
         g_pHotList = new psStringList;
     }
     putTableTitle();
+    psShowProgress();
+    beginRecords();
     watchSignals();
     const int result = pTestList->runTests(m_conditions);
     pTestList->setEndTime(time(nullptr));
     closeTests();
     return result;
+}
+
+// The files that a common parameter names now. What a test's own section or an answer before the
+// test puts in its place is told when it is read.
+static psStringList inputFiles() {
+    psStringList files;
+    if (!g_pInputParms || !g_pParmList) {
+        return files;
+    }
+    for (const psParameter* const parm : *g_pParmList) {
+        for (const psInputParm& input : *g_pInputParms) {
+            if (input.name == parm->name()) {
+                parm->defaultString().parse(files, ";");
+            }
+        }
+    }
+    for (psString& file : files) {
+        file.trim();
+    }
+    return files;
+}
+
+void psSession::beginRecords() {
+    if (!g_pRecordWriters) {
+        return;
+    }
+    psRunPlan plan{pTestList->startTime(),
+                   {},
+                   inputFiles(),
+                   pTestList->countToRun(m_conditions),
+                   psContinuesRun()};
+    for (const psCommandKey& command : m_commands) {
+        if (command.key() != ' ') {
+            plan.keys.append("-" + psString(command.key()) + command.arg());
+        }
+    }
+    psTellRecordWriters([&](psRecordWriter& writer) { writer.begin(plan); });
 }
 
 void psSession::closeTests() {
@@ -167,6 +208,7 @@ void psSession::closeTests() {
         warnUnusedSettings();
     }
     outputFooter();
+    psTellRecordWriters([](psRecordWriter& writer) { writer.end(*pTestList); });
     psNoteSummaryWritten();
 }
 
@@ -181,6 +223,7 @@ void psSession::finish() {
     delete pTestList;
     pTestList = nullptr;
     g_ostrm.flush();
+    g_records.close();
     g_cstrm.close();
     g_ustrm.close();
     g_nstrm.close();

@@ -151,6 +151,7 @@ private:
     void collectLibInfo();
     bool sortTests();
     int runTests();
+    void beginRecords();
     void closeTests();
     void declareCommonParms();
     void warnUnusedPresets();

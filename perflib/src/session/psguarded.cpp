@@ -18,14 +18,14 @@
 
 namespace {
 
-// The file whose number the variable holds; -1 when it holds none. Processes that the library may
-// start have nothing to do with it.
-int inheritedFile(const char* variable) {
+// The file, of this type, whose number the variable holds; -1 when it holds none. Processes that
+// the library may start have nothing to do with it.
+int inheritedFile(const char* variable, mode_t type = S_IFREG) {
     const char* const text = getenv(variable);
     const int file = text ? atoi(text) : -1;
     unsetenv(variable);
     struct stat status = {};
-    if (file <= STDERR_FILENO || fstat(file, &status) != 0 || !S_ISREG(status.st_mode)) {
+    if (file <= STDERR_FILENO || fstat(file, &status) != 0 || (status.st_mode & S_IFMT) != type) {
         return -1;
     }
     fcntl(file, F_SETFD, FD_CLOEXEC);
@@ -324,6 +324,7 @@ void Guarded::put(const psString& text) const {
 
 std::unique_ptr<Guarded> g_guarded;
 constinit int g_file = -1;
+constinit int g_terminal = -1;
 
 // In a signal handler.
 void tellSignal() {
@@ -335,6 +336,7 @@ void tellSignal() {
 void psConnectGuard() {
     const int file = inheritedFile(progress::fileVariable);
     const int past = inheritedFile(progress::pastVariable);
+    g_terminal = inheritedFile(progress::terminalVariable, S_IFCHR);
     if (file < 0) {
         return;
     }
@@ -343,6 +345,10 @@ void psConnectGuard() {
     g_file = file;
     psInterruption::setListener(tellSignal);
     g_istrm.setMemory(g_guarded.get());
+}
+
+int psTerminalOfGuard() {
+    return g_terminal;
 }
 
 bool psContinuesRun() {

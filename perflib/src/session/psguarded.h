@@ -5,6 +5,9 @@
 // Without a watcher, the usual case, nothing here does anything.
 
 void psConnectGuard(); // at the start of the run
+// The terminal that the watcher's standard error is, an open file; -1: it is none. That of this
+// process goes through the watcher.
+int psTerminalOfGuard();
 // An earlier process of the run has made the outputs, with title and name line.
 bool psContinuesRun();
 // Makes what is added to such an output begin on a line of its own.

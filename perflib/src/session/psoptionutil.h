@@ -75,7 +75,7 @@ psString psDefaultPathText(char dirKey, const psString& extension);
 
 // The keys of the harness. Each fills its part of the table, in the order of the help.
 void psInitInputOptions(psOptionList& options);     // B A d i I P
-void psInitOutputOptions(psOptionList& options);    // o O L J r R q Q u U g
+void psInitOutputOptions(psOptionList& options);    // o O L J r R q Q u U x g
 void psInitDirectoryOptions(psOptionList& options); // n p l
 void psInitSelectOptions(psOptionList& options);    // f t m k F
 void psInitMeasureOptions(psOptionList& options);   // Y H W T S C s

@@ -1,5 +1,6 @@
 // Keys for what is written and where: log, tables, signal file, and how much of it.
 #include "pscstream.h"
+#include "psjsonrecords.h"
 #include "psoptionutil.h"
 #include "pstool.h"
 
@@ -28,6 +29,10 @@ constexpr OutputFile nameFile = {'q',         0,           "function parameter n
                                  "_name.csv", "_name.csv", addTable<g_nstrm>};
 constexpr OutputFile summaryFile = {'u',    'U',        "summary table",
                                     ".csv", "_sum.csv", addTable<g_ustrm>};
+bool addRecords(const psString& path, bool append) {
+    return g_records.addStream(path, append);
+}
+constexpr OutputFile recordsFile = {'x', 0, "records for programs", ".jsonl", ".jsonl", addRecords};
 constexpr const char* signalUse = "the end signal";
 
 psString outputPath(const OutputFile& file, const psString& argument) {
@@ -69,12 +74,13 @@ void openFile(const psString& argument, psSession* session) {
 }
 
 template <psOptionUse Use, const OutputFile& File, bool Append>
-void addFileOption(psOptionList& options, char key, const psString& help) {
+void addFileOption(psOptionList& options, char key, const psString& help, bool hidden = false) {
     const psString keys = "-" + psString(key);
     psAddOption<Use, fileInfo<File, Append>, openFile<File, Append>>(
         options, key, help,
         psDefaultPathText('l', File.defaultExtension) +
-            psAllFilesText(keys, Append ? "opened" : "created"));
+            psAllFilesText(keys, Append ? "opened" : "created"),
+        hidden);
 }
 
 // Bits of an output level and what each lets through.
@@ -189,6 +195,14 @@ void initLogOptions(psOptionList& options) {
         "No timing method needs this number at present\n" + psCountText('J', "min-loops"));
 }
 
+void initRecordOptions(psOptionList& options) {
+    addFileOption<PS_USED_IN_RUN, recordsFile, false>(
+        options, 'x',
+        "-x[<file-name>]  = create jsonl-file and write records for programs, a JSON object a "
+        "line\n",
+        true);
+}
+
 void initTableOptions(psOptionList& options) {
     addFileOption<PS_USED_IN_LIST, resultFile, false>(
         options, 'r', "-r[<file-name>]  = create csv-file and write PS results\n");
@@ -219,6 +233,7 @@ void initTableOptions(psOptionList& options) {
 void psInitOutputOptions(psOptionList& options) {
     initLogOptions(options);
     initTableOptions(options);
+    initRecordOptions(options);
     // Not tied to a run: the file is written at the end of every session.
     options.initOption('g',
                        "-g[<file-name>]  = create signal file at the end of the whole testing\n",

@@ -9,7 +9,6 @@
 #include "psblockspace.h"
 #include "pscpufeatures.h"
 #include "psloaded.h"
-#include "psmissing.h"
 
 namespace {
 // Of <linux/personality.h>: address-space randomisation is switched off.
@@ -26,15 +25,6 @@ const char* aslrText(int personalityFlags) {
            "Results can be unstable.\n";
 }
 } // namespace
-
-// Null when the build lacks the function that tells.
-static const NtkLibraryVersion* versionBy(psVersionHook hook) {
-    try {
-        return hook();
-    } catch (const psMissingFunction&) {
-        return nullptr;
-    }
-}
 
 void psSession::prepareLibrary() {
     if (ntkEnvironment) {
@@ -116,12 +106,8 @@ void psSession::collectLibInfo() {
     if (!ntkVersionList) {
         return;
     }
-    for (const psVersionHook hook : *ntkVersionList) {
-        const NtkLibraryVersion* const version = versionBy(hook);
-        if (version) {
-            psRegLibInfo(psString(version->name) + ", " + version->version + ", " +
-                         version->buildDate);
-        }
+    for (const NtkLibraryVersion* const version : psLibraryVersions()) {
+        psRegLibInfo(psString(version->name) + ", " + version->version + ", " + version->buildDate);
     }
     if (m_cpuFeatures) {
         psRegLibInfo(enabledFeaturesText());

@@ -1,7 +1,10 @@
 #include "psbase.h"
 
+#include <algorithm>
 #include <string>
 #include <unordered_set>
+
+#include "psmissing.h"
 
 // Plain pointers without initialisers to run: they are null before the first static initialiser
 // of any file, and the first call that needs a list makes it.
@@ -119,6 +122,23 @@ void psRegParmColumn(const psString& name) {
 
 void psRegRecordWriter(psRecordWriter& writer) {
     made(g_pRecordWriters).append(&writer);
+}
+
+psList<const NtkLibraryVersion*> psLibraryVersions() {
+    psList<const NtkLibraryVersion*> versions;
+    if (!ntkVersionList) {
+        return versions;
+    }
+    for (const psVersionHook hook : *ntkVersionList) {
+        try {
+            const NtkLibraryVersion* const version = hook();
+            if (version && std::find(versions.begin(), versions.end(), version) == versions.end()) {
+                versions.append(version);
+            }
+        } catch (const psMissingFunction&) { // the build is without it
+        }
+    }
+    return versions;
 }
 
 void psRegInputParm(const psString& name, const psStringList& files) {

@@ -33,6 +33,8 @@ void psRegLibFunction(const psString& name);
 // a few unnamed ones.
 void psRegParmColumn(const psString& name);
 void psRegRecordWriter(psRecordWriter& writer);
+// What the registered hooks tell, each once, less those of a build that lacks the function.
+psList<const NtkLibraryVersion*> psLibraryVersions();
 // The values of the parameter are names of files that tests read, these if the user gives no
 // others: no output of a session may be one of them.
 void psRegInputParm(const psString& name, const psStringList& files);

@@ -1,5 +1,7 @@
 #include "pstestlist.h"
 
+#include <chrono>
+
 #include "pscacheiterator.h"
 #include "pscond.h"
 #include "psmissing.h"
@@ -7,6 +9,7 @@
 #include "psinterruption.h"
 #include "psistream.h"
 #include "psostream.h"
+#include "psrecordwriter.h"
 #include "psrunwatch.h"
 #include "pstest.h"
 #include "pstestformat.h"
@@ -95,6 +98,11 @@ static psString noSectionText() {
     return "-P key finds no section of a selected test in ini-file " + ini.name();
 }
 
+// With "-P" by the settings file.
+static bool isNamed(const psTest& test) {
+    return !psTest::m_pressing || g_istrm.sectionExist(test.functionName());
+}
+
 // The settings file does not name it.
 static bool isRefused(const psTest& test, psResult result) {
     return result == PS_UNDEFINED && test.result() == PS_OK;
@@ -105,9 +113,19 @@ psResult psTestList::runTest(psTest& test) {
     if (g_runWatch) {
         g_runWatch->testBegins(test);
     }
+    if (isNamed(test)) {
+        psTellRecordWriters([&](psRecordWriter& writer) { writer.testBegins(test); });
+    }
+    const auto begin = std::chrono::steady_clock::now();
     const psResult result = test.run();
+    const std::chrono::duration<double> span = std::chrono::steady_clock::now() - begin;
+    const bool refused = isRefused(test, result);
+    if (!refused) {
+        psTellRecordWriters(
+            [&](psRecordWriter& writer) { writer.testEnds(test, result, span.count()); });
+    }
     if (g_runWatch) {
-        g_runWatch->testEnds(result, isRefused(test, result));
+        g_runWatch->testEnds(result, refused);
     }
     m_pCurrentTest = nullptr;
     return result;
@@ -126,6 +144,18 @@ void psTestList::tellMissing(const psConditions& conditions) const {
                 << ": the tests that call one of these fail, all others run\n"
                 << PS_END_FLUSH;
     }
+}
+
+int psTestList::countToRun(const psConditions& conditions) const {
+    bool isReached = m_startFunc.empty();
+    int number = 0;
+    for (psTest* const test : *this) {
+        if (test && test->tobeRun(conditions)) {
+            isReached = isReached || test->functionName().contains(m_startFunc);
+            number += isReached && isNamed(*test) ? 1 : 0;
+        }
+    }
+    return number;
 }
 
 bool psTestList::runTests(const psConditions& conditions) {

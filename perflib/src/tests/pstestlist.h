@@ -25,6 +25,8 @@ public:
     void startWithCpuTest();
     // Keeps in parms only those that some selected test uses.
     void selectCommonParms(const psConditions& conditions, psList<psParameter*>& parms);
+    // How many runTests() will run.
+    int countToRun(const psConditions& conditions) const;
     // True when any test failed. Counts anew.
     bool runTests(const psConditions& conditions);
     void plus(psResult result); // counts one finished test

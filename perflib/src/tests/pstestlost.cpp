@@ -2,6 +2,7 @@
 // in this process, and with a line of the table, as nothing else there tells of the combination.
 
 #include "pscstream.h"
+#include "psrecordwriter.h"
 #include "psreporttest.h"
 #include "psrunwatch.h"
 #include "pstable.h"
@@ -11,6 +12,7 @@
 psRunWatch* g_runWatch = nullptr;
 
 void psTest::reportLost(const psLostTest& lost) {
+    psTellRecordWriters([this](psRecordWriter& writer) { writer.testBegins(*this); });
     beginRun();
     m_startTime = lost.startTime;
     m_measured = lost.hasMeasured;
@@ -27,6 +29,8 @@ void psTest::reportLost(const psLostTest& lost) {
     }
     putLostRow(lost);
     endRun();
+    const double seconds = difftime(m_endTime, m_startTime);
+    psTellRecordWriters([&](psRecordWriter& writer) { writer.testEnds(*this, m_result, seconds); });
 }
 
 void psTest::putLostRow(const psLostTest& lost) {

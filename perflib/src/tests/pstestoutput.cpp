@@ -160,11 +160,7 @@ void psTest::outputResult(psResult r) {
         putTableResult(r);
     }
     m_disturbances.count(*m_record);
-    if (g_pRecordWriters) {
-        for (psRecordWriter* writer : *g_pRecordWriters) {
-            writer->write(*m_record);
-        }
-    }
+    psTellRecordWriters([this](psRecordWriter& writer) { writer.write(*m_record); });
     m_record.reset();
 }
 
@@ -186,6 +182,7 @@ psMeasurement psTest::record(psResult r) {
     }
     psMeasurement m;
     m.function = m_function;
+    m.source = m_source;
     m.types = typeNames();
     m.parameters = parameterValues();
     addValues(m.values);

@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstring>
+#include <sys/socket.h>
 #include <sys/stat.h>
 
 #include <gtest/gtest.h>
@@ -100,6 +101,26 @@ TEST(OutputStream, AFailedWholeLineLeavesNoPart) {
     EXPECT_TRUE(stream.writeWhole("dropped\n"));
     stream.close();
     EXPECT_EQ(readFile(name.c_str()), "first line\n");
+}
+
+// The reader of such a socket gets each write apart: a process that is killed between two would
+// leave a part.
+TEST(OutputStream, AWholeLineOfAnyLengthIsOneWrite) {
+    int ends[2];
+    ASSERT_EQ(socketpair(AF_UNIX, SOCK_SEQPACKET, 0, ends), 0);
+    const int saved = dup(STDOUT_FILENO);
+    dup2(ends[0], STDOUT_FILENO);
+    psString line;
+    line.resize(50000, 'x');
+    o_stream stream;
+    const bool isWritten = stream.writeWhole(line);
+    dup2(saved, STDOUT_FILENO);
+    std::string got(60000, '\0');
+    EXPECT_EQ(recv(ends[1], got.data(), got.size(), MSG_DONTWAIT), 50000);
+    EXPECT_TRUE(isWritten);
+    for (const int file : {saved, ends[0], ends[1]}) {
+        close(file);
+    }
 }
 
 // A second stream on the same standard output goes on where the last whole line ended.

@@ -46,6 +46,7 @@ TEST(Options, EffectAndReportOfUnusualArguments) {
         {'R', "a.b", nullptr, "add PS results to file DIRa.b"},
         {'q', "a", nullptr, "create file DIRa_name.csv and write function parameter name lines"},
         {'u', "", nullptr, "create file DIRprog_sum.csv and write summary table"},
+        {'x', "", nullptr, "create file DIRprog.jsonl and write records for programs"},
         {'q', "+", "names=1", "ignored: neither of -r and -R key present"},
         {'Q', "", "", "ignored: no -q key present"},
         {'g', "/x/y", "end=/x/y", "create file /x/y at the end of PS work"},
@@ -184,7 +185,7 @@ TEST(Options, Help) {
         return keys;
     };
     const std::string shown = "BAdiIPoOLJrRqQuUgnplftmkFYHTSCsev@h";
-    const std::string all = "BAdiIPoOLJrRqQuUgnplftmkFYHWTSCsev@hcj?";
+    const std::string all = "BAdiIPoOLJrRqQuUxgnplftmkFYHWTSCsev@hcj?";
     const auto textOf = [](char key, bool hidden) {
         const Captured output(PS_OUT_ERR);
         OptionSession session;

@@ -64,6 +64,23 @@ TEST_F(Records, MembersBecomeWhatTheyStandFor) {
     EXPECT_EQ(its.tests[0].seconds, 1.5);
 }
 
+TEST_F(Records, WhatTheFirstLineDidNotKnowFollows) {
+    const std::string file =
+        R"({"record":"file","name":"own","path":"/own","bytes":7,"crc32":"0a"})";
+    const std::string unknown = R"({"record":"run","version":1,"machine":{"ticks_mhz":null}})";
+    const std::string known = R"({"record":"run","version":1,"machine":{"ticks_mhz":1000}})";
+    const std::string last = R"({"record":"end","complete":true,"ticks_mhz":2600})";
+    const std::string line = "\n";
+    const Reading reading = read(unknown + line + file + line + measurement + last + line + known +
+                                 line + measurement + last + line);
+    ASSERT_EQ(reading.runs.size(), 2u);
+    EXPECT_EQ(reading.runs[0].facts.ticksMHz, 2600);
+    EXPECT_EQ(reading.runs[1].facts.ticksMHz, 1000);
+    ASSERT_EQ(reading.runs[0].facts.corpus.size(), 1u);
+    EXPECT_EQ(reading.runs[0].facts.corpus[0].name, "own");
+    EXPECT_EQ(reading.runs[0].facts.corpus[0].bytes, 7);
+}
+
 TEST_F(Records, WhatIsNotKnownIsEmptyAndWhatIsNewIsPassedOver) {
     const Reading reading = read(
         R"({"record":"run","version":1,"machine":{"processor":null,"ticks_mhz":null},"more":[{}]})"
