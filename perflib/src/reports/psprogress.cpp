@@ -32,7 +32,7 @@ psString psAboutText(double seconds) {
         return psText(rounded(seconds, 5)) + " s";
     }
     const long long minutes = rounded(seconds, minute) / minute;
-    if (seconds < hour - minute / 2) {
+    if (minutes < hour / minute) {
         return psText(minutes) + " min";
     }
     const long long tens = rounded(seconds, 10 * minute) / minute;

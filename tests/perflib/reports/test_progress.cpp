@@ -50,7 +50,8 @@ TEST(Progress, IsRenewedWhenATestBeginsAndInALongOneOnceASecond) {
     std::vector<std::string> shown;
     psProgress progress([&] { return now; },
                         [&](const psString& text) { shown.emplace_back(text.c_str()); });
-    const auto runTest = [&](PlainTest& test, psResult result, std::vector<double> measured) {
+    const auto runTest = [&](PlainTest& test, psResult result,
+                             const std::vector<double>& measured) {
         progress.testBegins(test);
         const double begin = now;
         for (const double seconds : measured) {
