@@ -186,18 +186,23 @@ TEST_F(Records, TheFileIsOneAsAnyOther) {
     const struct {
         Texts keys;
         const char* said;
+        bool ends; // the session, before its first test
     } cases[] = {
-        {{"-dCodeFile=data.x", "-x./data.x"}, "is already used for the input data of the tests"},
-        {{"-rsame.x", "-xsame.x"}, "same.x is already used for PS results (-r key)\n"},
+        {{"-dCodeFile=data.x", "-x./data.x"},
+         "is already used for the input data of the tests",
+         true},
+        {{"-rsame.x", "-xsame.x"}, "same.x is already used for PS results (-r key)\n", true},
         {{"-xsame.x", "-ga", "-usame.x"},
-         "same.x is already used for records for programs (-x key)"},
-        {{"-xmissing/file"}, "-- Can't open file "},
-        {{"-x/dev/full"}, "-- Can't write to file /dev/full: No space left on device\n"},
+         "same.x is already used for records for programs (-x key)",
+         true},
+        {{"-xmissing/file"}, "-- Can't open file ", true},
+        {{"-x/dev/full"}, "-- Can't write to file /dev/full: No space left on device\n", false},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.keys.back());
         const Outcome outcome = runWell(quick + Texts{crc} + c.keys);
         EXPECT_EQ(timesIn(outcome.output, c.said), 1) << outcome.output;
+        EXPECT_EQ(timesIn(outcome.output, "PS Summary"), c.ends ? 0 : 1) << outcome.output;
         EXPECT_EQ(text("data.x"), "the only copy");
     }
     ASSERT_EQ(mkfifo(path("pipe.x").c_str(), 0600), 0);
