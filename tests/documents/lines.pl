@@ -4,7 +4,7 @@
 #   perl lines.pl --exact SHOWN WHOLE
 #
 # Each line of the file SHOWN has to be in the file WHOLE, behind the line before it. "..." stands
-# for any lines; lines about disturbances depend on what else the machine does, and are passed over.
+# for any lines, and at the end of a line for the rest of it; lines about disturbances depend on what else the machine does, and are passed over.
 # Prints the first line that is not there, and fails.
 
 use strict;
@@ -30,11 +30,17 @@ sub lines_of {
     return map { plain($_) } <$in>;
 }
 
+# fits SHOWN LINE
+sub fits {
+    my ($shown, $line) = @_;
+    return $shown =~ /^(.*\S) ?\.\.\.$/ ? index($line, $1) == 0 : $shown eq $line;
+}
+
 my $disturbance = qr/^spread=|^ Note : 0 of 0 measurements|^ To measure again: |^ \(taskset /;
 my @whole = lines_of($ARGV[1]);
 for my $line (lines_of($ARGV[0])) {
     next if $line =~ /^\s*(?:\.\.\.)?$/ || $line =~ $disturbance;
-    shift @whole while @whole && $whole[0] ne $line;
+    shift @whole while @whole && !fits($line, $whole[0]);
     if (!@whole) {
         print "-- not there, or not at this place: $line\n";
         exit 1;

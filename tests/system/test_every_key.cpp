@@ -213,7 +213,12 @@ const Check checks[] = {
     {"ntkperf -B -fAdler -dCodeLength=16384 -rnight -c1 -j200000",
      {in("night.csv", ",nLps=200000,")}},
     {"ntkperf -?",
-     {{"QUICK HELP with hidden keys\n-B   "}, {"\n-x["}, {"\n-W="}, {"\n-c["}, {"\n-j["}, {"\n-?   "}}},
+     {{"QUICK HELP with hidden keys\n-B   "},
+      {"\n-x["},
+      {"\n-W="},
+      {"\n-c["},
+      {"\n-j["},
+      {"\n-?   "}}},
     {"ntkperf -??", {{"EXTENDED HELP with hidden keys\n"}, {hidden, 5}, {"If several -F keys"}}},
     {"ntkperf -?c", {{"EXTENDED KEY HELP\n-c[<num-ms>] "}, {"If num-ms is less than 1"}}},
 };
