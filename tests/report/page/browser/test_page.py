@@ -351,6 +351,7 @@ class PageTest(unittest.TestCase):
         for canvas in self.find_all("canvas"):
             if canvas.is_displayed():
                 self.assertGreater(self.driver.execute_script(painted, canvas)[0], 0)
+                self.assertLessEqual(canvas.size["width"], 700) # as wide as paper
 
     def test_many_rows(self):
         self.open("rows")
