@@ -21,6 +21,7 @@ function applyTheme() {
     } else {
         delete dataset.theme;
     }
+    document.documentElement.classList.toggle("printing", isPrinting);
     byId("theme").textContent = isDark() ? "Light" : "Dark";
     byId("theme").setAttribute("aria-label", isDark() ? "Light colours" : "Dark colours");
     Chart.defaults.color = colour("muted");

@@ -268,8 +268,9 @@ Report rows(int count) {
         Method other = one;
         other.function = "ntksEncodeNumber" + std::to_string(i / 100) + "_8u";
         other.family = "Family " + std::to_string(i / 2000);
-        group.cases.push_back(caseOf(other, corpus[static_cast<std::size_t>(i) % 5].name,
-                                     1024.0 * (1 + i % 100 / 5), 1));
+        const int kibibytes = 1 + i % 100 / 5;
+        group.cases.push_back(
+            caseOf(other, corpus[static_cast<std::size_t>(i) % 5].name, 1024.0 * kibibytes, 1));
         addSamples(group.cases.back(), 1 + i % 977, group.runs);
     }
     return report;

@@ -271,7 +271,8 @@ class PageTest(unittest.TestCase):
 
     def test_address_of_another_report(self):
         self.open("plain", "#data=gone&f=ntksGone_8u&page=x&group=7&cmp=9&c=gone&v=gone&at=gone&unknown=1")
-        self.assertEqual("", self.find("#data-choice").get_attribute("value"))
+        self.assertIn("over all 6 files", self.text(".card h2"))
+        self.assertEqual("BWTFwd_8u", self.text(".card .figure"))
         self.assertIn("ntksEncodeLZ4_8u", self.text("#lengths figure h3"))
 
     # ---- How it looks and what it needs
@@ -350,6 +351,7 @@ class PageTest(unittest.TestCase):
         for canvas in self.find_all("canvas"):
             if canvas.is_displayed():
                 self.assertGreater(self.driver.execute_script(painted, canvas)[0], 0)
+                self.assertLessEqual(canvas.size["width"], 700) # as wide as paper
 
     def test_many_rows(self):
         self.open("rows")
