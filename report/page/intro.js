@@ -2,16 +2,21 @@
 
 const months = "Jan Feb Mar Apr May Jun Jul Aug Sep Oct Nov Dec".split(" ");
 
-// As it was written there, not in the time of where it is read.
+// As it was written there, not in the time of where it is read: "2026-11-22T03:36:15+00:00" of
+// records, "Sun Nov 22 03:36:15 2026" of tables.
 function dayText(started) {
-    const [, year, month, day, time] = /^(\d{4})-(\d\d)-(\d\d)T(\d\d:\d\d)/.exec(started) ?? [];
-    return year ? `${Number(day)}\u00a0${months[month - 1]}\u00a0${year}, ${time}` : started;
+    const found = started.match(/^(?<year>\d{4})-(?<month>\d\d)-(?<day>\d\d)T(?<time>\d\d:\d\d)/) ??
+        started.match(/^\w{3} (?<name>\w{3}) +(?<day>\d+) (?<time>\d\d:\d\d):\d\d (?<year>\d{4})$/);
+    const {year, month, name, day, time} = found?.groups ?? {};
+    return year ? `${Number(day)}\u00a0${name ?? months[month - 1]}\u00a0${year}, ${time}` : started;
 }
+
+const inOrder = days => [...days].sort((a, b) => Date.parse(a) - Date.parse(b));
 
 const known = values => [...new Set(values.filter(Boolean))];
 
 function whenText() {
-    const days = known(report.runs.map(run => run.started)).sort().map(dayText);
+    const days = known(inOrder(report.runs.map(run => run.started)).map(dayText));
     if (days.length === 0) {
         return "";
     }
@@ -53,7 +58,7 @@ function corpusText() {
 function comparedText() {
     const {comparisons} = report;
     const machines = known(comparisons.map(one => one.machine));
-    const days = known(comparisons.map(one => one.started)).sort().map(dayText);
+    const days = known(inOrder(comparisons.map(one => one.started)).map(dayText));
     return comparisons.length === 0 ? "" :
         `Two builds of a data-compression library, compared call by call by ntkcompare` +
         (machines.length ? ` on ${machines.join(" and on ")}` : "") +

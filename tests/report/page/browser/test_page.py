@@ -188,6 +188,10 @@ class PageTest(unittest.TestCase):
         heads = [head.text for head in self.find_all("#lengths thead th")]
         self.assertEqual(["Data", "16K", "32K", "64K", "128K", "256K"], heads[:6])
 
+    def test_days_of_records_and_tables(self):
+        self.open("faults")
+        self.assertIn("between 9 Nov 2026, 23:05 and 10 Nov 2026, 03:36", self.text("#what").replace("\u00a0", " "))
+
     def test_comparison(self):
         self.open("builds")
         answer = self.text("#comparison-answer")
