@@ -62,13 +62,21 @@ template <class Take> void takeLines(std::string& text, Take take) {
     text.erase(0, begin);
 }
 
+bool isIgnored(int signal) {
+    struct sigaction action;
+    return sigaction(signal, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
+}
+
 } // namespace
 
 Signals::Signals() {
+    signal(SIGCHLD, SIG_DFL); // ignored, it would take the ends of processes away
     sigset_t set;
     sigemptyset(&set);
     for (const int signal : {SIGCHLD, SIGINT, SIGTERM, SIGHUP, SIGCONT}) {
-        sigaddset(&set, signal);
+        if (!isIgnored(signal)) { // nohup; the program ignores it, too
+            sigaddset(&set, signal);
+        }
     }
     sigprocmask(SIG_BLOCK, &set, nullptr);
     signal(SIGPIPE, SIG_IGN);
@@ -185,6 +193,7 @@ void Watch::passOnSignal(const Child& child) {
     }
     if (m_isToPassOn && now() >= m_passOnAt) {
         m_isToPassOn = false;
+        ++m_signalsHeard; // it will hear this one, and the next is another
         kill(child.process, m_endingSignal);
     }
 }
