@@ -55,6 +55,23 @@ TEST_F(Deeds, MissingFunctionsAreNamedAndFailTheirTestsAlone) {
     EXPECT_NE(text("done.end"), "");
 }
 
+// One part of the library calls another one, of which an older build is in the path.
+TEST_F(Deeds, APartMayLackWhatAnotherOneCalls) {
+    const std::string name = "libntks.so.12";
+    const std::string function = std::string("ntksZero_8u") + '\0';
+    std::string bytes = readText(std::string(NTK_LIBRARY_DIRECTORY) + "/" + name);
+    const size_t place = bytes.find('\0' + function);
+    ASSERT_NE(place, std::string::npos);
+    bytes[place + 1] = 'x'; // in the list of its symbols
+    write(name, bytes);
+    const Outcome outcome = runWith("", {"-fDecodeLZ4", "-fCRC"}, directory());
+    EXPECT_EQ(outcome.status, 0) << outcome.errors;
+    EXPECT_EQ(timesIn(outcome.output, "--NTK FAIL. the library has no function ntksZero_8u ("), 1)
+        << outcome.output;
+    EXPECT_EQ(result("ntksDecodeLZ4_8u"), "FUNCFAIL");
+    EXPECT_EQ(closingCount(outcome.output, ".Successes"), 3);
+}
+
 TEST_F(Deeds, FaultsThatCanBeSurvivedEndTheirTestAlone) {
     const struct {
         const char *deed, *text;
