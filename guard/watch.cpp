@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <chrono>
 #include <cmath>
+#include <cstdio>
 #include <system_error>
 
 #include "errors.h"
@@ -21,6 +22,9 @@ namespace {
 // A signal from a terminal or a group's end goes to all of its processes; a process that hears it
 // twice ends at once. So long it has to say that it has heard it.
 constexpr double secondsToBeHeard = 0.25;
+
+// A person who has pressed Ctrl-C wonders after so long whether it does anything.
+constexpr double secondsToWonder = 2;
 
 double now() {
     using namespace std::chrono;
@@ -110,6 +114,7 @@ Ending Watch::untilEnded(Child& child) {
         readErrors(child);
         if (!ended) {
             passOnSignal(child);
+            tellOfWaiting();
             endSilentProcess(child);
         }
     }
@@ -135,6 +140,9 @@ int Watch::millisecondsToWait() const {
     if (m_isToPassOn) {
         seconds = std::min(seconds, std::max(m_passOnAt - now(), 0.0));
     }
+    if (m_isToTellOfWaiting) {
+        seconds = std::min(seconds, std::max(m_tellOfWaitingAt - now(), 0.0));
+    }
     return static_cast<int>(std::ceil(seconds * 1000));
 }
 
@@ -144,6 +152,8 @@ void Watch::hearSignals(const Child& child) {
             kill(child.process, SIGCONT);
             renewLimit();
         } else if (signal != SIGCHLD) {
+            m_isToTellOfWaiting = m_endingSignal == 0;
+            m_tellOfWaitingAt = now() + secondsToWonder;
             m_endingSignal = signal;
             m_isToPassOn = true;
             m_passOnAt = now() + secondsToBeHeard;
@@ -195,6 +205,14 @@ void Watch::passOnSignal(const Child& child) {
         m_isToPassOn = false;
         ++m_signalsHeard; // it will hear this one, and the next is another
         kill(child.process, m_endingSignal);
+    }
+}
+
+void Watch::tellOfWaiting() {
+    if (m_isToTellOfWaiting && now() >= m_tellOfWaitingAt) {
+        m_isToTellOfWaiting = false;
+        std::fprintf(stderr, "ntkguard: the program ends when the present call has ended; a second "
+                             "signal ends it at once\n");
     }
 }
 
