@@ -10,7 +10,6 @@
 #include <cerrno>
 #include <chrono>
 #include <cmath>
-#include <cstdio>
 #include <system_error>
 
 #include "errors.h"
@@ -211,8 +210,8 @@ void Watch::passOnSignal(const Child& child) {
 void Watch::tellOfWaiting() {
     if (m_isToTellOfWaiting && now() >= m_tellOfWaitingAt) {
         m_isToTellOfWaiting = false;
-        std::fprintf(stderr, "ntkguard: the program ends when the present call has ended; a second "
-                             "signal ends it at once\n");
+        writeErrors("ntkguard: the program ends when the present call has ended; a second signal "
+                    "ends it at once\n");
     }
 }
 
