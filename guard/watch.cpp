@@ -22,6 +22,9 @@ namespace {
 // twice ends at once. So long it has to say that it has heard it.
 constexpr double secondsToBeHeard = 0.25;
 
+// A person who has pressed Ctrl-C wonders after so long whether it does anything.
+constexpr double secondsToWonder = 2;
+
 double now() {
     using namespace std::chrono;
     return duration<double>(steady_clock::now().time_since_epoch()).count();
@@ -62,13 +65,21 @@ template <class Take> void takeLines(std::string& text, Take take) {
     text.erase(0, begin);
 }
 
+bool isIgnored(int signal) {
+    struct sigaction action;
+    return sigaction(signal, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
+}
+
 } // namespace
 
 Signals::Signals() {
+    signal(SIGCHLD, SIG_DFL); // ignored, it would take the ends of processes away
     sigset_t set;
     sigemptyset(&set);
     for (const int signal : {SIGCHLD, SIGINT, SIGTERM, SIGHUP, SIGCONT}) {
-        sigaddset(&set, signal);
+        if (!isIgnored(signal)) { // nohup; the program ignores it, too
+            sigaddset(&set, signal);
+        }
     }
     sigprocmask(SIG_BLOCK, &set, nullptr);
     signal(SIGPIPE, SIG_IGN);
@@ -102,6 +113,7 @@ Ending Watch::untilEnded(Child& child) {
         readErrors(child);
         if (!ended) {
             passOnSignal(child);
+            tellOfWaiting();
             endSilentProcess(child);
         }
     }
@@ -127,6 +139,9 @@ int Watch::millisecondsToWait() const {
     if (m_isToPassOn) {
         seconds = std::min(seconds, std::max(m_passOnAt - now(), 0.0));
     }
+    if (m_isToTellOfWaiting) {
+        seconds = std::min(seconds, std::max(m_tellOfWaitingAt - now(), 0.0));
+    }
     return static_cast<int>(std::ceil(seconds * 1000));
 }
 
@@ -136,6 +151,8 @@ void Watch::hearSignals(const Child& child) {
             kill(child.process, SIGCONT);
             renewLimit();
         } else if (signal != SIGCHLD) {
+            m_isToTellOfWaiting = m_endingSignal == 0;
+            m_tellOfWaitingAt = now() + secondsToWonder;
             m_endingSignal = signal;
             m_isToPassOn = true;
             m_passOnAt = now() + secondsToBeHeard;
@@ -185,7 +202,16 @@ void Watch::passOnSignal(const Child& child) {
     }
     if (m_isToPassOn && now() >= m_passOnAt) {
         m_isToPassOn = false;
+        ++m_signalsHeard; // it will hear this one, and the next is another
         kill(child.process, m_endingSignal);
+    }
+}
+
+void Watch::tellOfWaiting() {
+    if (m_isToTellOfWaiting && now() >= m_tellOfWaitingAt) {
+        m_isToTellOfWaiting = false;
+        writeErrors("ntkguard: the program ends when the present call has ended; a second signal "
+                    "ends it at once\n");
     }
 }
 

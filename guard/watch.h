@@ -36,6 +36,7 @@ private:
     void readProgress(const Child& child);
     void readErrors(const Child& child);
     void passOnSignal(const Child& child);
+    void tellOfWaiting();
     void endSilentProcess(const Child& child);
     void renewLimit();
     int millisecondsToWait() const;
@@ -51,6 +52,8 @@ private:
     bool m_isToPassOn = false; // the signal, unless the process says that it has heard it
     double m_passOnAt = 0;
     int m_signalsHeard = 0;
+    bool m_isToTellOfWaiting = false;
+    double m_tellOfWaitingAt = 0;
 };
 
 } // namespace guard

@@ -30,11 +30,12 @@ protected:
             }
         }
     }
-    void change(const std::function<void(std::string&)>& change) const {
+    void change(const std::function<void(std::string&)>& change,
+                const std::string& library = "lib/libntkdc.so.12") const {
         copyLibraries();
-        std::string bytes = readText(path("lib/libntkdc.so.12"));
+        std::string bytes = readText(path(library));
         change(bytes);
-        write("lib/libntkdc.so.12", bytes);
+        write(library, bytes);
     }
 };
 
@@ -71,6 +72,18 @@ TEST_F(GuardLoading, ALibraryThatItCannotHaveIsNamed) {
     }
     copyLibraries();
     EXPECT_EQ(start().status, 0);
+}
+
+// Of the few that the harness itself needs.
+TEST_F(GuardLoading, AMissingFunctionOfTheCoreIsNamed) {
+    const auto rename = [](std::string& bytes) {
+        bytes[bytes.find(std::string("\0ntkInit", 8) + '\0') + 1] = 'x';
+    };
+    change(rename, "lib/libntkcore.so.12");
+    const Outcome outcome = start();
+    EXPECT_EQ(outcome.status, 127);
+    EXPECT_EQ(timesIn(outcome.errors, "could not be started, and nothing was measured"), 1);
+    EXPECT_GE(timesIn(outcome.errors, "undefined symbol: ntkInit\n"), 1) << outcome.errors;
 }
 
 } // namespace

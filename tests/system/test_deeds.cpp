@@ -1,6 +1,7 @@
 // What a library does that no library should, and what of a run survives it: each function of a
 // build in the loader's path does a deed on demand (deeds/deeds.cpp).
 #include <csignal>
+#include <regex>
 
 #include "session.h"
 
@@ -53,6 +54,23 @@ TEST_F(Deeds, MissingFunctionsAreNamedAndFailTheirTestsAlone) {
     EXPECT_EQ(closingCount(outcome.output, ".Successes"), 2);
     EXPECT_EQ(closingCount(outcome.output, ".....-FAIL"), 7);
     EXPECT_NE(text("done.end"), "");
+}
+
+// One part of the library calls another one, of which an older build is in the path.
+TEST_F(Deeds, APartMayLackWhatAnotherOneCalls) {
+    const std::string name = "libntks.so.12";
+    const std::string function = std::string("ntksZero_8u") + '\0';
+    std::string bytes = readText(std::string(NTK_LIBRARY_DIRECTORY) + "/" + name);
+    const size_t place = bytes.find('\0' + function);
+    ASSERT_NE(place, std::string::npos);
+    bytes[place + 1] = 'x'; // in the list of its symbols
+    write(name, bytes);
+    const Outcome outcome = runWith("", {"-fDecodeLZ4", "-fCRC"}, directory());
+    EXPECT_EQ(outcome.status, 0) << outcome.errors;
+    EXPECT_EQ(timesIn(outcome.output, "--NTK FAIL. the library has no function ntksZero_8u ("), 1)
+        << outcome.output;
+    EXPECT_EQ(result("ntksDecodeLZ4_8u"), "FUNCFAIL");
+    EXPECT_EQ(closingCount(outcome.output, ".Successes"), 3);
 }
 
 TEST_F(Deeds, FaultsThatCanBeSurvivedEndTheirTestAlone) {
@@ -121,6 +139,27 @@ TEST_F(Deeds, HandlersAndMaskAreRenewedBeforeEachTest) {
         EXPECT_EQ(outcome.status, 0) << deed << " signal " << outcome.signal;
         EXPECT_EQ(result("ntksCRC32C_8u"), "OK") << deed;
         EXPECT_EQ(closingCount(outcome.output, ".....-EXCPTFAIL"), 2) << deed;
+    }
+}
+
+// Set before the settings are read; in the numbers of logs, of data and of settings, too.
+TEST_F(Deeds, ItsLocaleIsNotThatOfSettingsAndLog) {
+    write("comma.src", "LC_NUMERIC\ndecimal_point \",\"\nthousands_sep \".\"\ngrouping 3\n"
+                       "END LC_NUMERIC\n");
+    runCommand({.program = "/usr/bin/localedef",
+                .arguments = {"-c", "-i", path("comma.src"), path("comma")},
+                .input = ""});
+    const Outcome outcome =
+        run({"-B", "-f=ntksEncodeZfp444_32f", "-LDATA", "-dAccuracy=2.5", "-drate=4", "-olog.txt"},
+            {.environment = {"LD_LIBRARY_PATH=" NTK_DEEDS_DIRECTORY, "LOCPATH=" + directory(),
+                             "NTK_DEEDS=ntkdcGetLibVersion setlocale comma"}});
+    EXPECT_EQ(outcome.errors, "");
+    const std::string log = text("log.txt");
+    EXPECT_EQ(timesIn(log, "Accuracy = 2.5\n"), 1);
+    EXPECT_EQ(timesIn(log, "rejected"), 0);
+    EXPECT_GE(timesIn(log, " 0."), 1000) << "the data are there";
+    for (const std::string& line : linesOf(log)) {
+        EXPECT_FALSE(std::regex_search(line, std::regex("[0-9],[0-9]"))) << line;
     }
 }
 

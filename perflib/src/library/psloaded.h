@@ -11,7 +11,8 @@ psStringList psLoadedLibraries();
 psString psOwnLibraryDir();
 
 // What the log says of them: a line for each file that a directory of searchPath (separated by ":")
-// gave and that is not in ownDir, and for each of these directories that holds none of the files.
+// gave and that is not in ownDir, for each that the loader passed over there, as it is for another
+// kind of processor or of another version, and for each of these directories that holds none.
 // Empty when all is as built.
 psString psLibraryOriginText(const psStringList& files, const psString& ownDir,
                              const psString& searchPath);

@@ -4,10 +4,10 @@
 
 #include "psstring.h"
 
-// Functions that the tests call and that the loaded build of the measured library lacks, an older
-// one for instance. The loader looks a function up at its first call, and when there is none it
-// ends the process. Before that can happen a stand-in takes the place of each, which throws; so a
-// test fails that calls it, be it in its preparation, and the others run.
+// Functions that the tests call, or one part of the measured library in another, and that the
+// loaded build lacks, an older one for instance. The loader looks a function up at its first call,
+// and when there is none it ends the process. Before that can happen a stand-in takes the place of
+// each, which throws; so a test fails that calls it, be it in its preparation, and the others run.
 
 // What a stand-in throws.
 class psMissingFunction : public std::exception {
@@ -20,8 +20,8 @@ private:
     const char* m_name;
 };
 
-// Puts the stand-ins in their places. Only for a program that is linked lazily: any other does not
-// start with such a library. A second call finds nothing to do.
+// Puts the stand-ins in their places. Only for what is linked lazily: anything else does not start
+// with such a library. A second call finds nothing to do.
 void psStandInForMissingFunctions();
 // Whether a stand-in was put in for it.
 bool psIsMissingFunction(const psString& name);

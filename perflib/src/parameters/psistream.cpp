@@ -1,9 +1,12 @@
 #include "psistream.h"
 
+#include <cerrno>
 #include <cstdlib>
+#include <poll.h>
 #include <unistd.h>
 
 #include "psinit.h"
+#include "psinterruption.h"
 #include "psostream.h"
 
 PS_INIT_SECOND psIStream g_istrm;
@@ -108,8 +111,18 @@ psIStream::Source psIStream::read(const psString& name, const psString& prompt,
     return willAsk(name) ? ask(name, prompt, defaultText, value) : PS_FROM_NOTHING;
 }
 
+// A reading call would go on after Ctrl-C. What is no terminal sends none, and may have been read
+// further than the last answer.
+static void awaitAnswer(FILE* console) {
+    pollfd input = {fileno(console), POLLIN, 0};
+    while (isatty(input.fd) && poll(&input, 1, -1) < 0 && errno == EINTR) {
+        psInterruption::check();
+    }
+}
+
 // False at the end of the input.
 static bool readAnswer(FILE* console, psString& answer) {
+    awaitAnswer(console);
     char* text = nullptr;
     size_t room = 0;
     const ssize_t length = getline(&text, &room, console);

@@ -278,7 +278,9 @@ void Guarded::end() {
         g_ostrm.release(true); // it says why
         muteTables(false);
     }
-    sayForEver(listOf({progress::end}));
+    if (m_testsReached || !m_continues) { // else the tests of this process are still to be run
+        sayForEver(listOf({progress::end}));
+    }
 }
 
 // Of very many remarks the first texts are known, and the others count.
