@@ -44,7 +44,7 @@ fail() {
 
 # All C and C++ sources of the project, by their absolute names, each ended by a zero byte.
 sources() {
-    find "$top"/{ntk,perflib,perf,tools,guard,common,compare,report,bench,tests} -name '*.[ch]' -print0 -o -name '*.cpp' -print0
+    find "$top"/{ntk,perflib,perf,tools,guard,common,compare,report,bench,fuzz,tests} -name '*.[ch]' -print0 -o -name '*.cpp' -print0
 }
 
 # configure PRESET [OPTION...]: makes the build tree unless it is there and newer than the presets.

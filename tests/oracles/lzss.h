@@ -7,13 +7,15 @@
 // the length - 4. If those are 127, a fourth byte is the length - 131.
 #pragma once
 
+#include <stdexcept>
 #include <vector>
 
 #include "ntkdefs.h"
 
 namespace oracle {
 
-// The data of a stream that ends between two tokens; throws std::out_of_range for any other.
+// The data of a stream that ends between two tokens. Throws std::out_of_range for one that ends
+// within a token, std::domain_error for a distance that leads nowhere.
 inline std::vector<Ntk8u> lzssDecoded(const std::vector<Ntk8u>& stream) {
     std::vector<Ntk8u> data;
     std::size_t at = 0;
@@ -38,6 +40,9 @@ inline std::vector<Ntk8u> lzssDecoded(const std::vector<Ntk8u>& stream) {
                 if (third / 2 == 127) {
                     length = 131U + stream.at(at++);
                 }
+            }
+            if (distance == 0 || distance > data.size()) {
+                throw std::domain_error("distance");
             }
             while (length-- > 0) {
                 data.push_back(data.at(data.size() - distance));

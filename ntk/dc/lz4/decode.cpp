@@ -16,8 +16,19 @@ namespace ntk::lz4 {
 
 namespace {
 
+// liblz4 takes no match so near to the end of a block: counted from its distance on, and behind it.
+// (Its own encoder leaves 5 literals or more behind the last match.)
+constexpr std::ptrdiff_t leastFromDistance = 8;
+constexpr std::size_t leastBehindMatch = 4;
+
+bool isTooNearTheEnd(const Sequence& match, const Ntk8u* end, std::size_t left) {
+    const Ntk8u* const distance = match.literals + match.literalLength;
+    return end - distance < leastFromDistance || left < leastBehindMatch;
+}
+
 NtkStatus whyRejected(const Ntk8u* block, int length, int capacity) {
-    BlockReader reader(block, static_cast<std::size_t>(length));
+    const auto blockBytes = static_cast<std::size_t>(length);
+    BlockReader reader(block, blockBytes);
     Sequence s{};
     std::size_t decoded = 0;
     while (reader.next(s)) {
@@ -26,7 +37,8 @@ NtkStatus whyRejected(const Ntk8u* block, int length, int capacity) {
             return decoded > static_cast<std::size_t>(capacity) ? ntkStsDstTooSmall
                                                                 : ntkStsBadSrcData;
         }
-        if (s.offset > decoded) {
+        if (s.offset > decoded ||
+            isTooNearTheEnd(s, block + length, blockBytes - reader.position())) {
             return ntkStsBadSrcData;
         }
         decoded += s.matchLength;

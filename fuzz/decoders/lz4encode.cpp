@@ -1,0 +1,50 @@
+// The LZ4 encoders with any tables, dictionary and room, with liblz4 as the decoder.
+#include "guarded.h"
+#include "cpufeatures.h"
+#include "lz4calls.h"
+
+int LLVMFuzzerTestOneInput(const Ntk8u* data, std::size_t size) {
+    static Lz4Tables tables;
+    fuzz::Input in(data, size);
+    fuzz::enableFeatures(in);
+    const Lz4Encoder& encoder = lz4Encoders[in.below(std::size(lz4Encoders))];
+    const unsigned contents = in.below(3); // of the tables: none, noise, those of the last call
+    const Bytes noise = in.take(8);
+    const int position = static_cast<int>(in.word());
+    const std::size_t room = in.word();
+    const unsigned repeats = 1 + in.below(40);
+    const std::size_t dictLen = encoder.takesDictionary ? in.word() : 0;
+    const GuardedBlock dict(in.take(dictLen));
+    Bytes text;
+    for (const Bytes part = in.rest(); text.size() < repeats * part.size();) {
+        text.insert(text.end(), part.begin(), part.end());
+    }
+    if (contents == 0) {
+        tables.clear();
+    } else if (contents == 1 && !noise.empty()) {
+        tables.fill(noise);
+    }
+
+    const std::size_t enough = text.size() + text.size() / 255 + 16;
+    const std::size_t capacity = room % (enough + 1);
+
+    const GuardedBlock src(text);
+    const GuardedBlock dst(capacity);
+    Lz4Call call{src.data(), position,    src.size(), dst.data(),
+                 dst.size(), dict.data(), dict.size()};
+    const NtkStatus status = encoder.encode(call, tables);
+    if (status < 0) {
+        FUZZ_CHECK(status == ntkStsDstTooSmall);
+        FUZZ_CHECK(call.srcLen == src.size() && call.dstLen == dst.size());
+        FUZZ_CHECK(capacity < enough);
+        return 0;
+    }
+    FUZZ_CHECK(0 <= call.dstLen && call.dstLen <= dst.size());
+    FUZZ_CHECK(status == ntkStsDstFull ? encoder.stopsWhenFull && call.srcLen < src.size()
+                                       : call.srcLen == src.size());
+    const Bytes decoded = decodedByLiblz4(dst.data(), call.dstLen, call.srcLen,
+                                          encoder.takesDictionary ? dict.data() : nullptr,
+                                          encoder.takesDictionary ? dict.size() : 0);
+    FUZZ_CHECK(decoded == Bytes(text.begin(), text.begin() + call.srcLen));
+    return 0;
+}
