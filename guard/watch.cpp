@@ -62,13 +62,21 @@ template <class Take> void takeLines(std::string& text, Take take) {
     text.erase(0, begin);
 }
 
+// As nohup has it: a signal that is blocked would come all the same.
+bool isIgnored(int signal) {
+    struct sigaction action;
+    return sigaction(signal, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
+}
+
 } // namespace
 
 Signals::Signals() {
     sigset_t set;
     sigemptyset(&set);
     for (const int signal : {SIGCHLD, SIGINT, SIGTERM, SIGHUP, SIGCONT}) {
-        sigaddset(&set, signal);
+        if (!isIgnored(signal)) {
+            sigaddset(&set, signal);
+        }
     }
     sigprocmask(SIG_BLOCK, &set, nullptr);
     signal(SIGPIPE, SIG_IGN);
@@ -186,6 +194,7 @@ void Watch::passOnSignal(const Child& child) {
     if (m_isToPassOn && now() >= m_passOnAt) {
         m_isToPassOn = false;
         kill(child.process, m_endingSignal);
+        ++m_signalsHeard; // or hearing this one would count for the next
     }
 }
 
