@@ -21,7 +21,7 @@ struct Header {
     std::size_t offset = 0;
 
     explicit Header(const Bytes& file) {
-        std::size_t at = 8 * 14; // behind the checksum
+        std::size_t at = 8UL * 14; // behind the checksum
         const auto take = [&](int count) {
             int value = 0;
             for (; count > 0; count--, at++) {

@@ -33,7 +33,8 @@ public:
     }
     // Bytes of the stream with the block's header (3 bits) and end (7 bits).
     std::size_t size() const {
-        return static_cast<std::size_t>(m_dstIdx + (m_pending + 3 + 7 + 7) / 8);
+        return static_cast<std::size_t>(m_dstIdx) +
+               static_cast<std::size_t>((m_pending + 3 + 7 + 7) / 8);
     }
 
 private:

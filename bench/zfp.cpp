@@ -12,7 +12,12 @@
 namespace {
 
 constexpr int side = 32;
-constexpr std::size_t fieldBytes = side * side * side * sizeof(float);
+constexpr std::size_t fieldBytes = sizeof(float) * side * side * side;
+
+std::size_t fieldIndex(int x, int y, int z) {
+    const int index = (z * side + y) * side + x;
+    return static_cast<std::size_t>(index);
+}
 
 struct Mode {
     std::string name;
@@ -57,8 +62,8 @@ private:
         for (int z = 0; z < side; z += 4) {
             for (int y = 0; y < side; y += 4) {
                 for (int x = 0; x < side; x += 4) {
-                    must(call(&m_field.values[static_cast<std::size_t>((z * side + y) * side + x)],
-                              side, side * side, m_state.data()));
+                    must(call(&m_field.values[fieldIndex(x, y, z)], side, side * side,
+                              m_state.data()));
                 }
             }
         }

@@ -65,6 +65,7 @@ template <class Take> void takeLines(std::string& text, Take take) {
     text.erase(0, begin);
 }
 
+// As nohup has it: a signal that is blocked would come all the same.
 bool isIgnored(int signal) {
     struct sigaction action;
     return sigaction(signal, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;

@@ -93,7 +93,7 @@ static int widen() {
 }
 
 static dcLength pendingBits(int bits) {
-    return {"length of the pending bits", bits, 0, 8 * flushedBytes};
+    return {"length of the pending bits", bits, 0, 8LL * flushedBytes};
 }
 
 // The encoder is given frequencies of zero: its code tables come from the symbols alone.

@@ -116,7 +116,7 @@ static Ntk32u freshCodeLength() {
         return 0;
     }
     const std::ptrdiff_t length = to - code.data();
-    return length >= 1 && length <= 2 * len ? static_cast<Ntk32u>(length) : 0;
+    return length >= 1 && length <= 2L * len ? static_cast<Ntk32u>(length) : 0;
 }
 
 std::optional<double> TimdcLZSS::ratio() const {

@@ -154,10 +154,22 @@ give_up() {
     fail "$1; earlier results are as they were"
 }
 
-interrupted() {
-    trap '' HUP INT TERM
+# At the first signal ntkperf ends in order, after the present call; a call that does not return
+# within seconds is worth no waiting: at the second one it ends at once.
+end_child() {
+    local tries
+    kill "$child" 2>/dev/null || true
+    for ((tries = 0; tries < 50; ++tries)); do
+        kill -0 "$child" 2>/dev/null || break
+        sleep 0.1
+    done
     kill "$child" 2>/dev/null || true
     wait "$child" || true
+}
+
+interrupted() {
+    trap '' HUP INT TERM
+    end_child
     printf '\n'
     set_apart "interrupted"
     printf 'bench.sh: interrupted; earlier results are as they were\n' >&2

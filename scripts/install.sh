@@ -27,7 +27,9 @@ case ${1:-} in
         packages+=(chromium chromium-driver python3-selenium)      # the report as a page
         packages+=(python3-jsonschema)                             # records for programs
         ;;
-    --checks) packages+=(clang-14 clang-format-14 clang-tidy-14 libclang-rt-14-dev shellcheck) ;;
+    --checks)
+        packages+=(clang-14 clang-format-14 clang-tidy-14 libclang-rt-14-dev shellcheck valgrind)
+        ;;
     "") ;;
     *) refuse "'$1' is not known: the arguments are --tests and --checks" ;;
 esac

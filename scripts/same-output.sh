@@ -25,13 +25,26 @@ commands() {
     sed '/^#/d; /^$/d' "$recorded/runs"
 }
 
+# build_deeds BUILD FOLDER PATTERN: a library that stands before that of the build and does what it
+# is asked for, without the functions of the pattern.
+build_deeds() {
+    local deeds=$top/tests/system/deeds
+    mkdir -p "$2"
+    sed -nE 's/^NTK_API [^(]*[ *]([A-Za-z0-9_]+)\(.*/FORWARD(\1)/p' "$top"/ntk/include/ntkdc*.h |
+        grep -v "$3" >"$2/forwarded.inc"
+    "${CXX:-c++}" -std=c++20 -O2 -fPIC -fvisibility=hidden -shared -I"$2" -I"$top/ntk/include" \
+        -I"$top/bench/slower" "-DDEEDS_REAL_LIBRARY=\"$1/lib/libntkdc.so.12\"" \
+        -Wl,-soname,libntkdc.so.12 -o "$2/libntkdc.so.12" "$deeds/deeds.cpp" "$deeds/commit.cpp"
+}
+
 build_helpers() {
-    mkdir -p "$work/faulty"
+    mkdir -p "$work"
     "${CC:-cc}" -std=c11 -D_GNU_SOURCE -O2 -Wall -Wextra -fPIC -shared -I"$top/ntk/include" \
         -o "$work/scripted.so" "$recorded/scripted.c"
-    "${CC:-cc}" -std=c11 -D_GNU_SOURCE -O2 -fPIC -shared -I"$top/ntk/include" \
-        -Wl,-soname,libntkdc.so.12 -o "$work/faulty/libntkdc.so.12" \
-        "$top/tests/system/otherntkdc.c"
+    build_deeds "$old" "$work/faulty/old" none
+    build_deeds "$new" "$work/faulty/new" none
+    build_deeds "$old" "$work/older/old" LZSS
+    build_deeds "$new" "$work/older/new" LZSS
     "$old/bin/ntkcorpus" "$work/corpus" >"$work/corpus.log"
 }
 
@@ -51,9 +64,12 @@ with() {
     done
     "$@"
 }
-# As above, with the library whose functions fail on demand.
+# As above, with the library whose functions fail on demand, and with one that lacks some.
 faulty() {
-    libraries=$work/faulty:$libraries "$@"
+    libraries=$work/faulty/$side:$libraries "$@"
+}
+older() {
+    libraries=$work/older/$side:$libraries "$@"
 }
 start() {
     timeout 60 env "${fixed[@]}" LD_LIBRARY_PATH="$libraries" LD_PRELOAD="$work/scripted.so" \
@@ -66,12 +82,13 @@ mask() {
     LC_ALL=C sed -E -i \
         -e 's/\b(Jan|Feb|Mar|Apr|May|Jun|Jul|Aug|Sep|Oct|Nov|Dec) [ 0-9][0-9] 20[0-9]{2}\b/DAY/g' \
         -e 's#(was loaded from ).*/(lib[^/]*)$#\1LIBRARIES/\2#' \
+        -e 's#(the library has no function [^(]*\()[^)]*#\1LIBRARIES#' \
         -e 's/( (address|alignedPointer)):[0-9A-F]*([0-9A-F])\b/\1:ADDRESS\3/g' "$1"
 }
 
 # record BUILD RESULT COMMAND: runs the command in $here and moves what it wrote to RESULT.
 record() {
-    local build=$1 result=$2 file
+    local build=$1 result=$2 side=${2##*/} file
     local libraries=$build/lib
     local -a variables=()
     local -a fixed=(LC_ALL=C TZ=UTC COLUMNS=80 MALLOC_PERTURB_=165 XDG_CACHE_HOME="$here/cache")
@@ -118,7 +135,7 @@ rm -rf "$work"
 build_helpers
 commands | grep -e "${3:-}" >"$work/commands" || fail "no command matches $3"
 export old new work recorded
-export -f run_both record mask start ntkperf psexample with faulty
+export -f run_both record mask start ntkperf psexample with faulty older
 
 count=$(wc -l <"$work/commands")
 say "$count commands, each with $old and $new"

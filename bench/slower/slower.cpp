@@ -16,14 +16,13 @@
 //   # ...              a remark; empty lines are passed over, too
 
 #include <dlfcn.h>
-#include <unistd.h>
 
-#include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <fstream>
 #include <sstream>
 #include <string>
+
+#include "reallibrary.h"
 
 // The forwarding code. rax, r10 and r11 carry no argument.
 #define FORWARD(name)                                                                              \
@@ -67,10 +66,8 @@ const Forwarded functions[] = {
 #undef FORWARD
 };
 
-// There is no library without the real one, and nobody to return an error to.
 [[noreturn]] void refuse(const std::string& why) {
-    std::fprintf(stderr, "slower libntkdc: %s\n", why.c_str());
-    _exit(2);
+    endWithout("slower", why);
 }
 
 std::string folderOfThis() {
@@ -88,18 +85,8 @@ bool isInThis(void* address) {
            own.dli_fbase == other.dli_fbase;
 }
 
-// The library's calls of its own functions stay within it: by default they would come here, the
-// first library of this name, and slowing one function would slow those built on it.
-int bindingOfOwnCalls() {
-#if defined(__SANITIZE_ADDRESS__)
-    return 0; // the sanitizer refuses it
-#else
-    return RTLD_DEEPBIND;
-#endif
-}
-
 void open(const std::string& path) {
-    void* const library = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL | bindingOfOwnCalls());
+    void* const library = openRealLibrary(path);
     if (!library) {
         refuse(std::string("cannot load the real library: ") + dlerror() +
                "; name it in slower.txt: library PATH");

@@ -73,6 +73,8 @@ static Ntk64u elapsedNanoseconds(void) {
     return elapsedClocks / clocksPerMicrosecond * 1000;
 }
 
+/* The parameters of the C library have reserved names.
+ * NOLINTBEGIN(readability-inconsistent-declaration-parameter-name) */
 int clock_gettime(clockid_t clock, struct timespec* pNow) {
     (void)clock;
     advance(askedNanoseconds);
@@ -102,6 +104,7 @@ int getrusage(__rusage_who_t who, struct rusage* pUsage) {
     *pUsage = (struct rusage){.ru_nivcsw = (long)(elapsedClocks / clocksPerSwitch)};
     return 0;
 }
+/* NOLINTEND(readability-inconsistent-declaration-parameter-name) */
 
 /* Small, so that the data of cache mode are small too. */
 NtkStatus ntkGetMaxCacheSizeB(int* pSizeBytes) {

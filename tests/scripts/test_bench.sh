@@ -58,7 +58,8 @@ run_in() {
 
 test_help_and_unknown_arguments() {
     local script key
-    for script in bench check format fuzz install measuring mutate same-output tidy; do
+    for script in bench check format fuzz install measuring mutate nightly same-output tidy \
+        valgrind; do
         for key in -h --help; do
             output=$("$project/scripts/$script.sh" "$key" 2>&1)
             expect "$script.sh $key" "$? $output" "0 [A-Z]*  scripts/$script.sh*"
@@ -202,18 +203,25 @@ ntkperf -B *bench.sh: ntkperf ended without writing *"
     expect "left" "$(find "$out" -name console)" ""
 }
 
+# await COMMAND...: until it succeeds, or half a minute is over.
+await() {
+    local tries
+    for ((tries = 0; tries < 600; ++tries)); do
+        ! "$@" 2>/dev/null || return 0
+        sleep 0.05
+    done
+    expect "within half a minute" "$*" "to succeed"
+}
+
 # interrupt SIGNAL PROCESS ARGUMENT...: starts a run that hangs, interrupts it, sets status.
 interrupt() {
-    local script tries
+    local script
     rm -f "$STARTED"
     set -m # a process group of its own, where SIGINT is not ignored
     CORPUS=$corpus RUN=$1 PLAY=${play:-hanging} "$project/scripts/bench.sh" "${@:3}" >"$room/log" 2>&1 &
     script=$!
     set +m
-    for ((tries = 0; tries < 600; ++tries)); do
-        [[ ! -e $STARTED ]] || break
-        sleep 0.05
-    done
+    await test -e "$STARTED"
     [[ $2 != group ]] || script=-$script
     [[ $2 != group ]] || bench
     [[ $2 != group ]] || expect "a second run" "$status $output" "1 *another run writes to $out*"
@@ -251,11 +259,32 @@ test_an_interrupted_pass_keeps_those_before_it() {
     expect "its page" "$(runs_in_page "$out/partial")" "<p>TERM</p><p>TERM</p>"
 }
 
+is_over() {
+    ! kill -0 "$1"
+}
+
+# The one signal that the script gets has to do.
+interrupt_a_hanging_call() {
+    local script
+    set -m
+    CORPUS=$corpus DEEDS="beta@65536@call=hang" "$project/scripts/bench.sh" >"$room/log" 2>&1 &
+    script=$!
+    set +m
+    await grep -q 'beta: Length=65536' "$out/running/ntkperf.txt"
+    kill -TERM "$script"
+    await is_over "$script"
+    kill -KILL -- "-$script" 2>/dev/null # what waits for ever
+    wait "$script"
+    expect "a call that hangs" "$? $(<"$room/log")" "143 *bench.sh: interrupted; *"
+    expect "its log" "$(tail -n 1 "$out/partial/ntkperf.txt")" "PARTIAL: *interrupted?"
+}
+
 # Of a program whose second of five tests does not end, or does not bear to be called.
 test_what_ends_ntkperf_costs_one_test() {
     local bin=$project/build/release/bin
     mv "$bin/ntkperf" "$room/ntkperf"
     ln -s "$psdeeds" "$bin/ntkperf"
+    interrupt_a_hanging_call
     DEEDS="beta@262144@call=kill" bench
     expect "a test that ends ntkperf" "$status $output" \
         "1 *failed: beta (EXCPTFAIL)*bench.sh: 1 of [5-9] tests failed; *"

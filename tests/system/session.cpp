@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -22,6 +23,15 @@ struct TemporaryDirectory {
     }
     ~TemporaryDirectory() { fs::remove_all(path); }
 };
+
+// A shell has a command in its background ignore the first two of these, and nohup the third; the
+// programs that are tested would, too.
+[[maybe_unused]] const bool g_hearsSignals = [] {
+    for (const int signal : {SIGINT, SIGQUIT, SIGHUP}) {
+        std::signal(signal, SIG_DFL);
+    }
+    return true;
+}();
 
 Texts cellsOf(const std::string& line) {
     Texts cells(1);

@@ -47,7 +47,7 @@ TEST_F(Closing, WhatWasRejectedOrIgnoredIsRepeated) {
 }
 
 TEST_F(Closing, ForeignLibrariesAndMisspeltDirectoriesAreNamed) {
-    const std::string other = NTK_OTHER_LIBRARY_DIRECTORY;
+    const std::string other = NTK_DEEDS_DIRECTORY;
     const struct {
         std::string searchPath;
         int foreign, missing;

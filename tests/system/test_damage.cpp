@@ -5,20 +5,28 @@ namespace {
 
 class WritesBeyondABuffer : public SystemTest {
 protected:
-    Outcome runWith(const std::string& function, int bytes, const Texts& keys,
+    Outcome runWith(const std::string& deeds, const Texts& keys,
                     const std::string& guard = "") const {
-        return runWell(
-            quick + keys + Texts{"-olog.txt", "-rtable.csv", "-usum.csv"},
-            {.directory = corpusDirectory(),
-             .environment = {std::string("LD_LIBRARY_PATH=") + NTK_OTHER_LIBRARY_DIRECTORY,
-                             "OTHER_NTKDC_STRAYS=" + function,
-                             "OTHER_NTKDC_STRAY_BYTES=" + std::to_string(bytes),
-                             "NTKPERF_GUARD=" + guard}});
+        return runWell(quick + keys + Texts{"-olog.txt", "-rtable.csv", "-usum.csv"},
+                       {.directory = corpusDirectory(),
+                        .environment = {std::string("LD_LIBRARY_PATH=") + NTK_DEEDS_DIRECTORY,
+                                        "NTK_DEEDS=" + deeds, "NTKPERF_GUARD=" + guard}});
     }
     std::string result(const std::string& function) const {
         return summaryRecords(text("sum.csv"))[function]["Result"];
     }
 };
+
+// The function writes so many bytes over the end of a block of that length, its first argument, or
+// under its begin if they are negative.
+std::string writing(const std::string& function, int length, int bytes) {
+    return function + " write 1 " + std::to_string(bytes > 0 ? length : bytes) + " " +
+           std::to_string(std::abs(bytes));
+}
+
+std::string crc32cWriting(int bytes) {
+    return writing("ntksCRC32C_8u", 16384, bytes);
+}
 
 const Texts checksums = {"-fAdler", "-fCRC", "-dCodeLength=16384"};
 
@@ -30,7 +38,7 @@ TEST_F(WritesBeyondABuffer, IsAFunctionFailureAndTheRunGoesOn) {
                  {1000, "1000 bytes over its end"},   {-1, "1 byte under its begin"},
                  {-200, "200 bytes under its begin"}, {-1000, "1000 bytes under its begin"}};
     for (const auto& c : cases) {
-        const Outcome outcome = runWith("ntksCRC32C_8u", c.bytes, checksums);
+        const Outcome outcome = runWith(crc32cWriting(c.bytes), checksums);
         EXPECT_EQ(timesIn(outcome.output,
                           "-- Memory fault: the calls of ntksCRC32C_8u wrote outside of block 0 "
                           "(16384 bytes, Vector 8u len=16384): " +
@@ -53,7 +61,7 @@ TEST_F(WritesBeyondABuffer, IsAFunctionFailureAndTheRunGoesOn) {
 
 // Also where the run restores the buffers before each call from copies.
 TEST_F(WritesBeyondABuffer, IsFoundWithRestoredBuffers) {
-    const Outcome outcome = runWith("ntksCRC32C_8u", 1000, checksums + Texts{"-SU"});
+    const Outcome outcome = runWith(crc32cWriting(1000), checksums + Texts{"-SU"});
     EXPECT_EQ(timesIn(outcome.output, "Memory fault"), 1) << outcome.output;
     EXPECT_EQ(result("ntksCRC32C_8u"), "FUNCFAIL");
     EXPECT_EQ(result("ntksCRC32_8u"), "OK");
@@ -61,10 +69,11 @@ TEST_F(WritesBeyondABuffer, IsFoundWithRestoredBuffers) {
 
 TEST_F(WritesBeyondABuffer, InThePreparationEndsTheTestUnmeasured) {
     const Outcome outcome =
-        runWith("ntksEncodeLZ4HashTableInit_8u", 200,
+        runWith("ntksEncodeLZ4HashTableGetSize_8u poke 1 65536; " +
+                    writing("ntksEncodeLZ4HashTableInit_8u", 65536, 200),
                 {"-f=ntksEncodeLZ4_8u", "-fAdler", "-dCodeFile=paper1", "-dCodeLength=16384"});
     EXPECT_EQ(timesIn(outcome.output, "-- Memory fault: the preparation of ntksEncodeLZ4_8u wrote "
-                                      "outside of block 3 (64 bytes): 200 bytes over its end;"),
+                                      "outside of block 3 (65536 bytes): 200 bytes over its end;"),
               1)
         << outcome.output;
     EXPECT_EQ(result("ntksEncodeLZ4_8u"), "FUNCFAIL");
@@ -84,7 +93,7 @@ TEST_F(WritesBeyondABuffer, FaultsAtAGuardPage) {
                  {"pages-before", -1, "EXCPTFAIL"},
                  {"pages-before", 1, "FUNCFAIL"}};
     for (const auto& c : cases) {
-        const Outcome outcome = runWith("ntksCRC32C_8u", c.bytes, checksums, c.guard);
+        const Outcome outcome = runWith(crc32cWriting(c.bytes), checksums, c.guard);
         EXPECT_EQ(
             timesIn(outcome.output, "--NTK. Signal: Illegal storage access. in ntkFunctionCalls\n"),
             c.result == "EXCPTFAIL")
@@ -98,7 +107,7 @@ TEST_F(WritesBeyondABuffer, FaultsAtAGuardPage) {
 }
 
 TEST_F(WritesBeyondABuffer, AnUnknownGuardIsTold) {
-    const Outcome outcome = runWith("none", 1, checksums, "page");
+    const Outcome outcome = runWith("", checksums, "page");
     EXPECT_EQ(timesIn(outcome.output, "-- NTKPERF_GUARD: \"page\" is not known, no pages are "
                                       "guarded: use pages-after or pages-before\n"),
               1)

@@ -132,6 +132,27 @@ TEST_F(Deeds, WhatEndsTheProcessLeavesItsCombinationInTheLog) {
     }
 }
 
+// Their line comes behind the preparation.
+TEST_F(Deeds, WhatEndsTheProcessInAPreparationNamesItsCombination) {
+    const std::string prepared = "ntksEncodeLZ4_8u, prepared with CodeLength=16384 CodeFile=obj1\n";
+    const std::string faults = "--NTK. Signal: Illegal storage access. This ends the process, in a "
+                               "thread of the library: ";
+    const struct {
+        std::string deed, lastWords;
+    } cases[] = {{"exit 3", "--NTK. Exception: exit in " + prepared},
+                 {"thread-segv", faults + prepared}};
+    for (const auto& c : cases) {
+        const Outcome outcome =
+            runWith("ntksEncodeLZ4HashTableInit_8u at 2 " + c.deed,
+                    {"-f=ntksEncodeLZ4_8u", "-dCodeFile=paper1;obj1", "-dCodeLength=16384"});
+        EXPECT_TRUE(outcome.errors.ends_with(c.lastWords)) << c.deed << outcome.errors;
+        EXPECT_TRUE(text("log.txt").ends_with(c.lastWords)) << c.deed << text("log.txt");
+        EXPECT_EQ(timesIn(text("log.txt"), "prepared with"), 1) << c.deed;
+    }
+    const Outcome inACall = runWith("ntksEncodeLZ4_8u at 1 exit 3", {"-f=ntksEncodeLZ4_8u"});
+    EXPECT_EQ(timesIn(inACall.errors, "prepared with"), 0);
+}
+
 TEST_F(Deeds, HandlersAndMaskAreRenewedBeforeEachTest) {
     for (const std::string deed : {"handlers", "mask"}) {
         const Outcome outcome = runWith(

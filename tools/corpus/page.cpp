@@ -33,7 +33,8 @@ static void print(std::string& page, int top, int left, const Letter& letter) {
     std::size_t at = static_cast<std::size_t>(top) * kRowBytes + static_cast<std::size_t>(left / 8);
     for (const std::uint64_t row : letter) {
         for (std::size_t byte = 0; byte < 8; ++byte) {
-            page[at + byte] |= static_cast<char>(row >> left % 8 >> (56 - 8 * byte));
+            const auto bits = static_cast<char>(row >> left % 8 >> (56 - 8 * byte));
+            page[at + byte] = static_cast<char>(page[at + byte] | bits);
         }
         at += kRowBytes;
     }

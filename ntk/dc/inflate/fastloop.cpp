@@ -13,7 +13,7 @@ static_assert(3 * literalRootBits <= 56 && 15 + 5 + distanceMaxBits <= 56);
 
 // An iteration refills twice after the first refill, each time reading 8 bytes from at most 7 bytes
 // further on.
-constexpr std::ptrdiff_t sourceMargin = 3 * 8;
+constexpr std::ptrdiff_t sourceMargin = 3L * 8;
 // An iteration writes two literals and a match of 258 bytes, and copying that writes up to 29 bytes
 // more.
 constexpr std::ptrdiff_t destinationMargin = 2 + 258 + 29;

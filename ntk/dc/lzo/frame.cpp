@@ -31,7 +31,7 @@ void writeFrame(const Frame& frame, Ntk8u* dst) {
     std::memcpy(dst, emptyStream, sizeof emptyStream);
     dst += sizeof emptyStream;
     put32(dst, frame.count);
-    for (Ntk32u i = 0; i < frame.count; ++i) {
+    for (size_t i = 0; i < frame.count; ++i) {
         put32(dst + 4 + 8 * i, frame.pieces[i].encoded);
         put32(dst + 8 + 8 * i, frame.pieces[i].decoded);
     }
@@ -51,7 +51,7 @@ bool readFrame(const Ntk8u* src, Ntk32u srcLen, Frame& frame) {
         return false;
     }
     Ntk64u streams = 0;
-    for (Ntk32u i = 0; i < frame.count; ++i) {
+    for (size_t i = 0; i < frame.count; ++i) {
         frame.pieces[i] = {get32(src + 4 + 8 * i), get32(src + 8 + 8 * i)};
         streams += frame.pieces[i].encoded;
     }

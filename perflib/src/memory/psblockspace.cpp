@@ -32,7 +32,7 @@ void* heapMemory(std::size_t bytes) {
 }
 
 psBlockSpace heapSpace(std::size_t request) {
-    const std::size_t bytes = request + 2 * psMarginBytes;
+    const std::size_t bytes = request + 2UL * psMarginBytes;
     void* const start = heapMemory(bytes);
     if (start == nullptr) {
         return {};
@@ -54,7 +54,7 @@ std::intptr_t wayToPage(const psPlacement& placement, const psBlockSpace& space,
 
 psBlockSpace guardedSpace(const psPlacement& placement, std::size_t request, bool isAfter) {
     const std::size_t page = pageBytes();
-    const std::size_t usable = wholePages(request + 2 * psMarginBytes);
+    const std::size_t usable = wholePages(request + 2UL * psMarginBytes);
     void* const start =
         mmap(nullptr, usable + page, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     if (start == MAP_FAILED) {

@@ -11,7 +11,7 @@ namespace {
 // Values without a rule, and never 0 or 255, so that what a faulty function writes differs from
 // them. Twice the length of a margin, which may then begin anywhere in the first half.
 constexpr auto g_pattern = [] {
-    std::array<unsigned char, 2 * psMarginBytes> bytes{};
+    std::array<unsigned char, 2UL * psMarginBytes> bytes{};
     unsigned state = 1;
     for (size_t i = 0; i < psMarginBytes; i++) {
         state = state * 1664525 + 1013904223;

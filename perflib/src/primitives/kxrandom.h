@@ -55,6 +55,7 @@ public:
         } else {
             // Modulo 2^64 throughout: the width is exact also for signed ends far apart, and 0
             // when every pattern of 64 bits is wanted.
+            // NOLINTNEXTLINE(bugprone-signed-char-misuse): with its sign
             const auto first = static_cast<std::uint64_t>(m_low);
             const std::uint64_t width = static_cast<std::uint64_t>(m_high) - first + 1;
             const std::uint64_t bits = random.bits();

@@ -27,7 +27,7 @@ constexpr int kxProbes = 8;
 constexpr long long kxMostCalibrationClocks = 100'000'000;
 // Where the result is kept for many turns of a few milliseconds, all bodies have no more than one.
 constexpr long long kxTurnCalibrationClocks = 10'000'000;
-constexpr long long kxLongInitClocks = kxMostCalibrationClocks / (kxRounds * kxInitsPerRound);
+constexpr long long kxLongInitClocks = kxMostCalibrationClocks / kxRounds / kxInitsPerRound;
 
 // Clocks of one call of a batch, less the overhead when there is more than that.
 constexpr long long kxClocksPerCall(long long batchClocks, int calls, long long overhead) {

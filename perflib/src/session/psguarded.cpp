@@ -224,23 +224,17 @@ void Guarded::parametersRead(psTest& test) {
     keepRemarks();
 }
 
-static psString combinationOf(const psTest& test) {
-    psMeasurement m;
-    m.parameters = test.parameterValues();
-    return m.combination();
-}
-
 void Guarded::prepares(psTest& test) {
-    tell(test, "initData", combinationOf(test));
+    tell(test, "initData", test.combination());
 }
 
 void Guarded::calls(psTest& test) {
-    tell(test, "ntkFunctionCalls", combinationOf(test));
+    tell(test, "ntkFunctionCalls", test.combination());
     sayForNow(listOf({progress::row}) + test.combinationCells());
 }
 
 void Guarded::releases(psTest& test) {
-    tell(test, "flushData", combinationOf(test));
+    tell(test, "flushData", test.combination());
 }
 
 // The log has all that leads there before it is told: what a process still holds goes with it.

@@ -8,6 +8,7 @@
 #include "psctrlstatus.h"
 #include "psinit.h"
 #include "psistream.h"
+#include "pslastsubject.h"
 #include "psmissing.h"
 #include "psreporttest.h"
 #include "psreserve.h"
@@ -38,15 +39,6 @@ psString cutPiece(psString& text) {
     text = slash == psString::npos ? psString() : text.substr(slash + 1);
     return piece;
 }
-
-// What the last words of the process name while a test is run.
-class FaultSubject {
-public:
-    explicit FaultSubject(const psString& function) { tsSignal::setSubject(function.c_str()); }
-    ~FaultSubject() { tsSignal::setSubject("between tests"); }
-    FaultSubject(const FaultSubject&) = delete;
-    FaultSubject& operator=(const FaultSubject&) = delete;
-};
 
 // The form of the line for a failed call.
 psString noFunctionText(const psString& name) {
@@ -178,7 +170,7 @@ void psTest::beginRun() {
 
 psResult psTest::run() {
     psRenewSignals(); // the test before may have changed them
-    const FaultSubject subject(m_function);
+    const psLastSubject subject(m_function);
     beginRun();
     const psRunCheckpoint checkpoint;
     bool selected = true;
@@ -296,7 +288,8 @@ void psTest::endRun() {
 
 void psTest::afterException(const psString& message, psResult result,
                             const psRunCheckpoint& checkpoint) {
-    const psString label = g_trace.label();
+    // A copy: restoreStreams() takes the label away.
+    const psString label = g_trace.label(); // NOLINT(performance-unnecessary-copy-initialization)
     raiseResult(result);
     checkpoint.restoreStreams();
     g_ostrm << PS_ERR << message << " in " << label << "\n" << PS_END;

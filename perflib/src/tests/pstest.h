@@ -152,6 +152,7 @@ public:
     void setTimingResult(double clocks, const psString& comment);
     // What the parameters stand on, in the order of their loops.
     psNamedValues parameterValues() const;
+    psString combination() const; // the same as a text
     // What another process was in when it ended, in place of run().
     void reportLost(const psLostTest& lost);
     psStringList combinationCells();

@@ -6,6 +6,7 @@
 #include "pscstream.h"
 #include "psdamage.h"
 #include "psinterruption.h"
+#include "pslastsubject.h"
 #include "psrunwatch.h"
 #include "pstestrun.h"
 #include "psturns.h"
@@ -109,7 +110,9 @@ void psTest::runCombination(bool& isFirst) {
 // False: this combination is not measured.
 bool psTest::prepared(bool& isFirst) {
     bool ready = false;
+    psLastSubject::prepares(m_function, combination());
     psStep("initData", [&] { ready = initData(); });
+    psLastSubject::hasPrepared(m_function);
     if (reportDamage("preparation") || !ready) {
         return false;
     }

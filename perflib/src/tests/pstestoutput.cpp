@@ -168,6 +168,12 @@ void psTest::funcToCstrm() {
     g_cstrm << m_function << psString();
 }
 
+psString psTest::combination() const {
+    psMeasurement m;
+    m.parameters = parameterValues();
+    return m.combination();
+}
+
 psNamedValues psTest::parameterValues() const {
     psNamedValues values;
     for (const psParameter* parm : m_parms) {

@@ -6,7 +6,7 @@
 constinit psBatches g_batches;
 
 void psBatches::thin() {
-    for (unsigned i = 0; i < capacity / 2; ++i) {
+    for (size_t i = 0; i < capacity / 2; ++i) {
         m_clocks[i] = m_clocks[2 * i];
     }
     m_kept = capacity / 2;

@@ -9,7 +9,7 @@
 // is dropped, and from then on only every second one is kept.
 class psBatches {
 public:
-    void clear() { m_kept = m_seen = 0, m_stride = 1, m_smallest = LLONG_MAX; }
+    void clear() { m_kept = 0, m_seen = 0, m_stride = 1, m_smallest = LLONG_MAX; }
     void add(long long clocks) {
         m_smallest = clocks < m_smallest ? clocks : m_smallest;
         if (m_seen++ % m_stride == 0) {

@@ -1,4 +1,4 @@
-// The deeds, one function each; the table below names them.
+// The deeds, one function each. The table below has their names and what belongs to them.
 
 #undef NDEBUG // one of them is an assertion
 
@@ -16,6 +16,7 @@
 #include <thread>
 
 #include "deeds.h"
+#include "ntkdc.h"
 
 namespace {
 
@@ -55,7 +56,6 @@ Answer trap(const Words&, const Arguments&) {
     return handedOn;
 }
 
-// signal NUMBER: as another process or the terminal sends it, then the call goes on.
 Answer sendSignal(const Words& words, const Arguments&) {
     raise(std::stoi(words.at(1)));
     return handedOn;
@@ -71,7 +71,6 @@ Answer hang(const Words&, const Arguments&) {
     }
 }
 
-// The allocator finds out and aborts.
 Answer destroyHeap(const Words&, const Arguments&) {
     void* volatile block = std::malloc(100);
     std::free(block);
@@ -99,25 +98,22 @@ Answer blockSignals(const Words&, const Arguments&) {
     return handedOn;
 }
 
-// status N: answers at once.
 Answer giveStatus(const Words& words, const Arguments&) {
     return {1, std::stol(words.at(1))};
 }
 
-// poke ARGUMENT N: writes the int that the argument points to, and answers that all went well.
 Answer poke(const Words& words, const Arguments& arguments) {
     *reinterpret_cast<int*>(arguments[std::stoi(words.at(1))]) = std::stoi(words.at(2));
     return {1, 0};
 }
 
-// write ARGUMENT OFFSET BYTES: beside what the argument points to.
 Answer writeBeside(const Words& words, const Arguments& arguments) {
     char* const block = reinterpret_cast<char*>(arguments[std::stoi(words.at(1))]);
-    memset(block + std::stol(words.at(2)), 0xEE, std::stoul(words.at(3)));
+    // Zeros are nowhere in the pattern around a block.
+    memset(block + std::stol(words.at(2)), 0, std::stoul(words.at(3)));
     return handedOn;
 }
 
-// setlocale NAME
 Answer changeLocale(const Words& words, const Arguments&) {
     if (!std::setlocale(LC_ALL, words.at(1).c_str())) {
         refuse("there is no locale " + words.at(1));
@@ -125,26 +121,43 @@ Answer changeLocale(const Words& words, const Arguments&) {
     return handedOn;
 }
 
+Answer giveVersion(const Words& words, const Arguments&) {
+    static const std::string text = [&] {
+        std::string joined = words.at(1);
+        for (size_t i = 2; i < words.size(); ++i) {
+            joined += " " + words[i];
+        }
+        return joined;
+    }();
+    static const NtkLibraryVersion version = {"ntkDC", text.c_str(), "Jan 31 2024"};
+    return {1, reinterpret_cast<long>(&version)};
+}
+
 const struct Deed {
     const char* name;
     Answer (*commit)(const Words&, const Arguments&);
 } deeds[] = {
+    // Signals; the call goes on after one that is survived.
     {"segv", segv},
     {"abort", callAbort},
     {"assert", failAssertion},
     {"bus", bus},
     {"trap", trap},
-    {"signal", sendSignal},
-    {"exit", callExit},
-    {"hang", hang},
-    {"heap", destroyHeap},
+    {"signal", sendSignal}, // NUMBER: as another process or the terminal sends it
     {"thread-segv", segvInThread},
-    {"handlers", takeHandlers},
+    {"heap", destroyHeap}, // two releases of a block, which the allocator finds out
+    // The process.
+    {"exit", callExit}, // STATUS
+    {"hang", hang},
+    {"handlers", takeHandlers}, // those of faults
     {"mask", blockSignals},
-    {"status", giveStatus},
-    {"poke", poke},
-    {"write", writeBeside},
-    {"setlocale", changeLocale},
+    {"setlocale", changeLocale}, // NAME
+    // Memory.
+    {"write", writeBeside}, // ARGUMENT OFFSET BYTES: beside what the argument points to
+    // Answers in place of the real call.
+    {"status", giveStatus},   // NUMBER
+    {"poke", poke},           // ARGUMENT NUMBER: the int that the argument points to, and no error
+    {"version", giveVersion}, // WORD...: to who asks for the library's version
 };
 
 } // namespace

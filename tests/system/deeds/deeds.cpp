@@ -8,14 +8,13 @@
 // the real call and may answer in its place.
 
 #include <dlfcn.h>
-#include <unistd.h>
 
-#include <cstdio>
 #include <cstdlib>
 #include <sstream>
 #include <string>
 
 #include "deeds.h"
+#include "reallibrary.h"
 
 struct Function {
     void* real; // first: the code above jumps through it
@@ -65,17 +64,8 @@ Function* const functions[] = {
 #undef FORWARD
 };
 
-// The library's calls of its own functions stay within it: by default they would come here.
-int bindingOfOwnCalls() {
-#if defined(__SANITIZE_ADDRESS__)
-    return 0; // the sanitizer refuses it
-#else
-    return RTLD_DEEPBIND;
-#endif
-}
-
 void openReal() {
-    void* const library = dlopen(DEEDS_REAL_LIBRARY, RTLD_NOW | RTLD_LOCAL | bindingOfOwnCalls());
+    void* const library = openRealLibrary(DEEDS_REAL_LIBRARY);
     for (Function* const function : functions) {
         function->real = library ? dlsym(library, function->name) : nullptr;
         if (!function->real) {
@@ -138,6 +128,5 @@ extern "C" [[gnu::visibility("hidden"), gnu::used]] Answer deedBefore(Function* 
 }
 
 void refuse(const std::string& why) {
-    std::fprintf(stderr, "deeds libntkdc: %s\n", why.c_str());
-    _exit(2);
+    endWithout("deeds", why);
 }
