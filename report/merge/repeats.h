@@ -7,8 +7,8 @@
 
 namespace report {
 
-// Takes away runs, or comparisons, that are there twice: the same file given again, or a copy of it.
-// A sentence for each.
+// Takes away runs, or comparisons, that are there twice: the same file given again, or a copy of
+// it. A sentence for each.
 std::vector<std::string> leaveOutRepeats(std::vector<Run>& runs);
 std::vector<std::string> leaveOutRepeats(std::vector<Comparison>& comparisons);
 
