@@ -9,10 +9,10 @@ file(RELATIVE_PATH NTK_PROGRAMS_TO_LIBRARIES ${CMAKE_INSTALL_FULL_BINDIR} ${CMAK
 file(RELATIVE_PATH NTK_PROGRAMS_TO_WORKERS ${CMAKE_INSTALL_FULL_BINDIR} ${NTK_WORKERS})
 file(RELATIVE_PATH NTK_WORKERS_TO_LIBRARIES ${NTK_WORKERS} ${CMAKE_INSTALL_FULL_LIBDIR})
 
-# ntk_set_install_runpath(TARGET DIRECTORY): where the installed file looks for the libraries, from
-# its own directory on. Nothing where the loader looks anyway: the system's directories need none.
-function(ntk_set_install_runpath target directory)
+# ntk_set_install_runpath(TARGET RUNPATH): where the installed file looks for the libraries. Nothing
+# where the loader looks anyway: the system's directories need none.
+function(ntk_set_install_runpath target runpath)
     if(NOT CMAKE_INSTALL_FULL_LIBDIR IN_LIST CMAKE_CXX_IMPLICIT_LINK_DIRECTORIES)
-        set_target_properties(${target} PROPERTIES INSTALL_RPATH "\$ORIGIN/${directory}")
+        set_target_properties(${target} PROPERTIES INSTALL_RPATH ${runpath})
     endif()
 endfunction()
