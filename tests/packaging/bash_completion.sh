@@ -1,13 +1,8 @@
 # shellcheck shell=bash
-# What bash offers to complete a command line: sourced with the folder of the completions in pages.
+# What bash offers to complete a command line. To be sourced.
 
 # shellcheck disable=SC1091 # of the package bash-completion
 source /usr/share/bash-completion/bash_completion
-# shellcheck disable=SC2154 # its user's
-for file in "$pages"/*.bash; do
-    # shellcheck disable=SC1090
-    source "$file"
-done
 
 # offered LINE: the cursor is at its end. The function gets the words as bash splits them; what it
 # answers replaces the last of them, and is printed with the part of the word that stays.

@@ -106,6 +106,10 @@ case $what in
         [[ -e /usr/share/bash-completion/bash_completion ]] || skip bash-completion
         # shellcheck source=bash_completion.sh
         source "$here/bash_completion.sh"
+        for file in "$pages"/*.bash; do
+            # shellcheck disable=SC1090
+            source "$file"
+        done
         test_completions
         ;;
     zsh)
