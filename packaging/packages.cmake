@@ -12,8 +12,7 @@ function(ntk_package_documents package component)
     add_custom_command(OUTPUT ${documents}/changelog.gz
         COMMAND ${PERL_EXECUTABLE} ${CMAKE_CURRENT_SOURCE_DIR}/debian/changelog.pl
             ${PROJECT_SOURCE_DIR}/CHANGELOG.md ntkperf ${NTK_PACKAGE_CONTACT} ${package_date}
-            >${documents}/changelog
-        COMMAND gzip -9nf ${documents}/changelog
+            ${documents}/changelog
         DEPENDS ${PROJECT_SOURCE_DIR}/CHANGELOG.md debian/changelog.pl
         VERBATIM)
     add_custom_target(${package}_changelog ALL DEPENDS ${documents}/changelog.gz)
@@ -38,6 +37,9 @@ file(READ ${PROJECT_SOURCE_DIR}/README.md readme)
 string(REGEX REPLACE "^# [^\n]*\n\n" "" introduction "${readme}")
 string(REGEX REPLACE "\n\n.*" "" introduction "${introduction}")
 string(REPLACE "`" "" introduction "${introduction}")
+file(WRITE ${CMAKE_CURRENT_BINARY_DIR}/introduction "${introduction}")
+execute_process(COMMAND fmt -w 75 ${CMAKE_CURRENT_BINARY_DIR}/introduction
+    OUTPUT_VARIABLE introduction OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
 
 set(library_package libntk${NTK_LIBRARY_SOVERSION})
 set(this_version "(= ${PROJECT_VERSION})")
@@ -45,8 +47,13 @@ ntk_package(programs ntkperf devel "measures the functions of a data-compression
     "${library_package} ${this_version}")
 ntk_package(libraries ${library_package} libs "data-compression library that ntkperf measures")
 ntk_package(development ntkperf-dev libdevel "harness to measure the functions of a library"
-    "${library_package} ${this_version}, libstdc++-dev")
+    "${library_package} ${this_version}, libstdc++-12-dev | libstdc++-dev")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SUGGESTS "cmake, ntkperf")
+
+# New libraries are in the loader's cache at the end of the installation.
+set(CPACK_DEBIAN_LIBRARIES_PACKAGE_CONTROL_EXTRA ${CMAKE_CURRENT_SOURCE_DIR}/debian/triggers)
+install(FILES debian/libntk.lintian-overrides RENAME ${library_package}
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/lintian/overrides COMPONENT libraries)
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_CONTACT ${NTK_PACKAGE_CONTACT})

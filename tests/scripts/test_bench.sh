@@ -58,7 +58,7 @@ run_in() {
 
 test_help_and_unknown_arguments() {
     local script key
-    for script in bench check format install measuring mutate same-output tidy; do
+    for script in bench check format install measuring mutate package package-test same-output tidy; do
         for key in -h --help; do
             output=$("$project/scripts/$script.sh" "$key" 2>&1)
             expect "$script.sh $key" "$? $output" "0 [A-Z]*  scripts/$script.sh*"
