@@ -19,7 +19,10 @@ foreach(library ntkcore ntks ntkdc)
 endforeach()
 
 file(WRITE ${CMAKE_CURRENT_BINARY_DIR}/ntkperfConfig.cmake
-    "include(\${CMAKE_CURRENT_LIST_DIR}/ntkperfTargets.cmake)\n")
+    "include(CMakeFindDependencyMacro)
+find_dependency(ZLIB)
+include(\${CMAKE_CURRENT_LIST_DIR}/ntkperfTargets.cmake)
+")
 write_basic_package_version_file(ntkperfConfigVersion.cmake COMPATIBILITY SameMajorVersion)
 install(EXPORT ntkperf FILE ntkperfTargets.cmake NAMESPACE ntkperf:: DESTINATION ${package_dir}
     COMPONENT development)

@@ -47,7 +47,7 @@ ntk_package(programs ntkperf devel "measures the functions of a data-compression
     "${library_package} ${this_version}")
 ntk_package(libraries ${library_package} libs "data-compression library that ntkperf measures")
 ntk_package(development ntkperf-dev libdevel "harness to measure the functions of a library"
-    "${library_package} ${this_version}, libstdc++-12-dev | libstdc++-dev")
+    "${library_package} ${this_version}, libstdc++-12-dev | libstdc++-dev, zlib1g-dev")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SUGGESTS "cmake, ntkperf")
 
 # New libraries are in the loader's cache at the end of the installation.

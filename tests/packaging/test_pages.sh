@@ -96,6 +96,7 @@ test_completions() {
     expect 'ntkcompare --csv=ta' --csv=table.csv
     expect 'ntkcompare own ow' own
     expect 'ntkcompare own own -- -f=ntksAdl' -f=ntksAdler32_8u
+    expect 'ntkreport --html=x ta' table.csv
     expect 'ntkguard --limit 3 ntkperf -fntksAdl' -fntksAdler32_8u
     expect 'ntkcorpus --fo' --force
 }
