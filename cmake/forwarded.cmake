@@ -14,3 +14,12 @@ function(ntk_forwarded_functions file)
     list(JOIN functions "\n" functions)
     file(CONFIGURE OUTPUT ${file} CONTENT "${functions}\n")
 endfunction()
+
+# ntk_name_as_own(TARGET): the shared library gets the file name of the own libntkdc, version
+# included, so that the loader takes it in its place.
+function(ntk_name_as_own target)
+    get_target_property(version ntkdc VERSION)
+    get_target_property(soversion ntkdc SOVERSION)
+    set_target_properties(${target} PROPERTIES
+        OUTPUT_NAME ntkdc VERSION ${version} SOVERSION ${soversion})
+endfunction()

@@ -10,7 +10,7 @@ namespace fs = std::filesystem;
 namespace compare {
 
 void checkLibraries(const std::string& directory) {
-    static const char* const files[] = {"libntkdc.so.12", "libntks.so.12", "libntkcore.so.12"};
+    static const char* const files[] = {NTK_DC_SONAME, NTK_S_SONAME, NTK_CORE_SONAME};
     std::error_code error;
     if (!fs::is_directory(directory, error)) {
         throw UsageError(directory +
@@ -21,17 +21,20 @@ void checkLibraries(const std::string& directory) {
         return fs::exists(fs::path(directory) / file, error);
     });
     if (!hasOne) {
-        throw UsageError(directory + " holds none of libntkdc.so.12, libntks.so.12 and "
-                                     "libntkcore.so.12; name the directory they are in, or own");
+        throw UsageError(directory + " holds none of " NTK_DC_SONAME ", " NTK_S_SONAME
+                                     " and " NTK_CORE_SONAME
+                                     "; name the directory they are in, or own");
     }
 }
 
-std::string programFolder() {
-    return fs::read_symlink("/proc/self/exe").parent_path().string() + "/";
-}
-
-std::string ownLibraries() {
-    return fs::path(programFolder() + "../lib").lexically_normal();
+OwnBuild ownBuild() {
+    const fs::path folder = fs::read_symlink("/proc/self/exe").parent_path();
+    const bool isInstalled = !fs::exists(folder / "ntkturns");
+    const auto place = [&](const char* built, const char* installed) {
+        return (folder / (isInstalled ? installed : built)).lexically_normal();
+    };
+    const fs::path libraries = place("../lib", NTK_PROGRAMS_TO_LIBRARIES);
+    return {place("", NTK_PROGRAMS_TO_WORKERS) / "ntkturns", libraries, libraries / NTK_DC_SONAME};
 }
 
 } // namespace compare

@@ -6,9 +6,14 @@ namespace compare {
 
 // Throws UsageError unless the folder holds at least one file of the measured library.
 void checkLibraries(const std::string& directory);
-// The folder of the running program, "/" at its end.
-std::string programFolder();
-// Of the own build: the folder "lib" beside that one.
-std::string ownLibraries();
+
+// What belongs to the running program. In the build tree the worker lies beside it; an installation
+// has places of its own for the worker and for the libraries.
+struct OwnBuild {
+    std::string worker;    // the program that measures one side
+    std::string libraries; // the folder
+    std::string someData;  // a file that every machine has: one of the libraries
+};
+OwnBuild ownBuild();
 
 } // namespace compare

@@ -36,26 +36,19 @@ void checkFiles(const Options& options) {
     }
 }
 
-// Data that every machine has, so that --self runs in any folder: the library itself.
-std::vector<std::string> selfKeys(const std::string& ownLibraries) {
-    return {"-f=ntksCRC32_8u",
-            "-f=ntksEncodeLZ4_8u",
-            "-f=ntksDecodeLZ4_8u",
-            "-f=ntksEncodeLZO_8u",
-            "-f=ntksInflate_8u",
-            "-f=ntksMTFFwd_8u",
-            "-f=ntksDecodeLZSS_8u",
-            "-dCodeLength=16384",
-            "-dcomprLevel=6",
-            "-dmethod=ST",
-            "-dCodeFile=" + ownLibraries + "/libntkdc.so.12"};
+// With data that every machine has, so that --self runs in any folder.
+std::vector<std::string> selfKeys(const std::string& dataFile) {
+    return {"-f=ntksCRC32_8u",      "-f=ntksEncodeLZ4_8u",   "-f=ntksDecodeLZ4_8u",
+            "-f=ntksEncodeLZO_8u",  "-f=ntksInflate_8u",     "-f=ntksMTFFwd_8u",
+            "-f=ntksDecodeLZSS_8u", "-dCodeLength=16384",    "-dcomprLevel=6",
+            "-dmethod=ST",          "-dCodeFile=" + dataFile};
 }
 
 Plan planOf(const Options& options) {
-    const std::string folder = programFolder();
+    const OwnBuild own = ownBuild();
     Plan plan;
-    plan.worker = options.worker.empty() ? folder + "ntkturns" : options.worker;
-    plan.ownLibraries = ownLibraries();
+    plan.worker = options.worker.empty() ? own.worker : options.worker;
+    plan.ownLibraries = own.libraries;
     plan.directories = options.directories;
     plan.settings = options.settings;
     for (const Side side : {Side::base, Side::changed}) {
@@ -63,13 +56,13 @@ Plan planOf(const Options& options) {
         checkLibraries(directory == "own" ? plan.ownLibraries : directory);
         plan.keys[side] = options.keys[side];
         if (options.isSelf && plan.keys[side].empty()) {
-            plan.keys[side] = selfKeys(plan.ownLibraries);
+            plan.keys[side] = selfKeys(own.someData);
         }
         plan.keys[side].insert(plan.keys[side].begin(), "-B"); // there is nobody to answer
     }
     if (access(plan.worker.c_str(), X_OK) != 0) {
         throw UsageError("cannot start " + plan.worker + ": " + std::strerror(errno) +
-                         "; build it, it belongs beside ntkcompare");
+                         "; build or install it with ntkcompare");
     }
     return plan;
 }

@@ -32,8 +32,8 @@ struct Formatter : CLI::Formatter {
 };
 
 const char* const footer =
-    R"(BASE and NEW are directories with libntkdc.so.12, libntks.so.12 and
-libntkcore.so.12; what is missing in one is taken from the own build. "own" or
+    "BASE and NEW are directories with " NTK_DC_SONAME ", " NTK_S_SONAME " and\n" NTK_CORE_SONAME
+    R"(; what is missing in one is taken from the own build. "own" or
 "." is the own build. The KEYs behind -- are those of ntkperf (ntkperf -h): they
 select functions (-fLZ4), set parameters (-dCodeLength=65536), read settings
 (-inight) and limit the processor features (-TSSE42: up to SSE4.2). Input files

@@ -2,10 +2,12 @@
 # Installs the Debian packages that the project needs and that are missing. Does nothing, and
 # needs no rights, when all are there.
 #
-#   scripts/install.sh            what building, measuring and testing need
-#   scripts/install.sh --tests    also what reads the project's files in tests that are skipped
-#                                 without it
-#   scripts/install.sh --checks   also what .ci/run checks the sources with
+#   scripts/install.sh              what building, measuring and testing need
+#   scripts/install.sh --tests      also what reads the project's files in tests that are skipped
+#                                   without it
+#   scripts/install.sh --checks     also what .ci/run checks the sources with
+#   scripts/install.sh --packages   also what scripts/package.sh makes packages with
+#   scripts/install.sh --bare       also what scripts/package-test.sh tries them with
 
 # shellcheck source-path=SCRIPTDIR source=common.sh
 . "$(dirname "${BASH_SOURCE[0]}")/common.sh"
@@ -20,18 +22,22 @@ packages=(
     libjs-chart.js                         # plots of the report
     libbenchmark-dev                       # compared with ntkcompare
     libgtest-dev                           # tests
+    perl                                   # man pages and completions
 )
 case ${1:-} in
     --tests)
         packages+=(libbenchmark-tools python3-numpy python3-scipy) # reports in other formats
         packages+=(chromium chromium-driver python3-selenium)      # the report as a page
         packages+=(python3-jsonschema)                             # records for programs
+        packages+=(man-db bash-completion zsh)                     # man pages and completions
         ;;
     --checks)
         packages+=(clang-14 clang-format-14 clang-tidy-14 libclang-rt-14-dev shellcheck valgrind)
         ;;
+    --packages) packages+=(dpkg-dev file fakeroot lintian) ;;
+    --bare) packages+=(debootstrap) ;;
     "") ;;
-    *) refuse "'$1' is not known: the arguments are --tests and --checks" ;;
+    *) refuse "'$1' is not known: the arguments are --tests, --checks, --packages and --bare" ;;
 esac
 
 is_installed() {

@@ -40,19 +40,6 @@ bool catches(pid_t process, int signal) {
            (std::stoull(status.substr(mask + 7), nullptr, 16) >> (signal - 1) & 1) != 0;
 }
 
-// What the process has said to the one who watches over it.
-std::string progressOf(pid_t process) {
-    namespace fs = std::filesystem;
-    for (const fs::path& file :
-         fs::directory_iterator("/proc/" + std::to_string(process) + "/fd")) {
-        std::error_code gone;
-        if (fs::read_symlink(file, gone).string().starts_with("/memfd:progress")) {
-            return readText(file.string());
-        }
-    }
-    return "";
-}
-
 class GuardInterrupted : public GuardTest {
 protected:
     ~GuardInterrupted() override {
@@ -135,28 +122,6 @@ TEST_F(GuardInterrupted, ASignalToItEndsAProgramThatHangs) {
         EXPECT_EQ(timesIn(text("log.txt"), " Function : "), 1);
         std::remove(path("log.txt").c_str());
     }
-}
-
-TEST_F(GuardInterrupted, ASecondSignalIsPassedOnLikeTheFirst) {
-    start("alpha@65536@call=hang", all, {});
-    ASSERT_TRUE(says("log.txt", "alpha: Length=65536"));
-    const pid_t child = program();
-    kill(m_guard, SIGTERM);
-    ASSERT_TRUE(becomes([&] { return progressOf(child).starts_with('1'); }));
-    kill(m_guard, SIGTERM);
-    EXPECT_EQ(status(), 128 + SIGTERM);
-    EXPECT_FALSE(isAlive(child));
-}
-
-TEST_F(GuardInterrupted, ASignalThatTheCallerIgnoresIsNone) {
-    const auto before = signal(SIGHUP, SIG_IGN);
-    start("beta@65536@call=hang;gamma@65536@call=kill", all, {"--limit", "2"});
-    signal(SIGHUP, before);
-    ASSERT_TRUE(says("log.txt", "beta: Length=65536"));
-    kill(-m_guard, SIGHUP);
-    EXPECT_EQ(status(), 0);
-    EXPECT_EQ(timesIn(text("errors"), "going on"), 2) << text("errors");
-    EXPECT_EQ(timesIn(text("log.txt"), ".Incomplete"), 0) << text("log.txt");
 }
 
 // A signal from a terminal goes to all of a group; a second one would end the program at once.

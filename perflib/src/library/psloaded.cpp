@@ -85,7 +85,18 @@ psStringList psLoadedLibraries() {
 psString psOwnLibraryDir() {
     std::error_code failure;
     const fs::path program = fs::read_symlink("/proc/self/exe", failure);
-    return failure ? psString() : (program.parent_path() / ".." / "lib").c_str();
+    if (failure) {
+        return psString();
+    }
+    const fs::path folder = program.parent_path();
+    const fs::path beside = folder / "../lib";
+    for (const fs::path& directory :
+         {beside, folder / NTK_PROGRAMS_TO_LIBRARIES, folder / NTK_WORKERS_TO_LIBRARIES}) {
+        if (fs::exists(directory / NTK_CORE_SONAME, failure)) {
+            return directory.c_str();
+        }
+    }
+    return beside.c_str();
 }
 
 psString psLibraryOriginText(const psStringList& files, const psString& ownDir,

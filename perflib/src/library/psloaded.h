@@ -7,7 +7,8 @@
 
 // The library's shared objects in this process, as the loader found them.
 psStringList psLoadedLibraries();
-// The directory of the program's own builds: "lib" beside that of the program.
+// The directory of the program's own builds: "lib" beside that of the program, or where an
+// installation has put them.
 psString psOwnLibraryDir();
 
 // What the log says of them: a line for each file that a directory of searchPath (separated by ":")

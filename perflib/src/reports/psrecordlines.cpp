@@ -113,7 +113,7 @@ psString psRunLine(const psRunFacts& run) {
                    {"format", "ntkperf"},
                    {"version", psRecordsVersion},
                    {"started", psTimeText(run.plan.start).c_str()},
-                   {"program", "2.0"},
+                   {"program", PS_VERSION},
                    {"keys", list(run.plan.keys)},
                    {"machine", machineOf(run)},
                    {"libraries", librariesOf(run)},

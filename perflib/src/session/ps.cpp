@@ -329,9 +329,8 @@ bool psSession::hintOutput() {
     if (!m_helpKey && !m_versionAsked) {
         return false;
     }
-    g_ostrm << PS_ERR << "\nBrask NTK. Performance System "
-            << "2.0"
-            << ", " << __DATE__ << "\n"
+    g_ostrm << PS_ERR << "\nBrask NTK. Performance System " << PS_VERSION << ", " << __DATE__
+            << "\n"
             << PS_END;
     if (m_helpKey) {
         hint(m_helpKey, m_helpHidden);
