@@ -35,14 +35,6 @@ bool progressionFields(const psString& text, psString (&fields)[3]) {
     return true;
 }
 
-// Three values of which the last is negative would read back as a progression: a tab in front of it
-// tells them apart.
-psString listText(const psString& text) {
-    psString fields[3];
-    return progressionFields(text, fields) ? fields[0] + "; " + fields[1] + ";\t" + fields[2]
-                                           : text;
-}
-
 } // namespace
 
 void psProgression::validate() const {
@@ -98,7 +90,7 @@ void psStepIterator<int>::reset() {
 
 psString psStepIterator<int>::defaultString() const {
     if (!isProgression()) {
-        return listText(psIterator<int>::defaultString());
+        return psIterator<int>::defaultString();
     }
     psString text;
     text << first() << "; " << last() << "; " << char(operation()) << step();
