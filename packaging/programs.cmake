@@ -34,7 +34,8 @@ function(ntk_make_pages)
         get_property(help GLOBAL PROPERTY NTK_HELP_${program})
         set(others ${programs})
         list(REMOVE_ITEM others ${program})
-        set(files ${pages_dir}/${program}.1.gz ${pages_dir}/${program}.bash ${pages_dir}/_${program})
+        set(files
+            ${pages_dir}/${program}.1.gz ${pages_dir}/${program}.bash ${pages_dir}/_${program})
         add_custom_command(OUTPUT ${files}
             COMMAND ${PERL_EXECUTABLE} ${CMAKE_CURRENT_SOURCE_DIR}/pages/pages.pl
                 ${program} $<TARGET_FILE:${program}> ${help} ${summary} ${PROJECT_VERSION}

@@ -95,7 +95,8 @@ my @operands = (
     [qr/\bFILE/, 'file'],
 );
 my %bash_operands = (
-    folders => "    _filedir -d\n    mapfile -t -O \"\${#COMPREPLY[\@]}\" COMPREPLY < <(compgen -W own -- \"\$cur\")",
+    folders => "    _filedir -d\n"
+        . '    [[ own != "$cur"* ]] || COMPREPLY+=(own)',
     program => '    _command_offset "$cword"',
     folder  => '    _filedir -d',
     file    => '    _filedir',
@@ -148,7 +149,7 @@ sub bash_options {
                 . "                _ntkperf ntkperf"
             : "                _filedir",
         PROGRAM => operand($help) eq 'program'
-            ? "            *)\n                _command_offset \"\$i\"\n                return\n                ;;"
+            ? join("\n                ", '            *)', '_command_offset "$i"', 'return', ';;')
             : "            *) ;;");
 }
 
@@ -165,7 +166,8 @@ sub zsh_options {
         $action =~ s/"|\.\.\.//g;
         my @specs = map { $value eq '' ? $_ : /^--/ ? "$_=" : "$_+" } @names;
         my $repeats = $value =~ /\.\.\./ ? '*' : '';
-        push @lines, map { quoted(($repeats || '(' . join(' ', @names) . ')') . $_ . "[$text]" . $action) } @specs;
+        my $once = $repeats || '(' . join(' ', @names) . ')';
+        push @lines, map { quoted("$once$_\[$text]$action") } @specs;
     }
     push @lines, $zsh_operands{operand($help)} if operand($help) ne 'none';
     push @lines, "'*::key:{ words=(ntkperf \$words) CURRENT=\$((CURRENT+1)); _normal }'"

@@ -8,7 +8,8 @@
 zmodload zsh/zpty
 words=$(mktemp)
 zpty shell zsh -f -i
-zpty -w shell "PROMPT= fpath=(${(q)1} \$fpath) offered=$words; autoload -Uz compinit; compinit -D -u"
+zpty -w shell "PROMPT= fpath=(${(q)1} \$fpath) offered=$words"
+zpty -w shell 'autoload -Uz compinit; compinit -D -u'
 zpty -w shell 'function compadd() {
     if [[ ${@[1,(i)(-|--)]} != *-(O|A|D)\ * ]]; then
         local -a hits; builtin compadd -A hits "$@"
