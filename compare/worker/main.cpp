@@ -44,6 +44,6 @@ int main(int argc, char** argv) {
     psRegRecordWriter(worker);
     channel.say(hello());
     psSession().run(argc, argv);
-    worker.end();
+    worker.finish();
     return 0;
 }

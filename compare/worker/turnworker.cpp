@@ -121,7 +121,7 @@ void TurnWorker::released() {
     }
 }
 
-void TurnWorker::end() {
+void TurnWorker::finish() {
     refuseOpenCase();
     End message;
     for (const psString& remark : g_remarks.shown()) {

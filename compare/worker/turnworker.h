@@ -19,7 +19,7 @@ public:
     void released() override;
 
     // After the session: says that there are no more, or that a test was given up.
-    void end();
+    void finish();
 
 private:
     void refuseOpenCase() const;
