@@ -159,7 +159,8 @@ Outcome decodeGeneric(Stream& s, CodeTable literals, CodeTable distances) {
     return decode(s, literals, distances);
 }
 
-// Shifts by a variable take one step in place of three, on the way from each symbol to the next.
+// Shifts by a variable take one step in place of three, on the way from each symbol to the next: 2
+// to 8% fewer clocks on book1, 4 to 5% on geo, 17% on pic (ntkcompare, levels 1 to 9).
 // All processors with AVX2 have them, unless a virtual machine hides them.
 [[gnu::target("bmi,bmi2")]] Outcome decodeWithBmi2(Stream& s, CodeTable literals,
                                                    CodeTable distances) {

@@ -265,7 +265,7 @@ Report hostile() {
 Report rows(int count) {
     Report report = plain(1);
     Group& group = report.groups.front();
-    const Method one = methods[2];
+    const Method& one = methods[2];
     for (int i = 0; static_cast<int>(group.cases.size()) < count; ++i) {
         Method other = one;
         other.function = "ntksEncodeNumber" + std::to_string(i / 100) + "_8u";

@@ -50,7 +50,7 @@ TEST_F(Outputs, BarsAreBlocksWhereTheLocaleHasThem) {
     };
     EXPECT_NE(output("C.UTF-8").find("\u2588"), std::string::npos);
     EXPECT_EQ(output("C").find("\u2588"), std::string::npos);
-    EXPECT_NE(output("C").find("#"), std::string::npos);
+    EXPECT_NE(output("C").find('#'), std::string::npos);
 }
 
 TEST_F(Outputs, WhatCannotBeWrittenIsSaidBeforeAnythingIs) {
