@@ -121,11 +121,20 @@ const methodColumns = [
     numberColumn("rows", "Measurements", whole, row => row.own.length),
 ];
 
+// The functions of another library may have nothing in common in their names: not a plot for each.
+const mostLonelyPlots = 3;
+
+function familyPlotOf(methods) {
+    const lonely = [...groupBy(methods, method => method.family).entries()]
+        .filter(([, own]) => own.length === 1).map(([family]) => family);
+    return ({family}) => (lonely.length > mostLonelyPlots && lonely.includes(family) ? "" : family) || "Others";
+}
+
 function showFamilies(methods) {
     const scale = methods.length ? barScale(methods) : [1, 10];
     familyPlots.forEach(plot => plot.remove());
     familyPlots.clear();
-    const families = groupBy(methods, method => method.family || "Others");
+    const families = groupBy(methods, familyPlotOf(methods));
     for (const family of [...families.keys()].sort()) {
         const own = families.get(family);
         const plot = new Plot(byId("families"));
@@ -147,8 +156,9 @@ function clocksAnswer(methods) {
             ? "" : `Nothing was measured ${dataText()}.`;
     }
     const name = method => `${briefMethod(method)} (${figure(method.clocks)})`;
-    const text = `Slowest ${dataText()}: ${listed(compared.slice(0, 3).map(name))}. ` +
-        `Fastest: ${listed(compared.slice(-3).reverse().map(name))}.`;
+    const told = Math.min(3, Math.floor(compared.length / 2)); // none is both
+    const text = `Slowest ${dataText()}: ${listed(compared.slice(0, told).map(name))}. ` +
+        `Fastest: ${listed(compared.slice(-told).reverse().map(name))}.`;
     return text[0].toUpperCase() + text.slice(1);
 }
 

@@ -20,10 +20,17 @@ function rangeOf(measured) {
     return samples.length > 1 ? [low, high] : [middle, middle * (1 + (spread ?? 0))];
 }
 
+// Of a function of another library, but for a decoder, whose bytes may be the compressed ones.
+const isByteItself = ({bytesPerUnit, unit, kind}) =>
+    !(bytesPerUnit > 0) && unit === "byte" && kind !== "decoder";
+
 // Figures per byte of uncompressed data wherever it is known what a unit stands for, so that
 // methods can be compared with each other.
 function completed(measured) {
     measured.method = measured.function + (measured.variant ? ", " + measured.variant : "");
+    if (isByteItself(measured)) {
+        measured.bytesPerUnit = 1;
+    }
     measured.isPerByte = measured.bytesPerUnit > 0;
     measured.isMeasured = measured.samples.length > 0 && measured.median > 0;
     const bytes = measured.isPerByte ? measured.bytesPerUnit : 1;

@@ -50,7 +50,8 @@ function showFailures() {
     const said = remarks();
     place.replaceChildren();
     if (report.failures.length === 0) {
-        place.append(element("p", {}, cases.length ? "Every test was a plain success." : "No run is in this report."));
+        place.append(element("p", {}, cases.length ? "Every test was a plain success."
+            : "No run is in this report; what failed in a comparison stands in its table."));
     } else {
         const isNote = failure => !isFailure(failure.result);
         showSaid(place, [...report.failures].sort((a, b) => isNote(a) - isNote(b)));

@@ -111,9 +111,20 @@ function frontierDataset(methods) {
     };
 }
 
+// Where the dashed line goes: level from a method to the speed of the next one, then up to it.
+function frontierBoxes(chart) {
+    const index = chart.data.datasets.findIndex(dataset => dataset.type === "line");
+    const points = index < 0 ? [] : chart.getDatasetMeta(index).data;
+    return points.slice(1).flatMap((to, before) => {
+        const from = points[before];
+        return [box(to.x, from.y - 2, from.x - to.x, 4), box(to.x - 2, to.y, 4, from.y - to.y)];
+    });
+}
+
 // As many names as find a place, those on the frontier first.
 function drawMethodNames(methods, chart, ctx) {
     const taken = chart.getDatasetMeta(0).data.map(point => box(point.x - 5, point.y - 5, 10, 10));
+    taken.push(...frontierBoxes(chart));
     const room = chart.chartArea;
     ctx.save();
     ctx.textBaseline = "middle";
@@ -126,7 +137,7 @@ function drawMethodNames(methods, chart, ctx) {
         const place = freePlace(point, width, taken, room, one.isOnFrontier);
         if (place) {
             ctx.fillStyle = colour(one.isOnFrontier ? "text" : "muted");
-            ctx.fillText(text, place.left, place.top + 7);
+            drawText(ctx, text, place.left, place.top + 7);
             taken.push(place);
         }
     }

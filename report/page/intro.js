@@ -66,6 +66,10 @@ function comparedText() {
         `: ${counted(sum(comparisons.map(one => one.cases.rows.length)), "combination")}.`;
 }
 
+// What another library is for is not known.
+const libraryKind = purpose =>
+    (functions.every(name => name.startsWith("ntks")) ? `a ${purpose} library` : "a library");
+
 function whatText() {
     if (report.runs.length === 0) {
         return comparedText() || "Nothing was measured.";
@@ -73,7 +77,7 @@ function whatText() {
     const keys = known(report.runs.map(run => run.decisiveKeys.join(" ")));
     const machine = machineText();
     const libraries = librariesText();
-    return `${counted(functions.length, "function")} of a data-compression library${corpusText()}, ` +
+    return `${counted(functions.length, "function")} of ${libraryKind("data-compression")}${corpusText()}, ` +
         `measured in ${counted(report.runs.length, "run")}${whenText()}` +
         (machine && ` on ${machine}`) + `: ${counted(cases.length, "combination")}.` +
         (libraries && ` Library: ${libraries}.`) +
@@ -118,7 +122,7 @@ function slowestCard() {
     for (const kind of ["encoder", "decoder"]) {
         const own = frontierData(kind).methods;
         if (own.length > 1) {
-            lines.push(`Of the complete ${kind}s ${briefMethod(own[0])} is the fastest (${speedText(own[0])}), ` +
+            lines.push(`Of the complete ${kind}s, on the longest data, ${briefMethod(own[0])} is the fastest (${speedText(own[0])}), ` +
                 `${briefMethod(own.at(-1))} the slowest (${speedText(own.at(-1))}).`);
         }
     }
@@ -215,7 +219,8 @@ function showRuns() {
 function showIntro() {
     const isOnlyComparison = cases.length === 0 && report.comparisons.length > 0;
     byId("title").textContent = isOnlyComparison
-        ? "Two builds of a compression library, compared" : "Speed of a compression library, function by function";
+        ? "Two builds of a compression library, compared"
+        : `Speed of ${libraryKind("compression")}, function by function`;
     byId("what").textContent = whatText();
     byId("clock").textContent = clockText();
     showRuns();

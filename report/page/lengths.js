@@ -67,7 +67,7 @@ function drawLineNames(lines, chart, ctx) {
         const place = isEarly && freePlace(end, ctx.measureText(end.text).width, taken, room);
         if (place) {
             ctx.fillStyle = end.colour;
-            ctx.fillText(end.text, place.left, place.top + 7);
+            drawText(ctx, end.text, place.left, place.top + 7);
             taken.push(place);
         }
         return !place;

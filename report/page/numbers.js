@@ -59,7 +59,7 @@ function change(ratio) {
     }
     const value = (ratio - 1) * 100;
     const text = Math.abs(value).toFixed(Math.abs(value) < 1 ? 2 : 1) + "%";
-    return (value < 0 ? "\u2212" : "+") + text;
+    return (text === "0.00%" ? "" : value < 0 ? "\u2212" : "+") + text;
 }
 
 // 16384 as 16K, as everybody speaks of block lengths; other lengths as they are.

@@ -87,6 +87,17 @@ const redrawPlots = () => plots.forEach(plot => plot.redraw());
 const overlay = draw => ({id: "overlay", afterDatasetsDraw: chart => draw(chart, chart.ctx)});
 const underlay = draw => ({id: "underlay", beforeDatasetsDraw: chart => draw(chart, chart.ctx)});
 
+// Readable also where lines pass behind it.
+function drawText(ctx, text, x, y) {
+    ctx.save();
+    ctx.strokeStyle = colour("ground");
+    ctx.lineWidth = 3;
+    ctx.lineJoin = "round";
+    ctx.strokeText(text, x, y);
+    ctx.restore();
+    ctx.fillText(text, x, y);
+}
+
 const smallFont = () => "11px " + Chart.defaults.font.family;
 
 // An interval as a line with a short bar at each end.
@@ -125,7 +136,7 @@ function logarithmicAxis(low, high, title) {
     return {
         type: "logarithmic", min: low, max: high, title: titleOf(title),
         afterBuildTicks: ticksAt(ticks.filter(tick => tick >= low * 0.999 && tick <= high * 1.001)),
-        ticks: {callback: tickText},
+        ticks: {callback: tickText, maxRotation: 0},
     };
 }
 const tickText = value => String(Number(Number(value).toPrecision(3)));
