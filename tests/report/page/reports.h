@@ -15,6 +15,9 @@ report::Report plain(int runs = 3);
 // Two builds, the second faster in one function and slower in another, and what ntkcompare says.
 report::Report twoBuilds();
 
+// Of a library whose functions have names of their own and count bytes.
+report::Report foreign();
+
 // Each result once, a run without its end and remarks.
 report::Report faults();
 

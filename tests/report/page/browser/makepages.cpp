@@ -26,6 +26,7 @@ int main(int argc, char** argv) {
     const bool isWritten = write(folder / "plain.html", made::plain()) &&
                            write(folder / "history.html", made::plain(8)) &&
                            write(folder / "builds.html", made::twoBuilds()) &&
+                           write(folder / "foreign.html", made::foreign()) &&
                            write(folder / "faults.html", made::faults()) &&
                            write(folder / "hostile.html", made::hostile()) &&
                            write(folder / "rows.html", made::rows(20000)) &&

@@ -170,6 +170,16 @@ class PageTest(unittest.TestCase):
         self.assertTrue(self.text("#clocks-answer").startswith("Slowest for pic: BWTFwd_8u"))
         self.assertIn("data=pic", self.address())
 
+    def test_another_library(self):
+        self.open("foreign")
+        self.assertEqual("Speed of a library, function by function", self.text("#title"))
+        self.assertEqual(["EncodeLZO_8u", "Others"], [title.text for title in self.find_all("#families h3")])
+        # The bytes of decoders may be the compressed ones: they are not compared.
+        answer = self.text("#clocks-answer")
+        self.assertTrue(answer.startswith("Slowest over all"))
+        self.assertIn("Fastest: CRC32_8u", answer)
+        self.assertNotIn("Decode", answer)
+
     def test_frontier(self):
         self.open("plain")
         self.go_to("frontier")
