@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
 
 #include "psatomicfile.h"
 
@@ -20,6 +21,13 @@ int terminalWidth(int descriptor) {
 }
 
 std::string whyNotWritable(const std::string& file) {
+    std::error_code error;
+    const auto type = std::filesystem::status(file, error).type();
+    using std::filesystem::file_type;
+    if (type == file_type::fifo || type == file_type::character || type == file_type::block ||
+        type == file_type::socket) {
+        return "it is no regular file";
+    }
     return psAtomicFile::canReplace(file.c_str()) ? "" : std::strerror(errno);
 }
 

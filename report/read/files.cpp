@@ -1,5 +1,7 @@
 #include "files.h"
 
+#include <filesystem>
+
 #include "comparisons.h"
 #include "lines.h"
 #include "records.h"
@@ -70,6 +72,10 @@ bool beginsAsMeasurements(std::string_view line) {
 } // namespace
 
 bool holdsMeasurements(const std::string& file) {
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(file, error)) {
+        return false; // reading a pipe would wait for who writes into it
+    }
     try {
         LineReader lines(file);
         // The second line of a comparison tells it.

@@ -1,3 +1,5 @@
+#include <sys/stat.h>
+
 #include "program.h"
 
 namespace report {
@@ -57,7 +59,9 @@ TEST_F(Outputs, WhatCannotBeWrittenIsSaidBeforeAnythingIs) {
     const std::pair<const char*, const char*> files[] = {
         {"no/such/folder.csv", "cannot write no/such/folder.csv: No such file or directory"},
         {".", "cannot write .: Is a directory"},
-        {"/dev/null", "cannot write /dev/null: "}};
+        {"pipe", "cannot write pipe: it is no regular file"},
+        {"/dev/null", "cannot write /dev/null: it is no regular file"}};
+    ASSERT_EQ(mkfifo(path("pipe").c_str(), 0600), 0);
     for (const auto& [file, sentence] : files) {
         const Outcome outcome = run({"a.csv", "--markdown", "out.md", "--csv", file});
         EXPECT_EQ(outcome.status, 1) << file;
