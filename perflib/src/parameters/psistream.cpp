@@ -8,6 +8,7 @@
 #include "psinit.h"
 #include "psinterruption.h"
 #include "psostream.h"
+#include "pssignalswait.h"
 
 PS_INIT_SECOND psIStream g_istrm;
 
@@ -112,12 +113,17 @@ psIStream::Source psIStream::read(const psString& name, const psString& prompt,
 }
 
 // A reading call would go on after Ctrl-C. What is no terminal sends none, and may have been read
-// further than the last answer.
+// further than the last answer. Signals wait from the check until ppoll lets them in: one between
+// the two would be noted and then slept over.
 static void awaitAnswer(FILE* console) {
     pollfd input = {fileno(console), POLLIN, 0};
-    while (isatty(input.fd) && poll(&input, 1, -1) < 0 && errno == EINTR) {
-        psInterruption::check();
+    if (!isatty(input.fd)) {
+        return;
     }
+    const psSignalsWait waiting;
+    do {
+        psInterruption::check();
+    } while (ppoll(&input, 1, nullptr, &waiting.maskBefore()) < 0 && errno == EINTR);
 }
 
 // False at the end of the input.

@@ -1,5 +1,7 @@
 #include "psistream.h"
 
+#include <pty.h>
+#include <signal.h>
 #include <unistd.h>
 
 #include <string>
@@ -7,6 +9,8 @@
 #include <gtest/gtest.h>
 
 #include "captured.h"
+#include "psexcept.h"
+#include "psinterruption.h"
 #include "psstepiterator.h"
 
 namespace {
@@ -24,6 +28,27 @@ struct Asking : psIStream {
 
     FILE* const console;
 };
+
+// Ends the process: 0 when a question on a terminal takes notice of Ctrl-C from just before it.
+[[noreturn]] void askAfterCtrlC() {
+    alarm(10); // or it waits for an answer
+    psInterruption::watch();
+    int master, terminal;
+    if (openpty(&master, &terminal, nullptr, nullptr, nullptr) != 0) {
+        _exit(2);
+    }
+    psIStream in;
+    in.setIStream(fdopen(terminal, "r+"));
+    in.setAsking(true);
+    raise(SIGINT);
+    try {
+        psString value;
+        in.read("Len", "How long", "16", value);
+    } catch (const psException&) {
+        _exit(0);
+    }
+    _exit(1);
+}
 
 std::string iniFile(const std::string& text) {
     return writeFile(testPath("settings.ini"), text);
@@ -66,6 +91,11 @@ TEST(IStream, SourcesHaveTheirPriority) {
         }
         EXPECT_EQ(readFrom(in, c.name), c.expected) << c.name << c.preset << c.settings;
     }
+}
+
+TEST(IStream, AnInterruptionJustBeforeAQuestionIsNotSleptOver) {
+    const Captured output;
+    EXPECT_EXIT(askAfterCtrlC(), testing::ExitedWithCode(0), "");
 }
 
 TEST(IStream, SectionsOfTheSettingsFile) {
