@@ -15,19 +15,22 @@ namespace {
 
 // What tells runs of different groups apart; of a group's label those that differ.
 struct Traits {
-    std::string machine, version, date, place, keys, kind, columns;
+    std::string machine, build, version, date, place, keys, kind, columns;
     bool operator==(const Traits&) const = default;
 };
 
+// Computers of one kind and processor are one machine: each of them has measured a part.
 std::string machineOf(const Facts& facts) {
     const std::string count = std::to_string(facts.processors);
-    return common::joined(
-        {facts.computer, facts.processor, facts.processors > 0 ? "x" + count : ""}, " ");
+    return common::joined({facts.kind.empty() ? facts.computer : facts.kind, facts.processor,
+                           facts.processors > 0 ? "x" + count : ""},
+                          " ");
 }
 
-Traits traitsOf(const Run& run) {
+Traits traitsOf(const Run& run, const std::set<std::string>& parameters) {
     Traits traits;
     traits.machine = machineOf(run.facts);
+    traits.build = run.facts.build;
     std::vector<std::string> versions, dates, places;
     for (const LibraryFacts& library : run.facts.libraries) {
         versions.push_back(common::joined({library.name, library.version}, " "));
@@ -37,7 +40,7 @@ Traits traitsOf(const Run& run) {
     traits.version = common::joined(versions, ", ");
     traits.date = common::joined(dates, ", ");
     traits.place = common::joined(places, " ");
-    traits.keys = common::keysText(decisiveKeys(run));
+    traits.keys = common::keysText(decisiveKeys(run, parameters));
     traits.kind = run.isExact ? "records" : "table";
     traits.columns = common::joined(run.columns, ", ");
     return traits;
@@ -58,10 +61,12 @@ std::string labelOf(const Traits& traits, const std::vector<Traits>& all) {
     const auto ifDifferent = [&](std::string Traits::*which, const std::string& text) {
         return differ(all, which) ? text : "";
     };
-    const std::string build = common::joined({ifDifferent(&Traits::version, traits.version),
-                                              ifDifferent(&Traits::date, traits.date),
-                                              ifDifferent(&Traits::place, folderOf(traits.place))},
-                                             ", ");
+    // The user's name of a build says more than where it lies.
+    const std::string place = traits.build.empty() ? folderOf(traits.place) : "";
+    const std::string build = common::joined(
+        {ifDifferent(&Traits::build, traits.build), ifDifferent(&Traits::version, traits.version),
+         ifDifferent(&Traits::date, traits.date), ifDifferent(&Traits::place, place)},
+        ", ");
     return common::joined(
         {build,
          ifDifferent(&Traits::keys, traits.keys.empty() ? "(plain)" : "(" + traits.keys + ")"),
@@ -109,8 +114,9 @@ std::vector<std::string> columnProblems(const std::vector<Traits>& all,
 Groups groupsOf(const std::vector<Run>& runs) {
     Groups found;
     std::vector<Traits> all;
+    const std::set<std::string> parameters = caseParameters(runs);
     for (std::size_t i = 0; i < runs.size(); ++i) {
-        const Traits traits = traitsOf(runs[i]);
+        const Traits traits = traitsOf(runs[i], parameters);
         const auto place = std::find(all.begin(), all.end(), traits) - all.begin();
         if (place == static_cast<std::ptrdiff_t>(all.size())) {
             all.push_back(traits);

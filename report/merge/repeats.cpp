@@ -31,6 +31,7 @@ bool isSameMachine(const Facts& one, const Facts& other) {
 
 bool isRepeated(const Run& run, const Run& earlier) {
     return run.isExact == earlier.isExact && isSameMachine(run.facts, earlier.facts) &&
+           run.facts.kind == earlier.facts.kind && run.facts.build == earlier.facts.build &&
            areSameFigures(run, earlier);
 }
 

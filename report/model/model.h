@@ -36,6 +36,8 @@ struct Facts {
     std::vector<LibraryFacts> libraries;
     std::vector<std::string> keys;
     std::vector<CorpusFile> corpus;
+    // Of runs on many machines: what the user calls this kind of machine and this build.
+    std::string kind, build;
 };
 
 // One combination of one function in one run.

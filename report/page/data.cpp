@@ -42,7 +42,7 @@ Json corpusJson(const Facts& facts) {
     return list;
 }
 
-Json runJson(const Run& run) {
+Json runJson(const Run& run, const std::set<std::string>& parameters) {
     const Facts& facts = run.facts;
     return {{"file", run.file},
             {"started", facts.started},
@@ -55,7 +55,7 @@ Json runJson(const Run& run) {
             {"computer", facts.computer},
             {"libraries", librariesJson(facts)},
             {"keys", facts.keys},
-            {"decisiveKeys", decisiveKeys(run)},
+            {"decisiveKeys", decisiveKeys(run, parameters)},
             {"corpus", corpusJson(facts)},
             {"measurements", run.measurements.size()}};
 }
@@ -212,8 +212,9 @@ Json failuresJson(const Report& report) {
 
 Json runsJson(const Report& report) {
     Json list = Json::array();
+    const std::set<std::string> parameters = caseParameters(report.runs);
     for (const Run& run : report.runs) {
-        list.push_back(runJson(run));
+        list.push_back(runJson(run, parameters));
     }
     return list;
 }

@@ -1,5 +1,7 @@
 #include "records.h"
 
+#include <utility>
+
 #include "lines.h"
 
 namespace report {
@@ -107,6 +109,10 @@ void RecordReader::takeRecord(const Json& record) {
     const std::string kind = textOf(record, "record");
     if (kind == "run") {
         beginRun(record);
+    } else if (kind == "cell") { // from the jobs of a cluster, before the run
+        endRun();
+        m_kind = textOf(record, "kind");
+        m_build = textOf(record, "build");
     } else if (kind == "measurement") {
         m_isInRun = true;
         m_run.measurements.push_back(measurementOf(record));
@@ -135,6 +141,8 @@ void RecordReader::beginRun(const Json& record) {
     m_isInRun = true;
     m_run.isComplete = false; // until its end is seen
     m_run.facts = factsOf(record);
+    m_run.facts.kind = std::exchange(m_kind, "");
+    m_run.facts.build = std::exchange(m_build, "");
 }
 
 void RecordReader::endRun() {

@@ -26,6 +26,7 @@ private:
     std::string m_file;
     Reading& m_into;
     Run m_run;
+    std::string m_kind, m_build; // of the run that follows
     bool m_isInRun = false;
     LostLines m_lost;
 };

@@ -27,9 +27,10 @@ std::string libraryText(const LibraryFacts& library) {
 std::string machineText(const Facts& facts) {
     const std::string count = std::to_string(facts.processors);
     const std::string ticks = shortText(facts.ticksMHz / 1000);
+    const std::string& name = facts.kind.empty() ? facts.computer : facts.kind;
     return common::joined({facts.processor, facts.processors > 0 ? "x" + count : "",
                            facts.ticksMHz > 0 ? "at " + ticks + " GHz" : "",
-                           facts.computer.empty() ? "" : "(" + facts.computer + ")"},
+                           name.empty() ? "" : "(" + name + ")"},
                           " ");
 }
 

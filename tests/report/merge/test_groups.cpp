@@ -18,11 +18,12 @@ TEST(Keys, ThoseThatChangeNoFigureDoNotCount) {
                       "-tx",   "-mx",     "-kor", "-Fx",   "-s-",
                       "-LERR", "-HO",     "-P",   "-A",    "-dCodeLength=1;2",
                       "-J2",   "book1"};
-    EXPECT_TRUE(decisiveKeys(run).empty()) << decisiveKeys(run).front();
+    const auto names = caseParameters({run});
+    EXPECT_TRUE(decisiveKeys(run, names).empty()) << decisiveKeys(run, names).front();
     run.facts.keys = {"-YHIGH", "-B",  "-TSSE42", "-dVectorAlign=1", "-c1", "-j2",
                       "-SU",    "-iq", "-@x",     "-dCode=1",        "-W",  "-C",
                       "-px"};
-    EXPECT_EQ(decisiveKeys(run),
+    EXPECT_EQ(decisiveKeys(run, names),
               (std::vector<std::string>{"-@x", "-C", "-SU", "-TSSE42", "-W", "-YHIGH", "-c1",
                                         "-dCode=1", "-dVectorAlign=1", "-iq", "-j2", "-px"}));
 }
@@ -82,6 +83,37 @@ TEST(Groups, WhatDiffersIsTheLabel) {
         EXPECT_EQ(found.groups[1].cases.at(0).samples.at(0).run, 1);
         EXPECT_TRUE(found.problems.empty()) << expected.second;
     }
+}
+
+TEST(Groups, KeysForOtherFunctionsTellNothingApart) {
+    report::Run lz4 = runOf("1", {measured("ntksB_8u", {{"CodeFile", "bib"}}, 4)});
+    report::Run checksum = runOf("2", {row});
+    lz4.facts.keys = checksum.facts.keys = {"-dCodeFile=bib", "-dMethod=Manual"};
+    EXPECT_EQ(groupsOf({lz4, checksum}).groups.size(), 1u);
+}
+
+// The runs of a cluster: the computers of a kind have measured parts of the same.
+TEST(Groups, ComputersOfOneKindAreOneMachineUnlessTheirProcessorsDiffer) {
+    const auto cell = [](const char* kind, const char* build, const char* computer,
+                         const char* processor) {
+        report::Run run = runOf("1", {row});
+        run.facts.kind = kind;
+        run.facts.build = build;
+        run.facts.computer = computer;
+        run.facts.processor = processor;
+        run.facts.libraries[0].files = {std::string("/") + build + "/libntkdc.so.12"};
+        return run;
+    };
+    const Groups found = groupsOf({cell("old", "base", "n1", "A"), cell("old", "base", "n2", "A"),
+                                   cell("old", "base", "n3", "B"), cell("new", "base", "n4", "A"),
+                                   cell("old", "trial", "n1", "A")});
+    std::vector<std::string> labels;
+    for (const Group& group : found.groups) {
+        labels.push_back(group.label);
+    }
+    EXPECT_EQ(labels, (std::vector<std::string>{"base on old A x2", "base on old B x2",
+                                                "base on new A x2", "trial on old A x2"}));
+    EXPECT_EQ(found.groups[0].runs, (std::vector<int>{0, 1}));
 }
 
 TEST(Groups, EqualLabelsAreNumbered) {

@@ -34,6 +34,8 @@ TEST(Repeats, RunsThatBeganTogetherAreNotOne) {
     EXPECT_TRUE(differs([](report::Run& run) { run.measurements[0].function = "ntksB_8u"; }));
     EXPECT_TRUE(differs([](report::Run& run) { run.measurements.push_back(row); }));
     EXPECT_TRUE(differs([](report::Run& run) { run.facts.computer = "lap"; }));
+    EXPECT_TRUE(differs([](report::Run& run) { run.facts.kind = "old"; }));
+    EXPECT_TRUE(differs([](report::Run& run) { run.facts.build = "base"; }));
     EXPECT_TRUE(differs([](report::Run& run) { run.isExact = false; }));
     EXPECT_FALSE(differs([](report::Run& run) { run.file = "another"; }));
 }

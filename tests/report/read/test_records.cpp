@@ -102,6 +102,15 @@ TEST_F(Records, WhatIsNotKnownIsEmptyAndWhatIsNewIsPassedOver) {
     EXPECT_TRUE(row.parameters.empty());
 }
 
+TEST_F(Records, ACellIsThatOfTheRunBehindIt) {
+    const std::string cell = R"({"record":"cell","kind":"old","build":"base","node":"n1"})"
+                             "\n";
+    const Reading reading = read(cell + run + measurement + end + run + measurement + end);
+    ASSERT_EQ(reading.runs.size(), 2u);
+    EXPECT_EQ(reading.runs[0].facts.kind + " " + reading.runs[0].facts.build, "old base");
+    EXPECT_EQ(reading.runs[1].facts.kind + reading.runs[1].facts.build, "");
+}
+
 TEST_F(Records, AKilledRunKeepsWhatItHad) {
     const std::string killed = run + measurement + measurement.substr(0, 100);
     const std::pair<std::string, std::size_t> cases[] = {

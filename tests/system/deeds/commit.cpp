@@ -61,6 +61,12 @@ Answer sendSignal(const Words& words, const Arguments&) {
     return handedOn;
 }
 
+Answer signalParent(const Words& words, const Arguments&) {
+    kill(getppid(), std::stoi(words.at(1)));
+    pause(); // what is to come takes its time
+    return handedOn;
+}
+
 Answer callExit(const Words& words, const Arguments&) {
     std::exit(std::stoi(words.at(1)));
 }
@@ -143,7 +149,8 @@ const struct Deed {
     {"assert", failAssertion},
     {"bus", bus},
     {"trap", trap},
-    {"signal", sendSignal}, // NUMBER: as another process or the terminal sends it
+    {"signal", sendSignal},   // NUMBER: as another process or the terminal sends it
+    {"parent", signalParent}, // NUMBER: to who watches over the process
     {"thread-segv", segvInThread},
     {"heap", destroyHeap}, // two releases of a block, which the allocator finds out
     // The process.
