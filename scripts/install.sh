@@ -8,6 +8,7 @@
 #   scripts/install.sh --checks     also what .ci/run checks the sources with
 #   scripts/install.sh --packages   also what scripts/package.sh makes packages with
 #   scripts/install.sh --bare       also what scripts/package-test.sh tries them with
+#   scripts/install.sh --cluster    also what scripts/cluster-test.sh makes a cluster of
 
 # shellcheck source-path=SCRIPTDIR source=common.sh
 . "$(dirname "${BASH_SOURCE[0]}")/common.sh"
@@ -36,8 +37,9 @@ case ${1:-} in
         ;;
     --packages) packages+=(dpkg-dev file fakeroot lintian) ;;
     --bare) packages+=(debootstrap) ;;
+    --cluster) packages+=(slurm-wlm munge util-linux) ;;
     "") ;;
-    *) refuse "'$1' is not known: the arguments are --tests, --checks, --packages and --bare" ;;
+    *) refuse "'$1' is not known: the arguments are --tests, --checks, --packages, --bare and --cluster" ;;
 esac
 
 is_installed() {

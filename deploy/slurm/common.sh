@@ -13,6 +13,7 @@ set -euo pipefail
 unset CDPATH
 export LC_ALL=C
 
+# shellcheck disable=SC2034 # of the scripts
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 
 case ${1:-} in

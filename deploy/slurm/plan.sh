@@ -79,11 +79,10 @@ make_builds() {
     mkdir "$scratch/build"
     for build in "${builds[@]}"; do
         name=${build%%=*} directory=''
-        if [[ $build == *=* ]]; then
+        if [[ ${build#*=} != own ]]; then
+            [[ $build == *=* ]] || refuse "--build $build: name the directory, --build $build=DIR"
             directory=$(library_directory "${build#*=}")
             [[ -n $directory ]] || fail "the build $name: there is no library in ${build#*=}"
-        elif [[ $build != own ]]; then
-            refuse "--build $build: name the directory, --build $build=DIR"
         fi
         [[ $directory != *[\"\\:]* ]] || fail "the build $name: $directory has a \" \\ or :"
         directory_of[$name]=$directory

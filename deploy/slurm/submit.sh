@@ -9,7 +9,7 @@
 #   --results DIR             for all that is measured; made if need be
 #   --corpus DIR              the input files, $CORPUS unless told otherwise
 #   --build NAME=DIR          the libraries of this build are in DIR, or in DIR/lib; NAME is for the
-#                             report. --build own: those that ntkperf was built with
+#                             report. DIR may be own: those that ntkperf was built with
 #   --kind NAME[=CONSTRAINT]  a kind of machine: the feature of its nodes, or what --constraint of
 #                             sbatch takes
 #   --group NAME[=KEYS]       functions that one task measures, chosen by keys of ntkperf; without
