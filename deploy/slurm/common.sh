@@ -94,19 +94,20 @@ is_whole() {
 
 # differences CELL.TXT PLAN: what was measured in another way than it is planned, in words.
 differences() {
-    local word was is
+    local word was is all=''
     for word in program library corpus key; do
         was=$(told "$word" "$1" | paste -s -d ' ') is=$(told "$word" "$2" | paste -s -d ' ')
         if [[ $was == "$is" ]]; then
             continue
         fi
         case $word in
-            program) printf 'with another ntkperf\n' ;;
-            library) printf 'with another build of the library\n' ;;
-            corpus) printf 'with other files in the corpus\n' ;;
-            key) printf 'with the keys %s, not %s\n' "$was" "$is" ;;
+            program) all+=', with another ntkperf' ;;
+            library) all+=', with another build of the library' ;;
+            corpus) all+=', with other files in the corpus' ;;
+            key) all+=", with the keys $was, not $is" ;;
         esac
-    done | paste -s -d , | sed 's/,/, /g'
+    done
+    printf '%s' "${all#, }"
 }
 
 # state RESULTS CELL PLAN: "measured", "missing", "damaged", or "other" and what differs.

@@ -47,17 +47,14 @@ constraint_of() {
     done
 }
 
-# Writes the lists of the arrays into a directory: KIND.cells, or KIND-2.cells and so on.
+# Writes the lists of the arrays into a directory: KIND-01.cells, and more of them where an array
+# cannot have so many tasks.
 make_lists() {
-    local kind part number
+    local kind
     for kind in "${kinds[@]%%=*}"; do
-        printf '%s\n' "${missing[@]}" | grep "^$kind/" >"$scratch/cells" || continue
-        split --lines="$(largest_array)" --numeric-suffixes=1 "$scratch/cells" "$scratch/part."
-        number=1
-        for part in "$scratch"/part.*; do
-            mv "$part" "$1/$kind$( ((number == 1)) || printf -- '-%d' "$number").cells"
-            number=$((number + 1))
-        done
+        printf '%s\n' "${missing[@]}" | awk -F / -v kind="$kind" '$1 == kind' >"$scratch/cells"
+        [[ ! -s $scratch/cells ]] || split --lines="$(largest_array)" --numeric-suffixes=1 --additional-suffix=.cells \
+            "$scratch/cells" "$1/$kind-"
     done
 }
 

@@ -97,7 +97,8 @@ check_arguments() {
 }
 
 find_directories() {
-    corpus=$(cd "$corpus" 2>/dev/null && pwd) || fail "there is no corpus $corpus"
+    [[ -d $corpus ]] || fail "there is no corpus $corpus"
+    corpus=$(cd "$corpus" && pwd)
     find_programs
     if $dry; then
         results=$(realpath -m "$results")
