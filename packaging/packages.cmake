@@ -49,6 +49,7 @@ ntk_package(libraries ${library_package} libs "data-compression library that ntk
 ntk_package(development ntkperf-dev libdevel "harness to measure the functions of a library"
     "${library_package} ${this_version}, libstdc++-12-dev | libstdc++-dev, zlib1g-dev")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SUGGESTS "cmake, ntkperf")
+set(CPACK_DEBIAN_PROGRAMS_PACKAGE_SUGGESTS "slurm-client")
 
 # New libraries are in the loader's cache at the end of the installation.
 set(CPACK_DEBIAN_LIBRARIES_PACKAGE_CONTROL_EXTRA ${CMAKE_CURRENT_SOURCE_DIR}/debian/triggers)

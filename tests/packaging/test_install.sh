@@ -38,7 +38,7 @@ test_places() {
     local file
     for file in bin/ntk{perf,compare,guard,corpus} libexec/ntkperf/ntkturns include/ntkperf/kx.h \
         include/ntk/ntkdc.h share/man/man1/ntkperf.1.gz share/doc/ntkperf/docs/guide.md \
-        share/bash-completion/completions/ntkperf; do
+        share/bash-completion/completions/ntkperf share/ntkperf/slurm/submit.sh; do
         [[ -e $prefix/$file ]] || expect "$file" missing installed
     done
 }
@@ -56,6 +56,17 @@ test_programs_use_what_lies_with_them() {
         "*-- libntkdc.so.12 was loaded from $other/*"
     LD_LIBRARY_PATH=$own "$prefix/bin/ntkperf" "${quick[@]}" | grep 'was loaded from' &&
         expect "the own libraries" "named as another build" "not named"
+}
+
+# Without a cluster: what a dry run asks for is an empty queue.
+test_the_jobs_of_a_cluster_find_the_programs() {
+    mkdir -p "$room/bin" "$room/corpus"
+    printf '#!/bin/sh\n' | tee "$room/bin/squeue" >"$room/bin/scontrol"
+    chmod +x "$room/bin/"*
+    expect "a submission" "$(PATH=$room/bin:$PATH "$prefix/share/ntkperf/slurm/submit.sh" \
+        --results "$room/results" --corpus "$room/corpus" --build own --kind any \
+        --group adler=-fAdler --dry-run 2>&1)" "== 1 cell: *
+sbatch *measure.sh*"
 }
 
 test_comparison_finds_worker_and_libraries() {
@@ -81,6 +92,7 @@ memcpy: Length=1000*.Successes      : 1*'
 "$cmake" --install "$build" --prefix "$prefix" >"$room/log" 2>&1 || refuse "cmake --install"
 test_places
 test_programs_use_what_lies_with_them
+test_the_jobs_of_a_cluster_find_the_programs
 test_comparison_finds_worker_and_libraries
 test_example_builds_outside
 ((failures == 0)) && echo "all hold"
