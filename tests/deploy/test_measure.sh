@@ -111,7 +111,7 @@ test_a_preempted_task_has_not_failed() {
     local script
     start_anew
     submit --tries 1 -- "${quick[@]}"
-    SLURM_ARRAY_JOB_ID=101 SLURM_ARRAY_TASK_ID=0 SLURMD_NODENAME=n1 PLAY=hang \
+    SLURM_ARRAY_JOB_ID=102 SLURM_ARRAY_TASK_ID=0 SLURMD_NODENAME=n1 PLAY=hang \
         "$deploy/measure.sh" "$results" "$results/submissions/1/old-01.cells" >"$room/log" 2>&1 &
     script=$!
     await_file "$room/begun"
