@@ -39,9 +39,10 @@ function(ntk_make_pages)
         add_custom_command(OUTPUT ${files}
             COMMAND ${PERL_EXECUTABLE} ${CMAKE_CURRENT_SOURCE_DIR}/pages/pages.pl
                 ${program} $<TARGET_FILE:${program}> ${help} ${summary} ${PROJECT_VERSION}
-                ${PROJECT_SOURCE_DIR}/README.md ${CMAKE_INSTALL_FULL_DOCDIR}/docs/guide.md
+                ${PROJECT_SOURCE_DIR} ${CMAKE_INSTALL_FULL_DOCDIR}/docs/guide.md
                 ${pages_dir} ${others}
             DEPENDS ${program} ${makers} ${PROJECT_SOURCE_DIR}/README.md
+                ${PROJECT_SOURCE_DIR}/docs/guide.md
             VERBATIM)
         list(APPEND pages ${files})
         install(FILES ${pages_dir}/${program}.1.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man1

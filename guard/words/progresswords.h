@@ -25,12 +25,12 @@ inline constexpr const char* end = "end";     // all is written
 // The test that runs, and where it is. What was said last is handed to the successor.
 inline constexpr const char* test = "test"; // function, start time
 inline constexpr const char* at = "at";     // label of the step, combination, whether measured,
-                                            // figures (measured, spread, switched out), a number
-                                            // that no other one has
+                                            // figures (measured, spread, switched out, clocks in
+                                            // calls), a number that no other one has
 inline constexpr const char* row = "row";   // the combination's cells of the table
 
 // Kept lines.
-inline constexpr const char* begun = "begun";   // start time of the run
+inline constexpr const char* begun = "begun";   // start time of the run, by two clocks
 inline constexpr const char* answer = "answer"; // name, what was typed for it
 inline constexpr const char* asked = "asked";   // function, names of its parameters
 inline constexpr const char* remark = "remark"; // a setting that was not taken

@@ -6,6 +6,7 @@ use warnings;
 
 # read_help TEXT: a hash with
 #   usage    => [LINE...], about => [PARAGRAPH...], rest => [PARAGRAPH...] (behind the options),
+#   sections => {} (see read_sections),
 #   options  => [{forms => [{names => [NAME...], value => '', text => ''}], detail => [LINE...]}...]
 #   has_keys => whether the options are keys of the harness (one letter, their argument attached)
 sub read_help {
@@ -29,7 +30,8 @@ sub read_keys {
         }
         push @options, {forms => \@forms, detail => \@detail} if @forms;
     }
-    return {usage => ['[KEY...]'], about => [], rest => [], options => \@options, has_keys => 1};
+    return {usage => ['[KEY...]'], about => [], rest => [], sections => {}, options => \@options,
+        has_keys => 1};
 }
 
 # "-f=< eq-pattern>", "-i[<file-name>]", "-t[-|+|=]<patrn>", "-H[ONLY]"
@@ -46,7 +48,8 @@ sub key_form {
 # "  -p,--precision PERCENT    text" between usage and the remarks at the end.
 sub read_options {
     my ($text) = @_;
-    my %help = (usage => [], about => [], options => [], rest => [], has_keys => 0);
+    my %help = (usage => [], about => [], options => [], rest => [], sections => {},
+        has_keys => 0);
     my ($has_options, $name) = (0);
     for my $paragraph (split /\n\s*\n/, $text) {
         my @about;
@@ -69,6 +72,22 @@ sub read_options {
             join("\n", @about) if @about;
     }
     return \%help;
+}
+
+# read_sections TEXT: what a document in Markdown has for the page, where the help is silent. A
+# paragraph behind "<!-- man: exit status -->" is the text of that section, one behind
+# "<!-- man: environment NAME -->" that of a variable. A hash with
+#   title => [{name => '' or NAME, text => ''}...]
+sub read_sections {
+    my ($text) = @_;
+    my %sections;
+    while ($text =~ /^<!-- man: ([a-z ]*[a-z])(?: ([A-Z_]+))? -->\n(.*?)\n(?:\n|\z)/msg) {
+        my ($title, $name, $paragraph) = ($1, $2 // '', $3);
+        $paragraph =~ s/\[([^\]]*)\]\([^)]*\)/$1/g;
+        $paragraph =~ tr/`//d;
+        push @{$sections{$title}}, {name => $name, text => $paragraph};
+    }
+    return \%sections;
 }
 
 sub option {

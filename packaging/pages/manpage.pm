@@ -62,6 +62,12 @@ sub options {
     return $page;
 }
 
+sub item {
+    my ($item) = @_;
+    return $item->{name} eq '' ? paragraph($item->{text})
+        : ".TP\n" . bold($item->{name}) . "\n" . plain($item->{text}) . "\n";
+}
+
 # "Exit status: ..." and its kind are sections; what follows in shown lines belongs to them.
 sub remarks {
     my ($help) = @_;
@@ -72,6 +78,9 @@ sub remarks {
         } else {
             $description .= paragraph($text);
         }
+    }
+    for my $title (sort keys %{$help->{sections}}) {
+        $sections .= ".SH \U$title\E\n" . join('', map { item($_) } @{$help->{sections}{$title}});
     }
     return ($description, $sections);
 }

@@ -133,6 +133,10 @@ std::vector<Case> casesOf(const std::vector<Run>& runs, const std::vector<int>& 
     std::unordered_map<std::string, std::size_t> places;
     for (const int index : indices) {
         const std::vector<Measurement>& rows = runs[static_cast<std::size_t>(index)].measurements;
+        if (cases.empty()) { // the other runs mostly have the same ones
+            cases.reserve(rows.size());
+            places.reserve(rows.size());
+        }
         for (std::size_t i = 0; i < rows.size(); ++i) {
             const auto [place, isNew] = places.try_emplace(identityOf(rows[i]), cases.size());
             if (isNew) {

@@ -41,9 +41,22 @@ test_man() {
             2>"$room/warnings" | LC_ALL=C.UTF-8 col -b >"$room/page"
         perl "$here/pages_check.pl" "$room/help" "$room/page" >"$room/faults" ||
             fault "$name.1" "$(<"$room/faults")"
+        expect_surroundings "$name"
         [[ ! -s $room/warnings ]] || fault "$name.1: warnings of man" "$(<"$room/warnings")"
         [[ $(<"$room/page") == *"$name - "[a-z]* ]] || fault "$name.1" "no line for whatis"
     done
+}
+
+# What a page has beside the help: how the program ends, and the variables that the harness reads.
+expect_surroundings() {
+    local variable
+    grep -q '^EXIT STATUS$' "$room/page" || fault "$1.1" "no exit status"
+    [[ $1 == ntkperf ]] || return
+    while read -r variable; do
+        sed -n '/^ENVIRONMENT$/,/^EXIT/p' "$room/page" |
+            grep -q "^ *$variable\b" || fault "$1.1" "the environment lacks $variable"
+    done < <(grep -rhoE '(getenv|directoryOf)\("[A-Z_]+"' "$here/../../perflib/src" |
+        sed 's/.*"\(.*\)"/\1/' | grep -vx HOME)
 }
 
 # expect LINE WORD...: what completes it, in any order.

@@ -112,6 +112,28 @@ TEST_F(Records, HaveWhatTheTableHasInFullPrecision) {
     EXPECT_EQ(records.back()["complete"], true);
 }
 
+// By a test, in all, and in the log for those who ask; an information test has none.
+TEST_F(Records, TellTheTimeInsideMeasuredCalls) {
+    const Outcome outcome =
+        runAndCheck({"-B", "-fCRC", "-f=__psHost", "-dCodeLength=100000", "-c10", "-LINFO"});
+    double sum = 0;
+    for (const Json& test : ofKind("test")) {
+        const double inCalls = test["seconds_in_calls"], all = test["seconds"];
+        EXPECT_EQ(inCalls > 0, test["function"] != "__psHost") << test;
+        EXPECT_LT(inCalls, all) << test;
+        sum += inCalls;
+    }
+    const double inCalls = records.back()["seconds_in_calls"], all = records.back()["seconds"];
+    EXPECT_NEAR(inCalls, sum, 1e-6);
+    EXPECT_LT(inCalls, all);
+    char part[64];
+    std::snprintf(part, sizeof part, " inside measured calls,\n            %.3f of ", inCalls);
+    EXPECT_EQ(timesIn(outcome.output, part), 1) << part << outcome.output;
+    EXPECT_EQ(timesIn(runAndCheck({"-B", "-fCRC", "-dCodeLength=100000", "-c10"}).output,
+                      "inside measured calls"),
+              0);
+}
+
 // Those of the example, one for each; and of the library in its ways to fail.
 TEST_F(Records, OfAFailureHaveTheWordsOfTheLog) {
     runAndCheck({"-B", "-fresult", "-olog.txt", "-l" + directory()}, {.program = NTK_EXAMPLE_FILE});

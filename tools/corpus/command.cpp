@@ -24,7 +24,10 @@ constexpr const char* kUsage =
     "which is created when it is missing. Each has the name and size of the real file and about\n"
     "its packing ratio; the bytes are the same on every machine.\n"
     "  --force  replace files of these names that have other contents\n"
-    "  --help   print this text\n";
+    "  --help   print this text\n"
+    "\n"
+    "Exit status: 0 the files are there; 1 one could not be written, or has other contents and\n"
+    "--force was not given; 2 a wrong command line.\n";
 
 [[noreturn]] void fail(const std::string& action, const fs::path& path, const std::string& reason) {
     throw std::runtime_error("cannot " + action + " " + path.string() + ": " + reason);

@@ -22,12 +22,14 @@ constexpr int kxRounds = 100;
 // An init body that encodes half a file costs as much as what it prepares for. 10000 of them would
 // take minutes per combination, and no hundred of them in a row run undisturbed, while of the
 // batches, which hold one each, the quickest does: the difference of the two would be noise. Bodies
-// longer than this are therefore timed one by one, as many as fit the budget.
+// longer than this are therefore timed one by one, as many as fit a budget, which is about that of
+// the measurement itself: more would make most of a run of it, and a quickest body of more than the
+// quickest batch is chosen from.
+constexpr long long kxLongInitClocks = 10'000;
 constexpr int kxProbes = 8;
-constexpr long long kxMostCalibrationClocks = 100'000'000;
+constexpr long long kxMostCalibrationClocks = 25'000'000;
 // Where the result is kept for many turns of a few milliseconds, all bodies have no more than one.
 constexpr long long kxTurnCalibrationClocks = 10'000'000;
-constexpr long long kxLongInitClocks = kxMostCalibrationClocks / kxRounds / kxInitsPerRound;
 
 // Clocks of one call of a batch, less the overhead when there is more than that.
 constexpr long long kxClocksPerCall(long long batchClocks, int calls, long long overhead) {

@@ -10,6 +10,7 @@
 #include "psostream.h"
 #include "psrecordlines.h"
 #include "pstest.h"
+#include "pstestformat.h"
 #include "pstestlist.h"
 
 PS_INIT_SECOND psJsonRecords g_records;
@@ -32,6 +33,11 @@ void noteOpened(const psString& file) {
     if (inputs().told.count(file.c_str()) == 0) {
         inputs().opened.append(file);
     }
+}
+
+// Of a test of the machine's first run ever, whose frequency nobody has measured yet: -1.
+double secondsInCalls(long long clocks) {
+    return clocks > 0 && psCpuTicker::knownFreq() == 0 ? -1 : psCpuTicker::knownSeconds(clocks);
 }
 
 } // namespace
@@ -101,8 +107,8 @@ void psJsonRecords::testBegins(const psTest&) {
 
 void psJsonRecords::testEnds(const psTest& test, psResult result, double seconds) {
     g_ostrm.copyFaultsTo(nullptr);
-    put(psTestLine({test.functionName(), test.info().name, test.sourceName(), seconds, result,
-                    psMessageText(m_message)}));
+    put(psTestLine({test.functionName(), test.info().name, test.sourceName(), seconds,
+                    secondsInCalls(test.clocksInCalls()), result, psMessageText(m_message)}));
 }
 
 void psJsonRecords::end(const psTestList& tests) {
@@ -112,7 +118,8 @@ void psJsonRecords::end(const psTestList& tests) {
         facts.failed += tests.count(static_cast<psResult>(result));
     }
     facts.isComplete = !psInterruption::wasFollowed();
-    facts.seconds = difftime(time(nullptr), tests.startTime());
+    facts.seconds = tests.secondsSinceStart();
+    facts.secondsInCalls = secondsInCalls(psTest::m_figures.clocksInCalls);
     facts.ticksMHz = psCpuTicker::knownFreq();
     put(psEndLine(facts));
 }

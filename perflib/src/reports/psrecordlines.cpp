@@ -18,6 +18,10 @@ Json orNull(int number) {
     return number > 0 ? Json(number) : Json();
 }
 
+Json secondsOrNull(double seconds) {
+    return seconds < 0 ? Json() : Json(seconds);
+}
+
 Json list(const psStringList& texts) {
     Json items = Json::array();
     for (const psString& text : texts) {
@@ -160,6 +164,7 @@ psString psTestLine(const psTestFacts& test) {
                    {"test", textOf(test.test)},
                    {"source", textOf(test.source)},
                    {"seconds", test.seconds},
+                   {"seconds_in_calls", secondsOrNull(test.secondsInCalls)},
                    {"result", psResultShortName(test.result)},
                    {"message", textOf(test.message)}});
 }
@@ -170,5 +175,6 @@ psString psEndLine(const psEndFacts& end) {
                    {"failed", end.failed},
                    {"complete", end.isComplete},
                    {"seconds", end.seconds},
+                   {"seconds_in_calls", secondsOrNull(end.secondsInCalls)},
                    {"ticks_mhz", orNull(end.ticksMHz)}});
 }

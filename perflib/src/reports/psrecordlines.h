@@ -13,6 +13,7 @@ constexpr int psRecordsVersion = 1;
 struct psTestFacts {
     psString function, test, source;
     double seconds = 0;
+    double secondsInCalls = 0; // below 0: not known
     psResult result = PS_UNDEFINED;
     psString message; // what the log said of it as errors and warnings
 };
@@ -21,7 +22,8 @@ struct psEndFacts {
     int tests = 0, failed = 0;
     bool isComplete = true;
     double seconds = 0;
-    int ticksMHz = 0; // known now, if it was not before the first test
+    double secondsInCalls = 0; // as of a test
+    int ticksMHz = 0;          // known now, if it was not before the first test
 };
 
 psString psRunLine(const psRunFacts& run);

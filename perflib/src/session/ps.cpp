@@ -88,6 +88,7 @@ int psSession::run(int argc, char** argv) {
     initSession();
     registerCpuTest();
     pTestList->setStartTime(time(nullptr));
+    pTestList->setStartInstant(psTestList::instantNow());
     int result = 0;
     if (prepare(argc, argv)) {
         prepareLibrary();
@@ -305,8 +306,12 @@ void psSession::outputHeader() {
 
 void psSession::outputFooter() {
     const psReportEnd end(*pTestList);
+    g_ostrm << PS_DETAIL
+            << psTimeInCallsText(psCpuTicker::knownSeconds(psTest::m_figures.clocksInCalls),
+                                 pTestList->secondsSinceStart())
+            << PS_END;
     // The counts stay the last thing that is seen.
-    g_ostrm << PS_NORMAL << psDisturbanceSummary(psTest::m_disturbances) << PS_END;
+    g_ostrm << PS_NORMAL << psDisturbanceSummary(psTest::m_figures) << PS_END;
     g_ostrm << PS_WARN << g_remarks.closingText() << PS_END;
     g_ostrm << PS_ERR << end << PS_END_FLUSH;
     g_ustrm << end;

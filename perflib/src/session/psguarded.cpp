@@ -44,11 +44,12 @@ psString fieldText(const psString& text) {
 }
 
 psStringList figureFields() {
-    const psDisturbances& figures = psTest::m_disturbances;
+    const psRunFigures& figures = psTest::m_figures;
     psStringList fields;
     fields.append(psText(figures.measured));
     fields.append(psText(figures.spread));
     fields.append(psText(figures.switchedOut));
+    fields.append(psText(figures.clocksInCalls));
     return fields;
 }
 
@@ -152,8 +153,10 @@ void Guarded::takeOver(psTestList& list) {
         g_ostrm.release(false);
         muteTables(false);
         list.setStartTime(m_past.begun);
+        list.setStartInstant(m_past.begunInstant);
     } else {
-        keep(progress::begun, listOf({psText(static_cast<long long>(list.startTime()))}));
+        keep(progress::begun, listOf({psText(static_cast<long long>(list.startTime())),
+                                      psText(list.startInstant())}));
     }
     for (const psString& remark : m_past.remarks) {
         g_remarks.add(remark);
@@ -184,7 +187,7 @@ bool Guarded::wasRun(psTest& test, psTestList& list) {
     if (!m_past.lost) {
         return false;
     }
-    psTest::m_disturbances = m_past.figures;
+    psTest::m_figures = m_past.figures;
     test.reportLost(*m_past.lost);
     m_past.lost.reset();
     list.plus(PS_EXCEPTION);
@@ -195,7 +198,7 @@ bool Guarded::wasRun(psTest& test, psTestList& list) {
 void Guarded::countPast(psTestList& list) {
     const psPastRun::Result& past = *m_nextResult++;
     g_cstrm.setLineCount(past.tableLines);
-    psTest::m_disturbances = past.figures;
+    psTest::m_figures = past.figures;
     if (past.code >= 0) {
         list.plus(static_cast<psResult>(past.code));
     }

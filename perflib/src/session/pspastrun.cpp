@@ -33,8 +33,9 @@ static time_t timeOf(const psStringList& fields, int n) {
     return static_cast<time_t>(atoll(psField(fields, n).c_str()));
 }
 
-static psDisturbances figuresFrom(const psStringList& fields, int n) {
-    return {number(fields, n), number(fields, n + 1), number(fields, n + 2)};
+static psRunFigures figuresFrom(const psStringList& fields, int n) {
+    return {number(fields, n), number(fields, n + 1), number(fields, n + 2),
+            atoll(psField(fields, n + 3).c_str())};
 }
 
 static psStringList behindFirst(psStringList fields, int count) {
@@ -44,12 +45,17 @@ static psStringList behindFirst(psStringList fields, int count) {
     return fields;
 }
 
+long long psPastRun::clocksOfResults() const {
+    return results.empty() ? 0 : results.back().figures.clocksInCalls;
+}
+
 // Words that are not known are of a newer watcher and tell nothing that is missed here.
 void psPastRun::take(const psString& line) {
     const psStringList fields = psFields(line);
     const psString& word = fields.front();
     if (word == progress::begun) {
         begun = timeOf(fields, 1);
+        begunInstant = atoll(psField(fields, 2).c_str());
     } else if (word == progress::answer) {
         answers.append({psField(fields, 1), psField(fields, 2)});
     } else if (word == progress::asked) {
@@ -71,6 +77,7 @@ void psPastRun::take(const psString& line) {
         lost->combination = psField(fields, 2);
         lost->hasMeasured = number(fields, 3) != 0;
         figures = figuresFrom(fields, 4);
+        lost->clocksInCalls = figures.clocksInCalls - clocksOfResults();
     } else if (lost && word == progress::row) {
         lost->cells = behindFirst(fields, 1);
     } else if (lost && word == progress::lost) {

@@ -18,19 +18,23 @@ struct psPastRun {
     struct Result {
         int code = 0;       // -1: refused by the settings file
         int tableLines = 0; // behind this test
-        psDisturbances figures;
+        psRunFigures figures;
     };
 
     time_t begun = 0;
-    psList<Answer> answers; // to the questions before the first test
+    long long begunInstant = 0; // the same moment, see psTestList::setStartInstant
+    psList<Answer> answers;     // to the questions before the first test
     psList<Asked> asked;
     psStringList remarks; // about parameters of tests
     psList<Result> results;
     bool isSummaryWritten = false;
     std::optional<psLostTest> lost;
-    psDisturbances figures; // of the measurements before it ended
+    psRunFigures figures; // of the measurements before it ended
 
     void take(const psString& line);
+
+private:
+    long long clocksOfResults() const;
 };
 
 // The fields between the tabs; n counts from 0, one that is missing is empty.

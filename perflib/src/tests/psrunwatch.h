@@ -38,7 +38,8 @@ struct psLostTest {
     psString combination;     // "CodeLength=16384 CodeFile=book1"; empty: before the first one
     psStringList cells;       // the combination's of the table; empty when it was not prepared
     bool hasMeasured = false; // a combination before this one
-    psString word;            // what ended the process: "SIGABRT", "no answer"
-    psString message;         // the same for the log
-    psString lastError;       // the last line on standard error; empty: none
+    long long clocksInCalls = 0;
+    psString word;      // what ended the process: "SIGABRT", "no answer"
+    psString message;   // the same for the log
+    psString lastError; // the last line on standard error; empty: none
 };

@@ -29,7 +29,7 @@ constinit int& psTest::m_vectorNum = g_vectorNum;
 constinit int& psTest::m_vectorShift = g_vectorShift;
 int psTest::m_numParmsColm = 0;
 int psTest::m_numResultColm = 0;
-constinit psDisturbances psTest::m_disturbances;
+constinit psRunFigures psTest::m_figures;
 
 namespace {
 // The text before the first "/" of text, which loses it and the "/".
@@ -159,6 +159,7 @@ void psTest::beginRun() {
     m_result = PS_OK;
     m_currentResult = PS_UNDEFINED;
     m_measured = false;
+    m_clocksInCalls = 0;
     m_ctrlWords = {};
     m_tool.copySettings(g_tool);
     // Tests of this kind are initialised before each run, so that flags can be avoided.

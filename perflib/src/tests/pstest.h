@@ -10,7 +10,7 @@
 class psCacheIterator;
 class psConditions;
 class psRunCheckpoint;
-struct psDisturbances;
+struct psRunFigures;
 struct psLostTest;
 struct psMeasurement;
 class psNamedValues;
@@ -123,7 +123,8 @@ public:
     psResult result() const { return m_result; }
     time_t startTime() const { return m_startTime; }
     time_t endTime() const { return m_endTime; }
-    bool hasMeasured() const { return m_measured; } // any combination of the last run
+    bool hasMeasured() const { return m_measured; }             // any combination of the last run
+    long long clocksInCalls() const { return m_clocksInCalls; } // as psTool has them, of all of it
     const psCtrlWords& ctrlWords() const { return m_ctrlWords; }
     psTool& tool() { return m_tool; }
 
@@ -183,7 +184,7 @@ public:
     // Columns of the performance table: the function's and the parameters', then the result's.
     static int m_numParmsColm;
     static int m_numResultColm;
-    static psDisturbances m_disturbances; // of this run
+    static psRunFigures m_figures; // of this run
 
 protected:
     void putTextError(psResult r);
@@ -234,6 +235,7 @@ private:
     bool m_cacheInvalid = false;
     bool m_dataHeld = false; // between initData() and flushData()
     bool m_measured = false;
+    long long m_clocksInCalls = 0;
     psCtrlWords m_ctrlWords;
     // While a combination is written: what its writers share, as a test is asked only once.
     std::unique_ptr<psMeasurement> m_record;

@@ -53,13 +53,13 @@ psString psDisturbanceText(const psMeasurement& record) {
     return text + "\n";
 }
 
-void psDisturbances::count(const psMeasurement& record) {
+void psRunFigures::count(const psMeasurement& record) {
     measured += record.isMeasured() ? 1 : 0;
     spread += record.isSpread() ? 1 : 0;
     switchedOut += record.isSwitchedOut() ? 1 : 0;
 }
 
-psString psDisturbanceSummary(const psDisturbances& of) {
+psString psDisturbanceSummary(const psRunFigures& of) {
     if (of.spread == 0 && of.switchedOut == 0) {
         return {};
     }
@@ -68,4 +68,13 @@ psString psDisturbanceSummary(const psDisturbances& of) {
         "            To measure again: with nothing else running, on one processor\n"
         "            (taskset -c 1 ntkperf ...)\n",
         of.spread, of.measured, of.switchedOut);
+}
+
+psString psTimeInCallsText(double secondsInCalls, double seconds) {
+    if (!(secondsInCalls > 0 && seconds > 0)) {
+        return {};
+    }
+    return psFormat(" Measured : %.1f%% of the time was spent inside measured calls,\n"
+                    "            %.3f of %.3f seconds\n",
+                    100 * secondsInCalls / seconds, secondsInCalls, seconds);
 }

@@ -19,10 +19,15 @@ psString psSpreadText(const psMeasurement& record);
 // The line of the log for a measurement with a large spread; else empty.
 psString psDisturbanceText(const psMeasurement& record);
 
-// How many measurements of a run gave figures, and which of them were disturbed by what.
-struct psDisturbances {
+// How many measurements of a run gave figures, which of them were disturbed by what, and the clocks
+// of their timed spans.
+struct psRunFigures {
     int measured = 0, spread = 0, switchedOut = 0;
+    long long clocksInCalls = 0;
     void count(const psMeasurement& record);
 };
 // The closing note, with what helps; empty when nothing was disturbed.
-psString psDisturbanceSummary(const psDisturbances& of);
+psString psDisturbanceSummary(const psRunFigures& of);
+// The closing line for how much of a run was spent in measured calls; empty when none was, or when
+// that is not known (0).
+psString psTimeInCallsText(double secondsInCalls, double seconds);

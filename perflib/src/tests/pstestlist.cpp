@@ -196,9 +196,18 @@ bool psTestList::runTests(const psConditions& conditions) {
     return m_fails > 0;
 }
 
+long long psTestList::instantNow() {
+    using namespace std::chrono;
+    return duration_cast<nanoseconds>(steady_clock::now().time_since_epoch()).count();
+}
+
+double psTestList::secondsSinceStart() const {
+    return static_cast<double>(instantNow() - m_startInstant) / 1e9;
+}
+
 void psTestList::clearCounts() {
     m_tests = m_notes = m_fails = 0;
-    psTest::m_disturbances = {};
+    psTest::m_figures = {};
     for (int& count : m_counts) {
         count = 0;
     }

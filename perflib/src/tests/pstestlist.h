@@ -42,6 +42,13 @@ public:
     time_t startTime() const { return m_startTime; }
     time_t endTime() const { return m_endTime; }
 
+    // The same moment on the steady clock, in nanoseconds, which nobody sets. All processes of a
+    // run count from the first one's.
+    void setStartInstant(long long nanoseconds) { m_startInstant = nanoseconds; }
+    long long startInstant() const { return m_startInstant; }
+    static long long instantNow();
+    double secondsSinceStart() const;
+
     static psString& m_startFunc;  // "-F"; emptied when that function is reached
     static psTest* m_pCurrentTest; // null between tests
 
@@ -56,4 +63,5 @@ private:
     int m_fails = 0;
     time_t m_startTime = 0;
     time_t m_endTime = 0;
+    long long m_startInstant = instantNow();
 };

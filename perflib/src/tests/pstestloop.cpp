@@ -8,6 +8,7 @@
 #include "psinterruption.h"
 #include "pslastsubject.h"
 #include "psrunwatch.h"
+#include "pstestformat.h"
 #include "pstestrun.h"
 #include "psturns.h"
 
@@ -151,6 +152,8 @@ void psTest::measureCombination() {
     }
     initCtrlStatus();
     psResult r = timedResult();
+    m_clocksInCalls += m_tool.clocksInCalls;
+    m_figures.clocksInCalls += m_tool.clocksInCalls;
     if (r != PS_UNDEFINED && !psIsFail(r) && !hasPossibleResult()) {
         r = PS_FUNC_FAIL;
     }

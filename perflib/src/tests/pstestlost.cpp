@@ -16,6 +16,7 @@ void psTest::reportLost(const psLostTest& lost) {
     beginRun();
     m_startTime = lost.startTime;
     m_measured = lost.hasMeasured;
+    m_clocksInCalls = lost.clocksInCalls;
     raiseResult(PS_EXCEPTION);
     g_ostrm << PS_ERR << lost.message << " in " << lost.label << "\n" << PS_END;
     if (!lost.lastError.empty()) {

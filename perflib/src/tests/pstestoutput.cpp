@@ -159,7 +159,7 @@ void psTest::outputResult(psResult r) {
     } else {
         putTableResult(r);
     }
-    m_disturbances.count(*m_record);
+    m_figures.count(*m_record);
     psTellRecordWriters([this](psRecordWriter& writer) { writer.write(*m_record); });
     m_record.reset();
 }

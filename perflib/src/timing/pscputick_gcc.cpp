@@ -81,6 +81,12 @@ int psCpuTicker::knownFreq() {
     return m_freqMHz;
 }
 
+double psCpuTicker::knownSeconds(long long clocks) {
+    constexpr double clocksPerMHz = 1e6;
+    const int mhz = knownFreq();
+    return mhz > 0 ? static_cast<double>(clocks) / mhz / clocksPerMHz : 0;
+}
+
 int psCpuTicker::getFreq() {
     if (knownFreq() == 0) {
         m_freqMHz = measureMHz();

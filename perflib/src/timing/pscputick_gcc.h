@@ -23,6 +23,7 @@ public:
     static int getFreq();
     // MHz, or 0 when it has not been measured on this boot yet; never waits.
     static int knownFreq();
+    static double knownSeconds(long long clocks); // 0 while the frequency is not known
     // Clocks of the processor in one clock of the reader.
     static int getClockFactor() { return 1; }
 

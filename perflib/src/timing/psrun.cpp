@@ -48,6 +48,16 @@ double psTool::clocksPerCall(Stored stored) const {
     return static_cast<double>(numClocks) / calls;
 }
 
+// Behind a run: what it spent in timed spans. A function of the test that does not tell its spans
+// counts with the clocks that it stores, unless it failed: then they may still be the budget.
+void psTool::countSpans() {
+    if (g_batches.count() > 0) {
+        clocksInCalls += g_batches.sum();
+    } else if (!psIsFail(result)) {
+        clocksInCalls += numClocks;
+    }
+}
+
 // One run of the statistic method; leaves the clocks per call in funcClocks and the calls made in
 // numLoops.
 void psTool::runTimFuncStat(long long maxClocks, int calls) {
@@ -69,6 +79,7 @@ void psTool::runTimFuncStat(long long maxClocks, int calls) {
     }
     numClocks = clocks;
     numLoops = calls;
+    countSpans();
     funcClocks = clocksPerCall(storedBy(funcStat != nullptr));
 }
 
@@ -86,6 +97,7 @@ void psTool::runTimFunc(int loops, double* clocks, bool loopMode) {
         }
         updateResult(harnessCalls ? harnessRun(loops, budget, loopMode)
                                   : watchedRun(loops, budget, loopMode));
+        countSpans();
         if (numClocks >= 1 || psIsFail(result)) {
             break;
         }

@@ -126,6 +126,7 @@ void psTool::reset() {
     g_batches.clear();
     startTime = time(nullptr);
     numClocks = 0;
+    clocksInCalls = 0;
     numLoops = 0;
 }
 

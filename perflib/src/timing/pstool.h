@@ -120,8 +120,10 @@ public:
     psString methodInfo; // for the report: "nLps=4096 acc=7.3%"
     bool checkCtrlActive = false;
     long long numClocks = 0; // total of the last run
-    double accuracy = 1.0;   // relative spread of the last judgement
-    int factorMinLoops = 0;  // 0: the default of the auto method
+    // Within the timed spans of all runs of the last measurement: see countSpans.
+    long long clocksInCalls = 0;
+    double accuracy = 1.0;  // relative spread of the last judgement
+    int factorMinLoops = 0; // 0: the default of the auto method
     int factorMaxLoops = 0;
     time_t startTime = 0;
     time_t createTime = time(nullptr);
@@ -168,6 +170,7 @@ private:
     psResult timCall_Loop(int loops, long long* clocks, bool reset);
     psResult timCall_Stat(int* calls, long long* clocks, bool reset);
     psResult statusResult(int status) const;
+    void countSpans();
     // What the clocks that a run stored stand for.
     enum class Stored { oneCall, sum };
     double clocksPerCall(Stored stored) const;

@@ -147,7 +147,7 @@ TEST_F(TimingTest, ATurnIsTheQuickestSpanInFullPrecision) {
 
 // Where the clocks of a long body are kept, measuring them lasts no longer than a few turns.
 TEST_F(TimingTest, KeptClocksOfALongInitBodyCostLess) {
-    g_longInitClocks = 1'000'000;
+    g_longInitClocks = 500'000;
     const auto initsOf = [] {
         g_inits = 0;
         int count = 1;

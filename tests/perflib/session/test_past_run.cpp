@@ -16,12 +16,14 @@ psString joined(const psStringList& texts) {
 TEST(PastRun, ResultsAndWhatTheyCounted) {
     psPastRun past;
     for (const char* const line :
-         {"begun\t1700000000", "answer\tLength\t1;2", "answer\tSize\t", "asked\tone\tLength\tOwn",
-          "remark\ta: \"b\" was not taken", "result\t1\t7\t3\t2\t1", "result\t-1\t7\t3\t2\t1",
+         {"begun\t1700000000\t88000000000", "answer\tLength\t1;2", "answer\tSize\t",
+          "asked\tone\tLength\tOwn", "remark\ta: \"b\" was not taken",
+          "result\t1\t7\t3\t2\t1\t8000000000", "result\t-1\t7\t3\t2\t1\t9000000000",
           "word of another time\t1", "closed"}) {
         past.take(line);
     }
     EXPECT_EQ(past.begun, 1700000000);
+    EXPECT_EQ(past.begunInstant, 88000000000);
     ASSERT_EQ(past.answers.count(), 2);
     EXPECT_TRUE(past.answers.front().name == "Length" && past.answers.front().text == "1;2");
     EXPECT_TRUE(past.answers.back().name == "Size" && past.answers.back().text.empty());
@@ -35,15 +37,16 @@ TEST(PastRun, ResultsAndWhatTheyCounted) {
     EXPECT_EQ(past.figures.measured, 3);
     EXPECT_EQ(past.figures.spread, 2);
     EXPECT_EQ(past.figures.switchedOut, 1);
+    EXPECT_EQ(past.figures.clocksInCalls, 9000000000);
     EXPECT_TRUE(past.isSummaryWritten);
     EXPECT_FALSE(past.lost);
 }
 
 TEST(PastRun, TheTestThatIsLost) {
     psPastRun past;
-    for (const char* const line :
-         {"result\t1\t7\t3\t2\t1", "test\ttwo\t55", "at\tntkFunctionCalls\tN=1 F=a\t1\t5\t3\t2\t9",
-          "row\ttwo\t8u\t\t1", "lost\tSIGKILL\tkilled\tlast words"}) {
+    for (const char* const line : {"result\t1\t7\t3\t2\t1\t800", "test\ttwo\t55",
+                                   "at\tntkFunctionCalls\tN=1 F=a\t1\t5\t3\t2\t850\t9",
+                                   "row\ttwo\t8u\t\t1", "lost\tSIGKILL\tkilled\tlast words"}) {
         past.take(line);
     }
     ASSERT_TRUE(past.lost);
@@ -58,6 +61,7 @@ TEST(PastRun, TheTestThatIsLost) {
     EXPECT_STREQ(past.lost->lastError.c_str(), "last words");
     EXPECT_EQ(past.figures.measured, 5); // those of its combinations count
     EXPECT_EQ(past.figures.switchedOut, 2);
+    EXPECT_EQ(past.lost->clocksInCalls, 50);
 }
 
 } // namespace

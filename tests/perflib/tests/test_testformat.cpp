@@ -64,7 +64,7 @@ TEST(TestFormat, ClosingNoteCountsWhatWasDisturbed) {
         int switches;
     } records[] = {
         {PS_OK, 0.2, 0}, {PS_OK, 0.2, 3}, {PS_OK, 0.05, 1}, {PS_OK, 0, 0}, {PS_FAIL, 0.2, 1}};
-    psDisturbances all;
+    psRunFigures all;
     all.measured = 7;
     EXPECT_STREQ(psDisturbanceSummary(all).c_str(), "");
     for (const auto& r : records) {
@@ -76,4 +76,12 @@ TEST(TestFormat, ClosingNoteCountsWhatWasDisturbed) {
     }
     EXPECT_TRUE(psDisturbanceSummary(all).startsWith(
         " Note     : 2 of 11 measurements have a spread above 5%, in 2 another process ran.\n"));
+}
+
+TEST(TestFormat, TimeInCallsIsToldWhereItIsKnown) {
+    EXPECT_STREQ(psTimeInCallsText(1.25, 2).c_str(),
+                 " Measured : 62.5% of the time was spent inside measured calls,\n"
+                 "            1.250 of 2.000 seconds\n");
+    EXPECT_STREQ(psTimeInCallsText(0, 2).c_str(), "");
+    EXPECT_STREQ(psTimeInCallsText(0, 0).c_str(), "");
 }

@@ -29,9 +29,11 @@ TEST(Batches, OfManyAnEvenPartIsKept) {
             batches.add(i < count / 100 * 48 ? 100 : 300);
         }
         EXPECT_EQ(batches.count(), count);
+        EXPECT_EQ(batches.sum(), 300LL * count - 200LL * (count / 100 * 48)); // dropped ones too
         EXPECT_DOUBLE_EQ(batches.spread(), 2) << count;
         batches.clear();
         EXPECT_EQ(batches.count(), 0);
+        EXPECT_EQ(batches.sum(), 0);
         EXPECT_EQ(batches.spread(), 0);
     }
 }

@@ -267,6 +267,32 @@ TEST_F(ToolTest, TheSpansOfTheLastRunCount) {
     EXPECT_EQ(tool.times().batches, 1);
 }
 
+// All runs of a measurement count as time in calls: by the spans that the test told, else by the
+// clocks that it stored; not the budget that a failure leaves.
+TEST_F(ToolTest, TheTimeInCallsIsThatOfAllRuns) {
+    const auto loop = [](int loops, long long* clocks) {
+        g_batches.add(loops);
+        g_batches.add(loops);
+        *clocks = 1000LL * loops;
+        return PS_OK;
+    };
+    tool.setMethodBest(1, 8, 100);
+    for (int again = 0; again < 2; ++again) { // each measurement on its own
+        tool.timing(loop, nullptr, nullptr, nullptr);
+        EXPECT_EQ(tool.clocksInCalls, 2 * (1 + 4)); // the prior run, and one that agrees with it
+    }
+    g_script.clocks = {20000, 80000};
+    tool.timing(loopFunc, nullptr, nullptr, nullptr);
+    EXPECT_EQ(tool.clocksInCalls, 20000 + 80000);
+    g_script.clocks = {700};
+    tool.setMethodStat(5, 1000000);
+    tool.timing(nullptr, statFunc, nullptr, nullptr);
+    EXPECT_EQ(tool.clocksInCalls, 700);
+    g_script.result = PS_FUNC_FAIL;
+    tool.timing(nullptr, statFunc, nullptr, nullptr);
+    EXPECT_EQ(tool.clocksInCalls, 0);
+}
+
 TEST_F(ToolTest, TheDetailsTellClocksInFull) {
     const Captured log(PS_OUT_INFO);
     g_script.clocks = {12345678901};
