@@ -13,6 +13,7 @@ namespace {
 
 // The data and room for what the calls make of them, shared by both sides.
 struct Buffers {
+    std::string named; // for the rows: that of the data, when the file is long enough
     Bytes data;
     int size = lengthOf(data);
     Bytes block = Bytes(static_cast<std::size_t>(LZ4_compressBound(size)));
@@ -34,7 +35,7 @@ void compareEncoders(const Run& run, Buffers& b, int bytes, const Side& own, con
         b.length = b.capacity;
     };
     const auto encodeOther = [&] { b.otherLength = other.call(); };
-    run.sideBySide(own.name, static_cast<std::size_t>(bytes),
+    run.sideBySide(own.name + b.named, static_cast<std::size_t>(bytes),
                    {{"", encode, prepare, [&] { return b.length; }},
                     {other.name, encodeOther, other.prepare, [&] { return b.otherLength; }}});
 }
@@ -108,7 +109,7 @@ void compareDecoder(const Run& run, Buffers& b) {
         LZ4_decompress_safe(chars(b.block), chars(decoded), length, b.size);
     };
     run.decodersSideBySide(
-        "ntksDecodeLZ4_8u", decoded,
+        "ntksDecodeLZ4_8u" + b.named, decoded,
         {{"", decode, [&] { b.length = b.size; }}, {"LZ4_decompress_safe", decodeOther}});
 }
 
@@ -116,7 +117,7 @@ void compareLz4(Run& run) {
     const Bytes all = run.data;
     for (std::size_t size = 16384, before = 0; before < all.size(); before = size, size *= 4) {
         run.data.assign(all.data(), all.data() + std::min(size, all.size()));
-        Buffers buffers = {run.data};
+        Buffers buffers = {", " + std::to_string(size / 1024) + " KiB", run.data};
         compareEncoder(run, buffers);
         compareDictEncoder(run, buffers);
         compareHcEncoder(run, buffers);

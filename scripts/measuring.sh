@@ -1,20 +1,27 @@
 #!/usr/bin/env bash
 # Makes docs/measuring.md anew: the text of scripts/measuring.template.md with the figures that
-# ntkbench gives on this machine. Takes some minutes; until the end the document stays as it is.
+# ntkbench gives on this machine. Takes about a quarter of an hour; until the end the document stays
+# as it is. The figures are kept in build/measuring.
 #
-#   scripts/measuring.sh [CORPUS]
+#   scripts/measuring.sh [CORPUS]   measures all files of the corpus and makes the document
+#   scripts/measuring.sh --text     makes the document with the figures of the last run
 #
 # The corpus is the directory CORPUS, else $CORPUS, else corpus/ in the project's top folder.
+#
+# In the template
+#   {{ntkbench NAME}}           is the table of a comparison on data of its own,
+#   {{ntkbench NAME FILE...}}   that on these files of the corpus, with the ratios on all files, and
+#   {{standing NAME | CALL | AGAINST | WANTED | FILES | TITLE | REMARK}}
+#                               the line of a table of what is wanted (measuring.awk).
 
 # shellcheck source-path=SCRIPTDIR source=common.sh
 . "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
-[[ $# -le 1 && ${1:-} != -* ]] || refuse "the only argument is the directory of the corpus"
-corpus=$(cd "${1:-${CORPUS:-$top/corpus}}" 2>/dev/null && pwd) ||
-    fail "no corpus: '${1:-${CORPUS:-$top/corpus}}' is no directory that can be entered"
 template=$top/scripts/measuring.template.md
 document=$top/docs/measuring.md
 ntkbench=$top/build/release/bin/ntkbench
+figures=$top/build/measuring
+corpus_files=(bib book1 book2 geo news obj1 obj2 paper1 paper2 pic progc progl progp trans)
 
 processor() {
     sed -n 's/^model name[[:space:]]*: //p' /proc/cpuinfo | head -n 1
@@ -22,36 +29,107 @@ processor() {
 
 packages() {
     dpkg-query --show --showformat='${source:Package} ${source:Version}\n' \
-        libdeflate0 libisal2 zlib1g liblz4-1 liblzo2-2 libbz2-1.0 libzfp1 | sort -u | paste -sd, |
-        sed 's/,/, /g'
+        libdeflate0 libisal2 zlib1g liblz4-1 liblzo2-2 libbz2-1.0 libdivsufsort3 libzfp1 |
+        sort -u | paste -sd, | sed 's/,/, /g'
+}
+
+# The comparisons that the template shows, each with the files whose rows are shown.
+shown() {
+    sed -n 's/^{{ntkbench \(.*\)}}$/\1/p' "$template"
+}
+
+# measure DIRECTORY: the machine and the rows of every comparison, a file each.
+measure() {
+    local name files
+    processor >"$1/processor"
+    packages | fold -s -w 98 | sed '2,$s/^/  /; s/ $//' >"$1/packages"
+    nice >"$1/nice"
+    cut -d ' ' -f 1 /proc/loadavg >"$1/load"
+    while read -r name files; do
+        say "ntkbench $name"
+        # shellcheck disable=SC2086 # several files
+        "$ntkbench" --corpus "$corpus" --markdown "$name" ${files:+"${corpus_files[@]}"} \
+            </dev/null >"$1/$name"
+    done < <(shown)
+}
+
+measure_anew() {
+    local name new
+    "$top/scripts/install.sh"
+    build release ntkbench
+    for name in $("$ntkbench" --list); do
+        shown | grep -qx "$name\( .*\)\?" || fail "$template does not show the comparison $name"
+    done
+    rm -rf "$figures.new"
+    mkdir "$figures.new"
+    measure "$figures.new"
+    rm -rf "$figures"
+    mv "$figures.new" "$figures"
+}
+
+# table NAME SETTING...: one that measuring.awk makes of a comparison.
+table() {
+    local name=$1 setting settings=()
+    shift
+    [[ -f $figures/$name ]] || fail "there are no figures of $name in $figures: measure anew"
+    for setting in "$@"; do
+        settings+=(-v "$setting")
+    done
+    LC_ALL=C awk "${settings[@]}" -f "$top/scripts/measuring.awk" "$figures/$name"
+}
+
+# comparison NAME [FILE...]: its tables.
+comparison() {
+    local name=$1
+    shift
+    table "$name" table=rows "files=$*"
+    if (($# > 0)); then
+        table "$name" table=ratio
+        table "$name" table=size
+    fi
+}
+
+standing() {
+    local fields i
+    IFS='|' read -r -a fields <<<"$1|"
+    for i in "${!fields[@]}"; do
+        read -r "fields[$i]" <<<"${fields[i]}" # without the blanks around it
+    done
+    ((${#fields[@]} == 7)) || fail "$template: seven fields are wanted in {{standing $1}}"
+    table "${fields[0]}" table=standing "call=${fields[1]}" "against=${fields[2]}" \
+        "wanted=${fields[3]}" "files=${fields[4]}" "title=${fields[5]}" "remark=${fields[6]}"
 }
 
 # Prints the template with its {{...}} replaced.
 filled_in() {
-    local line
+    local line name
     while IFS= read -r line; do
+        name=${line##*'{{'}
+        name=${name%'}}'}
         case $line in
-        *'{{processor}}') printf '%s%s\n' "${line%'{{'*}" "$(processor)" ;;
-        *'{{packages}}') printf '%s%s\n' "${line%'{{'*}" "$(packages)" |
-            fold -s -w 98 | sed '2,$s/^/  /; s/ $//' ;;
-        *'{{nice}}') printf '%s%s\n' "${line%'{{'*}" "$(nice)" ;;
-        *'{{load}}') printf '%s%s\n' "${line%'{{'*}" "$(cut -d ' ' -f 1 /proc/loadavg)" ;;
-        '{{ntkbench '*'}}')
-            line=${line#'{{ntkbench '}
-            say "ntkbench ${line%'}}'}" >&2
-            "$ntkbench" --corpus "$corpus" --markdown "${line%'}}'}" </dev/null
+        *'{{processor}}' | *'{{packages}}' | *'{{nice}}' | *'{{load}}')
+            printf '%s%s\n' "${line%'{{'*}" "$(<"$figures/$name")"
             ;;
+        '{{ntkbench '*'}}')
+            # shellcheck disable=SC2086 # a comparison and files
+            comparison ${name#ntkbench }
+            ;;
+        '{{standing '*'}}') standing "${name#standing }" ;;
         *'{{'*) fail "$template: there is nothing to put in for $line" ;;
         *) printf '%s\n' "$line" ;;
         esac
     done <"$template"
 }
 
-"$top/scripts/install.sh"
-build release ntkbench
-for name in $("$ntkbench" --list); do
-    grep -qx "{{ntkbench $name}}" "$template" || fail "$template does not show the comparison $name"
-done
+if [[ ${1:-} == --text ]]; then
+    (($# == 1)) || refuse "--text takes the figures of the last run, and no corpus"
+    [[ -d $figures ]] || fail "there are no figures in $figures: measure first, without --text"
+else
+    [[ $# -le 1 && ${1:-} != -* ]] || refuse "the arguments are --text or the directory of the corpus"
+    corpus=$(cd "${1:-${CORPUS:-$top/corpus}}" 2>/dev/null && pwd) ||
+        fail "no corpus: '${1:-${CORPUS:-$top/corpus}}' is no directory that can be entered"
+    measure_anew
+fi
 new=$(mktemp "$document.XXXXXX")
 trap 'rm -f "$new"' EXIT
 filled_in >"$new"

@@ -104,7 +104,8 @@ TEST_F(Ntkbench, EveryListedComparisonIsExplainedAndInTheDocument) {
     EXPECT_EQ(linesOf(list.output).size(), 11u);
     for (const std::string& name : linesOf(list.output)) {
         EXPECT_TRUE(fits(help, "^  " + name + " +[A-Za-z]")) << name;
-        EXPECT_NE(document.str().find("\n{{ntkbench " + name + "}}\n"), std::string::npos) << name;
+        EXPECT_TRUE(fits(document.str(), "^\\{\\{ntkbench " + name + "( [a-z0-9]+)*\\}\\}$"))
+            << name;
     }
 }
 
@@ -116,11 +117,13 @@ TEST_F(Ntkbench, EveryComparisonPrintsATableOfFigures) {
                             "\\| [0-9]+\\.[0-9]{3}-[0-9]+\\.[0-9]{3} \\| ([0-9]\\.[0-9]{3})? \\|$";
     struct Case {
         const char* name;
-        std::size_t rows; // with the file book1
+        std::size_t rows; // with the file book1, at least
+        std::size_t furtherRows = 0;
     };
-    const Case cases[] = {{"checksum", 8},  {"lz4", 8},      {"lzo", 5},     {"lzss", 2},
-                          {"deflate", 9},   {"inflate", 12}, {"bwt", 9},     {"bz2", 1},
-                          {"bz2stages", 5}, {"zfp", 8},      {"handloop", 2}};
+    // With libdeflate, deflate has one or two rows for each of its nine levels.
+    const Case cases[] = {{"checksum", 8},    {"lz4", 8},      {"lzo", 5},     {"lzss", 2},
+                          {"deflate", 18, 9}, {"inflate", 12}, {"bwt", 9},     {"bz2", 1},
+                          {"bz2stages", 5},   {"zfp", 8},      {"handloop", 2}};
     for (const Case& c : cases) {
         std::vector<std::string> arguments = {"--markdown", "--rounds", "1", c.name};
         if (std::string(c.name) != "checksum" && std::string(c.name) != "zfp") {
@@ -129,7 +132,8 @@ TEST_F(Ntkbench, EveryComparisonPrintsATableOfFigures) {
         const Outcome outcome = run(arguments);
         const std::vector<std::string> lines = linesOf(outcome.output);
         EXPECT_EQ(outcome.status, 0) << c.name << ": " << outcome.errors;
-        ASSERT_EQ(lines.size(), 2 + c.rows) << outcome.output;
+        ASSERT_GE(lines.size(), 2 + c.rows) << outcome.output;
+        ASSERT_LE(lines.size(), 2 + c.rows + c.furtherRows) << outcome.output;
         EXPECT_EQ(std::count(lines[1].begin(), lines[1].end(), '|'),
                   std::count(lines[0].begin(), lines[0].end(), '|'));
         for (std::size_t i = 2; i < lines.size(); ++i) {

@@ -195,8 +195,8 @@ TEST(Lz4Tables, AreNotTrustedForTheirPosition) {
             auto& table = stateIn<HashTable>(tables.hash());
             prime(lz4Dict, h, tables);
             ASSERT_EQ(table.position, h.first);
-            std::fill_n(table.stream.internal_donotuse.hashTable, LZ4_HASH_SIZE_U32, index);
-            encodedLength(lz4Dict, h, mode, tables);
+            table.positions.fill(index);
+            encodedLength(lz4Dict, h, mode, tables, false);
 
             auto& stream = stateIn<HcState>(tables.hc()[0]).stream.internal_donotuse;
             auto& record = stateIn<HcRecord>(tables.hc()[1]);

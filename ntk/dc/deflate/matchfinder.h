@@ -20,6 +20,13 @@ constexpr int gainOf(int length, int distance) {
            distanceBits;
 }
 
+// What a match of 3 bytes saves at most.
+inline constexpr int mostGainOf3 = gainOf(minMatch, 1);
+
+// Where the nearest position with the same hash of 3 bytes has other ones, longer matches are rare
+// (those that it hides): one in so many of the candidates is tried.
+inline constexpr int rareMatchShare = 8;
+
 struct Match {
     int length; // 0: none
     int distance;
@@ -34,6 +41,12 @@ struct SearchLimits {
 
 using Position = AnyAddress<Ntk32s>;
 
+// How far back the next older position of a chain is; 16 bits, so that twice as many are in the
+// cache. noLink leads out of every window.
+using Link = AnyAddress<Ntk16u>;
+inline constexpr unsigned noLink = 65535;
+static_assert(maxDistance < noLink);
+
 // The data of a call and the caller's tables.
 struct SearchSpace {
     const Ntk8u* source;
@@ -43,7 +56,7 @@ struct SearchSpace {
     int windowSize;
     Position* heads; // hashSize positions
     int hashSize;
-    Position* previous; // windowSize positions
+    Link* links; // windowSize
 };
 
 class MatchFinder {
@@ -70,10 +83,15 @@ public:
         const int newest = insertIntoChain(position, key);
         const int lowest = std::max(m_space.historyBegin, position - m_space.windowSize);
         Match best{0, 0, leastGain};
-        if (isWithin(nearest, lowest, position) && ((load32(at(nearest)) ^ key) << 8) == 0) {
-            improve(best, minMatch, position - nearest);
+        int candidates = limits.chainLength;
+        if (leastGain <= mostGainOf3) {
+            if (isWithin(nearest, lowest, position) && ((load32(at(nearest)) ^ key) << 8) == 0) {
+                improve(best, minMatch, position - nearest);
+            } else if (nearest < position) { // else a call before this one has been here
+                candidates /= rareMatchShare;
+            }
         }
-        searchChain(best, position, newest, lowest, limits);
+        searchChain(best, position, newest, lowest, {candidates, limits.niceLength});
         return best;
     }
 
@@ -91,7 +109,7 @@ public:
 
     // Removes the position that was inserted last from its chain, so that it can be searched again.
     void remove(int position) {
-        m_space.heads[chainHash(load32(at(position)))].value = previous(position).value;
+        m_space.heads[chainHash(load32(at(position)))].value = position - link(position).value;
     }
 
     // Inserts the positions that an earlier call could not, for lack of the bytes after them.
@@ -127,39 +145,51 @@ private:
     // A multiplicative hash by 2^32 divided by the golden ratio.
     Ntk32u chainHash(Ntk32u key) const { return key * 0x9E3779B1U >> m_hashShift; }
     Ntk32u nearHash(Ntk32u key) const { return (key << 8) * 0x9E3779B1U >> m_hashShift; }
-    Position& previous(int position) { return m_space.previous[position & m_windowMask]; }
+    Link& link(int position) { return m_space.links[position & m_windowMask]; }
 
     // Returns what was the newest position of the chain before.
     int insertIntoChain(int position, Ntk32u key) {
         Position& head = m_space.heads[chainHash(key)];
         const int newest = head.value;
-        previous(position).value = newest;
+        const auto back = static_cast<unsigned>(position) - static_cast<unsigned>(newest);
+        link(position).value = static_cast<Ntk16u>(std::min(back, noLink));
         head.value = position;
         return newest;
     }
 
-    // A chain leads from newer to older positions; where it does not, it leaves this window.
+    // The first candidate is checked, the others are older, or the same again.
     void searchChain(Match& best, int position, int candidate, int lowest,
                      const SearchLimits& limits) {
+        if (limits.chainLength == 0 || !isWithin(candidate, lowest, position)) {
+            return;
+        }
         const Ntk8u* const here = at(position);
+        const Ntk32u key = load32(here);
         const int most = std::min(maxMatch, m_space.end - position);
         const int enough = std::min(limits.niceLength, most);
         // Only a longer match can save enough.
         int length = std::max(minMatch, (best.gain + codeBits) / 8);
-        int newer = position;
-        for (int left = limits.chainLength;
-             left > 0 && length < enough && isWithin(candidate, lowest, newer); --left) {
+        if (length >= enough) {
+            return;
+        }
+        Ntk32u tail = load32(here + length - 3);
+        for (int left = limits.chainLength;;) {
             const Ntk8u* const there = at(candidate);
-            if (load32(there + length - 3) == load32(here + length - 3) &&
-                load32(there) == load32(here)) {
+            if (load32(there + length - 3) == tail && load32(there) == key) {
                 const int found = commonLength(here, there, most);
                 if (found > length) {
                     length = found;
                     improve(best, found, position - candidate);
+                    if (length >= enough) {
+                        return;
+                    }
+                    tail = load32(here + length - 3);
                 }
             }
-            newer = candidate;
-            candidate = previous(candidate).value;
+            candidate -= link(candidate).value;
+            if (--left == 0 || candidate < lowest) {
+                return;
+            }
         }
     }
 

@@ -1,4 +1,4 @@
-// LZ4 block encoders without and with a dictionary, on liblz4's fast encoder.
+// LZ4 block encoders without and with a dictionary.
 //
 // Format (lz4_Block_format.md of the LZ4 project, Y. Collet): a block is a series of sequences.
 // Each has a token with two lengths of 4 bits, further length bytes if one is 15, literals, and a
@@ -10,35 +10,27 @@
 // candidate found is compared, and taken if it matches. Matches may refer to a dictionary: data
 // that the decoder already has.
 //
-// State: the caller's hash table holds liblz4's stream and the position in the caller's sequence up
-// to which the stream has seen the data. The stream's own index advances with the position, but
-// liblz4 decides where it starts and restarts.
+// Underneath: liblz4 where there can be no dictionary, else dictencoder.h, which need not trust the
+// caller's table. Its blocks are as long as liblz4's within 2.5%.
+//
+// State: the caller's hash table holds liblz4's stream within a call, or, from call to call,
+// positions in the caller's sequence and the one up to which the table has seen the data. It holds
+// no pointers.
 //
 // Invariants:
-// - The pointers in the stream are dangling after a call. A call that continues with the table
-// first
-//   sets all of them from its own arguments.
-// - liblz4 uses an index from the table without checking it against the end of the data. Hence,
-//   before a table is reused, all its 4096 indices must be at least 4 (a match) below the stream's
-//   index; a table that fails this check, or that does not end at the position where the call
-//   begins, is rebuilt from the dictionary. The check takes about as long as clearing the table,
-//   which every call without a dictionary does.
-// - Wrong indices that pass are harmless: liblz4 compares the bytes that they refer to, and limits
-//   them to the length of the dictionary.
-// - After a call that fails or stops early the stream has seen more data than were encoded: the
-// table
-//   is marked as unusable.
+// - A table that does not end at the position where the call begins is rebuilt from the dictionary.
+//   One that does may hold anything all the same: dictencoder.h checks every position that it uses.
+// - After a call that fails or stops early the table has seen more data than were encoded: it is
+//   marked as unusable.
 //
 // Limits: sources of up to 0x7e000000 bytes, positions up to INT_MAX, dictionaries of which the
 // last 65536 bytes count.
 
 #include "ntkdc.h"
 
-#include <algorithm>
-
 #include "arguments.h"
+#include "dictencoder.h"
 #include "filldestination.h"
-#include "indexscan.h"
 #include "ntks.h"
 #include "tables.h"
 
@@ -46,37 +38,21 @@ namespace ntk::lz4 {
 
 namespace {
 
-bool continuesAt(const HashTable& table, int srcIdx) {
-    constexpr Ntk32u minMatch = 4;
-    const LZ4_stream_t_internal& stream = table.stream.internal_donotuse;
-    return table.position == srcIdx && knowsFields() && stream.currentOffset >= minMatch &&
-           stream.currentOffset <= INT_MAX &&
-           noneAbove.get()(stream.hashTable, LZ4_HASH_SIZE_U32, stream.currentOffset - minMatch);
-}
-
-// Prepares the table for data at srcIdx that follow the dictionary.
-void attachDictionary(HashTable& table, const DictArguments& d) {
-    if (d.dictLen == 0) {
-        LZ4_initStream(&table.stream, sizeof table.stream);
-    } else if (!continuesAt(table, d.srcIdx)) {
-        LZ4_loadDict(&table.stream, chars(d.dict), d.dictLen);
-    } else {
-        LZ4_stream_t_internal& stream = table.stream.internal_donotuse;
-        const int length = std::min(d.dictLen, windowBytes);
-        stream.dictionary = d.dict + (d.dictLen - length);
-        stream.dictSize = static_cast<Ntk32u>(length);
-        stream.dictCtx = nullptr;
-    }
+// Whether the table holds positions of the data before the source, and of no other. An empty table
+// has a position too: that of the start.
+bool continuesAt(const HashTable& table, const DictArguments& d) {
+    return table.position == d.srcIdx && (d.srcIdx > 0 || d.dictLen == 0);
 }
 
 // Returns the length of the block, 0 if it does not fit.
 int encodeWithDictionary(HashTable& table, const DictArguments& d, const Ntk8u* src, int srcLen,
                          Ntk8u* dst, int capacity) {
-    attachDictionary(table, d);
-    const int length =
-        LZ4_compress_fast_continue(&table.stream, chars(src), chars(dst), srcLen, capacity, 1);
+    if (!continuesAt(table, d)) {
+        loadDictionary(table.positions, d);
+    }
+    const int length = encodeAfterDictionary(table.positions, d, src, srcLen, dst, capacity);
     table.position = length > 0 ? d.srcIdx + srcLen : noPosition;
-    return std::max(length, 0);
+    return length;
 }
 
 int encodeAlone(HashTable& table, const Ntk8u* src, int srcLen, Ntk8u* dst, int capacity) {

@@ -4,6 +4,7 @@
 #include <lz4.h>
 #include <lz4hc.h>
 
+#include "dictencoder.h"
 #include "ntkdefs.h"
 
 namespace ntk::lz4 {
@@ -12,8 +13,11 @@ namespace ntk::lz4 {
 inline constexpr Ntk64s noPosition = -1;
 
 struct HashTable {
-    LZ4_stream_t stream;
-    // Position in the sequence up to which the stream has seen the data. 0 in an empty table.
+    union {
+        LZ4_stream_t stream; // of calls without a dictionary
+        PositionTable positions;
+    };
+    // Position in the sequence up to which `positions` has seen the data. 0 in an empty table.
     Ntk64s position;
 };
 
