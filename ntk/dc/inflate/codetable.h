@@ -18,6 +18,7 @@
 #pragma once
 
 #include <array>
+#include <bit>
 #include <cstddef>
 
 #include "ntkdefs.h"
@@ -110,8 +111,16 @@ struct CanonicalOrder {
     bool isOversubscribed = false;
 
     constexpr CanonicalOrder(const Ntk8u* lengths, unsigned numSymbols) {
-        for (unsigned s = 0; s < numSymbols; ++s) {
+        std::array<unsigned, maxCodeBits + 1> oddCounts{};
+        for (unsigned s = 0; s + 1 < numSymbols; s += 2) {
             ++counts[lengths[s]];
+            ++oddCounts[lengths[s + 1]];
+        }
+        if (numSymbols % 2 != 0) {
+            ++counts[lengths[numSymbols - 1]];
+        }
+        for (unsigned length = 0; length <= maxCodeBits; ++length) {
+            counts[length] += oddCounts[length];
         }
         std::array<unsigned, maxCodeBits + 2> next{};
         unsigned used = 0;
@@ -139,10 +148,7 @@ struct CanonicalOrder {
 
 // The code after `code` among those of `length` bits, both with their first bit lowest.
 constexpr unsigned nextCode(unsigned code, unsigned length) {
-    unsigned bit = 1U << (length - 1);
-    while ((code & bit) != 0) {
-        bit >>= 1;
-    }
+    const unsigned bit = std::bit_floor(~code & lowMask(length));
     return bit == 0 ? 0 : (code & (bit - 1)) | bit;
 }
 

@@ -16,7 +16,7 @@ static_assert(3 * literalRootBits <= 56 && 15 + 5 + distanceMaxBits <= 56);
 constexpr std::ptrdiff_t sourceMargin = 3L * 8;
 // An iteration writes two literals and a match of 258 bytes, and copying that writes up to 29 bytes
 // more.
-constexpr std::ptrdiff_t destinationMargin = 2 + 258 + 29;
+constexpr std::ptrdiff_t destinationMargin = 2 + 258 + 64;
 
 inline void store64(Ntk8u* bytes, Ntk64u word) {
     std::memcpy(bytes, &word, sizeof word);
@@ -44,25 +44,33 @@ constexpr Repetition repetitions[8] = {{0, 0},
 // Writes up to 29 bytes beyond the end.
 inline void copyMatch(Ntk8u* to, unsigned length, unsigned distance) {
     const Ntk8u* from = to - distance;
-    Ntk8u* const end = to + length;
-    if (distance - 1 >= 15) {
+    if (distance - 1 >= 15) [[likely]] {
         copy16(to, from);
         copy16(to + 16, from + 16);
-        for (unsigned done = 32; done < length; done += 16) {
-            copy16(to + done, from + done);
+        if (length > 32) [[unlikely]] {
+            for (unsigned done = 32; done < 258; done += 16) {
+                copy16(to + done, from + done);
+            }
         }
-    } else if (distance >= 8) {
+        return;
+    }
+    Ntk8u* const end = to + length;
+    if (distance >= 8) {
         do {
             store64(to, load64(from));
-            to += 8;
-            from += 8;
+            store64(to + 8, load64(from + 8));
+            to += 16;
+            from += 16;
         } while (to < end);
     } else {
         const Repetition r = repetitions[distance];
         const Ntk64u word = (load64(from) & ~(~Ntk64u{0} << (8 * distance))) * r.factor;
         do {
             store64(to, word);
-            to += r.step;
+            store64(to + r.step, word);
+            store64(to + 2 * r.step, word);
+            store64(to + 3 * r.step, word);
+            to += 4 * r.step;
         } while (to < end);
     }
 }
