@@ -9,9 +9,9 @@
 //           and its extra bits; in a link to a subtable, the root's bits
 //    6, 7   in an exception: link, end of the block; neither: invalid
 //    8..11  bits of the code alone; in a link, the bits of the subtable's index
-//   12, 13  number of literals, 0 or 1; in a table of pairs (pairs.h) up to 2
-//   14      set if there is no length: in literals and exceptions
-//   15      set in an exception
+//   12      set in an exception
+//   13      set if there is no length: in literals and exceptions
+//   14, 15  number of literals, 0 or 1; in a table of pairs (pairs.h) up to 2
 //   16..31  base of the distance, or index of the subtable's first entry; or a literal in both
 //           bytes; or the length less 3 in the upper byte, and 0 or, in a pair, a literal in the
 //           lower one
@@ -32,10 +32,10 @@ inline constexpr Entry codeBitsMask = 0xf00;
 inline constexpr Entry firstLiteralMask = 0x00ff0000;
 inline constexpr Entry linkFlag = 1U << 6;
 inline constexpr Entry endOfBlockFlag = 1U << 7;
-inline constexpr Entry oneLiteral = 1U << 12;
-inline constexpr Entry noLengthFlag = 1U << 14;
-inline constexpr Entry exceptionFlag = 1U << 15;
-inline constexpr Entry literalMask = 3U << 12 | exceptionFlag; // oneLiteral in a literal
+inline constexpr Entry oneLiteral = 1U << 14;
+inline constexpr Entry noLengthFlag = 1U << 13;
+inline constexpr Entry exceptionFlag = 1U << 12;
+inline constexpr Entry literalMask = 3U << 14 | exceptionFlag; // oneLiteral in a literal
 inline constexpr Entry exceptionBits = exceptionFlag | noLengthFlag;
 
 constexpr unsigned takenBits(Entry e) {
@@ -45,7 +45,7 @@ constexpr unsigned codeBits(Entry e) {
     return (e >> 8) & 0xf;
 }
 constexpr unsigned literalsIn(Entry e) {
-    return (e >> 12) & 3;
+    return (e >> 14) & 3;
 }
 constexpr unsigned valueOf(Entry e) {
     return e >> 16;
@@ -66,9 +66,10 @@ constexpr unsigned lowMask(unsigned bits) {
     return (1U << bits) - 1;
 }
 
-// The extra bits of an entry, which follow its code in `bits`.
+// The extra bits of a length or distance, which follow its code in `bits`. Its flags are clear, so
+// that the bits of its code need no mask of their own.
 constexpr unsigned extraOf(Entry e, Ntk64u bits) {
-    return static_cast<unsigned>((bits & ~(~Ntk64u{0} << takenBits(e))) >> codeBits(e));
+    return static_cast<unsigned>((bits & ((Ntk64u{1} << takenBits(e)) - 1)) >> ((e >> 8) & 0x3f));
 }
 
 inline constexpr unsigned shortestMatch = 3;
@@ -199,8 +200,8 @@ private:
                     start += size;
                     const unsigned indexBits = subtableBits(length, n);
                     size = 1U << indexBits;
-                    m_table[prefix] = (start << 16) | exceptionBits | linkFlag |
-                                      (indexBits << 8) | m_rootBits;
+                    m_table[prefix] =
+                        (start << 16) | exceptionBits | linkFlag | (indexBits << 8) | m_rootBits;
                 }
                 const Entry entry = takeSymbol(length - m_rootBits);
                 const unsigned step = 1U << (length - m_rootBits);

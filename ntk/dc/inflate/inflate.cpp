@@ -144,7 +144,8 @@ void Call::end(const Stream& s) const {
 Outcome step(Stream& s) {
     switch (s.mode) {
     case ntkInflateBlockHeader: return readBlockHeader(s);
-    case ntkInflateFixed: return decodeSymbols(s, {fixedLiteralTable, fixedDistanceTable, nullptr});
+    case ntkInflateFixed:
+        return decodeSymbols(s, {fixedLiteralTable, fixedDistanceTable, &fixedPairs});
     case ntkInflateDynamic: return decodeSymbols(s, s.work->codes());
     case ntkInflateStored: return copyStored(s);
     case modeStoredLength: return readStoredLength(s);

@@ -9,7 +9,7 @@
 
 namespace ntk::inflate {
 
-inline constexpr unsigned pairBits = 11;
+inline constexpr unsigned pairBits = 12;
 
 // Entries as in codetable.h, always 2^pairBits. A literal is joined with the literal or the length
 // after it if both codes fit into the index; everything else is the entry of the literals' table.

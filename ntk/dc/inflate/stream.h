@@ -35,7 +35,7 @@ enum class Outcome {
 struct Codes {
     CodeTable literals; // and lengths
     CodeTable distances;
-    const Entry* pairs; // null: none
+    const PairTable* pairs;
 };
 
 // The caller's work buffer: the codes of a dynamic block, and what is known of them while its
@@ -61,7 +61,7 @@ struct WorkBuffer {
     Codes codes() const {
         return {{literals.data(), lowMask(literalBits)},
                 {distances.data(), lowMask(distanceBits)},
-                pairs.data()};
+                &pairs};
     }
 };
 

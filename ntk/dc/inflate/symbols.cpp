@@ -17,7 +17,9 @@ struct Symbol {
     Entry entry;
     unsigned linkBits; // before the bits that the entry counts
 
-    unsigned length(const BitReader& in) const { return lengthWithExtra(entry, in.bits >> linkBits); }
+    unsigned length(const BitReader& in) const {
+        return lengthWithExtra(entry, in.bits >> linkBits);
+    }
     unsigned value(const BitReader& in) const { return valueWithExtra(entry, in.bits >> linkBits); }
     void take(BitReader& in) const { in.drop(linkBits + takenBits(entry)); }
 };
@@ -39,6 +41,12 @@ Outcome copyMatch(Stream& s) {
     Output& out = s.out;
     if (s.pendingDistance > out.contiguousHistoryBytes() + out.externalHistoryBytes) {
         return Outcome::malformed;
+    }
+    const auto fitting = static_cast<unsigned>(std::min<std::size_t>(s.pendingLength, out.room()));
+    if (s.pendingDistance >= fitting && s.pendingDistance <= out.contiguousHistoryBytes()) {
+        std::memcpy(out.next, out.next - s.pendingDistance, fitting);
+        out.next += fitting;
+        s.pendingLength -= fitting;
     }
     for (; s.pendingLength > 0; --s.pendingLength) {
         if (out.room() == 0) {
@@ -106,7 +114,8 @@ Outcome decodeSymbols(Stream& s, const Codes& codes) {
                 break;
             }
         }
-        outcome = s.pendingLength > 0 ? finishMatch(s, codes.distances) : decodeSymbol(s, codes.literals);
+        outcome =
+            s.pendingLength > 0 ? finishMatch(s, codes.distances) : decodeSymbol(s, codes.literals);
     }
     return outcome;
 }
