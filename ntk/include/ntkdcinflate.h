@@ -33,7 +33,7 @@ typedef struct {
     Ntk32u reserved[2];   /* not used */
 } NtksInflateState;
 
-/* Size in bytes of the work buffer, about 16 KiB.
+/* Size in bytes of the work buffer, about 32 KiB.
  * Returns ntkStsNoErr; ntkStsNullPtr.
  */
 NTK_API NtkStatus ntksInflateGetSize_8u(int* pSize);

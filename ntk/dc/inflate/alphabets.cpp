@@ -8,11 +8,11 @@ namespace {
 // the first 2 * group symbols, each further `group` symbols have one more extra bit.
 template <std::size_t N>
 constexpr void fillRanges(std::array<Entry, N>& symbols, unsigned first, unsigned last,
-                          unsigned group, unsigned base) {
+                          unsigned group, unsigned base, unsigned baseShift) {
     for (unsigned s = first; s <= last; ++s) {
         const unsigned index = s - first;
         const unsigned extraBits = index < 2 * group ? 0 : index / group - 1;
-        symbols[s] = (base << 16) | extraBits;
+        symbols[s] = (base << baseShift) | extraBits;
         base += 1U << extraBits;
     }
 }
@@ -20,19 +20,19 @@ constexpr void fillRanges(std::array<Entry, N>& symbols, unsigned first, unsigne
 constexpr std::array<Entry, 288> makeLiteralSymbols() {
     std::array<Entry, 288> symbols{};
     for (unsigned s = 0; s < endOfBlock; ++s) {
-        symbols[s] = literalFlag | (s << 16);
+        symbols[s] = (s << 24) | (s << 16) | noLengthFlag | oneLiteral;
     }
-    symbols[endOfBlock] = endOfBlockFlag;
-    fillRanges(symbols, 257, 284, 4, 3);
-    symbols[285] = 258U << 16;
-    symbols[286] = symbols[287] = invalidFlag;
+    symbols[endOfBlock] = exceptionBits | endOfBlockFlag;
+    fillRanges(symbols, 257, 284, 4, 0, 24);
+    symbols[285] = (258U - shortestMatch) << 24;
+    symbols[286] = symbols[287] = exceptionBits;
     return symbols;
 }
 
 constexpr std::array<Entry, 32> makeDistanceSymbols() {
     std::array<Entry, 32> symbols{};
-    fillRanges(symbols, 0, 29, 2, 1);
-    symbols[30] = symbols[31] = invalidFlag;
+    fillRanges(symbols, 0, 29, 2, 1, 16);
+    symbols[30] = symbols[31] = exceptionBits;
     return symbols;
 }
 
@@ -70,6 +70,15 @@ constexpr std::array<Entry, 1U << fixedDistanceBits> makeFixedDistances() {
     return table;
 }
 
+// The codes are so long that no two make a pair.
+constexpr PairTable makeFixedPairs(const std::array<Entry, 1U << fixedLiteralBits>& literals) {
+    PairTable table{};
+    for (std::size_t i = 0; i < table.size(); ++i) {
+        table[i] = literals[i % literals.size()];
+    }
+    return table;
+}
+
 constexpr std::array<Entry, 1U << fixedLiteralBits> fixedLiterals = makeFixedLiterals();
 constexpr std::array<Entry, 1U << fixedDistanceBits> fixedDistances = makeFixedDistances();
 
@@ -80,6 +89,7 @@ constexpr std::array<Entry, 32> distanceSymbols = makeDistanceSymbols();
 constexpr std::array<Entry, numLengthCodes> codeLengthSymbols = makeCodeLengthSymbols();
 
 constexpr CodeTable fixedLiteralTable = {fixedLiterals.data(), lowMask(fixedLiteralBits)};
+constexpr PairTable fixedPairs = makeFixedPairs(fixedLiterals);
 constexpr CodeTable fixedDistanceTable = {fixedDistances.data(), lowMask(fixedDistanceBits)};
 
 } // namespace ntk::inflate

@@ -59,7 +59,8 @@ struct BitReader {
     // Refills to 56 to 63 bits. Reads 8 bytes of the source and takes those that fit.
     void refillWide() {
         bits |= load64(next) << count;
-        next += (63 - count) >> 3;
+        next += 7;
+        next -= count >> 3;
         count |= 56;
     }
 

@@ -5,16 +5,20 @@
 // index is filled: a code of fewer bits occupies all indices that end in it.
 //
 // Entry, 32 bits:
-//    0..7   bits that the symbol takes: its code (in a subtable, the part after the root's bits)
-//    and
-//           its extra bits; in a link to a subtable, the root's bits
+//    0..5   bits that the symbol takes: its code (in a subtable, the part after the root's bits)
+//           and its extra bits; in a link to a subtable, the root's bits
+//    6, 7   in an exception: link, end of the block; neither: invalid
 //    8..11  bits of the code alone; in a link, the bits of the subtable's index
-//   12..15  exception flags, all clear for a literal, length, or distance
-//   16..30  literal, base of the length or distance, or index of the subtable's first entry
-//   31      set for a literal
+//   12      set in an exception
+//   13      set if there is no length: in literals and exceptions
+//   14, 15  number of literals, 0 or 1; in a table of pairs (pairs.h) up to 2
+//   16..31  base of the distance, or index of the subtable's first entry; or a literal in both
+//           bytes; or the length less 3 in the upper byte, and 0 or, in a pair, a literal in the
+//           lower one
 #pragma once
 
 #include <array>
+#include <bit>
 #include <cstddef>
 
 #include "ntkdefs.h"
@@ -23,29 +27,58 @@ namespace ntk::inflate {
 
 using Entry = Ntk32u;
 
-inline constexpr Entry literalFlag = 0x80000000;
-inline constexpr Entry exceptionMask = 0xf000;
-inline constexpr Entry linkFlag = 0x1000;
-inline constexpr Entry endOfBlockFlag = 0x2000;
-inline constexpr Entry invalidFlag = 0x4000;
+inline constexpr Entry takenMask = 0x3f;
+inline constexpr Entry codeBitsMask = 0xf00;
+inline constexpr Entry firstLiteralMask = 0x00ff0000;
+inline constexpr Entry linkFlag = 1U << 6;
+inline constexpr Entry endOfBlockFlag = 1U << 7;
+inline constexpr Entry oneLiteral = 1U << 14;
+inline constexpr Entry noLengthFlag = 1U << 13;
+inline constexpr Entry exceptionFlag = 1U << 12;
+inline constexpr Entry literalMask = 3U << 14 | exceptionFlag; // oneLiteral in a literal
+inline constexpr Entry exceptionBits = exceptionFlag | noLengthFlag;
 
 constexpr unsigned takenBits(Entry e) {
-    return e & 0xff;
+    return e & 0x3f;
 }
 constexpr unsigned codeBits(Entry e) {
     return (e >> 8) & 0xf;
 }
+constexpr unsigned literalsIn(Entry e) {
+    return (e >> 14) & 3;
+}
 constexpr unsigned valueOf(Entry e) {
-    return (e >> 16) & 0x7fff;
+    return e >> 16;
+}
+constexpr bool isException(Entry e) {
+    return (e & exceptionFlag) != 0;
+}
+constexpr bool isLink(Entry e) {
+    return (e & linkFlag) != 0;
+}
+constexpr bool isEndOfBlock(Entry e) {
+    return (e & endOfBlockFlag) != 0;
+}
+constexpr bool isInvalid(Entry e) {
+    return (e & (exceptionFlag | linkFlag | endOfBlockFlag)) == exceptionFlag;
 }
 constexpr unsigned lowMask(unsigned bits) {
     return (1U << bits) - 1;
 }
 
-// The decoded value of an entry: its value plus the extra bits, which follow the code in `bits`.
+// The extra bits of a length or distance, which follow its code in `bits`. Its flags are clear, so
+// that the bits of its code need no mask of their own.
+constexpr unsigned extraOf(Entry e, Ntk64u bits) {
+    return static_cast<unsigned>((bits & ((Ntk64u{1} << takenBits(e)) - 1)) >> ((e >> 8) & 0x3f));
+}
+
+inline constexpr unsigned shortestMatch = 3;
+constexpr unsigned lengthWithExtra(Entry e, Ntk64u bits) {
+    return (e >> 24) + shortestMatch + extraOf(e, bits);
+}
+// Of anything but a length.
 constexpr unsigned valueWithExtra(Entry e, Ntk64u bits) {
-    return valueOf(e) +
-           static_cast<unsigned>((bits & ~(~Ntk64u{0} << takenBits(e))) >> codeBits(e));
+    return valueOf(e) + extraOf(e, bits);
 }
 
 // A table as its users see it.
@@ -79,8 +112,16 @@ struct CanonicalOrder {
     bool isOversubscribed = false;
 
     constexpr CanonicalOrder(const Ntk8u* lengths, unsigned numSymbols) {
-        for (unsigned s = 0; s < numSymbols; ++s) {
+        std::array<unsigned, maxCodeBits + 1> oddCounts{};
+        for (unsigned s = 0; s + 1 < numSymbols; s += 2) {
             ++counts[lengths[s]];
+            ++oddCounts[lengths[s + 1]];
+        }
+        if (numSymbols % 2 != 0) {
+            ++counts[lengths[numSymbols - 1]];
+        }
+        for (unsigned length = 0; length <= maxCodeBits; ++length) {
+            counts[length] += oddCounts[length];
         }
         std::array<unsigned, maxCodeBits + 2> next{};
         unsigned used = 0;
@@ -108,10 +149,7 @@ struct CanonicalOrder {
 
 // The code after `code` among those of `length` bits, both with their first bit lowest.
 constexpr unsigned nextCode(unsigned code, unsigned length) {
-    unsigned bit = 1U << (length - 1);
-    while ((code & bit) != 0) {
-        bit >>= 1;
-    }
+    const unsigned bit = std::bit_floor(~code & lowMask(length));
     return bit == 0 ? 0 : (code & (bit - 1)) | bit;
 }
 
@@ -162,7 +200,8 @@ private:
                     start += size;
                     const unsigned indexBits = subtableBits(length, n);
                     size = 1U << indexBits;
-                    m_table[prefix] = (start << 16) | linkFlag | (indexBits << 8) | m_rootBits;
+                    m_table[prefix] =
+                        (start << 16) | exceptionBits | linkFlag | (indexBits << 8) | m_rootBits;
                 }
                 const Entry entry = takeSymbol(length - m_rootBits);
                 const unsigned step = 1U << (length - m_rootBits);
@@ -210,7 +249,7 @@ constexpr unsigned buildTable(const Ntk8u* lengths, unsigned numSymbols, Incompl
         if (incomplete == Incomplete::isRefused || longest > 1) {
             return 0;
         }
-        constexpr Entry invalid = invalidFlag | (1U << 8) | 1U;
+        constexpr Entry invalid = exceptionBits | (1U << 8) | 1U;
         table[0] = longest == 0 ? invalid : symbolEntries[order.symbols[0]] + (1U << 8) + 1U;
         table[1] = invalid;
         return 1;

@@ -56,8 +56,12 @@ Outcome buildCodes(Stream& s) {
     w.distanceBits = buildTable(w.lengths.data() + w.numLiteralCodes, w.numDistanceCodes,
                                 Incomplete::mayBeOneBit, distanceSymbols.data(), distanceRootBits,
                                 w.distances.data());
+    if (w.literalBits == 0 || w.distanceBits == 0) {
+        return Outcome::malformed;
+    }
+    fillPairsKernel.get()(w.codes().literals, w.pairs);
     s.mode = ntkInflateDynamic;
-    return w.literalBits == 0 || w.distanceBits == 0 ? Outcome::malformed : Outcome::goOn;
+    return Outcome::goOn;
 }
 
 } // namespace

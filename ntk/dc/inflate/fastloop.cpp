@@ -1,5 +1,15 @@
 // The symbols of a block far from the ends of source and destination: no symbol needs a check
 // against either, and copies may write beyond the end of a match.
+//
+// What takes the time is the chain from one lookup to the next, and branches that are guessed
+// wrong: on text nobody can tell whether a literal or a length comes next. Well-known techniques:
+// one refill of a 64-bit buffer for a length and its distance, entries that have base and extra
+// bits, the next entry looked up before the copy, copies of whole words beyond the end of a match,
+// tables for several symbols at once (pairs.h). What is not so well known:
+// - No branch between literals and lengths. A turn writes two bytes, counts those that are
+//   literals, then decodes a distance and copies; where the entry has no length, the entry of the
+//   distance is masked to 0: no bits, no bytes.
+// - The distance is looked up in the bits before they are refilled; the chain does not wait for it.
 
 #include "stream.h"
 
@@ -7,16 +17,20 @@ namespace ntk::inflate {
 
 namespace {
 
-// Bits from one refill to the next: three literals found in the root, or a length and a distance.
+// A turn refills once, after a length and its literals, and that has to suffice for the distance
+// and the next lookup. Before, at least the bits of a lookup among the distances must be left.
+constexpr unsigned lengthMaxBits = 15 + 5;
 constexpr unsigned distanceMaxBits = 15 + 13;
-static_assert(3 * literalRootBits <= 56 && 15 + 5 + distanceMaxBits <= 56);
+static_assert(lengthMaxBits + distanceMaxBits + distanceRootBits <= 56);
+static_assert(pairBits <= lengthMaxBits && lengthMaxBits <= 56 - distanceMaxBits);
 
-// An iteration refills twice after the first refill, each time reading 8 bytes from at most 7 bytes
-// further on.
-constexpr std::ptrdiff_t sourceMargin = 3L * 8;
-// An iteration writes two literals and a match of 258 bytes, and copying that writes up to 29 bytes
-// more.
-constexpr std::ptrdiff_t destinationMargin = 2 + 258 + 29;
+constexpr std::ptrdiff_t sourceMargin = 8; // one refill
+
+// Literals and a match of up to 32 bytes, and what copying such a match writes beyond its end.
+constexpr unsigned shortMatch = 32;
+constexpr std::ptrdiff_t destinationMargin = 2 + shortMatch + 31;
+// The same for any match.
+constexpr std::ptrdiff_t longMatchMargin = 258 + 31;
 
 inline void store64(Ntk8u* bytes, Ntk64u word) {
     std::memcpy(bytes, &word, sizeof word);
@@ -41,113 +55,140 @@ constexpr Repetition repetitions[8] = {{0, 0},
                                        {0x0001000000000001, 6},
                                        {0x0100000000000001, 7}};
 
-// Writes up to 29 bytes beyond the end.
-inline void copyMatch(Ntk8u* to, unsigned length, unsigned distance) {
+// For distances of 1 to 15. Writes up to 31 bytes beyond the end.
+inline void repeat(Ntk8u* to, unsigned length, unsigned distance) {
     const Ntk8u* from = to - distance;
     Ntk8u* const end = to + length;
-    if (distance >= 16) {
-        copy16(to, from);
-        copy16(to + 16, from + 16);
-        for (unsigned done = 32; done < length; done += 16) {
-            copy16(to + done, from + done);
-        }
-    } else if (distance >= 8) {
+    if (distance >= 8) {
         do {
             store64(to, load64(from));
-            to += 8;
-            from += 8;
+            store64(to + 8, load64(from + 8));
+            to += 16;
+            from += 16;
         } while (to < end);
     } else {
         const Repetition r = repetitions[distance];
         const Ntk64u word = (load64(from) & ~(~Ntk64u{0} << (8 * distance))) * r.factor;
         do {
             store64(to, word);
-            to += r.step;
+            store64(to + r.step, word);
+            store64(to + 2 * r.step, word);
+            store64(to + 3 * r.step, word);
+            to += 4 * r.step;
         } while (to < end);
     }
 }
 
+// A match of more than 32 bytes. As most of them are much longer on data that have many, and a
+// guess of where a loop ends costs more than some stores, the distances of 16 and more always have
+// 258 bytes copied, rounded up.
+inline void copyLong(Ntk8u* to, unsigned length, unsigned distance) {
+    if (distance < 16) {
+        repeat(to, length, distance);
+        return;
+    }
+    const Ntk8u* const from = to - distance;
+    for (unsigned done = 0; done < 258; done += 16) {
+        copy16(to + done, from + done);
+    }
+}
+
+// All bits, or none if the entry has no length. Arithmetic, so that no compiler makes it a branch.
+inline Entry ifLength(Entry e) {
+    static_assert(noLengthFlag == 1U << 13);
+    return static_cast<Entry>(~(static_cast<Ntk32s>(e << 18) >> 31));
+}
+
+// The pointers of a turn that stay as they are.
+struct Bounds {
+    const Ntk8u* lastSource;
+    const Ntk8u* lastOut;
+    const Ntk8u* lastLongMatch;
+
+    explicit Bounds(const Stream& s)
+        : lastSource(s.in.end - sourceMargin), lastOut(s.out.end - destinationMargin),
+          lastLongMatch(s.out.end - longMatchMargin) {}
+};
+
 // Long, because the state of the loop has to stay in registers.
-[[gnu::always_inline]] inline Outcome decode(Stream& s, CodeTable literals, CodeTable distances) {
+[[gnu::always_inline]] inline Outcome decode(Stream& s, const Codes& codes) {
     if (s.in.end - s.in.next < sourceMargin || s.out.end - s.out.next < destinationMargin) {
         return Outcome::goOn;
     }
+    const PairTable& pairs = *codes.pairs;
+    const CodeTable distances = codes.distances;
+    const Bounds bounds(s);
+    const Ntk8u* const historyBegin = s.out.historyBegin;
     BitReader in = s.in;
     Ntk8u* out = s.out.next;
-    const Ntk8u* const historyBegin = s.out.historyBegin;
-    const Ntk8u* const lastSource = in.end - sourceMargin;
-    const Ntk8u* const lastOut = s.out.end - destinationMargin;
     Outcome outcome = Outcome::goOn;
 
     in.refillWide();
-    Entry entry = literals.at(in.bits);
-    while (in.next <= lastSource && out <= lastOut) {
-        if ((entry & literalFlag) != 0) {
-            in.drop(takenBits(entry));
-            *out++ = static_cast<Ntk8u>(valueOf(entry));
-            entry = literals.at(in.bits);
-            if ((entry & literalFlag) != 0) {
+    Entry entry = pairs[in.bits & lowMask(pairBits)];
+    while (in.next <= bounds.lastSource && out <= bounds.lastOut) {
+        const auto literals = static_cast<Ntk16u>(valueOf(entry));
+        std::memcpy(out, &literals, sizeof literals);
+        out += literalsIn(entry);
+        Ntk64u before = in.bits;
+        in.drop(takenBits(entry));
+        if (isException(entry)) [[unlikely]] {
+            if (isLink(entry)) {
+                entry = codes.literals.follow(entry, in.bits);
+                before = in.bits;
                 in.drop(takenBits(entry));
-                *out++ = static_cast<Ntk8u>(valueOf(entry));
-                entry = literals.at(in.bits);
-                if ((entry & literalFlag) != 0) {
-                    in.drop(takenBits(entry));
+                if (literalsIn(entry) != 0) {
                     *out++ = static_cast<Ntk8u>(valueOf(entry));
                     in.refillWide();
-                    entry = literals.at(in.bits);
+                    entry = pairs[in.bits & lowMask(pairBits)];
                     continue;
                 }
             }
-        }
-        if ((entry & exceptionMask) != 0) {
-            if ((entry & linkFlag) != 0) {
-                in.drop(takenBits(entry));
-                entry = literals.follow(entry, in.bits);
-            }
-            if ((entry & literalFlag) != 0) {
-                in.drop(takenBits(entry));
-                *out++ = static_cast<Ntk8u>(valueOf(entry));
-                in.refillWide();
-                entry = literals.at(in.bits);
-                continue;
-            }
-            if ((entry & endOfBlockFlag) != 0) {
-                in.drop(takenBits(entry));
+            if (isEndOfBlock(entry)) {
                 s.endBlock();
                 break;
             }
-            if ((entry & invalidFlag) != 0) {
+            if (isInvalid(entry)) {
                 outcome = Outcome::malformed;
                 break;
             }
         }
-        const unsigned length = valueWithExtra(entry, in.bits);
-        in.drop(takenBits(entry));
+        const Entry mask = ifLength(entry);
+        const unsigned length = lengthWithExtra(entry, before) & mask;
 
-        if (in.count < distanceMaxBits) [[unlikely]] {
-            in.refillWide();
-        }
-        entry = distances.at(in.bits);
-        if ((entry & exceptionMask) != 0) [[unlikely]] {
-            if ((entry & linkFlag) != 0) {
+        const Ntk64u unrefilled = in.bits;
+        in.refillWide();
+        entry = distances.at(unrefilled) & mask;
+        if (isException(entry)) [[unlikely]] {
+            if (isLink(entry)) {
                 in.drop(takenBits(entry));
                 entry = distances.follow(entry, in.bits);
             }
-            if ((entry & invalidFlag) != 0) {
+            if (isInvalid(entry)) {
                 outcome = Outcome::malformed;
                 break;
             }
         }
         const unsigned distance = valueWithExtra(entry, in.bits);
         in.drop(takenBits(entry));
+        entry = pairs[in.bits & lowMask(pairBits)];
         if (distance > static_cast<std::size_t>(out - historyBegin)) [[unlikely]] {
             s.pendingLength = length;
             s.pendingDistance = distance;
             break;
         }
-        in.refillWide();
-        entry = literals.at(in.bits);
-        copyMatch(out, length, distance);
+        if (length > shortMatch) [[unlikely]] {
+            if (out > bounds.lastLongMatch) {
+                s.pendingLength = length;
+                s.pendingDistance = distance;
+                break;
+            }
+            copyLong(out, length, distance);
+        } else if (distance - 1 < 15) [[unlikely]] { // 0: no length, and any copy will do
+            repeat(out, length, distance);
+        } else {
+            copy16(out, out - distance);
+            copy16(out + 16, out - distance + 16);
+        }
         out += length;
     }
     s.in = in;
@@ -155,20 +196,17 @@ inline void copyMatch(Ntk8u* to, unsigned length, unsigned distance) {
     return outcome;
 }
 
-Outcome decodeGeneric(Stream& s, CodeTable literals, CodeTable distances) {
-    return decode(s, literals, distances);
+Outcome decodeGeneric(Stream& s, const Codes& codes) {
+    return decode(s, codes);
 }
 
-// Shifts by a variable take one step in place of three, on the way from each symbol to the next: 2
-// to 8% fewer clocks on book1, 4 to 5% on geo, 17% on pic (ntkcompare, levels 1 to 9).
+// Shifts by a variable take one step in place of three, on the way from each symbol to the next.
 // All processors with AVX2 have them, unless a virtual machine hides them.
-[[gnu::target("bmi,bmi2")]] Outcome decodeWithBmi2(Stream& s, CodeTable literals,
-                                                   CodeTable distances) {
-    return decode(s, literals, distances);
+[[gnu::target("avx2,bmi,bmi2")]] Outcome decodeWithBmi2(Stream& s, const Codes& codes) {
+    return decode(s, codes);
 }
-Outcome decodeBmi2(Stream& s, CodeTable literals, CodeTable distances) {
-    return __builtin_cpu_supports("bmi2") ? decodeWithBmi2(s, literals, distances)
-                                          : decodeGeneric(s, literals, distances);
+Outcome decodeBmi2(Stream& s, const Codes& codes) {
+    return __builtin_cpu_supports("bmi2") ? decodeWithBmi2(s, codes) : decodeGeneric(s, codes);
 }
 
 constexpr Candidate<DecodeFast> candidates[] = {

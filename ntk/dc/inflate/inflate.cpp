@@ -144,10 +144,9 @@ void Call::end(const Stream& s) const {
 Outcome step(Stream& s) {
     switch (s.mode) {
     case ntkInflateBlockHeader: return readBlockHeader(s);
-    case ntkInflateFixed: return decodeSymbols(s, fixedLiteralTable, fixedDistanceTable);
-    case ntkInflateDynamic:
-        return decodeSymbols(s, {s.work->literals.data(), lowMask(s.work->literalBits)},
-                             {s.work->distances.data(), lowMask(s.work->distanceBits)});
+    case ntkInflateFixed:
+        return decodeSymbols(s, {fixedLiteralTable, fixedDistanceTable, &fixedPairs});
+    case ntkInflateDynamic: return decodeSymbols(s, s.work->codes());
     case ntkInflateStored: return copyStored(s);
     case modeStoredLength: return readStoredLength(s);
     case modeCodeCounts: return readCodeCounts(s);

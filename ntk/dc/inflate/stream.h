@@ -9,6 +9,7 @@
 #include "alphabets.h"
 #include "bitreader.h"
 #include "ntkdcinflate.h"
+#include "pairs.h"
 
 namespace ntk::inflate {
 
@@ -30,12 +31,20 @@ enum class Outcome {
     noWorkBuffer
 };
 
+// The codes of a block.
+struct Codes {
+    CodeTable literals; // and lengths
+    CodeTable distances;
+    const PairTable* pairs;
+};
+
 // The caller's work buffer: the codes of a dynamic block, and what is known of them while its
 // header is read. An error restores the caller's arguments but not this buffer, so any mode may
 // find it in any state: each field must stay within its own bounds.
 struct WorkBuffer {
     std::array<Entry, entriesNeeded(maxLiteralCodes, literalRootBits)> literals;
     std::array<Entry, entriesNeeded(maxDistanceCodes, distanceRootBits)> distances;
+    PairTable pairs;
     std::array<Entry, 1U << lengthCodeRootBits> lengthCodes;
     unsigned literalBits; // root bits of the tables
     unsigned distanceBits;
@@ -48,6 +57,12 @@ struct WorkBuffer {
     std::array<Ntk8u, numLengthCodes> lengthCodeLengths;
     // Of the literal and then the distance codes.
     std::array<Ntk8u, maxLiteralCodes + maxDistanceCodes> lengths;
+
+    Codes codes() const {
+        return {{literals.data(), lowMask(literalBits)},
+                {distances.data(), lowMask(distanceBits)},
+                &pairs};
+    }
 };
 
 struct Output {
@@ -86,12 +101,12 @@ Outcome readLengthCodeLengths(Stream& s);
 Outcome readCodeLengths(Stream& s);
 Outcome copyStored(Stream& s); // blocks.cpp
 // symbols.cpp
-Outcome decodeSymbols(Stream& s, const CodeTable& literals, const CodeTable& distances);
+Outcome decodeSymbols(Stream& s, const Codes& codes);
 
 // Decodes symbols as long as source and destination are far from their ends (fastloop.cpp). Then,
 // or with a pending match that begins before `historyBegin`, it returns goOn with the mode
 // unchanged.
-using DecodeFast = Outcome(Stream& s, CodeTable literals, CodeTable distances);
+using DecodeFast = Outcome(Stream& s, const Codes& codes);
 extern Choice<DecodeFast> decodeFastKernel;
 
 } // namespace ntk::inflate

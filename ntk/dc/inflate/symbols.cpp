@@ -17,6 +17,9 @@ struct Symbol {
     Entry entry;
     unsigned linkBits; // before the bits that the entry counts
 
+    unsigned length(const BitReader& in) const {
+        return lengthWithExtra(entry, in.bits >> linkBits);
+    }
     unsigned value(const BitReader& in) const { return valueWithExtra(entry, in.bits >> linkBits); }
     void take(BitReader& in) const { in.drop(linkBits + takenBits(entry)); }
 };
@@ -26,7 +29,7 @@ struct Symbol {
 bool findSymbol(BitReader& in, const CodeTable& table, unsigned maxBits, Symbol& symbol) {
     in.has(maxBits);
     symbol = {table.at(in.bits), 0};
-    if ((symbol.entry & linkFlag) != 0) {
+    if (isLink(symbol.entry)) {
         symbol.linkBits = takenBits(symbol.entry);
         symbol.entry = table.follow(symbol.entry, in.bits >> symbol.linkBits);
     }
@@ -38,6 +41,12 @@ Outcome copyMatch(Stream& s) {
     Output& out = s.out;
     if (s.pendingDistance > out.contiguousHistoryBytes() + out.externalHistoryBytes) {
         return Outcome::malformed;
+    }
+    const auto fitting = static_cast<unsigned>(std::min<std::size_t>(s.pendingLength, out.room()));
+    if (s.pendingDistance >= fitting && s.pendingDistance <= out.contiguousHistoryBytes()) {
+        std::memcpy(out.next, out.next - s.pendingDistance, fitting);
+        out.next += fitting;
+        s.pendingLength -= fitting;
     }
     for (; s.pendingLength > 0; --s.pendingLength) {
         if (out.room() == 0) {
@@ -60,7 +69,7 @@ Outcome finishMatch(Stream& s, const CodeTable& distances) {
         if (!findSymbol(s.in, distances, distanceMaxBits, symbol)) {
             return Outcome::sourceUsedUp;
         }
-        if ((symbol.entry & invalidFlag) != 0) {
+        if (isInvalid(symbol.entry)) {
             return Outcome::malformed;
         }
         s.pendingDistance = symbol.value(s.in);
@@ -76,17 +85,17 @@ Outcome decodeSymbol(Stream& s, const CodeTable& literals) {
     if (!findSymbol(s.in, literals, literalMaxBits, symbol)) {
         return Outcome::sourceUsedUp;
     }
-    if ((symbol.entry & invalidFlag) != 0) {
+    if (isInvalid(symbol.entry)) {
         return Outcome::malformed;
     }
-    if ((symbol.entry & endOfBlockFlag) != 0) {
+    if (isEndOfBlock(symbol.entry)) {
         s.endBlock();
     } else if (s.out.room() == 0) {
         return Outcome::destinationFull;
-    } else if ((symbol.entry & literalFlag) != 0) {
+    } else if (literalsIn(symbol.entry) != 0) {
         *s.out.next++ = static_cast<Ntk8u>(valueOf(symbol.entry));
     } else {
-        s.pendingLength = symbol.value(s.in);
+        s.pendingLength = symbol.length(s.in);
     }
     symbol.take(s.in);
     return Outcome::goOn;
@@ -94,18 +103,19 @@ Outcome decodeSymbol(Stream& s, const CodeTable& literals) {
 
 } // namespace
 
-Outcome decodeSymbols(Stream& s, const CodeTable& literals, const CodeTable& distances) {
+Outcome decodeSymbols(Stream& s, const Codes& codes) {
     const int mode = s.mode;
     DecodeFast* const decodeFast = decodeFastKernel.get();
     Outcome outcome = Outcome::goOn;
     while (outcome == Outcome::goOn && s.mode == mode) {
         if (s.pendingLength == 0) {
-            outcome = decodeFast(s, literals, distances);
+            outcome = decodeFast(s, codes);
             if (outcome != Outcome::goOn || s.mode != mode) {
                 break;
             }
         }
-        outcome = s.pendingLength > 0 ? finishMatch(s, distances) : decodeSymbol(s, literals);
+        outcome =
+            s.pendingLength > 0 ? finishMatch(s, codes.distances) : decodeSymbol(s, codes.literals);
     }
     return outcome;
 }
