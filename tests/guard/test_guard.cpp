@@ -55,9 +55,9 @@ protected:
             }
         }
         EXPECT_EQ(linesOf(text("table.csv")).front(), linesOf(plainTable).front());
-        EXPECT_EQ(timesIn(text("table.csv"), "Function,"), 1);
-        EXPECT_EQ(timesIn(text("sum.csv"), "Function,"), 1);
-        EXPECT_EQ(timesIn(text("sum.csv"), "END_DATA"), 1);
+        EXPECT_TRUE(hasOnce(text("table.csv"), "Function,"));
+        EXPECT_TRUE(hasOnce(text("sum.csv"), "Function,"));
+        EXPECT_TRUE(hasOnce(text("sum.csv"), "END_DATA"));
     }
     std::string blockAbout(const std::string& test) const {
         for (const std::string& block : blocksOf(withoutTimes(text("log.txt")))) {
@@ -120,16 +120,16 @@ TEST_F(Guard, WhatEndsTheProcessCostsOneTest) {
         const Outcome outcome =
             guarded(c.test + "@" + c.place + "=" + c.deed, all + keysIn(""), {"--limit", "1"});
         EXPECT_EQ(outcome.status, 0);
-        EXPECT_EQ(timesIn(outcome.errors, "ntkguard: "), 1) << outcome.errors;
-        EXPECT_EQ(timesIn(outcome.errors, " in " + c.test), 1) << outcome.errors;
+        EXPECT_TRUE(hasOnce(outcome.errors, "ntkguard: "));
+        EXPECT_TRUE(hasOnce(outcome.errors, " in " + c.test));
         expectRestAsPlain(c.test);
         Texts rows = linesAbout(c.test, plainTable);
         rows.resize(c.rows);
         EXPECT_EQ(linesAbout(c.test, text("table.csv")), rows + Texts{c.lastRow});
         const Texts record = linesAbout(c.test, text("sum.csv"));
         ASSERT_EQ(record.size(), 1u);
-        EXPECT_EQ(timesIn(record.front(), c.test + ",DeedTest,-,-,-,-," + c.test), 1);
-        EXPECT_EQ(timesIn(record.front(), ",deeds,EXCPTFAIL,"), 1) << record.front();
+        EXPECT_TRUE(hasOnce(record.front(), c.test + ",DeedTest,-,-,-,-," + c.test));
+        EXPECT_TRUE(hasOnce(record.front(), ",deeds,EXCPTFAIL,"));
         EXPECT_TRUE(blockAbout(c.test).find(c.log) != std::string::npos)
             << blockAbout(c.test) << "lacks\n"
             << c.log;
@@ -151,8 +151,8 @@ TEST_F(Guard, EveryTestMayEndAProcess) {
     EXPECT_EQ(timesIn(text("log.txt"), " Function : "), 4);
     EXPECT_EQ(timesIn(text("table.csv"), "EXCPTFAIL"), 4);
     EXPECT_EQ(timesIn(text("table.csv"), ",OK,"), 4); // alpha's first two, gamma's
-    EXPECT_EQ(timesIn(text("table.csv"), "Processor,"), 1);
-    EXPECT_EQ(timesIn(text("log.txt"), "Processor:"), 1);
+    EXPECT_TRUE(hasOnce(text("table.csv"), "Processor,"));
+    EXPECT_TRUE(hasOnce(text("log.txt"), "Processor:"));
     // The console is as the log, but for what comes before the log is opened.
     EXPECT_EQ(outcome.output.substr(outcome.output.size() - text("log.txt").size()),
               text("log.txt"));
@@ -189,7 +189,7 @@ TEST_F(Guard, SettingsAreJudgedForAllProcesses) {
     };
     unguarded(keys);
     const std::string plain = closing();
-    EXPECT_EQ(timesIn(plain, "2 settings were rejected or ignored"), 1) << plain;
+    EXPECT_TRUE(hasOnce(plain, "2 settings were rejected or ignored"));
     EXPECT_EQ(timesIn(plain, "no test asked for it"), 2) << plain;
     guarded("delta@65536@call=kill", keys);
     EXPECT_EQ(closing(), plain);
@@ -207,18 +207,17 @@ TEST_F(Guard, AnswersAreAskedForOnce) {
     EXPECT_EQ(timesIn(outcome.output, "Length ["), timesIn(plain.output, "Length ["));
     EXPECT_EQ(timesIn(outcome.output, "Own_beta=2 \n"), 2) << outcome.output;
     EXPECT_EQ(linesAbout("gamma", text("table.csv")), linesAbout("gamma", table));
-    EXPECT_EQ(timesIn(text("table.csv"), "alpha,-,8192,-,byte,-,EXCPTFAIL,"), 1);
+    EXPECT_TRUE(hasOnce(text("table.csv"), "alpha,-,8192,-,byte,-,EXCPTFAIL,"));
 }
 
 TEST_F(Guard, WhatWasOnStandardErrorIsTold) {
     const Outcome outcome = guarded("beta@65536@call=heap;delta@65536@call=warn;"
                                     "delta@65536@release=kill",
                                     all + keysIn(""));
-    EXPECT_EQ(timesIn(outcome.errors, "a warning\n"), 1) << outcome.errors;
+    EXPECT_TRUE(hasOnce(outcome.errors, "a warning\n"));
     EXPECT_EQ(closingCount(outcome.output, ".....-EXCPTFAIL"), 2);
 #if !defined(__SANITIZE_ADDRESS__) // which tells of a destroyed heap in its own words
-    EXPECT_EQ(timesIn(text("log.txt"), "-- last on standard error: free(): "), 1)
-        << text("log.txt");
+    EXPECT_TRUE(hasOnce(text("log.txt"), "-- last on standard error: free(): "));
 #endif
 }
 
@@ -230,7 +229,7 @@ TEST_F(Guard, ADeedBehindTheTestsLosesNothing) {
         std::remove(path("done.end").c_str());
         const Outcome outcome = guarded(deed, all + keysIn(""));
         EXPECT_EQ(outcome.status, 0);
-        EXPECT_EQ(timesIn(outcome.errors, "ntkguard: "), 1) << outcome.errors;
+        EXPECT_TRUE(hasOnce(outcome.errors, "ntkguard: "));
         EXPECT_EQ(withoutTimes(text("log.txt")), plainLog);
         EXPECT_EQ(withoutTimes(text("table.csv")), plainTable);
         EXPECT_EQ(withoutTimes(text("sum.csv")), plainSummary);
@@ -254,7 +253,7 @@ TEST_F(Guard, ItIsNotStartedForEver) {
         const Outcome outcome = guarded(c.deeds, all + keysIn(""));
         EXPECT_EQ(outcome.status, std::string(c.deeds) == "all@0@begin=exit" ? 3 : 125) << c.deeds;
         EXPECT_EQ(timesIn(outcome.errors, "going on"), c.starts) << outcome.errors;
-        EXPECT_EQ(timesIn(outcome.errors, c.reason), 1) << outcome.errors;
+        EXPECT_TRUE(hasOnce(outcome.errors, c.reason));
     }
 }
 
@@ -280,12 +279,12 @@ TEST_F(Guard, CommandLineAndPrograms) {
     for (const auto& c : cases) {
         const Outcome outcome = run(c.words, {.program = NTK_GUARD_FILE});
         EXPECT_EQ(outcome.status, c.status) << outcome.errors;
-        EXPECT_NE(outcome.errors.find(c.error), std::string::npos) << outcome.errors;
+        EXPECT_TRUE(has(outcome.errors, c.error));
         EXPECT_EQ(timesIn(outcome.errors, "\n"), *c.error != '\0' ? 1 : 0) << outcome.errors;
     }
     const std::string help = run({"--help"}, {.program = NTK_GUARD_FILE}).output;
     for (const char* const told : {"--limit SECONDS", "Examples:", "Exit status:", "  125  "}) {
-        EXPECT_EQ(timesIn(help, told), 1) << help;
+        EXPECT_TRUE(hasOnce(help, told));
     }
 }
 

@@ -13,6 +13,8 @@
 
 #include <gtest/gtest.h>
 
+#include "../texts.h"
+
 // A directory of this process's own, removed with all its files at the end.
 class TestDirectory {
 public:

@@ -73,14 +73,6 @@ Texts linesOf(const std::string& text) {
     return lines;
 }
 
-int timesIn(const std::string& text, const std::string& part) {
-    int times = 0;
-    for (size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) {
-        ++times;
-    }
-    return times;
-}
-
 Texts operator+(Texts words, const Texts& more) {
     words.insert(words.end(), more.begin(), more.end());
     return words;

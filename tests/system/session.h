@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "../texts.h"
 #include "process.h"
 
 using Texts = std::vector<std::string>;
@@ -23,7 +24,6 @@ const std::string& corpusDirectory();
 
 std::string readText(const std::string& path);
 Texts linesOf(const std::string& text);
-int timesIn(const std::string& text, const std::string& part);
 Texts operator+(Texts words, const Texts& more);
 
 class SystemTest : public testing::Test {

@@ -34,7 +34,7 @@ TEST_F(Deeds, MissingFunctionsAreNamedAndFailTheirTestsAlone) {
     const std::string file = std::string(NTK_OLDER_LIBRARY_DIRECTORY) + "/libntkdc.so.12";
     const std::string said = "the library has no function ";
     const std::string beforeTests = outcome.output.substr(0, outcome.output.find("CRC32_8u: "));
-    EXPECT_EQ(timesIn(beforeTests, "-- " + said + "ntksCRC32C_8u (" + file), 1) << beforeTests;
+    EXPECT_TRUE(hasOnce(beforeTests, "-- " + said + "ntksCRC32C_8u (" + file));
     const struct {
         std::string missing, where;
         int tests;
@@ -67,8 +67,7 @@ TEST_F(Deeds, APartMayLackWhatAnotherOneCalls) {
     write(name, bytes);
     const Outcome outcome = runWith("", {"-fDecodeLZ4", "-fCRC"}, directory());
     EXPECT_EQ(outcome.status, 0) << outcome.errors;
-    EXPECT_EQ(timesIn(outcome.output, "--NTK FAIL. the library has no function ntksZero_8u ("), 1)
-        << outcome.output;
+    EXPECT_TRUE(hasOnce(outcome.output, "--NTK FAIL. the library has no function ntksZero_8u ("));
     EXPECT_EQ(result("ntksDecodeLZ4_8u"), "FUNCFAIL");
     EXPECT_EQ(closingCount(outcome.output, ".Successes"), 3);
 }
@@ -90,7 +89,7 @@ TEST_F(Deeds, FaultsThatCanBeSurvivedEndTheirTestAlone) {
         const std::string said = std::string("--NTK. Signal: ") + c.text + " in ";
         EXPECT_EQ(timesIn(outcome.output, said + "ntkFunctionCalls\n"), 2)
             << c.deed << outcome.output;
-        EXPECT_EQ(timesIn(outcome.output, said + "initData\n"), 1) << c.deed << outcome.output;
+        EXPECT_TRUE(hasOnce(outcome.output, said + "initData\n")) << c.deed;
         EXPECT_EQ(result("ntksCRC32_8u"), "EXCPTFAIL") << c.deed;
         EXPECT_EQ(result("ntksDecodeLZ4_8u"), "EXCPTFAIL") << c.deed;
         EXPECT_EQ(result("ntksCRC32_BZ2_8u"), "OK") << c.deed;
@@ -137,17 +136,15 @@ TEST_F(Deeds, WhatEndsTheProcessInAPreparationNamesItsCombination) {
     const std::string prepared = "ntksEncodeLZ4_8u, prepared with CodeLength=16384 CodeFile=obj1\n";
     const std::string faults = "--NTK. Signal: Illegal storage access. This ends the process, in a "
                                "thread of the library: ";
-    const struct {
-        std::string deed, lastWords;
-    } cases[] = {{"exit 3", "--NTK. Exception: exit in " + prepared},
-                 {"thread-segv", faults + prepared}};
-    for (const auto& c : cases) {
+    const std::pair<std::string, std::string> cases[] = {
+        {"exit 3", "--NTK. Exception: exit in " + prepared}, {"thread-segv", faults + prepared}};
+    for (const auto& [deed, lastWords] : cases) {
         const Outcome outcome =
-            runWith("ntksEncodeLZ4HashTableInit_8u at 2 " + c.deed,
+            runWith("ntksEncodeLZ4HashTableInit_8u at 2 " + deed,
                     {"-f=ntksEncodeLZ4_8u", "-dCodeFile=paper1;obj1", "-dCodeLength=16384"});
-        EXPECT_TRUE(outcome.errors.ends_with(c.lastWords)) << c.deed << outcome.errors;
-        EXPECT_TRUE(text("log.txt").ends_with(c.lastWords)) << c.deed << text("log.txt");
-        EXPECT_EQ(timesIn(text("log.txt"), "prepared with"), 1) << c.deed;
+        EXPECT_TRUE(outcome.errors.ends_with(lastWords)) << deed << outcome.errors;
+        EXPECT_TRUE(text("log.txt").ends_with(lastWords)) << deed << text("log.txt");
+        EXPECT_TRUE(hasOnce(text("log.txt"), "prepared with")) << deed;
     }
     const Outcome inACall = runWith("ntksEncodeLZ4_8u at 1 exit 3", {"-f=ntksEncodeLZ4_8u"});
     EXPECT_EQ(timesIn(inACall.errors, "prepared with"), 0);
@@ -176,7 +173,7 @@ TEST_F(Deeds, ItsLocaleIsNotThatOfSettingsAndLog) {
                              "NTK_DEEDS=ntkdcGetLibVersion setlocale comma"}});
     EXPECT_EQ(outcome.errors, "");
     const std::string log = text("log.txt");
-    EXPECT_EQ(timesIn(log, "Accuracy = 2.5\n"), 1);
+    EXPECT_TRUE(hasOnce(log, "Accuracy = 2.5\n"));
     EXPECT_EQ(timesIn(log, "rejected"), 0);
     EXPECT_GE(timesIn(log, " 0."), 1000) << "the data are there";
     for (const std::string& line : linesOf(log)) {
@@ -185,22 +182,18 @@ TEST_F(Deeds, ItsLocaleIsNotThatOfSettingsAndLog) {
 }
 
 TEST_F(Deeds, AnInterruptionEndsTheRunWithAllThatIsWrittenAtItsEnd) {
-    const struct {
-        int code;
-        const char* name;
-    } cases[] = {{SIGINT, "SIGINT"}, {SIGTERM, "SIGTERM"}, {SIGHUP, "SIGHUP"}};
-    for (const auto& c : cases) {
+    const std::pair<int, const char*> cases[] = {
+        {SIGINT, "SIGINT"}, {SIGTERM, "SIGTERM"}, {SIGHUP, "SIGHUP"}};
+    for (const auto& [code, name] : cases) {
         const Outcome outcome =
-            runWith("ntksCRC32_8u at 3 signal " + std::to_string(c.code), {"-fCRC"});
-        EXPECT_EQ(outcome.status, 0) << c.name << " signal " << outcome.signal;
-        EXPECT_EQ(outcome.errors, "") << c.name;
+            runWith("ntksCRC32_8u at 3 signal " + std::to_string(code), {"-fCRC"});
+        EXPECT_EQ(outcome.status, 0) << name << " signal " << outcome.signal;
+        EXPECT_EQ(outcome.errors, "") << name;
         const std::string said =
-            std::string("--NTK. Signal: Interrupted by ") + c.name + ". in loopData\n";
-        EXPECT_EQ(timesIn(outcome.output, said), 1) << outcome.output;
-        EXPECT_EQ(timesIn(outcome.output, std::string(" .Incomplete     : ended by ") + c.name), 1)
-            << outcome.output;
-        EXPECT_EQ(timesIn(text("sum.csv"), std::string(".Incomplete     ,ended by ") + c.name), 1)
-            << text("sum.csv");
+            std::string("--NTK. Signal: Interrupted by ") + name + ". in loopData\n";
+        EXPECT_TRUE(hasOnce(outcome.output, said));
+        EXPECT_TRUE(hasOnce(outcome.output, std::string(" .Incomplete     : ended by ") + name));
+        EXPECT_TRUE(hasOnce(text("sum.csv"), std::string(".Incomplete     ,ended by ") + name));
         EXPECT_EQ(result("ntksCRC32C_8u"), "OK");
         EXPECT_EQ(result("ntksCRC32_8u"), "EXCPTFAIL");
         EXPECT_EQ(result("ntksCRC32_BZ2_8u"), ""); // was not begun
@@ -216,7 +209,7 @@ TEST_F(Deeds, InterruptionsWithinACombinationTwiceAndIgnored) {
         runWith(once, {crc, "-dMethod=Iterative", "-dStopNumLoops=100000000", "-dNobody=1"});
     EXPECT_EQ(within.status, 0);
     EXPECT_EQ(timesIn(text("log.txt"), "-- performance:\n"), 0) << "a combination goes on";
-    EXPECT_EQ(timesIn(within.output, " .Incomplete "), 1);
+    EXPECT_TRUE(hasOnce(within.output, " .Incomplete "));
     EXPECT_EQ(timesIn(within.output, "Nobody was set"), 0) << "a test that was left out may ask";
 
     const Outcome twice = runWith("ntksCRC32_8u signal 15", {crc});

@@ -263,7 +263,7 @@ TEST_F(EveryKey, HasTheEffectThatTheGuideTells) {
     std::map<std::string, std::string> told = keysOfExamples();
     std::set<char> keysTold, keys;
     for (const auto& [example, key] : told) {
-        EXPECT_NE(example.find(" " + key), std::string::npos) << example;
+        EXPECT_TRUE(has(example, " " + key));
         keysTold.insert(key.at(1));
     }
     for (const Check& check : checks) {

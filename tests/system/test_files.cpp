@@ -57,8 +57,8 @@ TEST_F(Files, AnInputIsNeverAnOutput) {
                 }
                 const Outcome outcome =
                     runWell(quick + lz4 + way + Texts{key + path(output), "-p" + directory()});
-                EXPECT_EQ(timesIn(outcome.output, use), 1) << outcome.output;
-                EXPECT_EQ(timesIn(outcome.output, fatal), 1) << outcome.output;
+                EXPECT_TRUE(hasOnce(outcome.output, use));
+                EXPECT_TRUE(hasOnce(outcome.output, fatal));
                 EXPECT_EQ(text("data.csv"), data);
                 EXPECT_EQ(outcome.output.find("PS Summary"), std::string::npos);
             }
@@ -71,8 +71,7 @@ TEST_F(Files, AnOutputIsNoInput) {
     const Outcome outcome = runWell({"-f=ntksEncodeLZ4_8u", "-rdata.csv", "-dCodeLength=1000",
                                      "-dMethod=Manual", "-dNumLoops=1", "-AParams"},
                                     {.input = "data.csv\n"});
-    EXPECT_EQ(timesIn(outcome.output, "-- Can't read file data.csv: this run writes it\n"), 1)
-        << outcome.output;
+    EXPECT_TRUE(hasOnce(outcome.output, "-- Can't read file data.csv: this run writes it\n"));
     EXPECT_EQ(Table(text("data.csv")).rows.size(), 0u);
 }
 
@@ -85,9 +84,9 @@ TEST_F(Files, ASecondRunDoesNotTakeATableAway) {
     });
     EXPECT_TRUE(waitFor("table.csv", "Function,"));
     const Outcome second = runWell(quick + Texts{crc, "-rtable.csv"});
-    EXPECT_EQ(timesIn(second.output, "table.csv to write: process "), 1) << second.output;
-    EXPECT_EQ(timesIn(second.output, " (ntkperf) is writing it; "), 1) << second.output;
-    EXPECT_EQ(timesIn(second.output, fatal), 1);
+    EXPECT_TRUE(hasOnce(second.output, "table.csv to write: process "));
+    EXPECT_TRUE(hasOnce(second.output, " (ntkperf) is writing it; "));
+    EXPECT_TRUE(hasOnce(second.output, fatal));
     const Outcome third = runWell(quick + Texts{crc, "-Rtable.csv"});
     EXPECT_EQ(closingCount(third.output, ".Successes"), 1) << third.output;
     const std::string data(1000, 'x');
@@ -112,7 +111,7 @@ TEST_F(Files, AppendersAreNotEmptied) {
     EXPECT_TRUE(waitFor("table.csv", "Function,"));
     const std::string before = text("table.csv");
     const Outcome second = runWell(quick + Texts{crc, "-rtable.csv"});
-    EXPECT_EQ(timesIn(second.output, " (ntkperf) is writing it; "), 1) << second.output;
+    EXPECT_TRUE(hasOnce(second.output, " (ntkperf) is writing it; "));
     EXPECT_EQ(text("table.csv"), before);
     EXPECT_EQ(::write(feeder, "data", 4), 4);
     EXPECT_EQ(::write(feeder, std::string(996, 'x').data(), 996), 996);
@@ -123,10 +122,7 @@ TEST_F(Files, AppendersAreNotEmptied) {
 
 TEST_F(Files, APipeWithoutAnotherEndIsRefused) {
     makePipe("pipe.x");
-    const struct {
-        Texts keys;
-        bool ends; // the session
-    } cases[] = {
+    const std::pair<Texts, bool> cases[] = {
         {{"-opipe.x"}, true},
         {{"-Opipe.x"}, true},
         {{"-rpipe.x"}, true},
@@ -136,11 +132,11 @@ TEST_F(Files, APipeWithoutAnotherEndIsRefused) {
         {{"-i" + path("pipe.x")}, false},
         {{"-dCodeFile=pipe.x"}, false},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.keys[0]);
-        const Outcome outcome = runWell(quick + lz4 + c.keys);
-        EXPECT_EQ(timesIn(outcome.output, "pipe.x to "), 1) << outcome.output; // -- Can't open file
-        EXPECT_EQ(timesIn(outcome.output, fatal), c.ends ? 1 : 0) << outcome.output;
+    for (const auto& [keys, ends] : cases) {
+        SCOPED_TRACE(keys[0]);
+        const Outcome outcome = runWell(quick + lz4 + keys);
+        EXPECT_TRUE(hasOnce(outcome.output, "pipe.x to ")); // -- Can't open file
+        EXPECT_EQ(timesIn(outcome.output, fatal), ends ? 1 : 0) << outcome.output;
     }
 }
 
@@ -161,7 +157,7 @@ TEST_F(Files, APipeWithAnotherEndIsUsed) {
     });
     const Outcome outcome = runWell(quick + Texts{"-@" + path("pipe.x")});
     closer.join();
-    EXPECT_EQ(timesIn(outcome.output, " Function : ntksAdler32_8u\n"), 1) << outcome.output;
+    EXPECT_TRUE(hasOnce(outcome.output, " Function : ntksAdler32_8u\n"));
 }
 
 // Each is named, and those that can be are measured.
@@ -175,7 +171,7 @@ TEST_F(Files, AnInputWithoutBytesIsNamed) {
          {"-- Can't read file empty: it is empty\n", "-- Can't open file missing to read\n",
           "-- Can't open file folder to read\n",
           "-- Can't read file /proc/self/mem: Input/output error\n"}) {
-        EXPECT_EQ(timesIn(outcome.output, said), 1) << outcome.output;
+        EXPECT_TRUE(hasOnce(outcome.output, said));
     }
     EXPECT_EQ(Table(text("t.csv")).column("CodeFile"), std::set<std::string>{"full"});
 }

@@ -121,7 +121,7 @@ TEST_F(Records, OfAFailureHaveTheWordsOfTheLog) {
         const std::string result = test["result"], message = test["message"];
         words.insert(result);
         EXPECT_EQ(message.empty(), result == "OK" || result == "UNDEFINED") << test;
-        EXPECT_NE(log.find(message), std::string::npos) << message;
+        EXPECT_TRUE(has(log, message));
         EXPECT_FALSE(message.ends_with("\n")) << test;
     }
     EXPECT_EQ(words.size(), 12u);
@@ -201,14 +201,13 @@ TEST_F(Records, TheFileIsOneAsAnyOther) {
     for (const auto& c : cases) {
         SCOPED_TRACE(c.keys.back());
         const Outcome outcome = runWell(quick + Texts{crc} + c.keys);
-        EXPECT_EQ(timesIn(outcome.output, c.said), 1) << outcome.output;
+        EXPECT_TRUE(hasOnce(outcome.output, c.said));
         EXPECT_EQ(timesIn(outcome.output, "PS Summary"), c.ends ? 0 : 1) << outcome.output;
         EXPECT_EQ(text("data.x"), "the only copy");
     }
     ASSERT_EQ(mkfifo(path("pipe.x").c_str(), 0600), 0);
     const Outcome alone = runWell(quick + Texts{crc, "-xpipe.x"});
-    EXPECT_EQ(timesIn(alone.output, "pipe.x to write: nobody reads this pipe\n"), 1)
-        << alone.output;
+    EXPECT_TRUE(hasOnce(alone.output, "pipe.x to write: nobody reads this pipe\n"));
     const int reader = open(path("pipe.x").c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
     runWell(quick + Texts{crc, "-xpipe.x"});
     std::string written(65536, '\0');
@@ -224,7 +223,7 @@ TEST_F(Records, WithoutTheKeyThereAreNone) {
     runWell(quick + Texts{crc, "-nnight", "-x"});
     EXPECT_TRUE(fs::exists(path("night.jsonl")));
     const Outcome listed = runWell({"-e", "-xnone"});
-    EXPECT_EQ(timesIn(listed.output, "-xnone: ignored because of -e option\n"), 1);
+    EXPECT_TRUE(hasOnce(listed.output, "-xnone: ignored because of -e option\n"));
     EXPECT_FALSE(fs::exists(path("none.jsonl")));
 }
 

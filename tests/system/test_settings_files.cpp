@@ -33,11 +33,11 @@ TEST_F(SettingsFiles, ArgumentFilesStandInPlaceOfTheirKey) {
     write("empty.arg", "");
     const Outcome outcome = runWell({"-f=ntksCRC32_8u", "-@a.arg", "-@", "empty.arg", "-s-"});
     EXPECT_EQ(timesIn(outcome.output, "Zneverseen"), 0) << "a file in a file is not expanded";
-    EXPECT_EQ(timesIn(outcome.output, "-@a.arg: ignored: -@ key in argument file\n"), 1);
+    EXPECT_TRUE(hasOnce(outcome.output, "-@a.arg: ignored: -@ key in argument file\n"));
     const size_t place = outcome.output.find("-B: batch mode\n");
     EXPECT_LT(outcome.output.find("-f=ntksCRC32_8u: "), place);
     EXPECT_GT(outcome.output.find("-s-: don't sort functions\n"), place);
-    EXPECT_EQ(timesIn(text("log with blanks.txt"), " .Successes      : 2\n"), 1);
+    EXPECT_TRUE(hasOnce(text("log with blanks.txt"), " .Successes      : 2\n"));
     EXPECT_EQ(Table(text("table with blanks.csv")).rows.size(), 10u);
 }
 
@@ -63,7 +63,7 @@ TEST_F(SettingsFiles, TheCfgFileIsTheCommandLineOfAProgramWithoutArguments) {
     write("installed/mine.cfg", "-B -f=ntksCRC32_8u -dMethod=Manual -dNumLoops=1\n-Zsecondline\n");
     const std::string file = path("installed/mine.cfg");
     const Outcome own = runWell({}, installed());
-    EXPECT_EQ(timesIn(own.output, "Command line options: read from " + file + " file\n-B: "), 1);
+    EXPECT_TRUE(hasOnce(own.output, "Command line options: read from " + file + " file\n-B: "));
     EXPECT_EQ(timesIn(own.output, "secondline"), 0);
     EXPECT_EQ(closingCount(own.output, ".Successes"), 1);
 
@@ -72,28 +72,25 @@ TEST_F(SettingsFiles, TheCfgFileIsTheCommandLineOfAProgramWithoutArguments) {
 
     write("here/mine.cfg", "-v");
     const Outcome current = runWell({}, installed());
-    EXPECT_EQ(timesIn(current.output, "read from mine.cfg file\n-v: "), 1) << current.output;
+    EXPECT_TRUE(hasOnce(current.output, "read from mine.cfg file\n-v: "));
 
     const std::string log = "-B -f=nothing -o" + path("here/mine.cfg");
     write("here/mine.cfg", log);
-    EXPECT_EQ(timesIn(runWell({}, installed()).output, "mine.cfg is already used for command"), 1);
+    EXPECT_TRUE(hasOnce(runWell({}, installed()).output, "mine.cfg is already used for command"));
     EXPECT_EQ(text("here/mine.cfg"), log);
 }
 
 TEST_F(SettingsFiles, NamesNobodyGaveAreMadeOfTheProgramsOwn) {
     const Texts files = {"-o", "-r", "-u", "-q", "-g"};
     const char* const endings[] = {".txt", ".csv", "_sum.csv", "_name.csv", ".end"};
-    const struct {
-        Texts keys;
-        std::string title;
-    } cases[] = {{{}, "installed/mine"},
-                 {{"-nother"}, "installed/other"},
-                 {{"-l" + path("here")}, "here/mine"},
-                 {{"-l.", "-nother"}, "installed/other"}};
-    for (const auto& c : cases) {
-        runWell(quick + Texts{crc} + files + c.keys, installed());
+    const std::pair<Texts, std::string> cases[] = {{{}, "installed/mine"},
+                                                   {{"-nother"}, "installed/other"},
+                                                   {{"-l" + path("here")}, "here/mine"},
+                                                   {{"-l.", "-nother"}, "installed/other"}};
+    for (const auto& [keys, title] : cases) {
+        runWell(quick + Texts{crc} + files + keys, installed());
         for (const char* const ending : endings) {
-            EXPECT_TRUE(fs::remove(path(c.title + ending))) << c.title << ending;
+            EXPECT_TRUE(fs::remove(path(title + ending))) << title << ending;
         }
     }
     EXPECT_TRUE(fs::is_empty(path("here")));
@@ -160,7 +157,7 @@ TEST_F(SettingsFiles, ASectionHoldsForItsTestAlone) {
     const Outcome asked = run({"-A", "-dMethod=Manual", "-dNumLoops=1", "-f=ntksAdler32_8u", crc},
                               {.input = "\n32\n\n\n\n\n64;128\n\n"});
     EXPECT_EQ(timesIn(asked.output, "for CodeLength [32]: "), 2) << asked.output;
-    EXPECT_EQ(timesIn(asked.output, "\nntksCRC32_8u: CodeLength="), 1) << asked.output;
+    EXPECT_TRUE(hasOnce(asked.output, "\nntksCRC32_8u: CodeLength="));
     // What the file sets for all is not asked for each.
     const Outcome set =
         run(Texts{"-A", "-dMethod=Manual", "-dNumLoops=1"} + keys, {.input = "\n\n\n\n\n\n\n\n"});
@@ -219,18 +216,16 @@ TEST_F(SettingsFiles, AnythingMayBeNamedAsSettings) {
         write("set.ini", c.content);
         const Outcome outcome = runWell(quick + Texts{crc, "-i" + path("set.ini"), "-rtable.csv"});
         EXPECT_EQ(timesIn(mistakesIn(outcome.output), "\n"), c.times);
-        EXPECT_NE(outcome.output.find(c.said), std::string::npos) << outcome.output;
+        EXPECT_TRUE(has(outcome.output, c.said));
         EXPECT_EQ(Table(text("table.csv")).rows.size(), static_cast<size_t>(c.rows));
     }
-    const struct {
-        std::string file, said;
-    } unread[] = {
+    const std::pair<std::string, std::string> unread[] = {
         {directory(), "-- Can't open file " + directory() + " to read\n"},
         {"/proc/self/mem", "-- Can't open file /proc/self/mem to read\n"}, // opens, no more
     };
-    for (const auto& c : unread) {
-        const Outcome outcome = runWell(quick + Texts{crc, "-i" + c.file});
-        EXPECT_EQ(timesIn(outcome.output, c.said), 1) << outcome.output;
+    for (const auto& [file, said] : unread) {
+        const Outcome outcome = runWell(quick + Texts{crc, "-i" + file});
+        EXPECT_TRUE(hasOnce(outcome.output, said));
         EXPECT_EQ(closingCount(outcome.output, ".Successes"), 1);
     }
 }
@@ -279,7 +274,7 @@ TEST_F(SettingsFiles, AFullDiskLeavesTheOldSettings) {
     const Outcome full =
         runWell(Texts{"-c", "ulimit -f 0; exec \"$@\"", "sh", NTK_PERF_FILE} + keys,
                 {.program = "/bin/sh"});
-    EXPECT_EQ(timesIn(full.output, "-- Can't write to file " + file + ": File too large\n"), 1);
+    EXPECT_TRUE(hasOnce(full.output, "-- Can't write to file " + file + ": File too large\n"));
     EXPECT_EQ(readText(file), old);
     EXPECT_EQ(std::distance(fs::directory_iterator(path("set")), {}), 1);
     runWell(keys);

@@ -93,17 +93,14 @@ TEST(Placement, RefusesAProcessorThatIsNotAllowed) {
 }
 
 TEST(TurnSize, ResolvesAndTakesMilliseconds) {
-    const struct {
-        double clocks;
-        TurnSize size;
-    } cases[] = {
+    const std::pair<double, TurnSize> cases[] = {
         {10, {3000, 200}}, // 30,000 clocks a span, 6 million a turn
         {1'000, {30, 200}},  {29'999, {2, 100}},  {30'000, {1, 199}}, // one of the calls is untimed
         {1'000'000, {1, 5}}, {4'000'000, {1, 1}}, {1e10, {1, 1}},
         {0, {30'000, 200}}, // as if it took a clock
     };
-    for (const auto& expected : cases) {
-        EXPECT_EQ(turnSizeFor(expected.clocks, 2e9), expected.size) << expected.clocks;
+    for (const auto& [clocks, size] : cases) {
+        EXPECT_EQ(turnSizeFor(clocks, 2e9), size) << clocks;
     }
     EXPECT_TRUE(tellsMore({30, 200}, {1, 1}));
     EXPECT_TRUE(tellsMore({40, 200}, {30, 200}));

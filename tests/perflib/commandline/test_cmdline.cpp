@@ -40,9 +40,7 @@ TEST(CommandKey, WordsWithTheirArguments) {
 }
 
 TEST(CommandList, TextIsSplitIntoKeys) {
-    const struct {
-        const char *text, *entries;
-    } cases[] = {
+    const std::pair<const char*, const char*> cases[] = {
         {"-i file.ini -B", "i:file.ini|B:|"},
         {"-ifile.ini extra -B", "i:file.ini|B:|"},
         {"stray -B", "B:|"},
@@ -54,10 +52,10 @@ TEST(CommandList, TextIsSplitIntoKeys) {
         {"-o \"\" -B", "o:|B:|"},
         {"", ""},
     };
-    for (const auto& c : cases) {
+    for (const auto& [text, entries] : cases) {
         psCommandList list;
-        list.setArgs(c.text);
-        EXPECT_EQ(textOf(list), c.entries) << c.text;
+        list.setArgs(text);
+        EXPECT_EQ(textOf(list), entries) << text;
     }
 }
 
@@ -82,21 +80,19 @@ TEST(CommandList, WordsOfTheShellKeepTheirBlanks) {
 TEST(CommandList, ArgumentFilesReplaceTheirKey) {
     using namespace std::string_literals;
     const std::string file = writeFile(testPath("arguments"), "-fone -t\ntwo\r\n\"-oa b\" -@other");
-    const struct {
-        std::string content, entries;
-    } cases[] = {
+    const std::pair<std::string, std::string> cases[] = {
         {"", ""},
         {"-@" + file, "@:" + file + "|"}, // not looked through again
         {"-fa\0-fb"s, "f:a|f:b|"},
         {"\xEF\xBB\xBF-B\r-C", "B:|C:|"},
         {"\"-oa\nb\"", "o:a b|"},
     };
-    for (const auto& c : cases) {
-        writeFile(file, c.content);
+    for (const auto& [content, entries] : cases) {
+        writeFile(file, content);
         psCommandList list;
         list.setArgs(("-B -@" + file + " -r").c_str());
         EXPECT_TRUE(list.expandFiles());
-        EXPECT_EQ(textOf(list), "B:|" + c.entries + "r:|") << c.content.substr(0, 40);
+        EXPECT_EQ(textOf(list), "B:|" + entries + "r:|") << content.substr(0, 40);
     }
 }
 

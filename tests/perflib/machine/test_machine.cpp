@@ -33,17 +33,14 @@ int noCacheSize(int*) {
 } // namespace
 
 TEST(CpuFeatures, ListBecomesAMask) {
-    const struct {
-        const char* list;
-        unsigned long long mask;
-    } cases[] = {{"SSE2,AVX2", 0x81df},
-                 {"AVX,,FOO", 0x1df},
-                 {"", 0},
-                 {"AVX2 ", 0},
-                 {"AVX10_512,MMX,", 0x20000000001},
-                 {"AVX512IFMA", 0x100000000}};
-    for (const auto& c : cases)
-        EXPECT_EQ(psCpuFeatures::cpuFeatures(c.list), c.mask) << c.list;
+    const std::pair<const char*, unsigned long long> cases[] = {{"SSE2,AVX2", 0x81df},
+                                                                {"AVX,,FOO", 0x1df},
+                                                                {"", 0},
+                                                                {"AVX2 ", 0},
+                                                                {"AVX10_512,MMX,", 0x20000000001},
+                                                                {"AVX512IFMA", 0x100000000}};
+    for (const auto& [list, mask] : cases)
+        EXPECT_EQ(psCpuFeatures::cpuFeatures(list), mask) << list;
 }
 
 TEST(CpuFeatures, MaskHasOneLabelAndName) {
@@ -65,14 +62,12 @@ TEST(CpuFeatures, MaskHasOneLabelAndName) {
 
 // The single bits of the table are those that the library reports.
 TEST(CpuFeatures, MasksAgreeWithTheLibrary) {
-    const struct {
-        const char* label;
-        unsigned long long bit;
-    } cases[] = {{"SSE42", NTK_CPU_SSE42},
-                 {"AVX512IFMA", NTK_CPU_AVX512IFMA},
-                 {"AVX_VNNI_INT16", NTK_CPU_AVX_VNNI_INT16}};
-    for (const auto& c : cases)
-        EXPECT_EQ(psCpuFeatures::cpuFeatures(c.label) & c.bit, c.bit) << c.label;
+    const std::pair<const char*, unsigned long long> cases[] = {
+        {"SSE42", NTK_CPU_SSE42},
+        {"AVX512IFMA", NTK_CPU_AVX512IFMA},
+        {"AVX_VNNI_INT16", NTK_CPU_AVX_VNNI_INT16}};
+    for (const auto& [label, bit] : cases)
+        EXPECT_EQ(psCpuFeatures::cpuFeatures(label) & bit, bit) << label;
 }
 
 TEST(CpuFeatures, SplitCountsFirst) {

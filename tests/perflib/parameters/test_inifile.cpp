@@ -26,9 +26,7 @@ protected:
 TEST_F(IniFile, LinesAreReadAndWrittenBack) {
     using namespace std::string_literals;
     const std::string million(1 << 20, 'x');
-    const struct {
-        std::string text, written;
-    } cases[] = {
+    const std::pair<std::string, std::string> cases[] = {
         {"[Perf System]\nLen = 100 // bytes\n", "\n[Perf System]\nLen=100\t// bytes\n"},
         {"[a] // lost\n//lost\nx=// a // b \r\nbare // lost\nx=2//\n", "\n[a]\nx=2\nbare\n"},
         {"[a]\nx=1\t//  a // b \r\n", "\n[a]\nx=1\t// a // b\n"},
@@ -44,8 +42,8 @@ TEST_F(IniFile, LinesAreReadAndWrittenBack) {
         {"[a]\nx=" + million, "\n[a]\nx=" + million + "\n"},
         {"", ""},
     };
-    for (const auto& c : cases) {
-        EXPECT_EQ(rewritten(c.text), c.written) << c.text.substr(0, 60);
+    for (const auto& [text, written] : cases) {
+        EXPECT_EQ(rewritten(text), written) << text.substr(0, 60);
     }
 }
 

@@ -64,7 +64,7 @@ TEST(StrayWrites, FailTheirTestAlone) {
                                  " wrote outside of block 0 (100 bytes): 1000 bytes over its end; "
                                  "with NTKPERF_GUARD=pages-after the call that does it faults\n";
         const std::string text = captured.text();
-        EXPECT_NE(text.find(said), std::string::npos) << text;
+        EXPECT_TRUE(has(text, said));
         EXPECT_EQ(text.find("Memory fault"), text.rfind("Memory fault")) << text;
 
         StrayTest innocent(Part::none);
