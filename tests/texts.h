@@ -1,7 +1,9 @@
 // What a text holds. With EXPECT_TRUE, a failure shows the text.
 #pragma once
 
+#include <sstream>
 #include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -11,6 +13,15 @@ inline int timesIn(const std::string& text, const std::string& part) {
         ++times;
     }
     return times;
+}
+
+inline std::vector<std::string> linesOf(const std::string& text) {
+    std::istringstream in(text);
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(in, line);) {
+        lines.push_back(line);
+    }
+    return lines;
 }
 
 inline testing::AssertionResult has(const std::string& text, const std::string& part) {

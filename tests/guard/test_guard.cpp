@@ -71,48 +71,42 @@ protected:
     std::string plainLog, plainTable, plainSummary;
 };
 
+// What the log has of a test that ended its process at the place.
+std::string logOfEnd(const std::string& said, const std::string& combination) {
+    return said + (combination.empty() ? "" : "-- exception on test parameters:\n" + combination) +
+           " Result   : exception, hh:mm:ss\n";
+}
+
 TEST_F(Guard, WhatEndsTheProcessCostsOneTest) {
+    const std::string none = "--No measurements have been done\n";
     const struct {
         std::string test, place, deed;
         size_t rows; // that were measured before
         std::string lastRow, log;
     } cases[] = {
         {"alpha", "65536@call", "kill", 0, "alpha,-,65536,-,byte,-,EXCPTFAIL,SIGKILL,-",
-         "alpha: Length=65536 Own_alpha=7 \n"
-         "--NTK. Signal: Killed (SIGKILL). in ntkFunctionCalls\n"
-         "-- exception on test parameters:\n"
-         "alpha: Length=65536 Own_alpha=7 \n"
-         " Result   : exception, hh:mm:ss\n"
-         "--No measurements have been done\n"},
+         "alpha: Length=65536 Own_alpha=7 \n" +
+             logOfEnd("--NTK. Signal: Killed (SIGKILL). in ntkFunctionCalls\n",
+                      "alpha: Length=65536 Own_alpha=7 \n") +
+             none},
         {"beta", "262144@call", "exit", 1, "beta,-,262144,-,byte,-,EXCPTFAIL,exit 3,-",
-         "beta: Length=262144 Own_beta=7 \n"
-         "--NTK. Exception: exit with status 3 in ntkFunctionCalls\n"
-         "-- exception on test parameters:\n"
-         "beta: Length=262144 Own_beta=7 \n"
-         " Result   : exception, hh:mm:ss\n"},
+         "beta: Length=262144 Own_beta=7 \n" +
+             logOfEnd("--NTK. Exception: exit with status 3 in ntkFunctionCalls\n",
+                      "beta: Length=262144 Own_beta=7 \n")},
         {"beta", "1048576@release", "_exit", 3,
          "beta,-,-,-,byte,-,EXCPTFAIL,exit 0 in flushData at Length=1048576 Own_beta=7,-",
-         "--NTK. Exception: exit with status 0 in flushData\n"
-         "-- exception on test parameters:\n"
-         "beta: Length=1048576 Own_beta=7 \n"
-         " Result   : exception, hh:mm:ss\n"},
+         logOfEnd("--NTK. Exception: exit with status 0 in flushData\n",
+                  "beta: Length=1048576 Own_beta=7 \n")},
         {"gamma", "1048576@prepare", "quit", 2,
          "gamma,-,-,-,byte,-,EXCPTFAIL,SIGQUIT in initData at Length=1048576 Own_gamma=7,-",
-         "--NTK. Signal: Quit (SIGQUIT). in initData\n"
-         "-- exception on test parameters:\n"
-         "gamma: Length=1048576 Own_gamma=7 \n"
-         " Result   : exception, hh:mm:ss\n"},
+         logOfEnd("--NTK. Signal: Quit (SIGQUIT). in initData\n",
+                  "gamma: Length=1048576 Own_gamma=7 \n")},
         {"gamma", "0@start", "hang", 0, "gamma,-,-,-,byte,-,EXCPTFAIL,no answer in canStart,-",
-         " Start    : now\n"
-         "--NTK. Exception: no answer for 1 s in canStart\n"
-         " Result   : exception, hh:mm:ss\n"
-         "--No measurements have been done\n"},
+         logOfEnd(" Start    : now\n--NTK. Exception: no answer for 1 s in canStart\n", "") + none},
         {"delta", "65536@call", "hang", 0, "delta,-,65536,-,byte,-,EXCPTFAIL,no answer,-",
-         "--NTK. Exception: no answer for 1 s in ntkFunctionCalls\n"
-         "-- exception on test parameters:\n"
-         "delta: Length=65536 Own_delta=7 \n"
-         " Result   : exception, hh:mm:ss\n"
-         "--No measurements have been done\n"},
+         logOfEnd("--NTK. Exception: no answer for 1 s in ntkFunctionCalls\n",
+                  "delta: Length=65536 Own_delta=7 \n") +
+             none},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.test + "@" + c.place + "=" + c.deed);
@@ -130,9 +124,7 @@ TEST_F(Guard, WhatEndsTheProcessCostsOneTest) {
         ASSERT_EQ(record.size(), 1u);
         EXPECT_TRUE(hasOnce(record.front(), c.test + ",DeedTest,-,-,-,-," + c.test));
         EXPECT_TRUE(hasOnce(record.front(), ",deeds,EXCPTFAIL,"));
-        EXPECT_TRUE(blockAbout(c.test).find(c.log) != std::string::npos)
-            << blockAbout(c.test) << "lacks\n"
-            << c.log;
+        EXPECT_TRUE(has(blockAbout(c.test), c.log));
         EXPECT_EQ(closingCount(outcome.output, ".Number of tests"), 4);
         EXPECT_EQ(closingCount(outcome.output, ".Successes"), 3);
         EXPECT_EQ(closingCount(outcome.output, ".....-EXCPTFAIL"), 1);

@@ -27,14 +27,14 @@ bool becomes(const std::function<bool()>& isSo) {
 }
 
 bool isAlive(pid_t process) {
-    const std::string state = readText("/proc/" + std::to_string(process) + "/stat");
+    const std::string state = readFile("/proc/" + std::to_string(process) + "/stat");
     const size_t name = state.rfind(')');
     return name != std::string::npos && state[name + 2] != 'Z';
 }
 
 // Whether it has a handler for the signal; after the first one ntkperf has none.
 bool catches(pid_t process, int signal) {
-    const std::string status = readText("/proc/" + std::to_string(process) + "/status");
+    const std::string status = readFile("/proc/" + std::to_string(process) + "/status");
     const size_t mask = status.find("SigCgt:");
     return mask != std::string::npos &&
            (std::stoull(status.substr(mask + 7), nullptr, 16) >> (signal - 1) & 1) != 0;
@@ -189,7 +189,7 @@ TEST_F(GuardInterrupted, AStoppedProgramDoesNotHang) {
     ASSERT_TRUE(says("log.txt", "beta: Length=65536"));
     const pid_t child = program();
     ASSERT_TRUE(becomes([&] {
-        const std::string state = readText("/proc/" + std::to_string(child) + "/stat");
+        const std::string state = readFile("/proc/" + std::to_string(child) + "/stat");
         return state[state.rfind(')') + 2] == 'T';
     }));
     std::this_thread::sleep_for(2500ms); // beyond the limit

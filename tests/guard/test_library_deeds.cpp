@@ -6,11 +6,8 @@ namespace {
 class GuardOfLibrary : public GuardTest {
 protected:
     Outcome runWith(const std::string& deeds, const Texts& keys) const {
-        return run(Texts{"--limit", "2", NTK_PERF_FILE} + quick + keys + keysIn(""),
-                   {.program = NTK_GUARD_FILE,
-                    .directory = corpusDirectory(),
-                    .environment = {std::string("LD_LIBRARY_PATH=") + NTK_DEEDS_DIRECTORY,
-                                    "NTK_DEEDS=" + deeds}});
+        return runWithDeeds(deeds, Texts{"--limit", "2", NTK_PERF_FILE} + quick + keys + keysIn(""),
+                            {.program = NTK_GUARD_FILE});
     }
 };
 
@@ -83,12 +80,9 @@ TEST_F(GuardOfLibrary, RecordsGoOnInTheSameFile) {
 // The program's line is on the terminal of ntkguard, whose words take its place.
 TEST_F(GuardOfLibrary, ProgressGoesOnWhereItWas) {
     const auto runOn = [this](const std::string& deeds, bool onTerminal, Console console) {
-        return run(Texts{NTK_PERF_FILE} + quick + Texts{"-fCRC", "-l" + directory()},
-                   {.program = NTK_GUARD_FILE,
-                    .environment = {std::string("LD_LIBRARY_PATH=") + NTK_DEEDS_DIRECTORY,
-                                    "NTK_DEEDS=" + deeds},
-                    .console = console,
-                    .errorsOnTerminal = onTerminal});
+        return runWithDeeds(
+            deeds, Texts{NTK_PERF_FILE} + quick + Texts{"-fCRC", "-l" + directory()},
+            {.program = NTK_GUARD_FILE, .console = console, .errorsOnTerminal = onTerminal});
     };
     const std::string errors = runOn("ntksCRC32_8u signal 9", true, Console::read).errors;
     const std::pair<std::string, int> cases[] = {

@@ -33,7 +33,7 @@ protected:
     void change(const std::function<void(std::string&)>& change,
                 const std::string& library = "lib/libntkdc.so.12") const {
         copyLibraries();
-        std::string bytes = readText(path(library));
+        std::string bytes = readFile(path(library));
         change(bytes);
         write(library, bytes);
     }

@@ -125,19 +125,4 @@ TEST_F(BadInput, FilesThatCannotBeOpenedEndTheSession) {
     EXPECT_EQ(closingCount(unread.output, ".Successes"), 1) << unread.output;
 }
 
-TEST_F(BadInput, ACorpusDirectoryWithoutFilesIsNamedFileByFile) {
-    const Outcome outcome = runWell(quick + Texts{"-fLZ4HC", crc, "-rtable.csv", "-usum.csv"});
-    // Five lengths and three dictionaries ask for each.
-    for (const char* const name : {"bib", "pic", "trans"}) {
-        EXPECT_EQ(timesIn(outcome.output, "-- Can't open file " + std::string(name) + " to read\n"),
-                  15);
-    }
-    EXPECT_TRUE(hasOnce(outcome.output, "-- Fail while initialization of function data\n"));
-    EXPECT_EQ(Table(text("table.csv")).column("Function"), std::set<std::string>{"ntksCRC32_8u"});
-    auto records = summaryRecords(text("sum.csv"));
-    EXPECT_EQ(records["ntksEncodeLZ4HC_8u"]["Result"], "DATAFAIL");
-    EXPECT_EQ(records["ntksEncodeLZ4HC_8u"]["Status87"], "-");
-    EXPECT_EQ(records["ntksCRC32_8u"]["Result"], "OK");
-}
-
 } // namespace

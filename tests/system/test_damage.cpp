@@ -7,13 +7,8 @@ class WritesBeyondABuffer : public SystemTest {
 protected:
     Outcome runWith(const std::string& deeds, const Texts& keys,
                     const std::string& guard = "") const {
-        return runWell(quick + keys + Texts{"-olog.txt", "-rtable.csv", "-usum.csv"},
-                       {.directory = corpusDirectory(),
-                        .environment = {std::string("LD_LIBRARY_PATH=") + NTK_DEEDS_DIRECTORY,
-                                        "NTK_DEEDS=" + deeds, "NTKPERF_GUARD=" + guard}});
-    }
-    std::string result(const std::string& function) const {
-        return summaryRecords(text("sum.csv"))[function]["Result"];
+        return expectWell(runWithDeeds(deeds, quick + keys + Texts{"-rtable.csv", "-usum.csv"},
+                                       {.environment = {"NTKPERF_GUARD=" + guard}}));
     }
 };
 
@@ -31,10 +26,9 @@ std::string crc32cWriting(int bytes) {
 const Texts checksums = {"-fAdler", "-fCRC", "-dCodeLength=16384"};
 
 TEST_F(WritesBeyondABuffer, IsAFunctionFailureAndTheRunGoesOn) {
-    const std::pair<int, std::string> cases[] = {
-        {1, "1 byte over its end"},          {200, "200 bytes over its end"},
-        {1000, "1000 bytes over its end"},   {-1, "1 byte under its begin"},
-        {-200, "200 bytes under its begin"}, {-1000, "1000 bytes under its begin"}};
+    const std::pair<int, std::string> cases[] = {{1, "1 byte over its end"},
+                                                 {1000, "1000 bytes over its end"},
+                                                 {-200, "200 bytes under its begin"}};
     for (const auto& [bytes, said] : cases) {
         const Outcome outcome = runWith(crc32cWriting(bytes), checksums);
         EXPECT_TRUE(hasOnce(outcome.output,
@@ -53,14 +47,10 @@ TEST_F(WritesBeyondABuffer, IsAFunctionFailureAndTheRunGoesOn) {
         }
         EXPECT_EQ(table.rows.size(), 4u);
     }
-}
-
-// Also where the run restores the buffers before each call from copies.
-TEST_F(WritesBeyondABuffer, IsFoundWithRestoredBuffers) {
-    const Outcome outcome = runWith(crc32cWriting(1000), checksums + Texts{"-SU"});
-    EXPECT_TRUE(hasOnce(outcome.output, "Memory fault"));
+    // Also where the run restores the buffers before each call from copies.
+    EXPECT_TRUE(
+        hasOnce(runWith(crc32cWriting(1000), checksums + Texts{"-SU"}).output, "Memory fault"));
     EXPECT_EQ(result("ntksCRC32C_8u"), "FUNCFAIL");
-    EXPECT_EQ(result("ntksCRC32_8u"), "OK");
 }
 
 TEST_F(WritesBeyondABuffer, InThePreparationEndsTheTestUnmeasured) {

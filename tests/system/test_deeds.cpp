@@ -9,27 +9,18 @@ namespace {
 
 class Deeds : public SystemTest {
 protected:
-    Outcome runWith(const std::string& deeds, const Texts& keys,
-                    const std::string& library = NTK_DEEDS_DIRECTORY) const {
-        return run(quick + keys + Texts{"-olog.txt", "-rtable.csv", "-usum.csv", "-gdone.end"},
-                   {.directory = corpusDirectory(),
-                    .environment = {"LD_LIBRARY_PATH=" + library, "NTK_DEEDS=" + deeds}});
+    Outcome runWith(const std::string& deeds, const Texts& keys) const {
+        return runWithDeeds(deeds, quick + keys + outputs);
     }
-    std::string result(const std::string& function) const {
-        return summaryRecords(text("sum.csv"))[function]["Result"];
+    Outcome runWithLibrary(const std::string& directory, const Texts& keys) const {
+        return run(quick + keys + outputs, {.directory = corpusDirectory(),
+                                            .environment = {"LD_LIBRARY_PATH=" + directory}});
     }
+    const Texts outputs = {"-olog.txt", "-rtable.csv", "-usum.csv", "-gdone.end"};
 };
 
-TEST_F(Deeds, WithoutOneTheLibraryIsTheRealOne) {
-    const Outcome outcome = runWith("", {"-fCRC", "-fLZ4"});
-    EXPECT_EQ(outcome.status, 0);
-    EXPECT_EQ(outcome.errors, "");
-    EXPECT_EQ(closingCount(outcome.output, ".Successes"), 9);
-    EXPECT_EQ(timesIn(outcome.output, "the library has no function"), 0);
-}
-
 TEST_F(Deeds, MissingFunctionsAreNamedAndFailTheirTestsAlone) {
-    const Outcome outcome = runWith("", {"-fCRC", "-fLZ4"}, NTK_OLDER_LIBRARY_DIRECTORY);
+    const Outcome outcome = runWithLibrary(NTK_OLDER_LIBRARY_DIRECTORY, {"-fCRC", "-fLZ4"});
     EXPECT_EQ(outcome.status, 0) << "signal " << outcome.signal << outcome.errors;
     const std::string file = std::string(NTK_OLDER_LIBRARY_DIRECTORY) + "/libntkdc.so.12";
     const std::string said = "the library has no function ";
@@ -60,12 +51,12 @@ TEST_F(Deeds, MissingFunctionsAreNamedAndFailTheirTestsAlone) {
 TEST_F(Deeds, APartMayLackWhatAnotherOneCalls) {
     const std::string name = "libntks.so.12";
     const std::string function = std::string("ntksZero_8u") + '\0';
-    std::string bytes = readText(std::string(NTK_LIBRARY_DIRECTORY) + "/" + name);
+    std::string bytes = readFile(std::string(NTK_LIBRARY_DIRECTORY) + "/" + name);
     const size_t place = bytes.find('\0' + function);
     ASSERT_NE(place, std::string::npos);
     bytes[place + 1] = 'x'; // in the list of its symbols
     write(name, bytes);
-    const Outcome outcome = runWith("", {"-fDecodeLZ4", "-fCRC"}, directory());
+    const Outcome outcome = runWithLibrary(directory(), {"-fDecodeLZ4", "-fCRC"});
     EXPECT_EQ(outcome.status, 0) << outcome.errors;
     EXPECT_TRUE(hasOnce(outcome.output, "--NTK FAIL. the library has no function ntksZero_8u ("));
     EXPECT_EQ(result("ntksDecodeLZ4_8u"), "FUNCFAIL");
@@ -162,15 +153,11 @@ TEST_F(Deeds, HandlersAndMaskAreRenewedBeforeEachTest) {
 
 // Set before the settings are read; in the numbers of logs, of data and of settings, too.
 TEST_F(Deeds, ItsLocaleIsNotThatOfSettingsAndLog) {
-    write("comma.src", "LC_NUMERIC\ndecimal_point \",\"\nthousands_sep \".\"\ngrouping 3\n"
-                       "END LC_NUMERIC\n");
-    runCommand({.program = "/usr/bin/localedef",
-                .arguments = {"-c", "-i", path("comma.src"), path("comma")},
-                .input = ""});
-    const Outcome outcome =
-        run({"-B", "-f=ntksEncodeZfp444_32f", "-LDATA", "-dAccuracy=2.5", "-drate=4", "-olog.txt"},
-            {.environment = {"LD_LIBRARY_PATH=" NTK_DEEDS_DIRECTORY, "LOCPATH=" + directory(),
-                             "NTK_DEEDS=ntkdcGetLibVersion setlocale comma"}});
+    makeCommaLocale();
+    const Outcome outcome = runWithDeeds(
+        "ntkdcGetLibVersion setlocale comma",
+        {"-B", "-f=ntksEncodeZfp444_32f", "-LDATA", "-dAccuracy=2.5", "-drate=4", "-olog.txt"},
+        {.environment = {"LOCPATH=" + directory()}});
     EXPECT_EQ(outcome.errors, "");
     const std::string log = text("log.txt");
     EXPECT_TRUE(hasOnce(log, "Accuracy = 2.5\n"));

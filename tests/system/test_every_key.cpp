@@ -42,7 +42,7 @@ Seen listing(const std::string& names) {
 }
 
 Texts guideLines() {
-    return linesOf(readText(NTK_GUIDE_FILE));
+    return linesOf(readFile(NTK_GUIDE_FILE));
 }
 
 // Of the rows "| `<key>` | `<example>` | <effect> |" of the guide: the key of each example.

@@ -4,8 +4,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <thread>
+#include <utility>
 
 #include "session.h"
 
@@ -16,9 +18,37 @@ namespace fs = std::filesystem;
 constexpr const char* fatal = "FATAL FAIL: can't open output file for writing\n";
 const Texts lz4 = {"-f=ntksEncodeLZ4_8u", "-dCodeLength=1000"};
 
+// A pipe of this name, open at both ends.
+class OpenPipe {
+public:
+    explicit OpenPipe(const std::string& path) {
+        mkfifo(path.c_str(), 0600);
+        m_file = open(path.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
+    }
+    ~OpenPipe() { close(); }
+    OpenPipe(const OpenPipe&) = delete;
+    OpenPipe& operator=(const OpenPipe&) = delete;
+
+    void write(const std::string& text) const {
+        EXPECT_EQ(::write(m_file, text.data(), text.size()), static_cast<ssize_t>(text.size()));
+    }
+    std::string read() const {
+        std::string text(65536, '\0');
+        text.resize(static_cast<size_t>(std::max<ssize_t>(0, ::read(m_file, text.data(), 65536))));
+        return text;
+    }
+    void close() {
+        if (m_file >= 0) {
+            ::close(std::exchange(m_file, -1));
+        }
+    }
+
+private:
+    int m_file;
+};
+
 class Files : public SystemTest {
 protected:
-    void makePipe(const std::string& name) const { ASSERT_EQ(mkfifo(path(name).c_str(), 0600), 0); }
     bool waitFor(const std::string& name, const std::string& part) const {
         for (int i = 0; i < 3000 && text(name).find(part) == std::string::npos; ++i) {
             std::this_thread::sleep_for(std::chrono::milliseconds(10));
@@ -40,7 +70,7 @@ TEST_F(Files, AnInputIsNeverAnOutput) {
                           {"-@keys"},
                           {"-p" + directory()}}; // the last: it is "bib", which is read by itself
     for (const Texts& way : ways) {
-        for (const std::string key : {"-r", "-R", "-o", "-O", "-u", "-U", "-g", "-I"}) {
+        for (const std::string key : {"-r", "-R", "-o", "-O", "-u", "-U", "-x", "-g", "-I"}) {
             if (key == "-I" && way[0].starts_with("-i")) { // which it replaces
                 continue;
             }
@@ -76,8 +106,7 @@ TEST_F(Files, AnOutputIsNoInput) {
 }
 
 TEST_F(Files, ASecondRunDoesNotTakeATableAway) {
-    makePipe("slow");
-    const int feeder = open(path("slow").c_str(), O_RDWR | O_CLOEXEC);
+    const OpenPipe slow(path("slow"));
     Outcome first;
     std::thread holder([&] {
         first = runWell(quick + lz4 + Texts{"-dCodeFile=slow", "-rtable.csv"});
@@ -89,10 +118,8 @@ TEST_F(Files, ASecondRunDoesNotTakeATableAway) {
     EXPECT_TRUE(hasOnce(second.output, fatal));
     const Outcome third = runWell(quick + Texts{crc, "-Rtable.csv"});
     EXPECT_EQ(closingCount(third.output, ".Successes"), 1) << third.output;
-    const std::string data(1000, 'x');
-    EXPECT_EQ(::write(feeder, data.data(), data.size()), 1000);
+    slow.write(std::string(1000, 'x'));
     holder.join();
-    close(feeder);
     // The rows of the two that wrote, all whole, one after the other.
     int rows = 0;
     for (const std::string& line : linesOf(text("table.csv"))) {
@@ -105,28 +132,27 @@ TEST_F(Files, ASecondRunDoesNotTakeATableAway) {
 }
 
 TEST_F(Files, AppendersAreNotEmptied) {
-    makePipe("slow");
-    const int feeder = open(path("slow").c_str(), O_RDWR | O_CLOEXEC);
+    const OpenPipe slow(path("slow"));
     std::thread holder([&] { runWell(quick + lz4 + Texts{"-dCodeFile=slow", "-Rtable.csv"}); });
     EXPECT_TRUE(waitFor("table.csv", "Function,"));
     const std::string before = text("table.csv");
     const Outcome second = runWell(quick + Texts{crc, "-rtable.csv"});
     EXPECT_TRUE(hasOnce(second.output, " (ntkperf) is writing it; "));
     EXPECT_EQ(text("table.csv"), before);
-    EXPECT_EQ(::write(feeder, "data", 4), 4);
-    EXPECT_EQ(::write(feeder, std::string(996, 'x').data(), 996), 996);
+    slow.write("data");
+    slow.write(std::string(996, 'x'));
     holder.join();
-    close(feeder);
     EXPECT_EQ(Table(text("table.csv")).rows.size(), 1u);
 }
 
 TEST_F(Files, APipeWithoutAnotherEndIsRefused) {
-    makePipe("pipe.x");
+    ASSERT_EQ(mkfifo(path("pipe.x").c_str(), 0600), 0);
     const std::pair<Texts, bool> cases[] = {
         {{"-opipe.x"}, true},
         {{"-Opipe.x"}, true},
         {{"-rpipe.x"}, true},
         {{"-upipe.x"}, true},
+        {{"-xpipe.x"}, true},
         {{"-gpipe.x"}, false},
         {{"-@" + path("pipe.x")}, true},
         {{"-i" + path("pipe.x")}, false},
@@ -142,18 +168,15 @@ TEST_F(Files, APipeWithoutAnotherEndIsRefused) {
 
 // With somebody at the other end pipes serve as ever.
 TEST_F(Files, APipeWithAnotherEndIsUsed) {
-    makePipe("pipe.x");
-    const int both = open(path("pipe.x").c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
+    OpenPipe both(path("pipe.x"));
     runWell(quick + Texts{crc, "-rpipe.x"});
-    std::string written(65536, '\0');
-    const ssize_t count = read(both, written.data(), written.size());
-    ASSERT_GT(count, 0);
-    EXPECT_EQ(Table(written.substr(0, static_cast<size_t>(count))).rows.size(), 5u);
-    const std::string keys = "-f=ntksAdler32_8u\n";
-    ASSERT_EQ(::write(both, keys.data(), keys.size()), static_cast<ssize_t>(keys.size()));
+    EXPECT_EQ(Table(both.read()).rows.size(), 5u);
+    runWell(quick + Texts{crc, "-xpipe.x"});
+    EXPECT_EQ(linesOf(both.read()).size(), 8u) << "run, five lengths, test, end";
+    both.write("-f=ntksAdler32_8u\n");
     std::thread closer([&] { // the end of the file is where the last writer leaves
         std::this_thread::sleep_for(std::chrono::milliseconds(300));
-        close(both);
+        both.close();
     });
     const Outcome outcome = runWell(quick + Texts{"-@" + path("pipe.x")});
     closer.join();

@@ -23,26 +23,29 @@ protected:
 const std::string full = "-- Can't write to file /dev/full: No space left on device\n";
 
 TEST_F(LostOutput, AFullDiskUnderAFileIsSaidOnTheOthers) {
-    const Outcome log = runWell(keys("/dev/full", "table.csv", "sum.csv"));
-    EXPECT_TRUE(hasOnce(log.output, full));
-    expectWhole(log.output);
-    expectTable();
-    expectSummary();
-
-    const Outcome table = runWell(keys("log.txt", "/dev/full", "sum.csv"));
-    EXPECT_TRUE(hasOnce(table.output, full));
-    EXPECT_TRUE(hasOnce(text("log.txt"), full));
-    expectWhole(table.output);
-    expectWhole(text("log.txt"));
-    expectSummary();
-
-    const Outcome summary = runWell(keys("log.txt", "table.csv", "/dev/full"));
-    EXPECT_TRUE(hasOnce(text("log.txt"), full));
-    expectWhole(summary.output);
-    expectTable();
-
-    const Outcome signal = runWell(keys("log.txt", "table.csv", "sum.csv") + Texts{"-g/dev/full"});
-    EXPECT_TRUE(signal.output.ends_with(full)) << signal.output;
+    for (const std::string lost : {"log", "table", "summary", "records", "signal"}) {
+        SCOPED_TRACE(lost);
+        const auto unlessLost = [&lost](const std::string& output, const std::string& name) {
+            return output == lost ? "/dev/full" : name;
+        };
+        const std::string console =
+            runWell(keys(unlessLost("log", "log.txt"), unlessLost("table", "table.csv"),
+                         unlessLost("summary", "sum.csv")) +
+                    Texts{"-x" + unlessLost("records", "run"), "-g" + unlessLost("signal", "end")})
+                .output;
+        EXPECT_TRUE(hasOnce(console, full));
+        expectWhole(console);
+        if (lost != "log") {
+            expectWhole(text("log.txt"));
+            EXPECT_TRUE(hasOnce(text("log.txt"), full));
+        }
+        if (lost != "table") {
+            expectTable();
+        }
+        if (lost != "summary") {
+            expectSummary();
+        }
+    }
 }
 
 TEST_F(LostOutput, AConsoleThatIsGoneIsSaidInTheLog) {
@@ -73,6 +76,11 @@ TEST_F(LostOutput, TwoKeysForOneFile) {
         bool goesOn;
     } cases[] = {
         {{"-rt", "-Rt"}, "-Rt", "t.csv is already used for PS results (-r key)", true},
+        {{"-rsame.x", "-xsame.x"}, "-xsame.x", "same.x is already used for PS results (-r", false},
+        {{"-xsame.x", "-usame.x"},
+         "-usame.x",
+         "same.x is already used for records for programs (-x key)",
+         false},
         {{"-Ut", "-u./t.csv"},
          "-u./t.csv",
          "./t.csv is already used for summary table (-U key)",

@@ -6,15 +6,9 @@ namespace {
 
 class OtherLibrary : public SystemTest {
 protected:
-    Outcome runWith(const std::string& deeds, const Texts& keys,
-                    const Texts& environment = {}) const {
-        const std::string path = std::string("LD_LIBRARY_PATH=") + NTK_DEEDS_DIRECTORY;
-        return runWell(quick + keys + Texts{"-olog.txt", "-rtable.csv", "-usum.csv"},
-                       {.directory = corpusDirectory(),
-                        .environment = environment + Texts{path, "NTK_DEEDS=" + deeds}});
-    }
-    std::string result(const std::string& function) const {
-        return summaryRecords(text("sum.csv"))[function]["Result"];
+    Outcome runWith(const std::string& deeds, const Texts& keys, const Command& how = {}) const {
+        return expectWell(runWithDeeds(
+            deeds, quick + keys + Texts{"-olog.txt", "-rtable.csv", "-usum.csv"}, how));
     }
 };
 
@@ -26,22 +20,6 @@ TEST_F(OtherLibrary, TakesThePlaceOfOursWithoutANewBuild) {
     EXPECT_EQ(table.rows.size(), 4u);
     EXPECT_EQ(table.column("Result"), std::set<std::string>{"OK"});
     EXPECT_EQ(table.column("Ratio"), (std::set<std::string>{"-", "2"}));
-}
-
-TEST_F(OtherLibrary, AnErrorStatusIsNamedAndCosts) {
-    const Outcome outcome = runWith("ntksCRC32C_8u status -7", {"-fCRC32"});
-    EXPECT_TRUE(hasOnce(outcome.output, "--NTK FAIL. status = -7 in ntksCRC32C_8u: "));
-    EXPECT_EQ(result("ntksCRC32C_8u"), "FUNCFAIL");
-    EXPECT_EQ(result("ntksCRC32_8u"), "OK");
-    EXPECT_EQ(closingCount(outcome.output, ".....-FAIL"), 1);
-    const Table table(text("table.csv"));
-    EXPECT_EQ(table.rows.size(), 11u);
-    for (const Texts& row : table.rows) {
-        const bool failed = table.cell(row, "Function") == "ntksCRC32C_8u";
-        EXPECT_EQ(row.size(), table.names.size());
-        EXPECT_EQ(table.cell(row, "Result"), failed ? "FUNCFAIL" : "OK");
-        EXPECT_EQ(table.cell(row, "Clocks") == "-", failed);
-    }
 }
 
 TEST_F(OtherLibrary, AnImpossibleLengthIsAFailure) {
@@ -68,11 +46,7 @@ TEST_F(OtherLibrary, AnImpossibleLengthIsAFailure) {
 
 // A build that takes the locale of its user, in which numbers have a comma, where cells end.
 TEST_F(OtherLibrary, ItsLocaleChangesNoNumber) {
-    write("comma.src", "LC_NUMERIC\ndecimal_point \",\"\nthousands_sep \".\"\ngrouping 3\n"
-                       "END LC_NUMERIC\n");
-    runCommand({.program = "/usr/bin/localedef",
-                .arguments = {"-c", "-i", path("comma.src"), path("comma")},
-                .input = ""});
+    makeCommaLocale();
     const Texts keys = {"-f=ntksEncodeLZ4_8u",
                         "-f=ntksDecodeLZ4_8u",
                         "-dAccuracy=2.5",
@@ -83,7 +57,7 @@ TEST_F(OtherLibrary, ItsLocaleChangesNoNumber) {
     runWith("", keys);
     const std::string plain = text("table.csv");
     runWith("ntksEncodeLZ4_8u setlocale comma; ntksDecodeLZ4_8u setlocale comma", keys,
-            {"LOCPATH=" + directory()});
+            {.environment = {"LOCPATH=" + directory()}});
     const Table table(text("table.csv"));
     ASSERT_EQ(table.rows.size(), 2u);
     for (size_t i = 0; i < table.rows.size(); ++i) {

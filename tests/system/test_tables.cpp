@@ -54,20 +54,6 @@ TEST_F(Tables, EveryCellStandsInTheColumnThatTheNameLineNames) {
     }
 }
 
-// The example program has one hot function.
-TEST_F(Tables, HotTestsAreMarkedOrAlone) {
-    const Texts keys = {"-f=memcpy", "-f=memmove", "-dLength=64", "-r" + path("table.csv")};
-    for (const auto& [key, marks] : {std::pair{"-H", "+-"}, {"-HONLY", "+"}}) {
-        runWell(quick + keys + Texts{key}, {.program = NTK_EXAMPLE_FILE});
-        const Table table(text("table.csv"));
-        std::string found;
-        for (const Texts& row : table.rows) {
-            found += table.cell(row, "Interest");
-        }
-        EXPECT_EQ(found, marks) << key;
-    }
-}
-
 TEST_F(Tables, TheSummaryHasOneRecordPerTest) {
     runWell(quick + Texts{"-fntksCRC", "-fAdler", "-usum.csv"});
     const Texts lines = linesOf(text("sum.csv"));

@@ -3,14 +3,11 @@
 
 #include <gtest/gtest.h>
 
-#include <unistd.h>
-
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <string>
 #include <vector>
 
+#include "../../scratch.h"
 #include "../../texts.h"
 #include "process.h"
 
@@ -26,19 +23,16 @@ protected:
     }
 
     Program() {
-        std::string name = (fs::temp_directory_path() / "ntkcompareXXXXXX").string();
-        m_folder = mkdtemp(name.data());
         play(script(1e6), script(1e6));
         // The fake worker gets its side, its script and its log in place of keys.
         writeProgram("worker", "side=base; for key; do [ \"$key\" = -fnew ] && side=new; done\n"
                                "exec " NTK_FAKE_WORKER_FILE " $side " +
                                    path("$side.script") + " " + path("log") + "\n");
     }
-    ~Program() override { fs::remove_all(m_folder); }
 
-    std::string path(const std::string& name) const { return (m_folder / name).string(); }
+    std::string path(const std::string& name) const { return m_directory.path(name); }
     void write(const std::string& name, const std::string& text) const {
-        std::ofstream(m_folder / name) << text;
+        writeFile(path(name), text);
     }
     std::string writeProgram(const std::string& name, const std::string& shellScript) const {
         write(name, "#!/bin/sh\n" + shellScript);
@@ -50,11 +44,7 @@ protected:
         write("base.script", base);
         write("new.script", changed);
     }
-    std::string read(const std::string& name) const {
-        std::ostringstream text;
-        text << std::ifstream(m_folder / name).rdbuf();
-        return text.str();
-    }
+    std::string read(const std::string& name) const { return readFile(path(name)); }
     std::vector<std::string> files() const {
         std::vector<std::string> names;
         for (const auto& entry : fs::directory_iterator(m_folder)) {
@@ -78,7 +68,8 @@ protected:
         return arguments;
     }
 
-    fs::path m_folder;
+    const TemporaryDirectory m_directory;
+    const fs::path m_folder = m_directory.path();
 };
 
 } // namespace compare

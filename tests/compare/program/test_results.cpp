@@ -67,9 +67,7 @@ TEST_F(Results, FilesSayWhatTheTableSays) {
     EXPECT_NEAR(json["cases"][0]["effect"]["ratio"], 1.25, 1e-12);
     EXPECT_EQ(json["cases"][0]["starts"].size(), json["passes"]);
     EXPECT_EQ(read("out.csv").rfind("function,", 0), 0u);
-    EXPECT_NE(read("out.csv").find("\r\nntksPlayed_8u,Length=1000,,1e+06,1250000,"),
-              std::string::npos)
-        << read("out.csv");
+    EXPECT_TRUE(has(read("out.csv"), "\r\nntksPlayed_8u,Length=1000,,1e+06,1250000,"));
     EXPECT_EQ(read("out.md").rfind("**The only decided case is slower by more than 1%.**", 0), 0u);
 }
 
@@ -109,9 +107,9 @@ TEST_F(Results, OutputThatIsLostIsStatus2) {
 TEST_F(Results, ParametersAreShortenedOnATerminalOnly) {
     play(longCase, longCase);
     const std::string whole = "LengthOfAllTheBytes=1000 WindowOfTheCoder=32768";
-    EXPECT_NE(run(played()).output.find(whole), std::string::npos);
+    EXPECT_TRUE(has(run(played()).output, whole));
     const Outcome narrow = run(played(), Console::terminal);
-    EXPECT_EQ(narrow.output.find(whole), std::string::npos);
+    EXPECT_FALSE(has(narrow.output, whole));
     EXPECT_TRUE(has(narrow.output, "  1000 32768  "));
 }
 

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "looks.h"
+#include "../../texts.h"
 #include "scripted.h"
 
 namespace compare {
@@ -176,8 +177,7 @@ TEST(Failures, BeforeTheFirstCaseAreForTheUser) {
             ADD_FAILURE() << expected.told[0];
         } catch (const CannotMeasure& error) {
             for (const std::string& part : expected.told) {
-                EXPECT_NE(std::string(error.what()).find(part), std::string::npos)
-                    << part << "\nin " << error.what();
+                EXPECT_TRUE(has(error.what(), part));
             }
         }
     }
