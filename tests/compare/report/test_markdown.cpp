@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <sstream>
 
 #include "handmade.h"
 
@@ -20,8 +19,7 @@ TEST(Markdown, BeginsWithTheAnswer) {
     EXPECT_TRUE(textOf(handmade).starts_with(
         "**The only decided case is not slower by more than 1%.** Cases: 1 same.\n"));
     handmade.comparison.isComplete = false;
-    EXPECT_NE(textOf(handmade).find("** INCOMPLETE: the budget was used up. Cases:"),
-              std::string::npos);
+    EXPECT_TRUE(has(textOf(handmade), "** INCOMPLETE: the budget was used up. Cases:"));
 }
 
 TEST(Markdown, ShowsWhatChangedBeforeTheFoldAndTheOpenBehindIt) {
@@ -69,10 +67,9 @@ TEST(Markdown, FitsIntoAReviewWhateverItIsMadeOf) {
 TEST(Markdown, TheHeadNamesTheUnit) {
     Handmade handmade;
     handmade.addSlower("f");
-    EXPECT_NE(textOf(handmade).find("| Base, clocks per element | New, clocks per element |"),
-              std::string::npos);
+    EXPECT_TRUE(has(textOf(handmade), "| Base, clocks per element | New, clocks per element |"));
     handmade.addSlower("g").outcome.base.unit = "value";
-    EXPECT_NE(textOf(handmade).find("| Base, clocks per unit |"), std::string::npos);
+    EXPECT_TRUE(has(textOf(handmade), "| Base, clocks per unit |"));
 }
 
 // Else a row of the table would fall apart, or a name become markup.
@@ -87,8 +84,7 @@ TEST(Markdown, CellsAreEscapedAndRowsWhole) {
     EXPECT_TRUE(has(text, "| a\\_b\\|c | A=\\<b>?\\| | 4.000 | 4.200 | +5.00%  [+4.00%, +6.00%] | "
                           "**slower** |"));
     EXPECT_TRUE(has(text, "| a\\_b\\|c | 2 | +5.13%"));
-    std::istringstream lines(text);
-    for (std::string line; std::getline(lines, line);) {
+    for (const std::string& line : linesOf(text)) {
         if (line.starts_with("|")) {
             EXPECT_TRUE(line.ends_with("|")) << line;
         }

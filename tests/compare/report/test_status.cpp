@@ -104,9 +104,8 @@ TEST(Self, EndsWithOnePlainSentence) {
         "Now, in 1 min 15 s, this machine tells differences above 0.30% apart in half of the 2 "
         "cases and above 0.40% in all of them.\n");
     handmade.add("h", 1.1, 0.7, 1.5, Verdict::slower);
-    EXPECT_NE(selfText(handmade.comparison, handmade.judgement)
-                  .find("but it found one in 1 case where there is none.\n"),
-              std::string::npos);
+    EXPECT_TRUE(has(selfText(handmade.comparison, handmade.judgement),
+                    "but it found one in 1 case where there is none.\n"));
     for (Effect& effect : handmade.judgement.effects) {
         effect.interval.low = -infinite;
     }

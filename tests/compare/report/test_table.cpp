@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <sstream>
 
 #include "format.h"
 #include "handmade.h"
@@ -11,12 +10,7 @@ namespace compare {
 namespace {
 
 std::vector<std::string> linesOf(const Handmade& handmade, int width = 0, bool showsAll = false) {
-    std::istringstream text(tableText(handmade.comparison, handmade.judgement, {width, showsAll}));
-    std::vector<std::string> lines;
-    for (std::string line; std::getline(text, line);) {
-        lines.push_back(line);
-    }
-    return lines;
+    return ::linesOf(tableText(handmade.comparison, handmade.judgement, {width, showsAll}));
 }
 
 // Where in the text the first line that begins with this is; -1: nowhere.

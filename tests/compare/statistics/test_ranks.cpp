@@ -91,18 +91,6 @@ TEST(SignedRank, TooFewValuesForTheConfidenceGiveInfiniteEnds) {
     EXPECT_TRUE(none.contains(1e9));
 }
 
-TEST(SignedRank, EqualValuesGiveAnIntervalWithoutWidth) {
-    for (const double value : {0.0, -0.02}) {
-        const std::vector<double> values(12, value);
-        const Interval interval = signedRankInterval(values, 0.99);
-        EXPECT_EQ(interval.low, value);
-        EXPECT_EQ(interval.high, value);
-        EXPECT_EQ(interval.halfWidth(), 0);
-        EXPECT_TRUE(interval.contains(value));
-        EXPECT_FALSE(interval.contains(value + 1e-9));
-    }
-}
-
 TEST(Interval, ItsHalfWidthIsTheLargerOne) {
     EXPECT_DOUBLE_EQ((Interval{1, -2, 2}.halfWidth()), 3);
     EXPECT_DOUBLE_EQ((Interval{1, 0.5, 4}.halfWidth()), 3);
