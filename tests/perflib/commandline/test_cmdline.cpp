@@ -16,33 +16,15 @@ static std::string textOf(const psCommandList& list) {
     return text.substr(3);
 }
 
-TEST(CommandKey, WordsWithTheirArguments) {
-    const struct {
-        const char *word, *next, *result; // null: no key
-    } cases[] = {
-        {"-ifile.ini", "", "i:file.ini"},
-        {"/i", "file.ini", "i:file.ini"},
-        {"-ifile.ini", "extra", "i:file.ini"},
-        {"-f+name", "", "f:+name"},
-        {"-f=", "name", "f:=name"},
-        {"-f+-", "name", "f:+-"},
-        {"--", "x", "-:x"},
-        {"-", "x", nullptr},
-        {"", "x", nullptr},
-        {"name", "x", nullptr},
-    };
-    for (const auto& c : cases) {
-        psCommandKey entry;
-        EXPECT_EQ(entry.setArg(c.word, c.next), c.result != nullptr) << c.word;
-        const std::string text = std::string(1, entry.key()) + ":" + entry.arg().c_str();
-        EXPECT_EQ(text, c.result ? c.result : " :") << c.word;
-    }
-}
-
 TEST(CommandList, TextIsSplitIntoKeys) {
     const std::pair<const char*, const char*> cases[] = {
         {"-i file.ini -B", "i:file.ini|B:|"},
+        {"/i file.ini -B", "i:file.ini|B:|"},
         {"-ifile.ini extra -B", "i:file.ini|B:|"},
+        {"-f= name", "f:=name|"},
+        {"-f+- name", "f:+-|"},
+        {"-- x", "-:x|"},
+        {"- x", ""},
         {"stray -B", "B:|"},
         {"-f+ -B", "f:+|B:|"},
         {"-f - -B", "f:-|B:|"},

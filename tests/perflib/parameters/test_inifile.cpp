@@ -47,7 +47,6 @@ TEST_F(IniFile, LinesAreReadAndWrittenBack) {
     }
 }
 
-// The cost of a line grew with the number of lines: these took longer than a test may.
 // Where something stood in front of the mark, it is no mark but the beginning of a name.
 TEST_F(IniFile, AMarkThatIsNoneStays) {
     using namespace std::string_literals;
@@ -61,6 +60,7 @@ TEST_F(IniFile, AMarkThatIsNoneStays) {
     EXPECT_EQ(rewritten(mark + "x=1\n"), "x=1\n");
 }
 
+// The cost of a line grew with the number of lines: these took longer than a test may.
 TEST_F(IniFile, ManyLinesAreRead) {
     constexpr int count = 100000;
     std::string text;
@@ -98,16 +98,6 @@ TEST_F(IniFile, WritingAddsReplacesAndRemoves) {
         ini.deleteKey("third", "y");
     } // closes
     EXPECT_EQ(readFile(m_path), "\n[first]\nLen=2\t// two lines\nbare\n\n[second]\n\n[third]\n");
-}
-
-TEST_F(IniFile, AnUnmodifiedFileKeepsItsText) {
-    const std::string text = "[a] // kept\nx = 1";
-    writeFile(m_path, text);
-    psIniFile ini;
-    ASSERT_TRUE(ini.open(m_path.c_str(), true));
-    EXPECT_TRUE(ini.close());
-    EXPECT_FALSE(ini.sectionExist("a"));
-    EXPECT_EQ(readFile(m_path), text);
 }
 
 TEST_F(IniFile, ReplacingKeepsPermissionsAndLinks) {

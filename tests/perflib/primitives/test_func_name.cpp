@@ -68,26 +68,13 @@ TEST(FuncName, Parts) {
     }
 }
 
-TEST(FuncName, TypeTokensApart) {
-    const std::pair<const char*, const char*> cases[] = {
-        {"f_8u", "8u,8u,8u"},
-        {"f_8u16s", "8u,16s,16s"},
-        {"f_8u16s32f64f", "8u,16s,32f"},
-        {"f", ",,"},
-    };
-    for (const auto& [name, tokens] : cases) {
-        psString base, t1, t2, t3, descr;
-        kxFunc(name).parseFunction(base, t1, t2, t3, descr);
-        EXPECT_EQ(str(t1 + "," + t2 + "," + t3), tokens) << name;
-    }
-}
-
 TEST(FuncName, ArgumentTypes) {
     const std::pair<const char*, const char*> cases[] = {
         {"ntksEncodeLZ4_8u", "8u 8u 8u 8u"},
         {"ntksDecodeHuff_BZ2_8u16u", "8u 8u 16u 16u"},
         {"ntksF_8u16s", "8u 8u 16s 16s"},
         {"ntksF_8u16s32f", "8u 16s 32f 32f"},
+        {"ntksF_8u16s32f64f", "8u 16s 32f 32f"},
         {"ntksF", "undef undef undef undef"},
         // The base names whose arguments do not follow the tokens.
         {"ntksMagnitude_32fc", "32fc 32fc 32f 32f"},

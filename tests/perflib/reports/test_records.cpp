@@ -6,7 +6,6 @@
 #include <cmath>
 #include <cstdlib>
 #include <limits>
-#include <sstream>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -176,8 +175,7 @@ TEST(JsonRecords, AFileIsToldOnceBeforeItsFirstMeasurement) {
     records.close();
     read(other);
     std::string kinds;
-    std::istringstream lines(readFile(file));
-    for (std::string line; std::getline(lines, line);) {
+    for (const std::string& line : linesOf(readFile(file))) {
         kinds += line.substr(11, line.find('"', 11) - 11) + " ";
     }
     EXPECT_EQ(kinds, "run measurement file measurement measurement measurement ");

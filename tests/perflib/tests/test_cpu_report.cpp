@@ -62,6 +62,7 @@ std::string countText(const psPackageCount& number) {
 } // namespace
 
 TEST(CpuSignature, ExtendedFieldsAreAddedWhereTheyCount) {
+    // EAX; family, model, stepping, type and brand
     const std::pair<unsigned, const char*> cases[] = {
         {0x000c06f2, "6 207 2 0 7"}, {0x00870f10, "23 113 0 0 7"}, {0x00100f42, "16 4 2 0 7"},
         {0x00000f4a, "15 4 10 0 7"}, {0x000307b5, "7 59 5 0 7"},   {0x0ff10543, "5 4 3 0 7"},
@@ -182,7 +183,7 @@ TEST(CpuReport, TellsWhatTheProcessorTells) {
             at += piece.size();
         }
         for (const std::string& piece : c.absent) {
-            EXPECT_EQ(report.find(piece), std::string::npos) << c.what << ": " << piece;
+            EXPECT_FALSE(has(report, piece)) << c.what << ": " << piece;
         }
     }
 }
@@ -234,10 +235,8 @@ TEST(CpuReport, FeatureLineIsWrapped) {
     }
     EXPECT_EQ(widest, 79u);
     for (const psCpuFeature& row : psCpuFeatures()) {
-        EXPECT_NE(
-            (words + " ").find(std::string(" ") + row.label + (row.mask > 0xf ? "(off) " : " ")),
-            std::string::npos)
-            << row.label;
+        EXPECT_TRUE(
+            has(words + " ", std::string(" ") + row.label + (row.mask > 0xf ? "(off) " : " ")));
     }
 }
 
