@@ -55,9 +55,9 @@ protected:
             }
         }
         EXPECT_EQ(linesOf(text("table.csv")).front(), linesOf(plainTable).front());
-        EXPECT_EQ(timesIn(text("table.csv"), "Function,"), 1);
-        EXPECT_EQ(timesIn(text("sum.csv"), "Function,"), 1);
-        EXPECT_EQ(timesIn(text("sum.csv"), "END_DATA"), 1);
+        EXPECT_TRUE(hasOnce(text("table.csv"), "Function,"));
+        EXPECT_TRUE(hasOnce(text("sum.csv"), "Function,"));
+        EXPECT_TRUE(hasOnce(text("sum.csv"), "END_DATA"));
     }
     std::string blockAbout(const std::string& test) const {
         for (const std::string& block : blocksOf(withoutTimes(text("log.txt")))) {
@@ -71,48 +71,42 @@ protected:
     std::string plainLog, plainTable, plainSummary;
 };
 
+// What the log has of a test that ended its process at the place.
+std::string logOfEnd(const std::string& said, const std::string& combination) {
+    return said + (combination.empty() ? "" : "-- exception on test parameters:\n" + combination) +
+           " Result   : exception, hh:mm:ss\n";
+}
+
 TEST_F(Guard, WhatEndsTheProcessCostsOneTest) {
+    const std::string none = "--No measurements have been done\n";
     const struct {
         std::string test, place, deed;
         size_t rows; // that were measured before
         std::string lastRow, log;
     } cases[] = {
         {"alpha", "65536@call", "kill", 0, "alpha,-,65536,-,byte,-,EXCPTFAIL,SIGKILL,-",
-         "alpha: Length=65536 Own_alpha=7 \n"
-         "--NTK. Signal: Killed (SIGKILL). in ntkFunctionCalls\n"
-         "-- exception on test parameters:\n"
-         "alpha: Length=65536 Own_alpha=7 \n"
-         " Result   : exception, hh:mm:ss\n"
-         "--No measurements have been done\n"},
+         "alpha: Length=65536 Own_alpha=7 \n" +
+             logOfEnd("--NTK. Signal: Killed (SIGKILL). in ntkFunctionCalls\n",
+                      "alpha: Length=65536 Own_alpha=7 \n") +
+             none},
         {"beta", "262144@call", "exit", 1, "beta,-,262144,-,byte,-,EXCPTFAIL,exit 3,-",
-         "beta: Length=262144 Own_beta=7 \n"
-         "--NTK. Exception: exit with status 3 in ntkFunctionCalls\n"
-         "-- exception on test parameters:\n"
-         "beta: Length=262144 Own_beta=7 \n"
-         " Result   : exception, hh:mm:ss\n"},
+         "beta: Length=262144 Own_beta=7 \n" +
+             logOfEnd("--NTK. Exception: exit with status 3 in ntkFunctionCalls\n",
+                      "beta: Length=262144 Own_beta=7 \n")},
         {"beta", "1048576@release", "_exit", 3,
          "beta,-,-,-,byte,-,EXCPTFAIL,exit 0 in flushData at Length=1048576 Own_beta=7,-",
-         "--NTK. Exception: exit with status 0 in flushData\n"
-         "-- exception on test parameters:\n"
-         "beta: Length=1048576 Own_beta=7 \n"
-         " Result   : exception, hh:mm:ss\n"},
+         logOfEnd("--NTK. Exception: exit with status 0 in flushData\n",
+                  "beta: Length=1048576 Own_beta=7 \n")},
         {"gamma", "1048576@prepare", "quit", 2,
          "gamma,-,-,-,byte,-,EXCPTFAIL,SIGQUIT in initData at Length=1048576 Own_gamma=7,-",
-         "--NTK. Signal: Quit (SIGQUIT). in initData\n"
-         "-- exception on test parameters:\n"
-         "gamma: Length=1048576 Own_gamma=7 \n"
-         " Result   : exception, hh:mm:ss\n"},
+         logOfEnd("--NTK. Signal: Quit (SIGQUIT). in initData\n",
+                  "gamma: Length=1048576 Own_gamma=7 \n")},
         {"gamma", "0@start", "hang", 0, "gamma,-,-,-,byte,-,EXCPTFAIL,no answer in canStart,-",
-         " Start    : now\n"
-         "--NTK. Exception: no answer for 1 s in canStart\n"
-         " Result   : exception, hh:mm:ss\n"
-         "--No measurements have been done\n"},
+         logOfEnd(" Start    : now\n--NTK. Exception: no answer for 1 s in canStart\n", "") + none},
         {"delta", "65536@call", "hang", 0, "delta,-,65536,-,byte,-,EXCPTFAIL,no answer,-",
-         "--NTK. Exception: no answer for 1 s in ntkFunctionCalls\n"
-         "-- exception on test parameters:\n"
-         "delta: Length=65536 Own_delta=7 \n"
-         " Result   : exception, hh:mm:ss\n"
-         "--No measurements have been done\n"},
+         logOfEnd("--NTK. Exception: no answer for 1 s in ntkFunctionCalls\n",
+                  "delta: Length=65536 Own_delta=7 \n") +
+             none},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.test + "@" + c.place + "=" + c.deed);
@@ -120,19 +114,17 @@ TEST_F(Guard, WhatEndsTheProcessCostsOneTest) {
         const Outcome outcome =
             guarded(c.test + "@" + c.place + "=" + c.deed, all + keysIn(""), {"--limit", "1"});
         EXPECT_EQ(outcome.status, 0);
-        EXPECT_EQ(timesIn(outcome.errors, "ntkguard: "), 1) << outcome.errors;
-        EXPECT_EQ(timesIn(outcome.errors, " in " + c.test), 1) << outcome.errors;
+        EXPECT_TRUE(hasOnce(outcome.errors, "ntkguard: "));
+        EXPECT_TRUE(hasOnce(outcome.errors, " in " + c.test));
         expectRestAsPlain(c.test);
         Texts rows = linesAbout(c.test, plainTable);
         rows.resize(c.rows);
         EXPECT_EQ(linesAbout(c.test, text("table.csv")), rows + Texts{c.lastRow});
         const Texts record = linesAbout(c.test, text("sum.csv"));
         ASSERT_EQ(record.size(), 1u);
-        EXPECT_EQ(timesIn(record.front(), c.test + ",DeedTest,-,-,-,-," + c.test), 1);
-        EXPECT_EQ(timesIn(record.front(), ",deeds,EXCPTFAIL,"), 1) << record.front();
-        EXPECT_TRUE(blockAbout(c.test).find(c.log) != std::string::npos)
-            << blockAbout(c.test) << "lacks\n"
-            << c.log;
+        EXPECT_TRUE(hasOnce(record.front(), c.test + ",DeedTest,-,-,-,-," + c.test));
+        EXPECT_TRUE(hasOnce(record.front(), ",deeds,EXCPTFAIL,"));
+        EXPECT_TRUE(has(blockAbout(c.test), c.log));
         EXPECT_EQ(closingCount(outcome.output, ".Number of tests"), 4);
         EXPECT_EQ(closingCount(outcome.output, ".Successes"), 3);
         EXPECT_EQ(closingCount(outcome.output, ".....-EXCPTFAIL"), 1);
@@ -151,8 +143,8 @@ TEST_F(Guard, EveryTestMayEndAProcess) {
     EXPECT_EQ(timesIn(text("log.txt"), " Function : "), 4);
     EXPECT_EQ(timesIn(text("table.csv"), "EXCPTFAIL"), 4);
     EXPECT_EQ(timesIn(text("table.csv"), ",OK,"), 4); // alpha's first two, gamma's
-    EXPECT_EQ(timesIn(text("table.csv"), "Processor,"), 1);
-    EXPECT_EQ(timesIn(text("log.txt"), "Processor:"), 1);
+    EXPECT_TRUE(hasOnce(text("table.csv"), "Processor,"));
+    EXPECT_TRUE(hasOnce(text("log.txt"), "Processor:"));
     // The console is as the log, but for what comes before the log is opened.
     EXPECT_EQ(outcome.output.substr(outcome.output.size() - text("log.txt").size()),
               text("log.txt"));
@@ -189,7 +181,7 @@ TEST_F(Guard, SettingsAreJudgedForAllProcesses) {
     };
     unguarded(keys);
     const std::string plain = closing();
-    EXPECT_EQ(timesIn(plain, "2 settings were rejected or ignored"), 1) << plain;
+    EXPECT_TRUE(hasOnce(plain, "2 settings were rejected or ignored"));
     EXPECT_EQ(timesIn(plain, "no test asked for it"), 2) << plain;
     guarded("delta@65536@call=kill", keys);
     EXPECT_EQ(closing(), plain);
@@ -207,18 +199,17 @@ TEST_F(Guard, AnswersAreAskedForOnce) {
     EXPECT_EQ(timesIn(outcome.output, "Length ["), timesIn(plain.output, "Length ["));
     EXPECT_EQ(timesIn(outcome.output, "Own_beta=2 \n"), 2) << outcome.output;
     EXPECT_EQ(linesAbout("gamma", text("table.csv")), linesAbout("gamma", table));
-    EXPECT_EQ(timesIn(text("table.csv"), "alpha,-,8192,-,byte,-,EXCPTFAIL,"), 1);
+    EXPECT_TRUE(hasOnce(text("table.csv"), "alpha,-,8192,-,byte,-,EXCPTFAIL,"));
 }
 
 TEST_F(Guard, WhatWasOnStandardErrorIsTold) {
     const Outcome outcome = guarded("beta@65536@call=heap;delta@65536@call=warn;"
                                     "delta@65536@release=kill",
                                     all + keysIn(""));
-    EXPECT_EQ(timesIn(outcome.errors, "a warning\n"), 1) << outcome.errors;
+    EXPECT_TRUE(hasOnce(outcome.errors, "a warning\n"));
     EXPECT_EQ(closingCount(outcome.output, ".....-EXCPTFAIL"), 2);
 #if !defined(__SANITIZE_ADDRESS__) // which tells of a destroyed heap in its own words
-    EXPECT_EQ(timesIn(text("log.txt"), "-- last on standard error: free(): "), 1)
-        << text("log.txt");
+    EXPECT_TRUE(hasOnce(text("log.txt"), "-- last on standard error: free(): "));
 #endif
 }
 
@@ -230,7 +221,7 @@ TEST_F(Guard, ADeedBehindTheTestsLosesNothing) {
         std::remove(path("done.end").c_str());
         const Outcome outcome = guarded(deed, all + keysIn(""));
         EXPECT_EQ(outcome.status, 0);
-        EXPECT_EQ(timesIn(outcome.errors, "ntkguard: "), 1) << outcome.errors;
+        EXPECT_TRUE(hasOnce(outcome.errors, "ntkguard: "));
         EXPECT_EQ(withoutTimes(text("log.txt")), plainLog);
         EXPECT_EQ(withoutTimes(text("table.csv")), plainTable);
         EXPECT_EQ(withoutTimes(text("sum.csv")), plainSummary);
@@ -254,7 +245,7 @@ TEST_F(Guard, ItIsNotStartedForEver) {
         const Outcome outcome = guarded(c.deeds, all + keysIn(""));
         EXPECT_EQ(outcome.status, std::string(c.deeds) == "all@0@begin=exit" ? 3 : 125) << c.deeds;
         EXPECT_EQ(timesIn(outcome.errors, "going on"), c.starts) << outcome.errors;
-        EXPECT_EQ(timesIn(outcome.errors, c.reason), 1) << outcome.errors;
+        EXPECT_TRUE(hasOnce(outcome.errors, c.reason));
     }
 }
 
@@ -280,12 +271,12 @@ TEST_F(Guard, CommandLineAndPrograms) {
     for (const auto& c : cases) {
         const Outcome outcome = run(c.words, {.program = NTK_GUARD_FILE});
         EXPECT_EQ(outcome.status, c.status) << outcome.errors;
-        EXPECT_NE(outcome.errors.find(c.error), std::string::npos) << outcome.errors;
+        EXPECT_TRUE(has(outcome.errors, c.error));
         EXPECT_EQ(timesIn(outcome.errors, "\n"), *c.error != '\0' ? 1 : 0) << outcome.errors;
     }
     const std::string help = run({"--help"}, {.program = NTK_GUARD_FILE}).output;
     for (const char* const told : {"--limit SECONDS", "Examples:", "Exit status:", "  125  "}) {
-        EXPECT_EQ(timesIn(help, told), 1) << help;
+        EXPECT_TRUE(hasOnce(help, told));
     }
 }
 

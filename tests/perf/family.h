@@ -1,6 +1,5 @@
 #pragma once
 
-#include <fstream>
 #include <stdexcept>
 #include <string>
 
@@ -33,9 +32,7 @@ protected:
     void TearDown() override { g_tool.setMethodAuto(); }
 
     static std::string makeFile(const char* name, const std::string& contents) {
-        const std::string path = testPath(name);
-        std::ofstream(path, std::ios::binary) << contents;
-        return path;
+        return writeFile(testPath(name), contents);
     }
     // The parameters' only values, taken by a run as well as by single steps.
     static void choose(const std::string& length, const std::string& file) {

@@ -113,12 +113,8 @@ TEST_F(Lz4Wiring, LengthsThatWouldMeasureTheSameBytesArePassedOver) {
         g_codeFile.translate(path.c_str());
         const Captured log;
         test.run();
-        const std::string out = log.text();
-        int measured = 0;
-        for (size_t at = 0; (at = out.find("-- performance:", at)) != std::string::npos; at++) {
-            measured++;
-        }
-        EXPECT_EQ(measured, c.measured) << c.bytes << " " << c.lengths << out;
+        EXPECT_EQ(timesIn(log.text(), "-- performance:"), c.measured)
+            << c.bytes << " " << c.lengths << log.text();
         EXPECT_EQ(test.result(), c.measured ? PS_OK : PS_DATA_FAIL);
     }
 }

@@ -123,7 +123,7 @@ TEST_F(FamilyTest, WhatCannotBeMeasuredIsNotPrepared) {
         {
             const Captured log;
             EXPECT_FALSE(test.initData());
-            EXPECT_NE(log.text().find(c.message), std::string::npos) << log.text();
+            EXPECT_TRUE(has(log.text(), c.message));
         }
         test.flushData();
         EXPECT_EQ(psSumOfBlocks(), 0);

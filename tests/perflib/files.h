@@ -13,37 +13,12 @@
 
 #include <gtest/gtest.h>
 
-// A directory of this process's own, removed with all its files at the end.
-class TestDirectory {
-public:
-    TestDirectory() { m_made = mkdtemp(m_path.data()) != nullptr; }
-    ~TestDirectory() {
-        if (m_made) {
-            std::filesystem::remove_all(m_path);
-        }
-    }
-    const std::string& path() const { return m_path; }
-
-private:
-    std::string m_path = testing::TempDir() + "perflib-XXXXXX";
-    bool m_made;
-};
+#include "../scratch.h"
+#include "../texts.h"
 
 inline std::string testPath(const std::string& name) {
-    static const TestDirectory directory;
-    return directory.path() + "/" + name;
-}
-
-inline std::string readFile(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    std::ostringstream text;
-    text << file.rdbuf();
-    return text.str();
-}
-
-inline std::string writeFile(const std::string& path, const std::string& text) {
-    std::ofstream(path, std::ios::binary) << text;
-    return path;
+    static const TemporaryDirectory directory;
+    return directory.path(name);
 }
 
 // Standard output goes to the file (made anew) while this lives.

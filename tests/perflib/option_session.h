@@ -1,8 +1,8 @@
 #pragma once
 
-#include <initializer_list>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include "files.h"
 #include "ps.h"
@@ -90,7 +90,7 @@ public:
         return text;
     }
 
-    bool parse(std::initializer_list<const char*> words) {
+    bool parse(const std::vector<const char*>& words) {
         char* argv[16] = {};
         const std::string program = testPath("prog");
         argv[0] = const_cast<char*>(program.c_str());
@@ -106,11 +106,3 @@ private:
     const psSettings m_settings = g_settings;
     const struct { unsigned x87 = ts87Base::Exception, ssx = tsSSXBase::Exception; } m_exceptions;
 };
-
-inline int timesIn(const std::string& text, const std::string& part) {
-    int times = 0;
-    for (size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) {
-        ++times;
-    }
-    return times;
-}

@@ -13,17 +13,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// Removed with all its files at the end.
-struct TemporaryDirectory {
-    std::string path = testing::TempDir() + "system-XXXXXX";
-    TemporaryDirectory() {
-        if (!mkdtemp(path.data())) {
-            throw std::runtime_error("cannot make a directory like " + path);
-        }
-    }
-    ~TemporaryDirectory() { fs::remove_all(path); }
-};
-
 // A shell has a command in its background ignore the first two of these, and nohup the third; the
 // programs that are tested would, too.
 [[maybe_unused]] const bool g_hearsSignals = [] {
@@ -50,54 +39,16 @@ Texts cellsOf(const std::string& line) {
 const std::string& corpusDirectory() {
     static const TemporaryDirectory directory;
     static const Outcome made =
-        runCommand({.program = NTK_CORPUS_FILE, .arguments = {directory.path}, .input = ""});
+        runCommand({.program = NTK_CORPUS_FILE, .arguments = {directory.path()}, .input = ""});
     if (made.status != 0) {
         throw std::runtime_error("no corpus: " + made.output + made.errors);
     }
-    return directory.path;
-}
-
-std::string readText(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    std::ostringstream text;
-    text << file.rdbuf();
-    return text.str();
-}
-
-Texts linesOf(const std::string& text) {
-    std::istringstream in(text);
-    Texts lines;
-    for (std::string line; std::getline(in, line);) {
-        lines.push_back(line);
-    }
-    return lines;
-}
-
-int timesIn(const std::string& text, const std::string& part) {
-    int times = 0;
-    for (size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) {
-        ++times;
-    }
-    return times;
+    return directory.path();
 }
 
 Texts operator+(Texts words, const Texts& more) {
     words.insert(words.end(), more.begin(), more.end());
     return words;
-}
-
-SystemTest::SystemTest() : m_directory(testing::TempDir() + "system-XXXXXX") {
-    if (!mkdtemp(m_directory.data())) {
-        throw std::runtime_error("cannot make a directory like " + m_directory);
-    }
-}
-
-SystemTest::~SystemTest() {
-    fs::remove_all(m_directory);
-}
-
-void SystemTest::write(const std::string& name, const std::string& text) const {
-    std::ofstream(path(name), std::ios::binary) << text;
 }
 
 Outcome SystemTest::run(const Texts& keys, Command how) const {
@@ -113,10 +64,32 @@ Outcome SystemTest::run(const Texts& keys, Command how) const {
 }
 
 Outcome SystemTest::runWell(const Texts& keys, const Command& how) const {
-    const Outcome outcome = run(keys, how);
+    return expectWell(run(keys, how));
+}
+
+Outcome SystemTest::expectWell(const Outcome& outcome) {
     EXPECT_EQ(outcome.status, 0) << "signal " << outcome.signal;
     EXPECT_EQ(outcome.errors, "");
     return outcome;
+}
+
+Outcome SystemTest::runWithDeeds(const std::string& deeds, const Texts& keys, Command how) const {
+    how.environment =
+        how.environment + Texts{"LD_LIBRARY_PATH=" NTK_DEEDS_DIRECTORY, "NTK_DEEDS=" + deeds};
+    how.directory = corpusDirectory();
+    return run(keys, how);
+}
+
+std::string SystemTest::result(const std::string& function) const {
+    return summaryRecords(text("sum.csv"))[function]["Result"];
+}
+
+void SystemTest::makeCommaLocale() const {
+    write("comma.src", "LC_NUMERIC\ndecimal_point \",\"\nthousands_sep \".\"\ngrouping 3\n"
+                       "END LC_NUMERIC\n");
+    runCommand({.program = "/usr/bin/localedef",
+                .arguments = {"-c", "-i", path("comma.src"), path("comma")},
+                .input = ""});
 }
 
 Texts SystemTest::listedFunctions() const {

@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "../scratch.h"
+#include "../texts.h"
 #include "process.h"
 
 using Texts = std::vector<std::string>;
@@ -21,31 +23,34 @@ inline const std::string crc = "-f=ntksCRC32_8u"; // a test without files: five 
 // files.
 const std::string& corpusDirectory();
 
-std::string readText(const std::string& path);
-Texts linesOf(const std::string& text);
-int timesIn(const std::string& text, const std::string& part);
 Texts operator+(Texts words, const Texts& more);
 
 class SystemTest : public testing::Test {
 protected:
-    SystemTest();
-    ~SystemTest() override;
-
-    const std::string& directory() const { return m_directory; }
-    std::string path(const std::string& name) const { return m_directory + "/" + name; }
-    std::string text(const std::string& name) const { return readText(path(name)); }
-    void write(const std::string& name, const std::string& text) const;
+    const std::string& directory() const { return m_directory.path(); }
+    std::string path(const std::string& name) const { return m_directory.path(name); }
+    std::string text(const std::string& name) const { return readFile(path(name)); }
+    void write(const std::string& name, const std::string& text) const {
+        writeFile(path(name), text);
+    }
 
     // Runs the program with the keys, output files going to directory() by "-l" unless how says
     // which program to run; in directory() unless it says where.
     Outcome run(const Texts& keys, Command how = {}) const;
     // The same; and it must end well, saying nothing on the error output.
     Outcome runWell(const Texts& keys, const Command& how = {}) const;
+    static Outcome expectWell(const Outcome& outcome);
+    // On the corpus, with a library in place of the own one that does deeds (deeds/deeds.cpp).
+    Outcome runWithDeeds(const std::string& deeds, const Texts& keys, Command how = {}) const;
+    // Of a function in the summary table sum.csv.
+    std::string result(const std::string& function) const;
+    // The file of a locale "comma", in whose numbers 1,234.5 is 1.234,5; for LOCPATH.
+    void makeCommaLocale() const;
     // The measured functions in the order of their registration, as "-e-" lists them.
     Texts listedFunctions() const;
 
 private:
-    std::string m_directory;
+    const TemporaryDirectory m_directory;
 };
 
 // A performance table read back as a user does: the title lines are skipped, the name line names

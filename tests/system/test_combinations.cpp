@@ -105,14 +105,12 @@ TEST_F(ListOfTests, IsThatOfTheCombinationsInItsOrder) {
 class FileCombinations : public Combinations {};
 
 TEST_P(FileCombinations, OfFilesAtTheEdgesOfALength) {
-    const struct {
-        const char* name;
-        size_t size;
-    } files[] = {{"bib", 1},         {"book1", 2},      {"book2", 10000}, {"geo", 16384},
-                 {"news", 16385},    {"obj1", 0},       {"obj2", 32768},  {"paper1", 32769},
-                 {"paper2", 102401}, {"progc", 262144}, {"progl", 262145}};
-    for (const auto& file : files) {
-        write(file.name, std::string(file.size, 'x'));
+    const std::pair<const char*, size_t> files[] = {
+        {"bib", 1},         {"book1", 2},      {"book2", 10000}, {"geo", 16384},
+        {"news", 16385},    {"obj1", 0},       {"obj2", 32768},  {"paper1", 32769},
+        {"paper2", 102401}, {"progc", 262144}, {"progl", 262145}};
+    for (const auto& [name, size] : files) {
+        write(name, std::string(size, 'x'));
     }
     fs::create_directory(path("progp")); // "pic" and "trans" are missing
     expectExactly(expectedIn(directory()), directory());

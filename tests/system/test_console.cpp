@@ -11,8 +11,8 @@ TEST_F(Questions, ConsoleAtItsEndMeansDefaults) {
     for (const Texts& keys : {Texts{}, Texts{"-A"}, Texts{"-ATM"}}) {
         const Outcome outcome =
             runWell(keys + Texts{crc, "-dMethod=Manual", "-rtable.csv"}, {.input = ""});
-        EXPECT_EQ(timesIn(outcome.output, "NumLoops [10]: "), 1) << outcome.output;
-        EXPECT_EQ(timesIn(outcome.output, ended), 1) << outcome.output;
+        EXPECT_TRUE(hasOnce(outcome.output, "NumLoops [10]: "));
+        EXPECT_TRUE(hasOnce(outcome.output, ended));
         const Table table(text("table.csv"));
         EXPECT_EQ(table.rows.size(), 5u);
         EXPECT_EQ(table.column("Comment"), std::set<std::string>{"nLps=10"});
@@ -22,10 +22,7 @@ TEST_F(Questions, ConsoleAtItsEndMeansDefaults) {
 TEST_F(Questions, ABadAnswerIsNamedAndAskedAgain) {
     const Outcome outcome =
         runWell({crc, "-rtable.csv"}, {.input = "Quickly\nman\nabc\n0\n3\n\n16384;x;*2\n32768\n"});
-    const struct {
-        std::string text;
-        int times;
-    } cases[] = {
+    const std::pair<std::string, int> cases[] = {
         {"Specify timing method, please", 1},
         {"Method {Auto|Manual|Statistic|Iterative} [Auto]: ", 2},
         {"(Method = Quickly is rejected; keeping Auto)\n", 1},
@@ -40,8 +37,8 @@ TEST_F(Questions, ABadAnswerIsNamedAndAskedAgain) {
         {"(CodeLength = 16384;x;*2 is rejected; keeping 16384; 262144; *2)\n", 1},
         {ended, 0},
     };
-    for (const auto& c : cases) {
-        EXPECT_EQ(timesIn(outcome.output, c.text), c.times) << c.text << outcome.output;
+    for (const auto& [text, times] : cases) {
+        EXPECT_EQ(timesIn(outcome.output, text), times) << text << outcome.output;
     }
     const Table table(text("table.csv"));
     EXPECT_EQ(table.column("Length"), std::set<std::string>{"32768"});
@@ -57,7 +54,7 @@ TEST_F(Questions, EverythingAskedForIsAsked) {
          {"Specify vectors alignment, please", "AlignVectorsBy = element\n",
           "VectorAlign by Element, 0..63 [0]: 4\nVectorAlign = 4\n",
           "MisalignFirstVectorOnly = no\n", "MutualVectorShift = 128\n"}) {
-        EXPECT_EQ(timesIn(outcome.output, taken), 1) << taken << outcome.output;
+        EXPECT_TRUE(hasOnce(outcome.output, taken));
     }
     const Table table(text("table.csv"));
     ASSERT_EQ(table.rows.size(), 2u);
@@ -88,10 +85,9 @@ TEST_F(Help, FitsATerminalAndStaysAsItIsElsewhere) {
         for (const std::string& line : linesOf(wrapped.substr(wrapped.find(" HELP")))) {
             EXPECT_LE(line.length(), 60u) << line;
         }
-        EXPECT_EQ(timesIn(plain, " and write function parameter name lines\n"), 1) << plain;
-        EXPECT_EQ(
-            timesIn(wrapped, "\n                   and write function parameter name lines\n"), 1)
-            << wrapped;
+        EXPECT_TRUE(hasOnce(plain, " and write function parameter name lines\n"));
+        EXPECT_TRUE(
+            hasOnce(wrapped, "\n                   and write function parameter name lines\n"));
     }
 }
 

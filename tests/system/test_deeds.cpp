@@ -9,32 +9,23 @@ namespace {
 
 class Deeds : public SystemTest {
 protected:
-    Outcome runWith(const std::string& deeds, const Texts& keys,
-                    const std::string& library = NTK_DEEDS_DIRECTORY) const {
-        return run(quick + keys + Texts{"-olog.txt", "-rtable.csv", "-usum.csv", "-gdone.end"},
-                   {.directory = corpusDirectory(),
-                    .environment = {"LD_LIBRARY_PATH=" + library, "NTK_DEEDS=" + deeds}});
+    Outcome runWith(const std::string& deeds, const Texts& keys) const {
+        return runWithDeeds(deeds, quick + keys + outputs);
     }
-    std::string result(const std::string& function) const {
-        return summaryRecords(text("sum.csv"))[function]["Result"];
+    Outcome runWithLibrary(const std::string& directory, const Texts& keys) const {
+        return run(quick + keys + outputs, {.directory = corpusDirectory(),
+                                            .environment = {"LD_LIBRARY_PATH=" + directory}});
     }
+    const Texts outputs = {"-olog.txt", "-rtable.csv", "-usum.csv", "-gdone.end"};
 };
 
-TEST_F(Deeds, WithoutOneTheLibraryIsTheRealOne) {
-    const Outcome outcome = runWith("", {"-fCRC", "-fLZ4"});
-    EXPECT_EQ(outcome.status, 0);
-    EXPECT_EQ(outcome.errors, "");
-    EXPECT_EQ(closingCount(outcome.output, ".Successes"), 9);
-    EXPECT_EQ(timesIn(outcome.output, "the library has no function"), 0);
-}
-
 TEST_F(Deeds, MissingFunctionsAreNamedAndFailTheirTestsAlone) {
-    const Outcome outcome = runWith("", {"-fCRC", "-fLZ4"}, NTK_OLDER_LIBRARY_DIRECTORY);
+    const Outcome outcome = runWithLibrary(NTK_OLDER_LIBRARY_DIRECTORY, {"-fCRC", "-fLZ4"});
     EXPECT_EQ(outcome.status, 0) << "signal " << outcome.signal << outcome.errors;
     const std::string file = std::string(NTK_OLDER_LIBRARY_DIRECTORY) + "/libntkdc.so.12";
     const std::string said = "the library has no function ";
     const std::string beforeTests = outcome.output.substr(0, outcome.output.find("CRC32_8u: "));
-    EXPECT_EQ(timesIn(beforeTests, "-- " + said + "ntksCRC32C_8u (" + file), 1) << beforeTests;
+    EXPECT_TRUE(hasOnce(beforeTests, "-- " + said + "ntksCRC32C_8u (" + file));
     const struct {
         std::string missing, where;
         int tests;
@@ -60,15 +51,14 @@ TEST_F(Deeds, MissingFunctionsAreNamedAndFailTheirTestsAlone) {
 TEST_F(Deeds, APartMayLackWhatAnotherOneCalls) {
     const std::string name = "libntks.so.12";
     const std::string function = std::string("ntksZero_8u") + '\0';
-    std::string bytes = readText(std::string(NTK_LIBRARY_DIRECTORY) + "/" + name);
+    std::string bytes = readFile(std::string(NTK_LIBRARY_DIRECTORY) + "/" + name);
     const size_t place = bytes.find('\0' + function);
     ASSERT_NE(place, std::string::npos);
     bytes[place + 1] = 'x'; // in the list of its symbols
     write(name, bytes);
-    const Outcome outcome = runWith("", {"-fDecodeLZ4", "-fCRC"}, directory());
+    const Outcome outcome = runWithLibrary(directory(), {"-fDecodeLZ4", "-fCRC"});
     EXPECT_EQ(outcome.status, 0) << outcome.errors;
-    EXPECT_EQ(timesIn(outcome.output, "--NTK FAIL. the library has no function ntksZero_8u ("), 1)
-        << outcome.output;
+    EXPECT_TRUE(hasOnce(outcome.output, "--NTK FAIL. the library has no function ntksZero_8u ("));
     EXPECT_EQ(result("ntksDecodeLZ4_8u"), "FUNCFAIL");
     EXPECT_EQ(closingCount(outcome.output, ".Successes"), 3);
 }
@@ -90,7 +80,7 @@ TEST_F(Deeds, FaultsThatCanBeSurvivedEndTheirTestAlone) {
         const std::string said = std::string("--NTK. Signal: ") + c.text + " in ";
         EXPECT_EQ(timesIn(outcome.output, said + "ntkFunctionCalls\n"), 2)
             << c.deed << outcome.output;
-        EXPECT_EQ(timesIn(outcome.output, said + "initData\n"), 1) << c.deed << outcome.output;
+        EXPECT_TRUE(hasOnce(outcome.output, said + "initData\n")) << c.deed;
         EXPECT_EQ(result("ntksCRC32_8u"), "EXCPTFAIL") << c.deed;
         EXPECT_EQ(result("ntksDecodeLZ4_8u"), "EXCPTFAIL") << c.deed;
         EXPECT_EQ(result("ntksCRC32_BZ2_8u"), "OK") << c.deed;
@@ -137,17 +127,15 @@ TEST_F(Deeds, WhatEndsTheProcessInAPreparationNamesItsCombination) {
     const std::string prepared = "ntksEncodeLZ4_8u, prepared with CodeLength=16384 CodeFile=obj1\n";
     const std::string faults = "--NTK. Signal: Illegal storage access. This ends the process, in a "
                                "thread of the library: ";
-    const struct {
-        std::string deed, lastWords;
-    } cases[] = {{"exit 3", "--NTK. Exception: exit in " + prepared},
-                 {"thread-segv", faults + prepared}};
-    for (const auto& c : cases) {
+    const std::pair<std::string, std::string> cases[] = {
+        {"exit 3", "--NTK. Exception: exit in " + prepared}, {"thread-segv", faults + prepared}};
+    for (const auto& [deed, lastWords] : cases) {
         const Outcome outcome =
-            runWith("ntksEncodeLZ4HashTableInit_8u at 2 " + c.deed,
+            runWith("ntksEncodeLZ4HashTableInit_8u at 2 " + deed,
                     {"-f=ntksEncodeLZ4_8u", "-dCodeFile=paper1;obj1", "-dCodeLength=16384"});
-        EXPECT_TRUE(outcome.errors.ends_with(c.lastWords)) << c.deed << outcome.errors;
-        EXPECT_TRUE(text("log.txt").ends_with(c.lastWords)) << c.deed << text("log.txt");
-        EXPECT_EQ(timesIn(text("log.txt"), "prepared with"), 1) << c.deed;
+        EXPECT_TRUE(outcome.errors.ends_with(lastWords)) << deed << outcome.errors;
+        EXPECT_TRUE(text("log.txt").ends_with(lastWords)) << deed << text("log.txt");
+        EXPECT_TRUE(hasOnce(text("log.txt"), "prepared with")) << deed;
     }
     const Outcome inACall = runWith("ntksEncodeLZ4_8u at 1 exit 3", {"-f=ntksEncodeLZ4_8u"});
     EXPECT_EQ(timesIn(inACall.errors, "prepared with"), 0);
@@ -165,18 +153,14 @@ TEST_F(Deeds, HandlersAndMaskAreRenewedBeforeEachTest) {
 
 // Set before the settings are read; in the numbers of logs, of data and of settings, too.
 TEST_F(Deeds, ItsLocaleIsNotThatOfSettingsAndLog) {
-    write("comma.src", "LC_NUMERIC\ndecimal_point \",\"\nthousands_sep \".\"\ngrouping 3\n"
-                       "END LC_NUMERIC\n");
-    runCommand({.program = "/usr/bin/localedef",
-                .arguments = {"-c", "-i", path("comma.src"), path("comma")},
-                .input = ""});
-    const Outcome outcome =
-        run({"-B", "-f=ntksEncodeZfp444_32f", "-LDATA", "-dAccuracy=2.5", "-drate=4", "-olog.txt"},
-            {.environment = {"LD_LIBRARY_PATH=" NTK_DEEDS_DIRECTORY, "LOCPATH=" + directory(),
-                             "NTK_DEEDS=ntkdcGetLibVersion setlocale comma"}});
+    makeCommaLocale();
+    const Outcome outcome = runWithDeeds(
+        "ntkdcGetLibVersion setlocale comma",
+        {"-B", "-f=ntksEncodeZfp444_32f", "-LDATA", "-dAccuracy=2.5", "-drate=4", "-olog.txt"},
+        {.environment = {"LOCPATH=" + directory()}});
     EXPECT_EQ(outcome.errors, "");
     const std::string log = text("log.txt");
-    EXPECT_EQ(timesIn(log, "Accuracy = 2.5\n"), 1);
+    EXPECT_TRUE(hasOnce(log, "Accuracy = 2.5\n"));
     EXPECT_EQ(timesIn(log, "rejected"), 0);
     EXPECT_GE(timesIn(log, " 0."), 1000) << "the data are there";
     for (const std::string& line : linesOf(log)) {
@@ -185,22 +169,18 @@ TEST_F(Deeds, ItsLocaleIsNotThatOfSettingsAndLog) {
 }
 
 TEST_F(Deeds, AnInterruptionEndsTheRunWithAllThatIsWrittenAtItsEnd) {
-    const struct {
-        int code;
-        const char* name;
-    } cases[] = {{SIGINT, "SIGINT"}, {SIGTERM, "SIGTERM"}, {SIGHUP, "SIGHUP"}};
-    for (const auto& c : cases) {
+    const std::pair<int, const char*> cases[] = {
+        {SIGINT, "SIGINT"}, {SIGTERM, "SIGTERM"}, {SIGHUP, "SIGHUP"}};
+    for (const auto& [code, name] : cases) {
         const Outcome outcome =
-            runWith("ntksCRC32_8u at 3 signal " + std::to_string(c.code), {"-fCRC"});
-        EXPECT_EQ(outcome.status, 0) << c.name << " signal " << outcome.signal;
-        EXPECT_EQ(outcome.errors, "") << c.name;
+            runWith("ntksCRC32_8u at 3 signal " + std::to_string(code), {"-fCRC"});
+        EXPECT_EQ(outcome.status, 0) << name << " signal " << outcome.signal;
+        EXPECT_EQ(outcome.errors, "") << name;
         const std::string said =
-            std::string("--NTK. Signal: Interrupted by ") + c.name + ". in loopData\n";
-        EXPECT_EQ(timesIn(outcome.output, said), 1) << outcome.output;
-        EXPECT_EQ(timesIn(outcome.output, std::string(" .Incomplete     : ended by ") + c.name), 1)
-            << outcome.output;
-        EXPECT_EQ(timesIn(text("sum.csv"), std::string(".Incomplete     ,ended by ") + c.name), 1)
-            << text("sum.csv");
+            std::string("--NTK. Signal: Interrupted by ") + name + ". in loopData\n";
+        EXPECT_TRUE(hasOnce(outcome.output, said));
+        EXPECT_TRUE(hasOnce(outcome.output, std::string(" .Incomplete     : ended by ") + name));
+        EXPECT_TRUE(hasOnce(text("sum.csv"), std::string(".Incomplete     ,ended by ") + name));
         EXPECT_EQ(result("ntksCRC32C_8u"), "OK");
         EXPECT_EQ(result("ntksCRC32_8u"), "EXCPTFAIL");
         EXPECT_EQ(result("ntksCRC32_BZ2_8u"), ""); // was not begun
@@ -216,7 +196,7 @@ TEST_F(Deeds, InterruptionsWithinACombinationTwiceAndIgnored) {
         runWith(once, {crc, "-dMethod=Iterative", "-dStopNumLoops=100000000", "-dNobody=1"});
     EXPECT_EQ(within.status, 0);
     EXPECT_EQ(timesIn(text("log.txt"), "-- performance:\n"), 0) << "a combination goes on";
-    EXPECT_EQ(timesIn(within.output, " .Incomplete "), 1);
+    EXPECT_TRUE(hasOnce(within.output, " .Incomplete "));
     EXPECT_EQ(timesIn(within.output, "Nobody was set"), 0) << "a test that was left out may ask";
 
     const Outcome twice = runWith("ntksCRC32_8u signal 15", {crc});

@@ -42,7 +42,7 @@ Seen listing(const std::string& names) {
 }
 
 Texts guideLines() {
-    return linesOf(readText(NTK_GUIDE_FILE));
+    return linesOf(readFile(NTK_GUIDE_FILE));
 }
 
 // Of the rows "| `<key>` | `<example>` | <effect> |" of the guide: the key of each example.
@@ -263,7 +263,7 @@ TEST_F(EveryKey, HasTheEffectThatTheGuideTells) {
     std::map<std::string, std::string> told = keysOfExamples();
     std::set<char> keysTold, keys;
     for (const auto& [example, key] : told) {
-        EXPECT_NE(example.find(" " + key), std::string::npos) << example;
+        EXPECT_TRUE(has(example, " " + key));
         keysTold.insert(key.at(1));
     }
     for (const Check& check : checks) {

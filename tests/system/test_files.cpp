@@ -4,8 +4,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <thread>
+#include <utility>
 
 #include "session.h"
 
@@ -16,9 +18,37 @@ namespace fs = std::filesystem;
 constexpr const char* fatal = "FATAL FAIL: can't open output file for writing\n";
 const Texts lz4 = {"-f=ntksEncodeLZ4_8u", "-dCodeLength=1000"};
 
+// A pipe of this name, open at both ends.
+class OpenPipe {
+public:
+    explicit OpenPipe(const std::string& path) {
+        mkfifo(path.c_str(), 0600);
+        m_file = open(path.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
+    }
+    ~OpenPipe() { close(); }
+    OpenPipe(const OpenPipe&) = delete;
+    OpenPipe& operator=(const OpenPipe&) = delete;
+
+    void write(const std::string& text) const {
+        EXPECT_EQ(::write(m_file, text.data(), text.size()), static_cast<ssize_t>(text.size()));
+    }
+    std::string read() const {
+        std::string text(65536, '\0');
+        text.resize(static_cast<size_t>(std::max<ssize_t>(0, ::read(m_file, text.data(), 65536))));
+        return text;
+    }
+    void close() {
+        if (m_file >= 0) {
+            ::close(std::exchange(m_file, -1));
+        }
+    }
+
+private:
+    int m_file;
+};
+
 class Files : public SystemTest {
 protected:
-    void makePipe(const std::string& name) const { ASSERT_EQ(mkfifo(path(name).c_str(), 0600), 0); }
     bool waitFor(const std::string& name, const std::string& part) const {
         for (int i = 0; i < 3000 && text(name).find(part) == std::string::npos; ++i) {
             std::this_thread::sleep_for(std::chrono::milliseconds(10));
@@ -40,7 +70,7 @@ TEST_F(Files, AnInputIsNeverAnOutput) {
                           {"-@keys"},
                           {"-p" + directory()}}; // the last: it is "bib", which is read by itself
     for (const Texts& way : ways) {
-        for (const std::string key : {"-r", "-R", "-o", "-O", "-u", "-U", "-g", "-I"}) {
+        for (const std::string key : {"-r", "-R", "-o", "-O", "-u", "-U", "-x", "-g", "-I"}) {
             if (key == "-I" && way[0].starts_with("-i")) { // which it replaces
                 continue;
             }
@@ -57,8 +87,8 @@ TEST_F(Files, AnInputIsNeverAnOutput) {
                 }
                 const Outcome outcome =
                     runWell(quick + lz4 + way + Texts{key + path(output), "-p" + directory()});
-                EXPECT_EQ(timesIn(outcome.output, use), 1) << outcome.output;
-                EXPECT_EQ(timesIn(outcome.output, fatal), 1) << outcome.output;
+                EXPECT_TRUE(hasOnce(outcome.output, use));
+                EXPECT_TRUE(hasOnce(outcome.output, fatal));
                 EXPECT_EQ(text("data.csv"), data);
                 EXPECT_EQ(outcome.output.find("PS Summary"), std::string::npos);
             }
@@ -71,29 +101,25 @@ TEST_F(Files, AnOutputIsNoInput) {
     const Outcome outcome = runWell({"-f=ntksEncodeLZ4_8u", "-rdata.csv", "-dCodeLength=1000",
                                      "-dMethod=Manual", "-dNumLoops=1", "-AParams"},
                                     {.input = "data.csv\n"});
-    EXPECT_EQ(timesIn(outcome.output, "-- Can't read file data.csv: this run writes it\n"), 1)
-        << outcome.output;
+    EXPECT_TRUE(hasOnce(outcome.output, "-- Can't read file data.csv: this run writes it\n"));
     EXPECT_EQ(Table(text("data.csv")).rows.size(), 0u);
 }
 
 TEST_F(Files, ASecondRunDoesNotTakeATableAway) {
-    makePipe("slow");
-    const int feeder = open(path("slow").c_str(), O_RDWR | O_CLOEXEC);
+    const OpenPipe slow(path("slow"));
     Outcome first;
     std::thread holder([&] {
         first = runWell(quick + lz4 + Texts{"-dCodeFile=slow", "-rtable.csv"});
     });
     EXPECT_TRUE(waitFor("table.csv", "Function,"));
     const Outcome second = runWell(quick + Texts{crc, "-rtable.csv"});
-    EXPECT_EQ(timesIn(second.output, "table.csv to write: process "), 1) << second.output;
-    EXPECT_EQ(timesIn(second.output, " (ntkperf) is writing it; "), 1) << second.output;
-    EXPECT_EQ(timesIn(second.output, fatal), 1);
+    EXPECT_TRUE(hasOnce(second.output, "table.csv to write: process "));
+    EXPECT_TRUE(hasOnce(second.output, " (ntkperf) is writing it; "));
+    EXPECT_TRUE(hasOnce(second.output, fatal));
     const Outcome third = runWell(quick + Texts{crc, "-Rtable.csv"});
     EXPECT_EQ(closingCount(third.output, ".Successes"), 1) << third.output;
-    const std::string data(1000, 'x');
-    EXPECT_EQ(::write(feeder, data.data(), data.size()), 1000);
+    slow.write(std::string(1000, 'x'));
     holder.join();
-    close(feeder);
     // The rows of the two that wrote, all whole, one after the other.
     int rows = 0;
     for (const std::string& line : linesOf(text("table.csv"))) {
@@ -106,62 +132,55 @@ TEST_F(Files, ASecondRunDoesNotTakeATableAway) {
 }
 
 TEST_F(Files, AppendersAreNotEmptied) {
-    makePipe("slow");
-    const int feeder = open(path("slow").c_str(), O_RDWR | O_CLOEXEC);
+    const OpenPipe slow(path("slow"));
     std::thread holder([&] { runWell(quick + lz4 + Texts{"-dCodeFile=slow", "-Rtable.csv"}); });
     EXPECT_TRUE(waitFor("table.csv", "Function,"));
     const std::string before = text("table.csv");
     const Outcome second = runWell(quick + Texts{crc, "-rtable.csv"});
-    EXPECT_EQ(timesIn(second.output, " (ntkperf) is writing it; "), 1) << second.output;
+    EXPECT_TRUE(hasOnce(second.output, " (ntkperf) is writing it; "));
     EXPECT_EQ(text("table.csv"), before);
-    EXPECT_EQ(::write(feeder, "data", 4), 4);
-    EXPECT_EQ(::write(feeder, std::string(996, 'x').data(), 996), 996);
+    slow.write("data");
+    slow.write(std::string(996, 'x'));
     holder.join();
-    close(feeder);
     EXPECT_EQ(Table(text("table.csv")).rows.size(), 1u);
 }
 
 TEST_F(Files, APipeWithoutAnotherEndIsRefused) {
-    makePipe("pipe.x");
-    const struct {
-        Texts keys;
-        bool ends; // the session
-    } cases[] = {
+    ASSERT_EQ(mkfifo(path("pipe.x").c_str(), 0600), 0);
+    const std::pair<Texts, bool> cases[] = {
         {{"-opipe.x"}, true},
         {{"-Opipe.x"}, true},
         {{"-rpipe.x"}, true},
         {{"-upipe.x"}, true},
+        {{"-xpipe.x"}, true},
         {{"-gpipe.x"}, false},
         {{"-@" + path("pipe.x")}, true},
         {{"-i" + path("pipe.x")}, false},
         {{"-dCodeFile=pipe.x"}, false},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.keys[0]);
-        const Outcome outcome = runWell(quick + lz4 + c.keys);
-        EXPECT_EQ(timesIn(outcome.output, "pipe.x to "), 1) << outcome.output; // -- Can't open file
-        EXPECT_EQ(timesIn(outcome.output, fatal), c.ends ? 1 : 0) << outcome.output;
+    for (const auto& [keys, ends] : cases) {
+        SCOPED_TRACE(keys[0]);
+        const Outcome outcome = runWell(quick + lz4 + keys);
+        EXPECT_TRUE(hasOnce(outcome.output, "pipe.x to ")); // -- Can't open file
+        EXPECT_EQ(timesIn(outcome.output, fatal), ends ? 1 : 0) << outcome.output;
     }
 }
 
 // With somebody at the other end pipes serve as ever.
 TEST_F(Files, APipeWithAnotherEndIsUsed) {
-    makePipe("pipe.x");
-    const int both = open(path("pipe.x").c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
+    OpenPipe both(path("pipe.x"));
     runWell(quick + Texts{crc, "-rpipe.x"});
-    std::string written(65536, '\0');
-    const ssize_t count = read(both, written.data(), written.size());
-    ASSERT_GT(count, 0);
-    EXPECT_EQ(Table(written.substr(0, static_cast<size_t>(count))).rows.size(), 5u);
-    const std::string keys = "-f=ntksAdler32_8u\n";
-    ASSERT_EQ(::write(both, keys.data(), keys.size()), static_cast<ssize_t>(keys.size()));
+    EXPECT_EQ(Table(both.read()).rows.size(), 5u);
+    runWell(quick + Texts{crc, "-xpipe.x"});
+    EXPECT_EQ(linesOf(both.read()).size(), 8u) << "run, five lengths, test, end";
+    both.write("-f=ntksAdler32_8u\n");
     std::thread closer([&] { // the end of the file is where the last writer leaves
         std::this_thread::sleep_for(std::chrono::milliseconds(300));
-        close(both);
+        both.close();
     });
     const Outcome outcome = runWell(quick + Texts{"-@" + path("pipe.x")});
     closer.join();
-    EXPECT_EQ(timesIn(outcome.output, " Function : ntksAdler32_8u\n"), 1) << outcome.output;
+    EXPECT_TRUE(hasOnce(outcome.output, " Function : ntksAdler32_8u\n"));
 }
 
 // Each is named, and those that can be are measured.
@@ -175,7 +194,7 @@ TEST_F(Files, AnInputWithoutBytesIsNamed) {
          {"-- Can't read file empty: it is empty\n", "-- Can't open file missing to read\n",
           "-- Can't open file folder to read\n",
           "-- Can't read file /proc/self/mem: Input/output error\n"}) {
-        EXPECT_EQ(timesIn(outcome.output, said), 1) << outcome.output;
+        EXPECT_TRUE(hasOnce(outcome.output, said));
     }
     EXPECT_EQ(Table(text("t.csv")).column("CodeFile"), std::set<std::string>{"full"});
 }

@@ -11,7 +11,7 @@ namespace {
 // Of the rows "| `<function>` ... | <unit> | ..." of the section: the unit of each function.
 std::multimap<std::string, std::string> unitsInGuide() {
     std::multimap<std::string, std::string> units;
-    const std::string guide = readText(NTK_GUIDE_FILE);
+    const std::string guide = readFile(NTK_GUIDE_FILE);
     const std::size_t begin = guide.find("\n## What a figure counts\n");
     const std::string section = guide.substr(begin, guide.find("\n## ", begin + 1) - begin);
     std::string unit;
@@ -33,7 +33,7 @@ std::multimap<std::string, std::string> unitsInGuide() {
 
 // As the overview names the unit: what it does not name is counted in bytes of data.
 std::string unitInOverview(const std::string& function) {
-    const std::string script = readText(NTK_OVERVIEW_FILE);
+    const std::string script = readFile(NTK_OVERVIEW_FILE);
     const std::size_t at = script.find("unit[\"" + function + "\"]");
     if (at == std::string::npos) {
         return "byte";

@@ -6,43 +6,20 @@ namespace {
 
 class OtherLibrary : public SystemTest {
 protected:
-    Outcome runWith(const std::string& deeds, const Texts& keys,
-                    const Texts& environment = {}) const {
-        const std::string path = std::string("LD_LIBRARY_PATH=") + NTK_DEEDS_DIRECTORY;
-        return runWell(quick + keys + Texts{"-olog.txt", "-rtable.csv", "-usum.csv"},
-                       {.directory = corpusDirectory(),
-                        .environment = environment + Texts{path, "NTK_DEEDS=" + deeds}});
-    }
-    std::string result(const std::string& function) const {
-        return summaryRecords(text("sum.csv"))[function]["Result"];
+    Outcome runWith(const std::string& deeds, const Texts& keys, const Command& how = {}) const {
+        return expectWell(runWithDeeds(
+            deeds, quick + keys + Texts{"-olog.txt", "-rtable.csv", "-usum.csv"}, how));
     }
 };
 
 TEST_F(OtherLibrary, TakesThePlaceOfOursWithoutANewBuild) {
     runWith("ntkdcGetLibVersion version another build; ntksEncodeLZ4_8u poke 4 8192",
             {"-f=ntksEncodeLZ4_8u", "-fCRC", "-dCodeLength=16384", "-dCodeFile=obj1"});
-    EXPECT_EQ(timesIn(text("log.txt"), " Library  : ntkDC, another build, Jan 31 2024\n"), 1);
+    EXPECT_TRUE(hasOnce(text("log.txt"), " Library  : ntkDC, another build, Jan 31 2024\n"));
     const Table table(text("table.csv"));
     EXPECT_EQ(table.rows.size(), 4u);
     EXPECT_EQ(table.column("Result"), std::set<std::string>{"OK"});
     EXPECT_EQ(table.column("Ratio"), (std::set<std::string>{"-", "2"}));
-}
-
-TEST_F(OtherLibrary, AnErrorStatusIsNamedAndCosts) {
-    const Outcome outcome = runWith("ntksCRC32C_8u status -7", {"-fCRC32"});
-    EXPECT_EQ(timesIn(outcome.output, "--NTK FAIL. status = -7 in ntksCRC32C_8u: "), 1)
-        << outcome.output;
-    EXPECT_EQ(result("ntksCRC32C_8u"), "FUNCFAIL");
-    EXPECT_EQ(result("ntksCRC32_8u"), "OK");
-    EXPECT_EQ(closingCount(outcome.output, ".....-FAIL"), 1);
-    const Table table(text("table.csv"));
-    EXPECT_EQ(table.rows.size(), 11u);
-    for (const Texts& row : table.rows) {
-        const bool failed = table.cell(row, "Function") == "ntksCRC32C_8u";
-        EXPECT_EQ(row.size(), table.names.size());
-        EXPECT_EQ(table.cell(row, "Result"), failed ? "FUNCFAIL" : "OK");
-        EXPECT_EQ(table.cell(row, "Clocks") == "-", failed);
-    }
 }
 
 TEST_F(OtherLibrary, AnImpossibleLengthIsAFailure) {
@@ -57,7 +34,7 @@ TEST_F(OtherLibrary, AnImpossibleLengthIsAFailure) {
         const Outcome outcome = runWith(deeds, {"-fLZ4"});
         const std::string said = std::string("--NTK FAIL. destination length = ") + length + " in ";
         EXPECT_EQ(timesIn(outcome.output, said), 6) << outcome.output;
-        EXPECT_EQ(timesIn(outcome.output, said + "ntksEncodeLZ4HC_8u: not within 1 to "), 1);
+        EXPECT_TRUE(hasOnce(outcome.output, said + "ntksEncodeLZ4HC_8u: not within 1 to "));
         EXPECT_EQ(closingCount(outcome.output, ".....-FAIL"), 6);
         const Table table(text("table.csv"));
         EXPECT_EQ(table.column("Result"), std::set<std::string>{"FUNCFAIL"});
@@ -69,11 +46,7 @@ TEST_F(OtherLibrary, AnImpossibleLengthIsAFailure) {
 
 // A build that takes the locale of its user, in which numbers have a comma, where cells end.
 TEST_F(OtherLibrary, ItsLocaleChangesNoNumber) {
-    write("comma.src", "LC_NUMERIC\ndecimal_point \",\"\nthousands_sep \".\"\ngrouping 3\n"
-                       "END LC_NUMERIC\n");
-    runCommand({.program = "/usr/bin/localedef",
-                .arguments = {"-c", "-i", path("comma.src"), path("comma")},
-                .input = ""});
+    makeCommaLocale();
     const Texts keys = {"-f=ntksEncodeLZ4_8u",
                         "-f=ntksDecodeLZ4_8u",
                         "-dAccuracy=2.5",
@@ -84,7 +57,7 @@ TEST_F(OtherLibrary, ItsLocaleChangesNoNumber) {
     runWith("", keys);
     const std::string plain = text("table.csv");
     runWith("ntksEncodeLZ4_8u setlocale comma; ntksDecodeLZ4_8u setlocale comma", keys,
-            {"LOCPATH=" + directory()});
+            {.environment = {"LOCPATH=" + directory()}});
     const Table table(text("table.csv"));
     ASSERT_EQ(table.rows.size(), 2u);
     for (size_t i = 0; i < table.rows.size(); ++i) {

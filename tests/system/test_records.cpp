@@ -1,9 +1,4 @@
 // The records file: what a run leaves for programs, held to its schema.
-#include <sys/stat.h>
-
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <csignal>
 #include <filesystem>
 
@@ -32,9 +27,9 @@ protected:
         return outcome;
     }
     Outcome runWith(const std::string& deeds, const Texts& keys) {
-        return runAndCheck(quick + keys, {.directory = corpusDirectory(),
-                                          .environment = {"LD_LIBRARY_PATH=" NTK_DEEDS_DIRECTORY,
-                                                          "NTK_DEEDS=" + deeds}});
+        const Outcome outcome = runWithDeeds(deeds, quick + keys + Texts{"-xrun"});
+        check("run.jsonl");
+        return outcome;
     }
     void check(const std::string& name) {
         const Outcome checked =
@@ -143,7 +138,7 @@ TEST_F(Records, OfAFailureHaveTheWordsOfTheLog) {
         const std::string result = test["result"], message = test["message"];
         words.insert(result);
         EXPECT_EQ(message.empty(), result == "OK" || result == "UNDEFINED") << test;
-        EXPECT_NE(log.find(message), std::string::npos) << message;
+        EXPECT_TRUE(has(log, message));
         EXPECT_FALSE(message.ends_with("\n")) << test;
     }
     EXPECT_EQ(words.size(), 12u);
@@ -201,53 +196,6 @@ TEST_F(Records, AKilledRunLeavesWhatItHad) {
     EXPECT_TRUE(all.starts_with(" run measurement")) << all;
     EXPECT_TRUE(all.ends_with(" test measurement measurement")) << all;
     EXPECT_TRUE(text("run.jsonl").ends_with("}\n"));
-}
-
-TEST_F(Records, TheFileIsOneAsAnyOther) {
-    write("data.x", "the only copy");
-    const struct {
-        Texts keys;
-        const char* said;
-        bool ends; // the session, before its first test
-    } cases[] = {
-        {{"-dCodeFile=data.x", "-x./data.x"},
-         "is already used for the input data of the tests",
-         true},
-        {{"-rsame.x", "-xsame.x"}, "same.x is already used for PS results (-r key)\n", true},
-        {{"-xsame.x", "-ga", "-usame.x"},
-         "same.x is already used for records for programs (-x key)",
-         true},
-        {{"-xmissing/file"}, "-- Can't open file ", true},
-        {{"-x/dev/full"}, "-- Can't write to file /dev/full: No space left on device\n", false},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.keys.back());
-        const Outcome outcome = runWell(quick + Texts{crc} + c.keys);
-        EXPECT_EQ(timesIn(outcome.output, c.said), 1) << outcome.output;
-        EXPECT_EQ(timesIn(outcome.output, "PS Summary"), c.ends ? 0 : 1) << outcome.output;
-        EXPECT_EQ(text("data.x"), "the only copy");
-    }
-    ASSERT_EQ(mkfifo(path("pipe.x").c_str(), 0600), 0);
-    const Outcome alone = runWell(quick + Texts{crc, "-xpipe.x"});
-    EXPECT_EQ(timesIn(alone.output, "pipe.x to write: nobody reads this pipe\n"), 1)
-        << alone.output;
-    const int reader = open(path("pipe.x").c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-    runWell(quick + Texts{crc, "-xpipe.x"});
-    std::string written(65536, '\0');
-    const ssize_t count = read(reader, written.data(), written.size());
-    close(reader);
-    ASSERT_GT(count, 0);
-    EXPECT_EQ(timesIn(written, "\n"), 8) << "run, five lengths, test, end";
-}
-
-TEST_F(Records, WithoutTheKeyThereAreNone) {
-    runWell(quick + Texts{crc, "-nnight"});
-    EXPECT_TRUE(fs::is_empty(directory()));
-    runWell(quick + Texts{crc, "-nnight", "-x"});
-    EXPECT_TRUE(fs::exists(path("night.jsonl")));
-    const Outcome listed = runWell({"-e", "-xnone"});
-    EXPECT_EQ(timesIn(listed.output, "-xnone: ignored because of -e option\n"), 1);
-    EXPECT_FALSE(fs::exists(path("none.jsonl")));
 }
 
 } // namespace

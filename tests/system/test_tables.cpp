@@ -24,7 +24,7 @@ TEST_F(Tables, EveryCellStandsInTheColumnThatTheNameLineNames) {
     const Command inCorpus = {.directory = corpusDirectory()};
     runWell(quick + Texts{"-rtable.csv", "-dCodeLength=65536"}, inCorpus);
     const std::string written = text("table.csv");
-    EXPECT_EQ(timesIn(written, nameLine + std::string("\n")), 1);
+    EXPECT_TRUE(hasOnce(written, nameLine + std::string("\n")));
     const Table table(written);
     ASSERT_FALSE(table.rows.empty());
     for (const Texts& title : table.titles) {
@@ -43,7 +43,7 @@ TEST_F(Tables, EveryCellStandsInTheColumnThatTheNameLineNames) {
         EXPECT_TRUE(isPositiveNumber(table.cell(row, "Length")));
         EXPECT_TRUE(isPositiveNumber(table.cell(row, "Clocks")));
         const std::string function = table.cell(row, "Function");
-        EXPECT_NE(function.find('_' + table.cell(row, "Types")), std::string::npos);
+        EXPECT_TRUE(has(function, '_' + table.cell(row, "Types")));
         const bool ofFile = table.cell(row, "CodeFile") != "-";
         EXPECT_EQ(ofFile, !std::regex_search(function, std::regex("Zfp|Adler|CRC")));
         const std::string ratio = table.cell(row, "Ratio");
@@ -51,20 +51,6 @@ TEST_F(Tables, EveryCellStandsInTheColumnThatTheNameLineNames) {
         if (std::regex_search(function, std::regex("LZ4|Zfp"))) {
             EXPECT_NE(ratio, "-");
         }
-    }
-}
-
-// The example program has one hot function.
-TEST_F(Tables, HotTestsAreMarkedOrAlone) {
-    const Texts keys = {"-f=memcpy", "-f=memmove", "-dLength=64", "-r" + path("table.csv")};
-    for (const auto& [key, marks] : {std::pair{"-H", "+-"}, {"-HONLY", "+"}}) {
-        runWell(quick + keys + Texts{key}, {.program = NTK_EXAMPLE_FILE});
-        const Table table(text("table.csv"));
-        std::string found;
-        for (const Texts& row : table.rows) {
-            found += table.cell(row, "Interest");
-        }
-        EXPECT_EQ(found, marks) << key;
     }
 }
 
@@ -86,7 +72,7 @@ TEST_F(Tables, TheSummaryHasOneRecordPerTest) {
         EXPECT_EQ(record["Status87"], "Ok");
         EXPECT_EQ(record["ExeName"], NTK_PERF_FILE);
     }
-    EXPECT_EQ(timesIn(text("sum.csv"), "\n.Successes      ,4\n"), 1);
+    EXPECT_TRUE(hasOnce(text("sum.csv"), "\n.Successes      ,4\n"));
 }
 
 } // namespace

@@ -43,8 +43,8 @@ TEST_F(Terminal, AnInterruptionAtAQuestionEndsTheRunInOrder) {
     waitpid(program, &state, 0);
     close(terminal);
     EXPECT_TRUE(WIFEXITED(state)) << said;
-    EXPECT_EQ(timesIn(said, "Interrupted by SIGINT."), 1) << said;
-    EXPECT_EQ(timesIn(said, " .Incomplete     : ended by SIGINT"), 1) << said;
+    EXPECT_TRUE(hasOnce(said, "Interrupted by SIGINT."));
+    EXPECT_TRUE(hasOnce(said, " .Incomplete     : ended by SIGINT"));
     EXPECT_EQ(summaryRecords(text("sum.csv"))["ntksAdler32_8u"]["Result"], "EXCPTFAIL");
 }
 

@@ -3,14 +3,12 @@
 
 #include <gtest/gtest.h>
 
-#include <unistd.h>
-
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <string>
 #include <vector>
 
+#include "../../scratch.h"
+#include "../../texts.h"
 #include "process.h"
 
 namespace compare {
@@ -25,25 +23,28 @@ protected:
     }
 
     Program() {
-        std::string name = (fs::temp_directory_path() / "ntkcompareXXXXXX").string();
-        m_folder = mkdtemp(name.data());
+        play(script(1e6), script(1e6));
         // The fake worker gets its side, its script and its log in place of keys.
-        write("worker", "#!/bin/sh\nside=base\nfor key; do [ \"$key\" = -fnew ] && side=new; done\n"
-                        "exec " NTK_FAKE_WORKER_FILE " $side " +
-                            path("$side.script") + " " + path("log") + "\n");
-        fs::permissions(m_folder / "worker", fs::perms::owner_all);
+        writeProgram("worker", "side=base; for key; do [ \"$key\" = -fnew ] && side=new; done\n"
+                               "exec " NTK_FAKE_WORKER_FILE " $side " +
+                                   path("$side.script") + " " + path("log") + "\n");
     }
-    ~Program() override { fs::remove_all(m_folder); }
 
-    std::string path(const std::string& name) const { return (m_folder / name).string(); }
+    std::string path(const std::string& name) const { return m_directory.path(name); }
     void write(const std::string& name, const std::string& text) const {
-        std::ofstream(m_folder / name) << text;
+        writeFile(path(name), text);
     }
-    std::string read(const std::string& name) const {
-        std::ostringstream text;
-        text << std::ifstream(m_folder / name).rdbuf();
-        return text.str();
+    std::string writeProgram(const std::string& name, const std::string& shellScript) const {
+        write(name, "#!/bin/sh\n" + shellScript);
+        fs::permissions(m_folder / name, fs::perms::owner_all);
+        return path(name);
     }
+    // What the sides play; unless it is said they are equal.
+    void play(const std::string& base, const std::string& changed) const {
+        write("base.script", base);
+        write("new.script", changed);
+    }
+    std::string read(const std::string& name) const { return readFile(path(name)); }
     std::vector<std::string> files() const {
         std::vector<std::string> names;
         for (const auto& entry : fs::directory_iterator(m_folder)) {
@@ -53,12 +54,10 @@ protected:
     }
 
     Outcome run(const std::vector<std::string>& arguments, Console console = Console::read) const {
-        Command command;
-        command.program = NTK_COMPARE_FILE;
-        command.arguments = arguments;
-        command.directory = m_folder.string();
-        command.console = console;
-        return runCommand(command);
+        return runCommand({.program = NTK_COMPARE_FILE,
+                           .arguments = arguments,
+                           .directory = m_folder.string(),
+                           .console = console});
     }
     // With 10 ms of turns a case.
     std::vector<std::string> played(const std::vector<std::string>& more = {}) const {
@@ -69,7 +68,8 @@ protected:
         return arguments;
     }
 
-    fs::path m_folder;
+    const TemporaryDirectory m_directory;
+    const fs::path m_folder = m_directory.path();
 };
 
 } // namespace compare

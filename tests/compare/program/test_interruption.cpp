@@ -1,6 +1,3 @@
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <csignal>
 
 #include <nlohmann/json.hpp>
@@ -11,33 +8,36 @@ namespace compare {
 
 namespace {
 
-using Interruption = Program;
-
-// Ends with what a shell shows: the status, or 128 and the signal.
-int runInShell(const std::string& folder, const std::string& line) {
-    Command command;
-    command.program = "/bin/sh";
-    command.arguments = {"-c", line};
-    command.directory = folder;
-    return runCommand(command).status;
-}
+class Interruption : public Program {
+protected:
+    // The worker, which first does what the shell script says.
+    std::string workerThat(const std::string& shellScript) const {
+        return writeProgram("signal", shellScript + "\nexec " + path("worker") + " \"$@\"\n");
+    }
+    // For a script: whether it runs for so many workers already, this one included.
+    std::string isStart(int number) const {
+        return "echo >>" + path("starts") + "; [ $(wc -l <" + path("starts") +
+               ") = " + std::to_string(number) + " ]";
+    }
+    Outcome runInShell(const std::string& line, Console console = Console::read) const {
+        return runCommand({.program = "/bin/sh",
+                           .arguments = {"-c", line},
+                           .directory = m_folder.string(),
+                           .console = console});
+    }
+};
 
 TEST_F(Interruption, WhatWasMeasuredIsWrittenAndMarked) {
     for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
-        write("base.script", script(1e6));
-        write("new.script", script(1e6));
         // The new side's worker of the third pass (its fourth start) interrupts the program.
-        write("signal", "#!/bin/sh\ncase \"$*\" in *-fnew*) echo >>" + path("starts") +
-                            "; [ $(wc -l <" + path("starts") + ") = 4 ] && kill -" +
-                            std::to_string(number) + " $PPID;; esac\nexec " + path("worker") +
-                            " \"$@\"\n");
-        fs::permissions(m_folder / "signal", fs::perms::owner_all);
+        const std::string worker =
+            workerThat("case \"$*\" in *-fnew*) " + isStart(4) + " && kill -" +
+                       std::to_string(number) + " $PPID;; esac");
         fs::remove(m_folder / "starts");
-        const Outcome outcome = run({"--worker", path("signal"), "--time=0.01", "own", "own",
+        const Outcome outcome = run({"--worker", worker, "--time=0.01", "own", "own",
                                      "--new-keys=-fnew", "--json", "out.json"});
         EXPECT_EQ(outcome.status, 128 + number) << outcome.errors;
-        EXPECT_NE(outcome.output.find("\nINCOMPLETE: interrupted\n"), std::string::npos)
-            << outcome.output;
+        EXPECT_TRUE(has(outcome.output, "\nINCOMPLETE: interrupted\n"));
         const auto json = nlohmann::json::parse(read("out.json"));
         EXPECT_EQ(json["complete"], false);
         EXPECT_EQ(json["cases"].size(), 1u);
@@ -46,58 +46,44 @@ TEST_F(Interruption, WhatWasMeasuredIsWrittenAndMarked) {
 }
 
 TEST_F(Interruption, CtrlCIsAnsweredOnATerminal) {
-    write("base.script", script(1e6));
-    write("new.script", script(1e6));
-    write("signal", "#!/bin/sh\necho >>" + path("starts") + "; [ $(wc -l <" + path("starts") +
-                        ") = 6 ] && kill -INT $PPID\nexec " + path("worker") + " \"$@\"\n");
-    fs::permissions(m_folder / "signal", fs::perms::owner_all);
-    for (const char* quiet : {"", " --quiet"}) {
+    const std::string worker = workerThat(isStart(6) + " && kill -INT $PPID");
+    for (const std::string quiet : {"", " --quiet"}) {
         fs::remove(m_folder / "starts");
-        Command command;
-        command.program = "/bin/sh";
-        command.arguments = {"-c", "exec " NTK_COMPARE_FILE " --worker " + path("signal") +
-                                       " own own --new-keys=-fnew 2>&1 >/dev/null" + quiet};
-        command.directory = m_folder.string();
-        command.console = Console::terminal;
-        const std::string shown = runCommand(command).output;
+        const std::string shown =
+            runInShell("exec " NTK_COMPARE_FILE " --worker " + worker +
+                           " own own --new-keys=-fnew 2>&1 >/dev/null" + quiet,
+                       Console::terminal)
+                .output;
         const bool isSaid =
             shown.find("\rEnding after this turn; Ctrl-C again ends at once ") != std::string::npos;
-        EXPECT_EQ(isSaid, *quiet == '\0') << shown;
+        EXPECT_EQ(isSaid, quiet.empty()) << shown;
     }
 }
 
 // The second signal, unless it comes so soon that it is the first one's echo.
 TEST_F(Interruption, TheSecondSignalEndsAtOnce) {
-    write("base.script", script(1e6, "at turn1 hang\n"));
-    write("new.script", script(1e6, "at turn1 hang\n"));
-    write("signal", "#!/bin/sh\n(sleep 0.5; kill -INT $PPID; sleep 0.7; kill -INT $PPID) "
-                    "</dev/null >/dev/null 2>&1 3<&- 4>&- &\nexec " +
-                        path("worker") + " \"$@\"\n");
-    fs::permissions(m_folder / "signal", fs::perms::owner_all);
-    const Outcome outcome = run({"--worker", path("signal"), "own", "own", "--new-keys=-fnew"});
+    play(script(1e6, "at turn1 hang\n"), script(1e6, "at turn1 hang\n"));
+    const std::string patient =
+        workerThat("(sleep 0.5; kill -INT $PPID; sleep 0.7; kill -INT $PPID) </dev/null "
+                   ">/dev/null 2>&1 3<&- 4>&- &");
+    const Outcome outcome = run({"--worker", patient, "own", "own", "--new-keys=-fnew"});
     EXPECT_EQ(outcome.signal, SIGINT);
     EXPECT_EQ(outcome.output, "");
 
-    write("base.script", script(1e6));
-    write("new.script", script(1e6));
-    write("twice", "#!/bin/sh\necho >>" + path("starts") + "; [ $(wc -l <" + path("starts") +
-                       ") = 6 ] && kill -INT $PPID && sleep 0.1 && kill -INT $PPID\nexec " +
-                       path("worker") + " \"$@\"\n");
-    fs::permissions(m_folder / "twice", fs::perms::owner_all);
-    const Outcome echoed = run({"--worker", path("twice"), "own", "own", "--new-keys=-fnew"});
+    play(script(1e6), script(1e6));
+    const std::string hasty =
+        workerThat(isStart(6) + " && kill -INT $PPID && sleep 0.1 && kill -INT $PPID");
+    const Outcome echoed = run({"--worker", hasty, "own", "own", "--new-keys=-fnew"});
     EXPECT_EQ(echoed.signal, 0);
     EXPECT_EQ(echoed.status, 128 + SIGINT);
-    EXPECT_NE(echoed.output.find("INCOMPLETE"), std::string::npos) << echoed.output;
+    EXPECT_TRUE(has(echoed.output, "INCOMPLETE"));
 }
 
 TEST_F(Interruption, ASignalThatTheCallerIgnoresStaysIgnored) {
-    write("base.script", script(1e6));
-    write("new.script", script(1e6));
-    write("signal", "#!/bin/sh\nkill -HUP $PPID\nexec " + path("worker") + " \"$@\"\n");
-    fs::permissions(m_folder / "signal", fs::perms::owner_all);
-    EXPECT_EQ(runInShell(m_folder.string(), "trap '' HUP; exec " NTK_COMPARE_FILE " --worker " +
-                                                path("signal") +
-                                                " --time=0.01 own own --new-keys=-fnew"),
+    const std::string worker = workerThat("kill -HUP $PPID");
+    EXPECT_EQ(runInShell("trap '' HUP; exec " NTK_COMPARE_FILE " --worker " + worker +
+                         " --time=0.01 own own --new-keys=-fnew")
+                  .status,
               0);
 }
 

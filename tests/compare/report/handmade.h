@@ -4,9 +4,12 @@
 #include <cmath>
 #include <limits>
 
+#include "../../texts.h"
 #include "report.h"
 
 namespace compare {
+
+constexpr double infinite = std::numeric_limits<double>::infinity();
 
 struct Handmade {
     Comparison comparison;
@@ -50,6 +53,22 @@ struct Handmade {
         return append(measured, effect);
     }
 
+    Case& addSame(const std::string& function) {
+        return add(function, 0.1, -0.2, 0.4, Verdict::same);
+    }
+    Case& addSlower(const std::string& function) { return add(function, 5, 4, 6, Verdict::slower); }
+    Case& addFaster(const std::string& function) {
+        return add(function, -5, -6, -4, Verdict::faster);
+    }
+    Case& addOpen(const std::string& function) { return add(function, 0.1, -2, 4, Verdict::open); }
+    // In too few passes for an interval.
+    Case& addBegun(const std::string& function) {
+        Case& begun = add(function, 1, 0, 0, Verdict::open);
+        lastEffect().interval.low = -infinite;
+        lastEffect().interval.high = infinite;
+        return begun;
+    }
+
     Case& addFailed(const std::string& function, Side side) {
         Case failed;
         failed.function = function;
@@ -75,7 +94,5 @@ private:
         return comparison.cases.back();
     }
 };
-
-constexpr double infinite = std::numeric_limits<double>::infinity();
 
 } // namespace compare

@@ -26,7 +26,7 @@ Turn turn(double clocks, long long calls) {
 
 TEST(Json, TellsHowAndWhereItWasMeasured) {
     Handmade handmade;
-    handmade.add("f", 0.1, -0.2, 0.4, Verdict::same);
+    handmade.addSame("f");
     handmade.comparison.settings.budgetSeconds = 90;
     handmade.comparison.unpaired = {{Side::changed, "g", {{"A", 1LL}}}};
     handmade.judgement.medianHalfWidth = 0.003;
@@ -72,7 +72,7 @@ TEST(Json, TellsHowAndWhereItWasMeasured) {
 
 TEST(Json, HasEveryRoundOfEveryStart) {
     Handmade handmade;
-    Case& measured = handmade.add("f", 0.1, -0.2, 0.4, Verdict::same);
+    Case& measured = handmade.addSame("f");
     Round first = {true, {turn(1.0 / 3, 11), turn(0.1, 12)}};
     Round second = {false, {turn(1e9 + 0.25, 21), turn(3, 22)}};
     second.turns.changed.involuntarySwitches = 1;

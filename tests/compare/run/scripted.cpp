@@ -1,35 +1,22 @@
 #include "scripted.h"
 
 #include <algorithm>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <stdexcept>
 
+#include "../../texts.h"
 #include "progress.h"
 
 namespace compare {
 
 Scripted::Scripted(const std::string& base, const std::string& changed) {
-    std::string name = std::filesystem::temp_directory_path() / "compare_run_XXXXXX";
-    if (!mkdtemp(name.data())) {
-        throw std::runtime_error("no folder for a script");
-    }
-    m_folder = name;
-    std::ofstream(m_folder + "/base") << base;
-    std::ofstream(m_folder + "/new") << changed;
-    const std::string log = m_folder + "/log";
+    const std::string log = m_folder.path("log");
     plan.worker = FAKE_WORKER;
-    plan.ownLibraries = m_folder;
-    plan.directories = {"own", m_folder};
-    plan.keys = {{"base", m_folder + "/base", log}, {"new", m_folder + "/new", log}};
+    plan.ownLibraries = m_folder.path();
+    plan.directories = {"own", m_folder.path()};
+    plan.keys = {{"base", writeFile(m_folder.path("base"), base), log},
+                 {"new", writeFile(m_folder.path("new"), changed), log}};
     plan.settings.secondsPerCase = 1e-9;
     // Ample for an answer, unless a test waits for one that never comes.
     plan.settings.patienceSeconds = 20;
-}
-
-Scripted::~Scripted() {
-    std::filesystem::remove_all(m_folder);
 }
 
 Comparison Scripted::run() {
@@ -39,12 +26,7 @@ Comparison Scripted::run() {
 }
 
 std::vector<std::string> Scripted::log() const {
-    std::vector<std::string> lines;
-    std::ifstream file(m_folder + "/log");
-    for (std::string line; std::getline(file, line);) {
-        lines.push_back(line);
-    }
-    return lines;
+    return linesOf(readFile(m_folder.path("log")));
 }
 
 int Scripted::countInLog(const std::string& line) const {

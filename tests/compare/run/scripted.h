@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "../../scratch.h"
 #include "runner.h"
 
 namespace compare {
@@ -11,9 +12,6 @@ namespace compare {
 class Scripted {
 public:
     Scripted(const std::string& base, const std::string& changed);
-    ~Scripted();
-    Scripted(const Scripted&) = delete;
-    Scripted& operator=(const Scripted&) = delete;
 
     Comparison run();
 
@@ -26,7 +24,7 @@ public:
     int turnsUntilInterrupt = -1; // how often it is asked whether to go on; -1: for ever
 
 private:
-    std::string m_folder;
+    const TemporaryDirectory m_folder;
 };
 
 // A script of two functions, with these lines for the first one.

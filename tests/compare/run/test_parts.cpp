@@ -9,6 +9,7 @@
 #include "listing.h"
 #include "placement.h"
 #include "progress.h"
+#include "../../texts.h"
 #include "scripted.h"
 #include "turnsize.h"
 
@@ -82,28 +83,21 @@ TEST(Placement, RefusesAProcessorThatIsNotAllowed) {
         chooseCpu(100'000);
         FAIL();
     } catch (const CannotMeasure& error) {
-        EXPECT_NE(std::string(error.what())
-                      .find("processor 100000 may not be used here: choose "
-                            "one of "),
-                  std::string::npos)
-            << error.what();
+        EXPECT_TRUE(has(error.what(), "processor 100000 may not be used here: choose one of "));
     }
     const int chosen = chooseCpu(-1);
     EXPECT_EQ(chooseCpu(chosen), chosen);
 }
 
 TEST(TurnSize, ResolvesAndTakesMilliseconds) {
-    const struct {
-        double clocks;
-        TurnSize size;
-    } cases[] = {
+    const std::pair<double, TurnSize> cases[] = {
         {10, {3000, 200}}, // 30,000 clocks a span, 6 million a turn
         {1'000, {30, 200}},  {29'999, {2, 100}},  {30'000, {1, 199}}, // one of the calls is untimed
         {1'000'000, {1, 5}}, {4'000'000, {1, 1}}, {1e10, {1, 1}},
         {0, {30'000, 200}}, // as if it took a clock
     };
-    for (const auto& expected : cases) {
-        EXPECT_EQ(turnSizeFor(expected.clocks, 2e9), expected.size) << expected.clocks;
+    for (const auto& [clocks, size] : cases) {
+        EXPECT_EQ(turnSizeFor(clocks, 2e9), size) << clocks;
     }
     EXPECT_TRUE(tellsMore({30, 200}, {1, 1}));
     EXPECT_TRUE(tellsMore({40, 200}, {30, 200}));

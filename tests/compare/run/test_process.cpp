@@ -61,18 +61,15 @@ TEST(Process, RunsOnItsProcessor) {
 }
 
 TEST(Process, TellsHowItEnded) {
-    const struct {
-        const char* script;
-        const char* end;
-    } ends[] = {
+    const std::pair<const char*, const char*> ends[] = {
         {"exit 0", "ended with status 0"},      {"exit 7", "ended with status 7"},
         {"kill -SEGV $$", "killed by SIGSEGV"}, {"kill -KILL $$", "killed by SIGKILL"},
         {"kill -40 $$", "killed by signal 40"},
     };
-    for (const auto& expected : ends) {
-        Process process(shell(expected.script));
-        EXPECT_EQ(process.receive(ample).kind, Received::closed) << expected.script;
-        EXPECT_EQ(process.end(ample), expected.end) << expected.script;
+    for (const auto& [script, end] : ends) {
+        Process process(shell(script));
+        EXPECT_EQ(process.receive(ample).kind, Received::closed) << script;
+        EXPECT_EQ(process.end(ample), end) << script;
     }
     Process stays(shell("exec 4>&-; sleep 100"));
     EXPECT_EQ(stays.receive(ample).kind, Received::closed);
@@ -107,10 +104,7 @@ TEST(Process, IsHeardToTheLastLine) {
 }
 
 TEST(Process, KeepsItsLastWords) {
-    const struct {
-        const char* script;
-        std::string words;
-    } cases[] = {
+    const std::pair<const char*, std::string> cases[] = {
         {"", ""},
         {"echo out; echo err >&2", "out\nerr"},
         {"for i in 1 2 3 4 5 6 7; do echo $i; echo; done; printf ' \\t\\n'", "3\n4\n5\n6\n7"},
@@ -118,10 +112,10 @@ TEST(Process, KeepsItsLastWords) {
         {"printf 'no end'", "no end"},
         {"printf 'x%.0s' $(seq 1000)", std::string(200, 'x') + "..."},
     };
-    for (const auto& expected : cases) {
-        Process process(shell(expected.script));
+    for (const auto& [script, words] : cases) {
+        Process process(shell(script));
         process.end(ample);
-        EXPECT_EQ(process.lastWords(), expected.words) << expected.script;
+        EXPECT_EQ(process.lastWords(), words) << script;
     }
 }
 

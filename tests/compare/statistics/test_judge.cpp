@@ -82,10 +82,7 @@ Comparison comparisonOf(std::vector<Case> cases) {
 }
 
 TEST(Judge, CallsEachCaseByItsIntervalAndPValue) {
-    const struct {
-        std::vector<double> ratios;
-        Verdict verdict;
-    } rows[] = {
+    const std::pair<std::vector<double>, Verdict> rows[] = {
         {around(1.02), Verdict::slower},
         {around(0.98), Verdict::faster},
         {around(1.004), Verdict::slower}, // small, but there
@@ -95,10 +92,9 @@ TEST(Judge, CallsEachCaseByItsIntervalAndPValue) {
         {{1.5, 1.5, 1.5}, Verdict::open}, // too few starts
         {{1.0}, Verdict::open},
     };
-    for (const auto& row : rows) {
-        const Judgement judgement = judge(comparisonOf({caseOf("f", row.ratios)}));
-        EXPECT_EQ(judgement.effects.at(0).verdict, row.verdict)
-            << testing::PrintToString(row.ratios);
+    for (const auto& [ratios, verdict] : rows) {
+        const Judgement judgement = judge(comparisonOf({caseOf("f", ratios)}));
+        EXPECT_EQ(judgement.effects.at(0).verdict, verdict) << testing::PrintToString(ratios);
     }
 }
 

@@ -16,35 +16,15 @@ static std::string textOf(const psCommandList& list) {
     return text.substr(3);
 }
 
-TEST(CommandKey, WordsWithTheirArguments) {
-    const struct {
-        const char *word, *next, *result; // null: no key
-    } cases[] = {
-        {"-ifile.ini", "", "i:file.ini"},
-        {"/i", "file.ini", "i:file.ini"},
-        {"-ifile.ini", "extra", "i:file.ini"},
-        {"-f+name", "", "f:+name"},
-        {"-f=", "name", "f:=name"},
-        {"-f+-", "name", "f:+-"},
-        {"--", "x", "-:x"},
-        {"-", "x", nullptr},
-        {"", "x", nullptr},
-        {"name", "x", nullptr},
-    };
-    for (const auto& c : cases) {
-        psCommandKey entry;
-        EXPECT_EQ(entry.setArg(c.word, c.next), c.result != nullptr) << c.word;
-        const std::string text = std::string(1, entry.key()) + ":" + entry.arg().c_str();
-        EXPECT_EQ(text, c.result ? c.result : " :") << c.word;
-    }
-}
-
 TEST(CommandList, TextIsSplitIntoKeys) {
-    const struct {
-        const char *text, *entries;
-    } cases[] = {
+    const std::pair<const char*, const char*> cases[] = {
         {"-i file.ini -B", "i:file.ini|B:|"},
+        {"/i file.ini -B", "i:file.ini|B:|"},
         {"-ifile.ini extra -B", "i:file.ini|B:|"},
+        {"-f= name", "f:=name|"},
+        {"-f+- name", "f:+-|"},
+        {"-- x", "-:x|"},
+        {"- x", ""},
         {"stray -B", "B:|"},
         {"-f+ -B", "f:+|B:|"},
         {"-f - -B", "f:-|B:|"},
@@ -54,10 +34,10 @@ TEST(CommandList, TextIsSplitIntoKeys) {
         {"-o \"\" -B", "o:|B:|"},
         {"", ""},
     };
-    for (const auto& c : cases) {
+    for (const auto& [text, entries] : cases) {
         psCommandList list;
-        list.setArgs(c.text);
-        EXPECT_EQ(textOf(list), c.entries) << c.text;
+        list.setArgs(text);
+        EXPECT_EQ(textOf(list), entries) << text;
     }
 }
 
@@ -82,21 +62,19 @@ TEST(CommandList, WordsOfTheShellKeepTheirBlanks) {
 TEST(CommandList, ArgumentFilesReplaceTheirKey) {
     using namespace std::string_literals;
     const std::string file = writeFile(testPath("arguments"), "-fone -t\ntwo\r\n\"-oa b\" -@other");
-    const struct {
-        std::string content, entries;
-    } cases[] = {
+    const std::pair<std::string, std::string> cases[] = {
         {"", ""},
         {"-@" + file, "@:" + file + "|"}, // not looked through again
         {"-fa\0-fb"s, "f:a|f:b|"},
         {"\xEF\xBB\xBF-B\r-C", "B:|C:|"},
         {"\"-oa\nb\"", "o:a b|"},
     };
-    for (const auto& c : cases) {
-        writeFile(file, c.content);
+    for (const auto& [content, entries] : cases) {
+        writeFile(file, content);
         psCommandList list;
         list.setArgs(("-B -@" + file + " -r").c_str());
         EXPECT_TRUE(list.expandFiles());
-        EXPECT_EQ(textOf(list), "B:|" + c.entries + "r:|") << c.content.substr(0, 40);
+        EXPECT_EQ(textOf(list), "B:|" + entries + "r:|") << content.substr(0, 40);
     }
 }
 

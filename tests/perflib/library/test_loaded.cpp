@@ -8,7 +8,6 @@
 #include <gtest/gtest.h>
 
 #include "files.h"
-#include "psmissing.h"
 
 TEST(LibraryOrigin, IsToldWhenItIsNotTheOwnBuild) {
     const std::string top = testPath("origin");
@@ -62,14 +61,4 @@ TEST(LibraryOrigin, IsToldWhenItIsNotTheOwnBuild) {
         EXPECT_EQ(psLibraryOriginText(c.files, path(c.ownDir), c.searchPath.c_str()).c_str(),
                   c.text);
     }
-}
-
-TEST(MissingFunction, IsToldWithTheFilesOfTheLibrary) {
-    EXPECT_STREQ(psMissingFunctionText("ntkGetCpuFeatures").c_str(), "");
-    const psString text = psMissingFunctionText("ntksNoSuchFunction_8u");
-    EXPECT_TRUE(text.startsWith("the library has no function ntksNoSuchFunction_8u ("))
-        << text.c_str();
-    EXPECT_TRUE(text.contains("/libntkcore.so.12)")) << text.c_str();
-    psStandInForMissingFunctions();
-    EXPECT_FALSE(psIsMissingFunction("ntkGetCpuFeatures"));
 }

@@ -94,14 +94,6 @@ TEST_F(Alloc, BlocksAreAlignedAndUsable) {
     EXPECT_EQ(psMallocFirst(), nullptr);
 }
 
-TEST_F(Alloc, TheHiddenPointerLies128BytesBeforeTheBase) {
-    char* const p = static_cast<char*>(psMalloc(10));
-    void* raw;
-    memcpy(&raw, p - 128, sizeof raw);
-    EXPECT_GE(addressOf(p), addressOf(raw) + 128);
-    EXPECT_LE(addressOf(p), addressOf(raw) + 128 + 64);
-}
-
 TEST_F(Alloc, ImpossibleSizesAreReported) {
     const int cases[][2] = {{-1, 0}, {10, INT_MIN}, {10, -700}, {10, -300}};
     for (const auto& [size, offset] : cases) {

@@ -14,12 +14,10 @@
 static const char* const fullDisk = "/dev/full";
 
 TEST(OpenMode, TextFollowsTheFlags) {
-    const struct {
-        int mode;
-        const char* text;
-    } cases[] = {{1, "r"}, {0x102, "w"}, {0x106, "a"}, {9, "rb"}, {0x10a, "wb"}, {0x10e, "ab"}};
-    for (const auto& c : cases) {
-        EXPECT_STREQ(psOpenModeText(c.mode).c_str(), c.text) << c.mode;
+    const std::pair<int, const char*> cases[] = {{1, "r"},  {0x102, "w"},  {0x106, "a"},
+                                                 {9, "rb"}, {0x10a, "wb"}, {0x10e, "ab"}};
+    for (const auto& [mode, text] : cases) {
+        EXPECT_STREQ(psOpenModeText(mode).c_str(), text) << mode;
     }
 }
 

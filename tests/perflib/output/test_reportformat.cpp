@@ -6,10 +6,7 @@
 #include <gtest/gtest.h>
 
 TEST(ReportFormat, TimesAreTexts) {
-    const struct {
-        double seconds;
-        const char* text;
-    } cases[] = {
+    const std::pair<double, const char*> cases[] = {
         {0, "00:00:00"},
         {59.9, "00:00:59"},
         {3725, "01:02:05"},
@@ -18,8 +15,8 @@ TEST(ReportFormat, TimesAreTexts) {
         {360000, "UNKNOWN (Very large value)"},
         {1e18, "UNKNOWN (Very large value)"},
     };
-    for (const auto& c : cases) {
-        EXPECT_STREQ(psReportFormat::getTimeStr(c.seconds).c_str(), c.text) << c.seconds;
+    for (const auto& [seconds, text] : cases) {
+        EXPECT_STREQ(psReportFormat::getTimeStr(seconds).c_str(), text) << seconds;
     }
     const time_t now = time(nullptr);
     EXPECT_EQ(psReportFormat::getDateStr(now).c_str() + std::string("\n"), ctime(&now));

@@ -26,9 +26,7 @@ protected:
 TEST_F(IniFile, LinesAreReadAndWrittenBack) {
     using namespace std::string_literals;
     const std::string million(1 << 20, 'x');
-    const struct {
-        std::string text, written;
-    } cases[] = {
+    const std::pair<std::string, std::string> cases[] = {
         {"[Perf System]\nLen = 100 // bytes\n", "\n[Perf System]\nLen=100\t// bytes\n"},
         {"[a] // lost\n//lost\nx=// a // b \r\nbare // lost\nx=2//\n", "\n[a]\nx=2\nbare\n"},
         {"[a]\nx=1\t//  a // b \r\n", "\n[a]\nx=1\t// a // b\n"},
@@ -44,12 +42,11 @@ TEST_F(IniFile, LinesAreReadAndWrittenBack) {
         {"[a]\nx=" + million, "\n[a]\nx=" + million + "\n"},
         {"", ""},
     };
-    for (const auto& c : cases) {
-        EXPECT_EQ(rewritten(c.text), c.written) << c.text.substr(0, 60);
+    for (const auto& [text, written] : cases) {
+        EXPECT_EQ(rewritten(text), written) << text.substr(0, 60);
     }
 }
 
-// The cost of a line grew with the number of lines: these took longer than a test may.
 // Where something stood in front of the mark, it is no mark but the beginning of a name.
 TEST_F(IniFile, AMarkThatIsNoneStays) {
     using namespace std::string_literals;
@@ -63,6 +60,7 @@ TEST_F(IniFile, AMarkThatIsNoneStays) {
     EXPECT_EQ(rewritten(mark + "x=1\n"), "x=1\n");
 }
 
+// The cost of a line grew with the number of lines: these took longer than a test may.
 TEST_F(IniFile, ManyLinesAreRead) {
     constexpr int count = 100000;
     std::string text;
@@ -100,16 +98,6 @@ TEST_F(IniFile, WritingAddsReplacesAndRemoves) {
         ini.deleteKey("third", "y");
     } // closes
     EXPECT_EQ(readFile(m_path), "\n[first]\nLen=2\t// two lines\nbare\n\n[second]\n\n[third]\n");
-}
-
-TEST_F(IniFile, AnUnmodifiedFileKeepsItsText) {
-    const std::string text = "[a] // kept\nx = 1";
-    writeFile(m_path, text);
-    psIniFile ini;
-    ASSERT_TRUE(ini.open(m_path.c_str(), true));
-    EXPECT_TRUE(ini.close());
-    EXPECT_FALSE(ini.sectionExist("a"));
-    EXPECT_EQ(readFile(m_path), text);
 }
 
 TEST_F(IniFile, ReplacingKeepsPermissionsAndLinks) {

@@ -196,19 +196,17 @@ TEST(SingleValue, StandsOnceAndKeepsItsText) {
 }
 
 TEST(MapIterator, NamesMayBeAbbreviated) {
-    const struct {
-        const char *text, *values;
-    } cases[] = {{"none", "None"},
-                 {"S", "Small"},
-                 {"sma", "Small"},
-                 {"smar", "SMART"},
-                 {"LARGE; s", "Large Small"},
-                 {"l;n;l", "Large None Large"}};
-    for (const auto& c : cases) {
+    const std::pair<const char*, const char*> cases[] = {{"none", "None"},
+                                                         {"S", "Small"},
+                                                         {"sma", "Small"},
+                                                         {"smar", "SMART"},
+                                                         {"LARGE; s", "Large Small"},
+                                                         {"l;n;l", "Large None Large"}};
+    for (const auto& [text, values] : cases) {
         psMapIterator<Hint> hint;
         addHints(hint);
-        hint.translate(c.text);
-        EXPECT_EQ(valuesOf(hint), c.values) << c.text;
+        hint.translate(text);
+        EXPECT_EQ(valuesOf(hint), values) << text;
     }
     psMapIterator<Hint> hint;
     addHints(hint);
@@ -340,7 +338,7 @@ TEST(Input, TakesGoodDefinitionsAndNamesBadOnes) {
         const Captured printed;
         EXPECT_EQ(length.fromIStream(in), c.taken);
         EXPECT_EQ(valuesOf(length), c.values);
-        EXPECT_NE(printed.text().find(c.printed), std::string::npos) << printed.text();
+        EXPECT_TRUE(has(printed.text(), c.printed));
         if (console)
             fclose(console);
     }
@@ -372,19 +370,18 @@ TEST(FileIterator, ReadsWhatTheLengthRuleAdmits) {
 
 // A shared parameter is read for the session and again for each test.
 TEST(FromInput, ARejectedPresetIsReportedOnce) {
-    const struct {
-        const char *preset, *reason;
-    } cases[] = {{"x", "Exception: Invalid value of Len = x"},
-                 {" ; ", "Exception: Invalid value of Len = "},
-                 {"4096; ;16384", "Exception: Invalid value of Len = "}};
-    for (const auto& c : cases) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"x", "Exception: Invalid value of Len = x"},
+        {" ; ", "Exception: Invalid value of Len = "},
+        {"4096; ;16384", "Exception: Invalid value of Len = "}};
+    for (const auto& [preset, reason] : cases) {
         const Captured log;
         psIStream in;
-        in.preset("Len", c.preset);
+        in.preset("Len", preset);
         psIterator<int> len(1, "Len");
         EXPECT_FALSE(len.fromIStream(in));
         EXPECT_FALSE(len.fromIStream(in));
-        EXPECT_EQ(log.text(), std::string("--NTK. ") + c.reason + " (Len = " + c.preset +
+        EXPECT_EQ(log.text(), std::string("--NTK. ") + reason + " (Len = " + preset +
                                   " is rejected; keeping 1)\n");
     }
 }

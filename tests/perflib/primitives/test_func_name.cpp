@@ -38,15 +38,12 @@ TEST(TypeName, CodesAndNamesAreInverse) {
 }
 
 TEST(TypeName, LengthOfTheTokenInFront) {
-    const struct {
-        const char* text;
-        int length;
-    } cases[] = {
+    const std::pair<const char*, int> cases[] = {
         {"8u", 2}, {"32fc_x", 4}, {"16s16u", 3}, {"8", 0},     {"u8", 0},  {"", 0},
         {"8x", 0}, {"24u", 3},    {"8cu", 0},    {"64fcc", 4}, {"_8u", 0},
     };
-    for (const auto& c : cases) {
-        EXPECT_EQ(lenOfType(c.text), c.length) << c.text;
+    for (const auto& [text, length] : cases) {
+        EXPECT_EQ(lenOfType(text), length) << text;
     }
 }
 
@@ -71,30 +68,13 @@ TEST(FuncName, Parts) {
     }
 }
 
-TEST(FuncName, TypeTokensApart) {
-    const struct {
-        const char *name, *tokens;
-    } cases[] = {
-        {"f_8u", "8u,8u,8u"},
-        {"f_8u16s", "8u,16s,16s"},
-        {"f_8u16s32f64f", "8u,16s,32f"},
-        {"f", ",,"},
-    };
-    for (const auto& c : cases) {
-        psString base, t1, t2, t3, descr;
-        kxFunc(c.name).parseFunction(base, t1, t2, t3, descr);
-        EXPECT_EQ(str(t1 + "," + t2 + "," + t3), c.tokens) << c.name;
-    }
-}
-
 TEST(FuncName, ArgumentTypes) {
-    const struct {
-        const char *name, *types;
-    } cases[] = {
+    const std::pair<const char*, const char*> cases[] = {
         {"ntksEncodeLZ4_8u", "8u 8u 8u 8u"},
         {"ntksDecodeHuff_BZ2_8u16u", "8u 8u 16u 16u"},
         {"ntksF_8u16s", "8u 8u 16s 16s"},
         {"ntksF_8u16s32f", "8u 16s 32f 32f"},
+        {"ntksF_8u16s32f64f", "8u 16s 32f 32f"},
         {"ntksF", "undef undef undef undef"},
         // The base names whose arguments do not follow the tokens.
         {"ntksMagnitude_32fc", "32fc 32fc 32f 32f"},
@@ -107,12 +87,12 @@ TEST(FuncName, ArgumentTypes) {
         {"ntksCompare_32f", "32f 32f 8u 8u"},
         {"ntksCompare", "undef undef undef undef"},
     };
-    for (const auto& c : cases) {
-        const kxFunc f(c.name);
+    for (const auto& [name, types] : cases) {
+        const kxFunc f(name);
         EXPECT_EQ(str(typeToString(f.srcType()) + " " + typeToString(f.src2Type()) + " " +
                       typeToString(f.dstType()) + " " + typeToString(f.dst2Type())),
-                  c.types)
-            << c.name;
+                  types)
+            << name;
     }
     const kxFunc function("f_8u16s32f");
     EXPECT_EQ(function.type(1), kx8u);
@@ -131,18 +111,16 @@ TEST(FuncName, DerivedDescriptorsCorrectTheTypes) {
 }
 
 TEST(FuncName, DescriptorLetters) {
-    const struct {
-        const char *name, *letters;
-    } cases[] = {
+    const std::pair<const char*, const char*> cases[] = {
         {"ntksMTFFwd_8u", ""},    {"ntksExpand_8u_I", "I"}, {"ntkiAdd_8u_C1MIR", "IMR"},
         {"ntksAdd_16s_Sfs", "S"}, {"ntksISMR_8u", ""},
     };
-    for (const auto& c : cases) {
-        const kxFunc f(c.name);
+    for (const auto& [name, letters] : cases) {
+        const kxFunc f(name);
         EXPECT_EQ(std::string(f.inplace() ? "I" : "") + (f.mask() ? "M" : "") +
                       (f.scale() ? "S" : "") + (f.roi() ? "R" : ""),
-                  c.letters)
-            << c.name;
+                  letters)
+            << name;
     }
 }
 

@@ -28,15 +28,12 @@ TEST(Progress, SecondsLeftAreThoseOfTheTestsDone) {
 }
 
 TEST(Progress, TextsAreNoFinerThanTheyAreWorth) {
-    const struct {
-        double seconds;
-        const char* text;
-    } cases[] = {{0, "1 s"},           {1.4, "1 s"},     {9.4, "9 s"},     {9.6, "10 s"},
-                 {17.6, "20 s"},       {57.4, "55 s"},   {57.6, "1 min"},  {89, "1 min"},
-                 {91, "2 min"},        {3500, "58 min"}, {3569, "59 min"}, {3571, "1 h"},
-                 {4300, "1 h 10 min"}, {36000, "10 h"}};
-    for (const auto& c : cases) {
-        EXPECT_STREQ(psAboutText(c.seconds).c_str(), c.text) << c.seconds;
+    const std::pair<double, const char*> cases[] = {
+        {0, "1 s"},       {1.4, "1 s"},    {9.4, "9 s"},         {9.6, "10 s"},  {17.6, "20 s"},
+        {57.4, "55 s"},   {57.6, "1 min"}, {89, "1 min"},        {91, "2 min"},  {3500, "58 min"},
+        {3569, "59 min"}, {3571, "1 h"},   {4300, "1 h 10 min"}, {36000, "10 h"}};
+    for (const auto& [seconds, text] : cases) {
+        EXPECT_STREQ(psAboutText(seconds).c_str(), text) << seconds;
     }
     EXPECT_STREQ(psProgressText(12, 38, "ntksDeflateHuff_8u", 20).c_str(),
                  "12/38 ntksDeflateHuff_8u, about 20 s left");

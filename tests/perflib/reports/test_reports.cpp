@@ -49,8 +49,7 @@ TEST(Reports, TitleHasFiveItems) {
     EXPECT_EQ(tableText([&](psCStream& out) { out << title; }), asCells(table));
     EXPECT_EQ(tableText([&](psCStream& out) { psTitleToSummary(out, title); }),
               asCells(summary) + "\n");
-    EXPECT_NE(table.find("\nLibrary|lib, 1, Jan 1; other, 2, Jan 2\nStart|Thu Jan  1 "),
-              std::string::npos);
+    EXPECT_TRUE(has(table, "\nLibrary|lib, 1, Jan 1; other, 2, Jan 2\nStart|Thu Jan  1 "));
 }
 
 // The counts of the results are tested with the program.

@@ -133,10 +133,7 @@ TEST(Options, SessionsThatMeasureNothingPassKeysOver) {
 }
 
 TEST(Options, KeysThatDependOnOthers) {
-    const struct {
-        std::initializer_list<const char*> words;
-        const char* report; // a line of it
-    } cases[] = {
+    const std::pair<std::vector<const char*>, const char*> cases[] = {
         {{"-AT", "-B"}, "-AT: ignored because of -B option\n"},
         {{"-Q", "-q+"}, "-Q: exit after function parameter name table creation\n"},
         {{"-q+", "-R"}, "-q+: write function parameter name lines to csv-file\n"},
@@ -150,12 +147,11 @@ TEST(Options, KeysThatDependOnOthers) {
         {{"-Ia", "-ib"}, "-Ia: ignored because of later -i key\n"},
         {{"-d a=1", "-da=2", "-db=1"}, "-d a=1: ignored because of later -d key\n"},
     };
-    for (const auto& c : cases) {
+    for (const auto& [words, report] : cases) {
         const Captured output;
         OptionSession session;
-        EXPECT_TRUE(session.parse(c.words)) << c.report;
-        EXPECT_EQ(timesIn(output.text(), std::string("\n").append(placed(c.report))), 1)
-            << output.text();
+        EXPECT_TRUE(session.parse(words)) << report;
+        EXPECT_TRUE(hasOnce(output.text(), std::string("\n").append(placed(report))));
     }
 }
 
@@ -165,11 +161,9 @@ TEST(Options, KeysWithoutAnEffectAreReported) {
     OptionSession session;
     session.initOption('Z', "", nullptr, nullptr, "");
     EXPECT_TRUE(session.parse({word.c_str()}));
-    EXPECT_EQ(timesIn(output.text(),
-                      placed("\n-ld: ignored: -l key in argument file, default directory for "
-                             "output files is DIR\n-Z6: ignored: deprecated option key\n")),
-              1)
-        << output.text();
+    EXPECT_TRUE(hasOnce(output.text(),
+                        placed("\n-ld: ignored: -l key in argument file, default directory for "
+                               "output files is DIR\n-Z6: ignored: deprecated option key\n")));
 }
 
 TEST(Options, Help) {
@@ -199,12 +193,12 @@ TEST(Options, Help) {
     EXPECT_EQ(keysOf(quick), shown + "z");
     EXPECT_EQ(keysOf(hiddenQuick), all + "z");
     const std::string mark = "This is hidden key used by developers only\n";
-    EXPECT_EQ(timesIn(hiddenFull, "-W= unmask floating-point exceptions\n" + mark), 1);
+    EXPECT_TRUE(hasOnce(hiddenFull, "-W= unmask floating-point exceptions\n" + mark));
     EXPECT_EQ(timesIn(full, "\n\n-"), static_cast<int>(shown.length())); // between the entries
     EXPECT_EQ(timesIn(full, "without-extention"), 10);
     EXPECT_EQ(timesIn(full, "kept"), 0);
     for (const char* key : {"f", "t", "m"}) {
-        EXPECT_EQ(timesIn(full, std::string(" one of -") + key + "= arguments\n"), 1);
+        EXPECT_TRUE(hasOnce(full, std::string(" one of -") + key + "= arguments\n"));
     }
 
     const std::string end = "\nUse -h option to type full key list\n";
@@ -225,21 +219,18 @@ TEST(Options, Help) {
 }
 
 TEST(Options, AskModeWhenAllKeysAreKnown) {
-    const struct {
-        std::initializer_list<const char*> words;
-        int askMode;
-    } cases[] = {
+    const std::pair<std::vector<const char*>, int> cases[] = {
         {{}, 3}, {{"-AM"}, 4}, {{"-A"}, 15}, {{"-B"}, 0}, {{"-B", "-A"}, 0}, {{"-A", "-B"}, 0},
     };
     const Captured output;
-    for (const auto& c : cases) {
+    for (const auto& [words, askMode] : cases) {
         OptionSession session;
-        EXPECT_TRUE(session.parse(c.words));
-        EXPECT_EQ(session.askMode(), c.askMode);
-        EXPECT_EQ(session.updateOptions(), c.askMode);
+        EXPECT_TRUE(session.parse(words));
+        EXPECT_EQ(session.askMode(), askMode);
+        EXPECT_EQ(session.updateOptions(), askMode);
         const std::string detail = session.option('T').detail.c_str();
         EXPECT_EQ(timesIn(detail, "\t"), 0);
-        EXPECT_EQ(timesIn(detail, "\nSSE2     "), 1); // once, also after a second call
+        EXPECT_TRUE(hasOnce(detail, "\nSSE2     ")); // once, also after a second call
         EXPECT_EQ(timesIn(detail, "RDRAND"), 0);
     }
 }
@@ -281,8 +272,8 @@ TEST(Options, FeaturesReachTheLibraryAndTestsAreListed) {
         EXPECT_EQ(features, 0x81dfu);
         const std::string output =
             std::regex_replace(readFile(file), std::regex("(FAIL. status = -?\\d: ).*"), "$1N");
-        EXPECT_EQ(timesIn(output, "__psBraskCpu"), 1) << output;
-        EXPECT_EQ(timesIn(output, "ntkCpuFeatures =   0x81df )\n" + c.report + "\n"), 1) << output;
+        EXPECT_TRUE(hasOnce(output, "__psBraskCpu"));
+        EXPECT_TRUE(hasOnce(output, "ntkCpuFeatures =   0x81df )\n" + c.report + "\n"));
     }
     psRegNtkEnvironment(nullptr);
     ntk_SetCpuFeatures = setFeatures;

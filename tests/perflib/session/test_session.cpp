@@ -14,10 +14,7 @@ TEST(Session, PathsOfFiles) {
     OptionSession::setInDir("in");
     OptionSession::setOutDir("/out");
     OptionSession::setDefName("");
-    const struct {
-        psString got;
-        const char* want;
-    } cases[] = {
+    const std::pair<psString, const char*> cases[] = {
         {OptionSession::genDirName(""), "bin/"},
         {OptionSession::genDirName("a"), "bin/a/"},
         {OptionSession::genDirName("a/"), "bin/a/"},
@@ -33,8 +30,8 @@ TEST(Session, PathsOfFiles) {
         {OptionSession::getOutPath("\\f"), "\\f"},
         {OptionSession::getDirPath("f", ""), "bin/f"},
     };
-    for (const auto& c : cases) {
-        EXPECT_STREQ(c.got.c_str(), c.want);
+    for (const auto& [got, want] : cases) {
+        EXPECT_STREQ(got.c_str(), want);
     }
 }
 
@@ -67,7 +64,7 @@ TEST(Session, TheSignalFileComesLast) {
     pSession = nullptr;
     g_ostrm.close();
     psSession::m_exitLevel = 0;
-    EXPECT_NE(session.log.find("   #"), std::string::npos) << session.log;
+    EXPECT_TRUE(has(session.log, "   #"));
     EXPECT_TRUE(std::regex_search(readFile(testPath("s.end")), std::regex("^00:\\d\\d:\\d\\d\n")));
 }
 

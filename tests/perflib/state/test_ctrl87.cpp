@@ -21,43 +21,36 @@ double divideSSX(double a, double b) {
 
 TEST(FpuText, StatusWords) {
     const tsSSXBase ssx(true);
-    const struct {
-        unsigned word;
-        const char* text;
-    } cases[] = {{0x00, "Ok"},           {0x01, "?Invalid "},           {0x02, "?Denormal "},
-                 {0x04, "?Zerodivide "}, {0x08, "?Overflow "},          {0x10, "?Underflow "},
-                 {0x20, "_Inexact "},    {0x28, "?Overflow _Inexact "}, {0xFFC0, "Ok"}};
-    for (const auto& c : cases) {
-        EXPECT_STREQ(ts87Base::strSW(c.word).c_str(), c.text);
-        EXPECT_STREQ(ssx.strExceptionState(c.word).c_str(), c.text);
+    const std::pair<unsigned, const char*> cases[] = {
+        {0x00, "Ok"},           {0x01, "?Invalid "},           {0x02, "?Denormal "},
+        {0x04, "?Zerodivide "}, {0x08, "?Overflow "},          {0x10, "?Underflow "},
+        {0x20, "_Inexact "},    {0x28, "?Overflow _Inexact "}, {0xFFC0, "Ok"}};
+    for (const auto& [word, text] : cases) {
+        EXPECT_STREQ(ts87Base::strSW(word).c_str(), text);
+        EXPECT_STREQ(ssx.strExceptionState(word).c_str(), text);
     }
 }
 
 TEST(FpuText, ControlWords) {
-    const struct {
-        unsigned word;
-        const char* text;
-    } cases87[] = {{0x23B, "Near 53 Invalid Denormal Overflow Underflow Inexact "},
-                   {0x000, "Near 24 "},
-                   {0x100, "Near "},
-                   {0x77F, "Down 64 Invalid Denormal Zerodivide Overflow Underflow Inexact "},
-                   {0xA04, "Up 53 Zerodivide "},
-                   {0xE20, "Zero 53 Inexact "}};
-    for (const auto& c : cases87)
-        EXPECT_STREQ(ts87Base::strCW(c.word).c_str(), c.text) << std::hex << c.word;
+    const std::pair<unsigned, const char*> cases87[] = {
+        {0x23B, "Near 53 Invalid Denormal Overflow Underflow Inexact "},
+        {0x000, "Near 24 "},
+        {0x100, "Near "},
+        {0x77F, "Down 64 Invalid Denormal Zerodivide Overflow Underflow Inexact "},
+        {0xA04, "Up 53 Zerodivide "},
+        {0xE20, "Zero 53 Inexact "}};
+    for (const auto& [word, text] : cases87)
+        EXPECT_STREQ(ts87Base::strCW(word).c_str(), text) << std::hex << word;
 
-    const struct {
-        unsigned word;
-        const char* text;
-    } casesSSX[] = {
+    const std::pair<unsigned, const char*> casesSSX[] = {
         {0x9F80, "Near Invalid Denormal Zerodivide Overflow Underflow Inexact FlushToZero "},
         {0x003F, "Near NoFlushToZero "},
         {0x2200, "Down Zerodivide NoFlushToZero "},
         {0xC800, "Up Underflow FlushToZero "},
         {0x7000, "Zero Inexact NoFlushToZero "}};
     const tsSSXBase ssx(true);
-    for (const auto& c : casesSSX)
-        EXPECT_STREQ(ssx.strCW(c.word).c_str(), c.text) << std::hex << c.word;
+    for (const auto& [word, text] : casesSSX)
+        EXPECT_STREQ(ssx.strCW(word).c_str(), text) << std::hex << word;
 }
 
 TEST_F(FpuWords, DefaultsReachTheHardware) {

@@ -166,14 +166,12 @@ TEST_F(SignalGuard, FaultOutsideEndsTheProcessByItsSignal) {
 }
 
 TEST(SignalText, FollowsTheCode) {
-    const struct {
-        int code;
-        const char* text;
-    } cases[] = {{11, "Illegal storage access."},
-                 {8, "FP fail, such as overflow, division by zero, invalid operation."},
-                 {4, "Illegal instruction."},
-                 {0, "Unknown exception"},
-                 {6, "Unknown exception"}};
-    for (const auto& c : cases)
-        EXPECT_STREQ(tsSignal::getInfo(c.code), c.text);
+    const std::pair<int, const char*> cases[] = {
+        {11, "Illegal storage access."},
+        {8, "FP fail, such as overflow, division by zero, invalid operation."},
+        {4, "Illegal instruction."},
+        {0, "Unknown exception"},
+        {6, "Unknown exception"}};
+    for (const auto& [code, text] : cases)
+        EXPECT_STREQ(tsSignal::getInfo(code), text);
 }

@@ -79,5 +79,5 @@ TEST(CacheMode, ATestMeasuresInBothModes) {
     }
     psTest::m_cache = false;
     g_tool.harnessCalls = false;
-    EXPECT_NE(output.text().find("-- Fail to allocate outofCache data\n"), std::string::npos);
+    EXPECT_TRUE(has(output.text(), "-- Fail to allocate outofCache data\n"));
 }

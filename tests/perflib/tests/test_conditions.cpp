@@ -1,6 +1,5 @@
 #include "pscond.h"
 
-#include <memory>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -40,6 +39,8 @@ TEST(Conditions, AdmitTests) {
         {"f+8u f+CRC", And, "c"},
         {"f-8u", And, "d"},
         {"f=ntksCRC32_8u", And, "c"},
+        {"f*8u", And, ""},
+        {"f--8u", And, "abcd"}, // not one with "-8u"
         {"f=ntksCRC32_8u f=ntksCRC32C_16s", And, "cd"},
         // An exact condition that holds overrules all others of its group.
         {"f=ntksCRC32_8u fLZ4", And, "abc"},
@@ -65,27 +66,5 @@ TEST(Conditions, AdmitTests) {
             }
         }
         EXPECT_EQ(admitted, k.admitted) << k.options << (k.logic ? " or" : " and");
-    }
-}
-
-TEST(Conditions, ComeFromOptionArguments) {
-    const struct {
-        const char *argument, *pattern;
-        int kind;
-    } cases[] = {
-        {"abc", "abc", PS_ANY_OF},     {"=abc", "abc", PS_EXACT}, {"-abc", "abc", PS_MUST_HOLD},
-        {"+abc", "abc", PS_MUST_HOLD}, {"*a", "*a", PS_ANY_OF},   {"--a", "-a", PS_MUST_HOLD},
-    };
-    for (const auto& c : cases) {
-        for (int group = 0; group < psConditionGroups; ++group) {
-            const std::unique_ptr<RunCondition> condition(psMakeCondition(c.argument, group));
-            ASSERT_TRUE(condition) << c.argument;
-            EXPECT_STREQ(condition->pattern().c_str(), c.pattern);
-            EXPECT_EQ(condition->kind(), c.kind) << c.argument;
-            EXPECT_EQ(condition->group(), group);
-        }
-    }
-    for (const char* empty : {"", "=", "-", "+"}) {
-        EXPECT_EQ(psMakeCondition(empty, PS_BY_TEST), nullptr) << empty;
     }
 }

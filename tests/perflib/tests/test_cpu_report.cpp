@@ -62,15 +62,13 @@ std::string countText(const psPackageCount& number) {
 } // namespace
 
 TEST(CpuSignature, ExtendedFieldsAreAddedWhereTheyCount) {
-    const struct {
-        unsigned eax;
-        const char* numbers; // family, model, stepping, type, brand
-    } cases[] = {{0x000c06f2, "6 207 2 0 7"}, {0x00870f10, "23 113 0 0 7"},
-                 {0x00100f42, "16 4 2 0 7"},  {0x00000f4a, "15 4 10 0 7"},
-                 {0x000307b5, "7 59 5 0 7"},  {0x0ff10543, "5 4 3 0 7"},
-                 {0x0ff01632, "6 3 2 1 7"}};
-    for (const auto& c : cases) {
-        EXPECT_STREQ(signatureText(c.eax).c_str(), c.numbers) << std::hex << c.eax;
+    // EAX; family, model, stepping, type and brand
+    const std::pair<unsigned, const char*> cases[] = {
+        {0x000c06f2, "6 207 2 0 7"}, {0x00870f10, "23 113 0 0 7"}, {0x00100f42, "16 4 2 0 7"},
+        {0x00000f4a, "15 4 10 0 7"}, {0x000307b5, "7 59 5 0 7"},   {0x0ff10543, "5 4 3 0 7"},
+        {0x0ff01632, "6 3 2 1 7"}};
+    for (const auto& [eax, numbers] : cases) {
+        EXPECT_STREQ(signatureText(eax).c_str(), numbers) << std::hex << eax;
     }
 }
 
@@ -185,7 +183,7 @@ TEST(CpuReport, TellsWhatTheProcessorTells) {
             at += piece.size();
         }
         for (const std::string& piece : c.absent) {
-            EXPECT_EQ(report.find(piece), std::string::npos) << c.what << ": " << piece;
+            EXPECT_FALSE(has(report, piece)) << c.what << ": " << piece;
         }
     }
 }
@@ -213,7 +211,7 @@ TEST(CpuReport, FlagsTellPresentAndEnabled) {
           "\n    SSE2              yes      yes\n", "\n    AVX               yes      no\n",
           "\n    AVX2              no       no\n", "256-bit vector state : yes\n",
           "512-bit vector state : no\n"}) {
-        EXPECT_NE(flags.find(piece), std::string::npos) << piece << flags;
+        EXPECT_TRUE(has(flags, piece));
     }
     EXPECT_TRUE(psFeatureFlags(7, 7, 0).contains("256-bit vector state : no\n"));
     EXPECT_TRUE(psFeatureFlags(7, 7, 0xe7).contains("512-bit vector state : yes\n"));
@@ -237,10 +235,8 @@ TEST(CpuReport, FeatureLineIsWrapped) {
     }
     EXPECT_EQ(widest, 79u);
     for (const psCpuFeature& row : psCpuFeatures()) {
-        EXPECT_NE(
-            (words + " ").find(std::string(" ") + row.label + (row.mask > 0xf ? "(off) " : " ")),
-            std::string::npos)
-            << row.label;
+        EXPECT_TRUE(
+            has(words + " ", std::string(" ") + row.label + (row.mask > 0xf ? "(off) " : " ")));
     }
 }
 

@@ -29,9 +29,7 @@ TEST(TestReport, TestTitleIsShort) {
 }
 
 TEST(TestReport, ClassesHaveNoNamespaces) {
-    const struct {
-        const char *type, *name;
-    } cases[] = {
+    const std::pair<const char*, const char*> cases[] = {
         {"TimdcLZ4", "TimdcLZ4"},
         {"a::b::TimdcLZ4", "TimdcLZ4"},
         {"(anonymous namespace)::Test", "Test"},
@@ -39,8 +37,8 @@ TEST(TestReport, ClassesHaveNoNamespaces) {
         {"a::Test<b::c>::Inner", "Inner"},
         {"f(a::b)::Local", "Local"},
     };
-    for (const auto& c : cases) {
-        EXPECT_STREQ(psWithoutNamespaces(c.type).c_str(), c.name);
+    for (const auto& [type, name] : cases) {
+        EXPECT_STREQ(psWithoutNamespaces(type).c_str(), name);
     }
 }
 

@@ -3,10 +3,7 @@
 #include <gtest/gtest.h>
 
 TEST(TestFormat, Texts) {
-    const struct {
-        psString got;
-        const char* want;
-    } cases[] = {
+    const std::pair<psString, const char*> cases[] = {
         {psFormatClocks(0), ""},
         {psFormatClocks(-1), ""},
         {psFormatClocks(150.0), "150"},
@@ -24,8 +21,8 @@ TEST(TestFormat, Texts) {
         {sFormat("abcde", 4), "abcde"},
         {sFormat(2.0521, 6), "  2.05"},
     };
-    for (const auto& c : cases) {
-        EXPECT_STREQ(c.got.c_str(), c.want);
+    for (const auto& [got, want] : cases) {
+        EXPECT_STREQ(got.c_str(), want);
     }
 }
 

@@ -71,12 +71,4 @@ TEST(Parse, TwoOrThreeWords) {
     EXPECT_STREQ((a + "," + b).c_str(), "key,value");
 }
 
-TEST(Parse, AMegabyteLineIsOneWord) {
-    const std::string line = "\"" + std::string(1 << 20, 'x') + "\"\"" + "\"";
-    psString word, rest;
-    psString(line.c_str()).parse(word, rest, " \"");
-    EXPECT_EQ(word.length(), (1 << 20) + 1);
-    EXPECT_TRUE(rest.empty());
-}
-
 } // namespace

@@ -79,14 +79,12 @@ TEST(Frequency, MeasuredFromTwoSpansOfASecond) {
 }
 
 TEST(Frequency, SnapsToANominalOneWithinThreePercent) {
-    const struct {
-        int measured, mhz;
-    } cases[] = {{2395, 2400}, {3500, 3500}, {3060, 3060}, {3154, 3060}, {3155, 3155},
-                 {2450, 2400}, {2465, 2500}, {2515, 2500}, {2516, 2530}, {67, 66},
-                 {63, 63},     {540, 530},   {900, 900},   {4100, 4100}, {0, 0},
-                 {1, 1},       {1200, 1200}, {1030, 1000}};
-    for (const auto& c : cases)
-        EXPECT_EQ(psNominalMHz(c.measured), c.mhz) << c.measured;
+    const std::pair<int, int> cases[] = {
+        {2395, 2400}, {3500, 3500}, {3060, 3060}, {3154, 3060}, {3155, 3155}, {2450, 2400},
+        {2465, 2500}, {2515, 2500}, {2516, 2530}, {67, 66},     {63, 63},     {540, 530},
+        {900, 900},   {4100, 4100}, {0, 0},       {1, 1},       {1200, 1200}, {1030, 1000}};
+    for (const auto& [measured, mhz] : cases)
+        EXPECT_EQ(psNominalMHz(measured), mhz) << measured;
 }
 
 TEST(Frequency, IsMeasuredOnceAndMostlyAsleep) {

@@ -206,9 +206,7 @@ TEST_F(ToolTest, AFailedRunEndsTheAutoMethodAndShowsItsHistory) {
     g_script.clocks = {0};
     EXPECT_EQ(tool.timing(loopFunc, nullptr, nullptr, nullptr), PS_ACCUR_FAIL);
     EXPECT_EQ(g_script.loops, (std::vector<int>{1, 1, 10, 10}));
-    EXPECT_NE(log.text().find("        numLoops   = 10\n        numClocks  = 0\n"),
-              std::string::npos)
-        << log.text();
+    EXPECT_TRUE(has(log.text(), "        numLoops   = 10\n        numClocks  = 0\n"));
     g_script = {};
     g_script.clocks = {50000};
     g_script.result = PS_FUNC_FAIL;
@@ -220,16 +218,15 @@ TEST_F(ToolTest, AFailedRunEndsTheAutoMethodAndShowsItsHistory) {
 // Also in the runs that follow the first, and whatever their clocks were.
 TEST_F(ToolTest, AFailureInAnyRunEndsTheAutoMethodAtOnce) {
     const Captured log;
-    const struct {
-        size_t failing;                // the run that fails
-        std::vector<long long> clocks; // 3% more per call in 4 loops: confirming runs follow
-    } cases[] = {{2, {20000, 80000}}, {2, {20000, 0}}, {3, {20000, 82400}}};
-    for (const auto& c : cases) {
+    // The run that fails; 3% more per call in 4 loops is followed by confirming runs.
+    const std::pair<size_t, std::vector<long long>> cases[] = {
+        {2, {20000, 80000}}, {2, {20000, 0}}, {3, {20000, 82400}}};
+    for (const auto& [failing, clocks] : cases) {
         g_script = {};
-        g_script.clocks = c.clocks;
-        g_script.failingRun = c.failing;
+        g_script.clocks = clocks;
+        g_script.failingRun = failing;
         EXPECT_EQ(tool.timing(loopFunc, nullptr, nullptr, nullptr), PS_FUNC_FAIL);
-        EXPECT_EQ(g_script.loops.size(), c.failing);
+        EXPECT_EQ(g_script.loops.size(), failing);
     }
     EXPECT_EQ(log.text(), "");
 }
@@ -298,8 +295,8 @@ TEST_F(ToolTest, TheDetailsTellClocksInFull) {
     g_script.clocks = {12345678901};
     tool.setMethodBest(1, 8, 100000000000);
     tool.timing(loopFunc, nullptr, nullptr, nullptr);
-    EXPECT_NE(log.text().find("        minClocks  = 100000000000\n"), std::string::npos);
-    EXPECT_NE(log.text().find("        numClocks  = 12345678901\n"), std::string::npos);
+    EXPECT_TRUE(has(log.text(), "        minClocks  = 100000000000\n"));
+    EXPECT_TRUE(has(log.text(), "        numClocks  = 12345678901\n"));
 }
 
 TEST_F(ToolTest, OwnLoopsCallTwicePerTimedCall) {
