@@ -147,10 +147,18 @@ function verdictCounts(list) {
 }
 
 function comparisonAnswer(shown) {
-    const measured = shown.cases.filter(one => isNumber(one.effect));
     const counts = verdictCounts(shown.cases).map(({name, count}) => `${whole(count)} ${verdictSign(name)} ${name}`);
-    const mean = measured.length ? ` On the whole ${change(geometricMean(measured.map(one => one.effect)))}` : "";
-    return `${listed(counts)}.` + (mean && `${mean} (geometric mean).`);
+    return `${listed(counts)}.${meanText(shown)}`;
+}
+
+// ntkcompare has more to tell the mean from than the effects: their passes.
+function meanText({cases: list, ratio, low, high}) {
+    const effects = list.map(one => one.effect).filter(isNumber);
+    if (isNumber(ratio)) {
+        const interval = isNumber(low) && isNumber(high) ? `, ${change(low)} to ${change(high)}` : "";
+        return ` On the whole ${change(ratio)} (mean of ${counted(effects.length, "combination")}${interval}).`;
+    }
+    return effects.length ? ` On the whole ${change(geometricMean(effects))} (geometric mean).` : "";
 }
 
 function comparisonNote(shown) {

@@ -38,10 +38,22 @@ function markJumps(points) {
     return points;
 }
 
+// In the order of time; of runs that do not tell it in that of the files.
+function inTime(a, b) {
+    const [before, after] = [a, b].map(point => Date.parse(report.runs[point.run].started));
+    return (before - after) || a.run - b.run;
+}
+
 function historyPoints(combinations) {
     const chosen = combinations.get(state.c);
     const byRun = chosen ? samplesByRun(chosen) : meanByRun(combinations);
-    return markJumps([...byRun].sort(([a], [b]) => a - b).map(([run, clocks]) => ({run, clocks})));
+    return markJumps([...byRun].map(([run, clocks]) => ({run, clocks})).sort(inTime));
+}
+
+// Nights are known by their days.
+function pointNames(points) {
+    const days = points.map(point => dayText(report.runs[point.run].started).split(/\u00a0\d{4},/)[0]);
+    return new Set(days).size === days.length ? days : points.map(point => runName(point.run));
 }
 
 const groupOfRun = run => report.groups.findIndex(group => group.runs.includes(run));
@@ -65,15 +77,21 @@ function drawJumps(points, chart, ctx) {
     ctx.restore();
 }
 
-// Where a group of runs ends: another build or other keys.
+// Where another build begins. Where nearly every run is one of another build it would tell nothing.
+const isBorder = (points, index) => index > 0 && groupOfRun(points[index].run) !== groupOfRun(points[index - 1].run);
+const hasBorders = points => points.filter((_, index) => isBorder(points, index)).length <= Math.max(1, points.length / 3);
+
 function drawBorders(points, chart, ctx) {
+    if (!hasBorders(points)) {
+        return;
+    }
     const {top, bottom} = chart.chartArea;
     const marks = chart.getDatasetMeta(0).data;
     ctx.save();
     ctx.strokeStyle = colour("muted");
     ctx.setLineDash([3, 4]);
-    points.forEach((point, index) => {
-        if (index > 0 && groupOfRun(point.run) !== groupOfRun(points[index - 1].run)) {
+    points.forEach((_, index) => {
+        if (isBorder(points, index)) {
             const x = (marks[index].x + marks[index - 1].x) / 2;
             ctx.beginPath();
             ctx.moveTo(x, top);
@@ -91,7 +109,7 @@ function historyConfig(points, title) {
     return {
         type: "line",
         data: {
-            labels: points.map(point => runName(point.run)),
+            labels: pointNames(points),
             datasets: [{
                 data: clocks, borderColor: own, borderWidth: 1.75, pointBorderWidth: 1.5,
                 pointStyle: points.map(point => (point.isJump ? "triangle" : "circle")),
@@ -106,7 +124,7 @@ function historyConfig(points, title) {
             scales: {
                 x: {offset: true, ticks: {maxRotation: 0}},
                 y: {min: Math.max(0, smallest(clocks) - room * 0.3), max: largest(clocks) + room * 0.3,
-                    title: titleOf(title), ticks: {callback: tickText, includeBounds: false}},
+                    title: titleOf(title), ticks: {includeBounds: false, format: {useGrouping: false}}},
             },
             plugins: {tooltip: tooltipOf(item => [runText(points[item.dataIndex].run),
                 `${figure(points[item.dataIndex].clocks)} ${title}`])},
@@ -142,13 +160,20 @@ function combinationName(measured) {
     return [measured.file, measured.length && lengthText(measured.length), measured.variant].filter(Boolean).join(", ");
 }
 
+// A history goes over builds; other machines and keys have their own.
+const seriesOf = group => report.groups[group].series;
+const runsOfSeries = series => sum(report.groups.filter(group => group.series === series).map(group => group.runs.length));
+
 function showHistory() {
-    const own = cases.filter(measured => measured.function === state.f && measured.isMeasured);
-    const combinations = groupBy(own, combinationName);
-    showSection("history", report.runs.length > 1 && cases.length > 0);
-    if (report.runs.length < 2 || cases.length === 0) {
+    const isThere = report.groups.some(group => runsOfSeries(group.series) > 1);
+    showSection("history", isThere);
+    if (!isThere) {
         return;
     }
+    const series = seriesOf(shownGroup());
+    const own = cases.filter(measured => measured.function === state.f && measured.isMeasured &&
+        seriesOf(measured.group) === series);
+    const combinations = groupBy(own, combinationName);
     const choices = [{value: "", text: "all, geometric mean"},
         ...[...combinations.keys()].filter(Boolean).map(name => ({value: name, text: name}))];
     fillChoices(byId("history-function"), functions.map(name => ({value: name, text: name})).sort((a, b) =>
@@ -165,7 +190,8 @@ function showHistory() {
     byId("history-answer").textContent = historyAnswer(points);
     byId("history-note").textContent =
         "A triangle is a jump: further from the median of up to five runs before than 2% and four times the usual step. " +
-        "The scale does not begin at 0. A dotted line: from here on another build or other keys.";
+        "The scale does not begin at 0." + (hasBorders(points) ? " A dotted line: from here on another build." : "") +
+        (runsOfSeries(series) < report.runs.length ? " Runs of other machines or keys have a line of their own: choose them at the top." : "");
     historyPlot.show({
         title: `${name}: ${title}, run by run`, height: 300, label: `Line: ${name}, run by run. ${historyAnswer(points)}`,
         config: () => historyConfig(points, title),

@@ -147,14 +147,18 @@ function spreadCard() {
 }
 
 function failureCard() {
-    const failed = report.failures.filter(failure => isFailure(failure.result));
-    const notes = report.failures.length - failed.length;
+    const failed = report.failures.filter(failure => failure.isFailure);
+    const idle = distinct(report.failures.filter(failure => failure.result === "UNDEFINED"), failure => failure.function);
+    const notes = report.failures.filter(failure => !failure.isFailure && failure.result !== "UNDEFINED").length;
     const also = report.remarks.length + report.runs.filter(run => !run.complete).length;
     const names = distinct(failed, failure => failure.function);
     const lines = [];
     if (names.length > 0) {
         lines.push(listed(names.slice(0, 3).map(short)) +
             (names.length > 3 ? ` and ${names.length - 3} more.` : "."));
+    }
+    if (idle.length > 0) {
+        lines.push(`${counted(idle.length, "function")} ${idle.length === 1 ? "was" : "were"} not run.`);
     }
     if (notes + also > 0) {
         lines.push(`${counted(notes + also, "note")} beside.`);

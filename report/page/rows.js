@@ -5,7 +5,7 @@ const rowColumns = [
         choose: row => choose({f: row.function, v: row.variant, c: "", at: "lengths"})},
     textColumn("file", "File"),
     numberColumn("length", "Length", whole),
-    textColumn("variant", "Variant"),
+    {...textColumn("variant", "Variant"), text: briefVariant},
     numberColumn("ratio", "Ratio"),
     numberColumn("clocks", "Clocks"),
     textColumn("per", "per", row => (row.isPerByte ? "byte" : row.unit || "unit")),
