@@ -15,8 +15,8 @@ struct Meaning {
 };
 constexpr Meaning meanings[] = {
     {"EncodeLZ4", "N", "no dictionary"},
-    {"EncodeLZ4", "I", "what stands before the data is the dictionary"},
-    {"EncodeLZ4", "E", "a copy of it, elsewhere in memory, is the dictionary"},
+    {"EncodeLZ4", "I", "the first half of the data, where it stands, is the dictionary"},
+    {"EncodeLZ4", "E", "a copy of the first half of the data is the dictionary"},
     {"LZO", "ST", "one thread, a table of 16,384 entries"},
     {"LZO", "ST1X", "one thread, a table of 2,048 entries: faster, larger results"},
     {"LZO", "MT", "as ST, the data split among several threads"},

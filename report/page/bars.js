@@ -203,7 +203,7 @@ function showClocks() {
     const methods = methodFigures(measuredCases());
     byId("clocks-answer").textContent = clocksAnswer(methods);
     byId("clocks-note").textContent = clocksNote(methods);
-    byId("clocks-names").textContent = namesText(methods);
+    byId("clocks-names").textContent = namesText(methods) && `Short names: ${namesText(methods)}.`;
     showFamilies(methods);
     byId("clocks-table").replaceChildren();
     addDetails(byId("clocks-table"), "As a table", () => ({

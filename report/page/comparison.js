@@ -116,7 +116,7 @@ function effectsConfig(list, noise) {
             interaction: {mode: "y", intersect: false},
             scales: {
                 x: {type: "linear", min, max, title: titleOf("change of the clocks in percent; right of 0 is slower"),
-                    ticks: {callback: value => (value > 0 ? "+" : "") + tickText(value), includeBounds: false}},
+                    ticks: {callback: value => (value > 0 ? "+" : value < 0 ? "\u2212" : "") + tickText(Math.abs(value)), includeBounds: false}},
                 y: nameAxis(list.map(caseName)),
             },
             plugins: {tooltip: tooltipOf(item => effectTip(list[item.dataIndex]))},
@@ -130,14 +130,14 @@ const effectColumns = [
     {...textColumn("verdict", "Verdict"), text: one => `${verdictSign(one.verdict)} ${one.verdict}`,
         className: one => one.verdict},
     textColumn("function", "Function"),
-    textColumn("parameters", "Parameters"),
+    textColumn("parameters", "Parameters", one => briefly(one.parameters)),
     numberColumn("effect", "Change", change),
     numberColumn("low", "From", change),
     numberColumn("high", "To", change),
     numberColumn("base", "Base clocks"),
     numberColumn("changed", "New clocks"),
-    {...textColumn("failure", "Failure"), isLong: true},
 ];
+const failureColumn = {...textColumn("failure", "Failure"), isLong: true};
 
 function verdictCounts(list) {
     const counts = groupBy(list, one => one.verdict);
@@ -196,7 +196,7 @@ function showEffects(shown) {
     const drawn = mostTelling(effects);
     comparisonPlot.element.hidden = drawn.length === 0;
     effectsTable.replaceChildren();
-    new DataTable(effectsTable, {caption: `Effects: ${shown.title}`, columns: effectColumns}).show(list);
+    new DataTable(effectsTable, {caption: `Effects: ${shown.title}`, columns: list.some(one => one.failure) ? [...effectColumns, failureColumn] : effectColumns}).show(list);
     if (drawn.length > 0) {
         const cut = drawn.length < effects.length ? `, the ${drawn.length} most telling of ${whole(effects.length)}` : "";
         comparisonPlot.show({

@@ -121,9 +121,20 @@ function frontierBoxes(chart) {
     });
 }
 
+function drawLineTo({x, y}, place, ctx) {
+    if (place.needsLine) {
+        ctx.strokeStyle = colour("text");
+        ctx.beginPath();
+        ctx.moveTo(Math.min(Math.max(x, place.left), place.right), y < place.top ? place.top + 1 : place.bottom - 1);
+        ctx.lineTo(x, y);
+        ctx.stroke();
+    }
+}
+
 // As many names as find a place, those on the frontier first.
 function drawMethodNames(methods, chart, ctx) {
-    const taken = chart.getDatasetMeta(0).data.map(point => box(point.x - 5, point.y - 5, 10, 10));
+    const others = chart.getDatasetMeta(0).data;
+    const taken = others.map(point => box(point.x - 5, point.y - 5, 10, 10));
     taken.push(...frontierBoxes(chart));
     const room = chart.chartArea;
     ctx.save();
@@ -134,8 +145,9 @@ function drawMethodNames(methods, chart, ctx) {
         ctx.font = (one.isOnFrontier ? "600 " : "") + smallFont();
         const text = briefMethod(one);
         const width = ctx.measureText(text).width;
-        const place = freePlace(point, width, taken, room, one.isOnFrontier);
+        const place = freePlace(point, width, taken, room, {isImportant: one.isOnFrontier, others});
         if (place) {
+            drawLineTo(point, place, ctx);
             ctx.fillStyle = colour(one.isOnFrontier ? "text" : "muted");
             drawText(ctx, text, place.left, place.top + 7);
             taken.push(place);

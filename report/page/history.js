@@ -27,13 +27,16 @@ function stepNoise(values) {
     return steps.length ? median(steps) : 0;
 }
 
-// A jump stands out from the runs before by much more than those differ among themselves.
+// A jump stands out from the runs before by much more than those differ among themselves. What stays
+// where it has jumped to is no jump again.
 function markJumps(points) {
     const noise = stepNoise(points.map(point => point.clocks));
+    let level = 0; // of the last jump
     points.forEach((point, index) => {
-        const before = points.slice(Math.max(0, index - 5), index).map(one => one.clocks);
+        const before = points.slice(Math.max(level, index - 5), index).map(one => one.clocks);
         point.ratio = before.length ? point.clocks / median(before) : 1;
         point.isJump = before.length > 0 && Math.abs(Math.log(point.ratio)) > Math.max(0.02, 4 * noise);
+        level = point.isJump ? index : level;
     });
     return points;
 }
@@ -189,7 +192,7 @@ function showHistory() {
     const name = combinations.has(state.c) ? `${state.f}, ${state.c}` : state.f;
     byId("history-answer").textContent = historyAnswer(points);
     byId("history-note").textContent =
-        "A triangle is a jump: further from the median of up to five runs before than 2% and four times the usual step. " +
+        "A triangle is a jump: off the runs before it, of up to five the median, by more than 2% and than four times the usual step. " +
         "The scale does not begin at 0." + (hasBorders(points) ? " A dotted line: from here on another build." : "") +
         (runsOfSeries(series) < report.runs.length ? " Runs of other machines or keys have a line of their own: choose them at the top." : "");
     historyPlot.show({

@@ -161,7 +161,7 @@ function failureCard() {
         lines.push(`${counted(idle.length, "function")} ${idle.length === 1 ? "was" : "were"} not run.`);
     }
     if (notes + also > 0) {
-        lines.push(`${counted(notes + also, "note")} beside.`);
+        lines.push(`${counted(notes + also, "note")}.`);
     }
     const made = card("What failed",
         names.length ? `${counted(names.length, "function")} failed` : "Nothing failed", ...lines);

@@ -97,7 +97,7 @@ function followTheme() {
 
 // Names stand beside or above bars by the width.
 function followWidth() {
-    narrow.addEventListener("change", () => showChanged(new Set(["data", "cmp"])));
+    narrow.addEventListener("change", () => showChanged(new Set(["data", "cmp", "q"])));
 }
 
 readAddress();

@@ -87,8 +87,12 @@ TEST(Functions, VariantIsWhatFileAndLengthDoNotTellAndShortNamesHaveAMeaning) {
         {"ntksEncodeLZO_8u", {{"Variant", std::string("ST")}}, "ST", "one thread", 3},
         {"ntksEncodeLZ4HC_8u", {{"dict", std::string("N")}}, "dict=N", "no dictionary", 3},
         // The second half of the data is what they encode.
-        {"ntksEncodeLZ4HC_8u", {{"dict", std::string("I")}}, "dict=I", "before the data", 1.2},
-        {"ntksEncodeLZ4HC_8u", {{"Variant", std::string("E")}}, "E", "elsewhere in memory", 1.2},
+        {"ntksEncodeLZ4HC_8u", {{"dict", std::string("I")}}, "dict=I", "where it stands", 1.2},
+        {"ntksEncodeLZ4HC_8u",
+         {{"Variant", std::string("E")}},
+         "E",
+         "a copy of the first half",
+         1.2},
         {"ntksEncodeLZ4DictSafe_8u", {{"Variant", std::string("N")}}, "N", "no dictionary", 1.2},
     };
     for (const auto& c : cases) {
