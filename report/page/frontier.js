@@ -164,7 +164,8 @@ function ratioTip({raw: {one}}) {
 // Logarithmic, or a file that hardly can be compressed less would press all others together.
 function ratioAxis(ratios) {
     const [low, high] = [smallest(ratios) / 1.08, largest(ratios) * 1.15];
-    const ticks = [...Array(10).keys()].flatMap(power => [1, 1.5, 2, 3, 5, 7].map(step => step * 10 ** (power - 1)));
+    const steps = high / low > 3 ? [1, 1.5, 2, 3, 5, 7] : [1, 1.2, 1.4, 1.7, 2, 2.4, 3, 3.5, 4, 4.5, 5, 5.5, 6, 7, 8, 9];
+    const ticks = powersOfTen(low, high).flatMap(power => steps.map(step => step * power));
     return {...logarithmicAxis(low, high, "ratio, logarithmic"),
         afterBuildTicks: ticksAt(ticks.filter(tick => tick >= low && tick <= high))};
 }
