@@ -47,16 +47,18 @@ function inTime(a, b) {
     return (before - after) || a.run - b.run;
 }
 
+// Nights are known by their days.
+function nameByDay(points) {
+    const days = points.map(point => dayText(report.runs[point.run].started).split(/\u00a0\d{4},/)[0]);
+    const isByDay = new Set(days).size === days.length;
+    points.forEach((point, index) => { point.name = isByDay ? days[index] : runName(point.run); });
+    return points;
+}
+
 function historyPoints(combinations) {
     const chosen = combinations.get(state.c);
     const byRun = chosen ? samplesByRun(chosen) : meanByRun(combinations);
-    return markJumps([...byRun].map(([run, clocks]) => ({run, clocks})).sort(inTime));
-}
-
-// Nights are known by their days.
-function pointNames(points) {
-    const days = points.map(point => dayText(report.runs[point.run].started).split(/\u00a0\d{4},/)[0]);
-    return new Set(days).size === days.length ? days : points.map(point => runName(point.run));
+    return markJumps(nameByDay([...byRun].map(([run, clocks]) => ({run, clocks})).sort(inTime)));
 }
 
 const groupOfRun = run => report.groups.findIndex(group => group.runs.includes(run));
@@ -112,7 +114,7 @@ function historyConfig(points, title) {
     return {
         type: "line",
         data: {
-            labels: pointNames(points),
+            labels: points.map(point => point.name),
             datasets: [{
                 data: clocks, borderColor: own, borderWidth: 1.75, pointBorderWidth: 1.5,
                 pointStyle: points.map(point => (point.isJump ? "triangle" : "circle")),
@@ -156,7 +158,7 @@ function historyAnswer(points) {
     const range = `From ${figure(smallest(clocks))} to ${figure(largest(clocks))} clocks over ${counted(points.length, "run")}`;
     return jumps.length === 0 ? `${range}, no jump.` :
         `${range}. ${jumps.length === 1 ? "A jump" : "Jumps"} at ${listed(jumps.slice(0, 6).map(point =>
-            `${runName(point.run)} (${change(point.ratio)})`))}.`;
+            `${distinct([runName(point.run), point.name], name => name).join(", ")} (${change(point.ratio)})`))}.`;
 }
 
 function combinationName(measured) {
@@ -192,7 +194,7 @@ function showHistory() {
     const name = combinations.has(state.c) ? `${state.f}, ${state.c}` : state.f;
     byId("history-answer").textContent = historyAnswer(points);
     byId("history-note").textContent =
-        "A triangle is a jump: off the runs before it, of up to five the median, by more than 2% and than four times the usual step. " +
+        "A triangle is a jump: by more than 2%, and than four times the usual step, off the median of up to five runs before. " +
         "The scale does not begin at 0." + (hasBorders(points) ? " A dotted line: from here on another build." : "") +
         (runsOfSeries(series) < report.runs.length ? " Runs of other machines or keys have a line of their own: choose them at the top." : "");
     historyPlot.show({

@@ -41,9 +41,13 @@ const libraryText = ({name, version, date}) =>
     [name, version, /\d/.test(date) ? `of ${date}` : date].filter(Boolean).join(" ");
 const baseName = path => path.slice(path.lastIndexOf("/") + 1);
 
+// Of many nights the builds are in the table of the runs.
+const mostBuilds = 3;
+
 function librariesText() {
-    return listed(known(report.runs.flatMap(run => run.libraries.map(library => libraryText(library) +
-        (library.files.length ? ` (${known(library.files.map(baseName)).join(", ")})` : "")))));
+    const builds = known(report.runs.flatMap(run => run.libraries.map(library => libraryText(library) +
+        (library.files.length ? ` (${known(library.files.map(baseName)).join(", ")})` : ""))));
+    return builds.length > mostBuilds ? `${builds[0]} to ${builds.at(-1)}, ${builds.length} builds` : listed(builds);
 }
 
 function corpusText() {
@@ -79,7 +83,7 @@ function whatText() {
     const libraries = librariesText();
     return `${counted(functions.length, "function")} of ${libraryKind("data-compression")}${corpusText()}, ` +
         `measured in ${counted(report.runs.length, "run")}${whenText()}` +
-        (machine && ` on ${machine}`) + `: ${counted(cases.length, "combination")}.` +
+        (machine && ` on ${machine}`) + `: ${counted(distinct(cases, measured => measured.key).length, "combination")}.` +
         (libraries && ` Library: ${libraries}.`) +
         (keys.length ? ` Keys: ${keys.join(" / ")}.` : "");
 }

@@ -221,11 +221,11 @@ class PageTest(unittest.TestCase):
 
     def test_jump_in_the_history(self):
         self.open("history", "#f=ntksDecodeLZ4_8u")
-        self.assertRegex(self.text("#history-answer"), r"jump at run 8 \(\+(19|20|21)\.")
+        self.assertRegex(self.text("#history-answer"), r"jump at run 8, 17.Nov \(\+(19|20|21)\.")
         self.choose("#history-function", "ntksDecodeLZO_8u")
         self.assertIn("no jump", self.text("#history-answer"))
         self.open("builds", "#f=ntksDecodeLZ4_8u&group=1")
-        self.assertRegex(self.text("#history-answer"), r"over 6 runs. A jump at run 4 \(\+1[3-6]\.")
+        self.assertRegex(self.text("#history-answer"), r"over 6 runs. A jump at run 4, 13.Nov \(\+1[3-6]\.")
         self.assertIn("other machines or keys", self.text("#history-note"))
 
     def test_failures_in_their_words(self):
