@@ -5,12 +5,11 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
-#include <memory>
 #include <optional>
 #include <random>
+#include <utility>
 
-#include <CLI/CLI.hpp>
-
+#include "commandline.h"
 #include "keys.h"
 #include "samefile.h"
 #include "usage.h"
@@ -24,12 +23,8 @@ const char* const description =
     "Is the new build faster? Compares two builds of the measured library, call by call, in\n"
     "turns of a few milliseconds on one processor, so that the answer holds on a busy machine.\n";
 
-struct Formatter : CLI::Formatter {
-    std::string make_usage(const CLI::App*, std::string) const override {
-        return "Usage: ntkcompare [OPTION...] BASE NEW [-- KEY...]\n"
-               "       ntkcompare [OPTION...] --self [-- KEY...]\n";
-    }
-};
+const char* const usage = "Usage: ntkcompare [OPTION...] BASE NEW [-- KEY...]\n"
+                          "       ntkcompare [OPTION...] --self [-- KEY...]\n";
 
 const char* const footer =
     "BASE and NEW are directories with " NTK_DC_SONAME ", " NTK_S_SONAME " and\n" NTK_CORE_SONAME
@@ -74,11 +69,7 @@ struct Texts {
 };
 
 void describe(CLI::App& app, Texts& texts, Options& options) {
-    app.formatter(std::make_shared<Formatter>());
-    app.footer(footer);
-    app.set_help_flag("-h,--help", "Print this and exit");
-    app.set_version_flag("-V,--version", "ntkcompare " NTK_COMPARE_VERSION,
-                         "Print the version and exit");
+    common::describeProgram(app, usage, NTK_COMPARE_VERSION, footer);
     // Without extra arguments: the words behind it are BASE and NEW.
     const auto keys = [&](const char* name, std::vector<std::string>& to, const char* text) {
         app.add_option(name, to, text)->type_name("\"KEY...\"")->allow_extra_args(false);
@@ -230,22 +221,18 @@ Options parseOptions(std::vector<std::string> words) {
     std::vector<std::string> common(dashes == words.end() ? dashes : dashes + 1, words.end());
     words.erase(dashes, words.end());
     checkFileWords(words);
-    std::reverse(words.begin(), words.end()); // the order that CLI11 wants
 
     Options options;
     Texts texts;
     CLI::App app(description, "ntkcompare");
     describe(app, texts, options);
     try {
-        app.parse(words);
-    } catch (const CLI::CallForHelp&) {
-        options.information = app.help();
-        return options;
-    } catch (const CLI::CallForVersion&) {
-        options.information = "ntkcompare " NTK_COMPARE_VERSION "\n";
-        return options;
+        options.information = common::parseWords(app, std::move(words));
     } catch (const CLI::ParseError& error) {
         throw unexpected(error);
+    }
+    if (!options.information.empty()) {
+        return options;
     }
     checkOneFileEach(options);
     setDirectories(texts.directories, options);

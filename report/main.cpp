@@ -70,6 +70,12 @@ bool write(const Options& options, const Report& report) {
         return common::print(programName, terminalText(report, terminalStyle()));
     }
     bool isWritten = true;
+    if (!options.output(Form::json).empty()) {
+        if (const std::string problem = googleBenchmarkProblem(report); !problem.empty()) {
+            tell(problem);
+            isWritten = false;
+        }
+    }
     for (std::size_t i = 0; i < formCount; ++i) {
         const std::string& file = options.outputs[i];
         if (file.empty()) {

@@ -1,10 +1,9 @@
 #include "options.h"
 
 #include <algorithm>
-#include <memory>
+#include <utility>
 
-#include <CLI/CLI.hpp>
-
+#include "commandline.h"
 #include "files.h"
 #include "samefile.h"
 
@@ -16,11 +15,7 @@ const char* const description = "What runs of ntkperf have found: on the termina
                                 "look at and to send, and for\n"
                                 "the programs that keep track of benchmarks.\n";
 
-struct Formatter : CLI::Formatter {
-    std::string make_usage(const CLI::App*, std::string) const override {
-        return "Usage: ntkreport [OPTION...] FILE...\n";
-    }
-};
+const char* const usage = "Usage: ntkreport [OPTION...] FILE...\n";
 
 const char* const footer =
     R"(Each FILE is one of these; its content tells which:
@@ -75,11 +70,7 @@ constexpr Description forms[] = {
 };
 
 void describe(CLI::App& app, Options& options) {
-    app.formatter(std::make_shared<Formatter>());
-    app.footer(footer);
-    app.set_help_flag("-h,--help", "Print this and exit");
-    app.set_version_flag("-V,--version", "ntkreport " NTK_REPORT_VERSION,
-                         "Print the version and exit");
+    common::describeProgram(app, usage, NTK_REPORT_VERSION, footer);
     app.add_option("INPUT", options.inputs)->group("");
     for (const Description& form : forms) {
         app.add_option(form.name, options.outputs[static_cast<std::size_t>(form.form)], form.text)
@@ -102,6 +93,24 @@ std::vector<std::pair<std::string, std::string>> outputFiles(const Options& opti
     return files;
 }
 
+// --html= a.jsonl: CLI11 would take the next word for the name.
+void checkWords(const std::vector<std::string>& words) {
+    for (const Description& form : forms) {
+        if (std::find(words.begin(), words.end(), std::string(form.name) + "=") != words.end()) {
+            throw UsageError(std::string(form.name) + "= needs the name of a file, or -");
+        }
+    }
+}
+
+void checkNotRead(const std::vector<std::string>& inputs, const std::string& option,
+                  const std::string& file) {
+    for (const std::string& input : inputs) {
+        if (!common::sameFile({{option, file}, {"the input", input}}).empty()) {
+            throw UsageError(option + " would replace the input " + input + "; name another file");
+        }
+    }
+}
+
 // Before an output replaces what somebody has measured: --html a.jsonl b.jsonl.
 void checkOutputs(const Options& options) {
     const auto isConsole = [](const std::string& file) { return file == standardOutput; };
@@ -113,6 +122,7 @@ void checkOutputs(const Options& options) {
         throw UsageError(both);
     }
     for (const auto& [option, file] : files) {
+        checkNotRead(options.inputs, option, file);
         if (!file.empty() && holdsMeasurements(file)) {
             throw UsageError(option + " would replace " + file +
                              ", which holds measurements; name another file");
@@ -128,20 +138,17 @@ bool Options::hasOutput() const {
 }
 
 Options parseOptions(std::vector<std::string> words) {
-    std::reverse(words.begin(), words.end()); // the order that CLI11 wants
+    checkWords(words);
     Options options;
     CLI::App app(description, "ntkreport");
     describe(app, options);
     try {
-        app.parse(words);
-    } catch (const CLI::CallForHelp&) {
-        options.information = app.help();
-        return options;
-    } catch (const CLI::CallForVersion&) {
-        options.information = "ntkreport " NTK_REPORT_VERSION "\n";
-        return options;
+        options.information = common::parseWords(app, std::move(words));
     } catch (const CLI::ParseError& error) {
         throw unexpected(error);
+    }
+    if (!options.information.empty()) {
+        return options;
     }
     for (const Description& form : forms) {
         if (app.count(form.name) > 0 && options.output(form.form).empty()) {

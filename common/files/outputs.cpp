@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
@@ -11,6 +12,16 @@
 #include "psatomicfile.h"
 
 namespace common {
+
+namespace {
+
+// A file that grows beyond its limit is an error of the write, as a full disk is, not the end of
+// the program with a half-written file left behind.
+void ignoreFileSizeSignal() {
+    std::signal(SIGXFSZ, SIG_IGN);
+}
+
+} // namespace
 
 int terminalWidth(int descriptor) {
     winsize size = {};
@@ -32,6 +43,7 @@ std::string whyNotWritable(const std::string& file) {
 }
 
 bool writeFile(const std::string& program, const std::string& file, const std::string& text) {
+    ignoreFileSizeSignal();
     constexpr std::size_t piece = 1 << 20; // a psString has at most an int's length
     psAtomicFile replaced(file.c_str());
     for (std::size_t at = 0; at < text.size(); at += piece) {
@@ -46,6 +58,7 @@ bool writeFile(const std::string& program, const std::string& file, const std::s
 }
 
 bool print(const std::string& program, const std::string& text) {
+    ignoreFileSizeSignal();
     if (std::fwrite(text.data(), 1, text.size(), stdout) == text.size() &&
         std::fflush(stdout) == 0) {
         return true;

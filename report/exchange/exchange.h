@@ -11,6 +11,8 @@ namespace report {
 
 // Google Benchmark, schema 1: a row a run and case, of failures too.
 std::string googleBenchmarkText(const Report& report);
+// What it cannot tell of the report, a sentence; empty: nothing.
+std::string googleBenchmarkProblem(const Report& report);
 // Bencher Metric Format: clocks per unit, with the smallest and the largest of the runs.
 std::string bencherText(const Report& report);
 // github-action-benchmark's customSmallerIsBetter: the median of the runs.

@@ -29,10 +29,6 @@ namespace {
 
 constexpr double unitsOfTable = 1e6;
 
-bool hasFailed(const std::string& result) {
-    return isFailure(result) || result == "UNDEFINED";
-}
-
 class Rows {
 public:
     explicit Rows(const Report& report) : m_report(report) {
@@ -50,7 +46,7 @@ private:
         for (const Case& tried : group.cases) {
             startCase(tried.function);
             addSamples(group, tried);
-            if (hasFailed(tried.result)) {
+            if (isFailure(tried.result)) {
                 addFailure(caseName(group, tried), resultText(tried.result, tried.comment));
                 failed.insert(tried.function);
             }
@@ -62,7 +58,7 @@ private:
     void addTests(const Group& group, std::set<std::string>& failed) {
         for (const int run : group.runs) {
             for (const TestResult& test : m_report.runs[run].tests) {
-                if (hasFailed(test.result) && failed.insert(test.function).second) {
+                if (isFailure(test.result) && failed.insert(test.function).second) {
                     startCase(test.function);
                     addFailure(functionName(group, test.function),
                                resultText(test.result, test.message));
@@ -86,7 +82,7 @@ private:
         for (const Sample& sample : tried.samples) {
             if (m_mhz && isFigure(sample.clocksPerUnit)) {
                 addSample(name, tried, sample, repetition++);
-            } else {
+            } else if (!m_mhz) {
                 ++m_withoutTime;
             }
         }
@@ -194,6 +190,14 @@ std::string contextText(const Report& report, const Rows& rows) {
 }
 
 } // namespace
+
+std::string googleBenchmarkProblem(const Report& report) {
+    const int left = Rows(report).withoutTime();
+    return left > 0 ? common::countText(left, "measurement") +
+                          " left out of --json: without the frequency of the clock counter, which "
+                          "the file does not tell, there is no time; give the records of -x"
+                    : "";
+}
 
 std::string googleBenchmarkText(const Report& report) {
     const Rows rows(report);

@@ -82,7 +82,7 @@ void add(const Measurement& row, const Sample& where, Case& one) {
         one.length = lengthOf(row);
     }
     if (!one.ratio) {
-        one.ratio = numberIn(row.values, "Ratio");
+        one.ratio = ratioOfCall(one, numberIn(row.values, "Ratio"));
     }
     const bool isWorse = worseResult(one.result, row.result) != one.result;
     if (isWorse || (one.samples.empty() && row.clocksPerUnit && row.result == one.result)) {
@@ -95,7 +95,7 @@ void add(const Measurement& row, const Sample& where, Case& one) {
 }
 
 void summarize(const std::vector<Run>& runs, Case& one) {
-    one.bytesPerUnit = bytesPerUnit(one.function, one.ratio);
+    one.bytesPerUnit = bytesPerUnit(one);
     if (one.samples.empty()) {
         return;
     }

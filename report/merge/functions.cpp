@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cmath>
+
+#include "variants.h"
 
 namespace report {
 
@@ -70,15 +73,27 @@ FunctionFacts factsOf(const std::string& function) {
     return {isKnown ? found->family : genericFamily(function), kind};
 }
 
-std::optional<double> bytesPerUnit(const std::string& function, std::optional<double> ratio) {
-    if (!function.starts_with(measuredLibrary)) {
-        return std::nullopt;
+std::optional<double> bytesPerUnit(const Case& one) {
+    if (!one.function.starts_with(measuredLibrary)) {
+        // Those of a decoder may be the compressed ones.
+        const bool isByte = one.unit == "byte" && one.kind != Case::Kind::decoder;
+        return isByte ? std::optional(1.0) : std::nullopt;
     }
     // These count compressed bytes.
-    if (function == "ntksDecodeLZ4_8u" || function == "ntksDecodeZfp444_32f") {
-        return ratio && *ratio > 0 ? ratio : std::nullopt;
+    if (one.function == "ntksDecodeLZ4_8u" || one.function == "ntksDecodeZfp444_32f") {
+        return one.ratio && *one.ratio > 0 ? one.ratio : std::nullopt;
     }
-    return function == "ntksEncodeZfp444_32f" ? sizeof(float) : 1;
+    return one.function == "ntksEncodeZfp444_32f" ? sizeof(float) : 1;
+}
+
+std::optional<double> ratioOfCall(const Case& one, std::optional<double> told) {
+    if (!told || !encodesSecondHalf(one)) {
+        return told;
+    }
+    if (!one.length || *one.length < 2) {
+        return std::nullopt;
+    }
+    return *told * std::floor(*one.length / 2) / *one.length;
 }
 
 } // namespace report

@@ -14,8 +14,13 @@ struct FunctionFacts {
 };
 FunctionFacts factsOf(const std::string& function);
 
-// Bytes of uncompressed data that a unit of a function's clocks stands for. Nothing: not known of
-// this function, or only its ratio would tell.
-std::optional<double> bytesPerUnit(const std::string& function, std::optional<double> ratio);
+// Bytes of uncompressed data that a unit of a case's clocks stands for. Nothing: not known of this
+// function, or only its ratio would tell.
+std::optional<double> bytesPerUnit(const Case& one);
+
+// What goes into a call over what comes out of it, or the other way round for a decoder, of what a
+// test tells as its ratio: with a dictionary that is all of the data over what became of their
+// second half.
+std::optional<double> ratioOfCall(const Case& one, std::optional<double> told);
 
 } // namespace report

@@ -109,6 +109,21 @@ std::vector<std::string> columnProblems(const std::vector<Traits>& all,
     return problems;
 }
 
+// A history goes on over builds, and from tables to records.
+void setSeries(const std::vector<Traits>& all, std::vector<Group>& groups) {
+    const auto isOfSeries = [](const Traits& one, const Traits& other) {
+        return one.machine == other.machine && one.keys == other.keys;
+    };
+    int count = 0;
+    for (std::size_t i = 0; i < groups.size(); ++i) {
+        std::size_t first = 0;
+        while (!isOfSeries(all[i], all[first])) {
+            ++first;
+        }
+        groups[i].series = first == i ? count++ : groups[first].series;
+    }
+}
+
 } // namespace
 
 Groups groupsOf(const std::vector<Run>& runs) {
@@ -128,6 +143,7 @@ Groups groupsOf(const std::vector<Run>& runs) {
         group.cases = casesOf(runs, group.runs);
     }
     setLabels(all, found.groups);
+    setSeries(all, found.groups);
     found.problems = columnProblems(all, found.groups, runs);
     return found;
 }

@@ -90,7 +90,7 @@ struct Case {
     NamedValues parameters;       // name it within its function
     std::string file;             // of the corpus; empty: none
     std::optional<double> length; // of the data in bytes
-    std::optional<double> ratio;
+    std::optional<double> ratio;  // of what goes in and out of a call
     // Bytes of uncompressed data that a unit stands for, where that is known.
     std::optional<double> bytesPerUnit;
     std::vector<Sample> samples; // in the order of the runs; empty: it failed in all
@@ -105,6 +105,7 @@ struct Case {
 // groups are never averaged.
 struct Group {
     std::string label;     // what tells it from the other groups, "12.0.1 (-TSSE42)"; one: empty
+    int series = 0;        // the same for groups that only the build of the library tells apart
     std::vector<int> runs; // indices in Report::runs
     std::vector<Case> cases;
 };
@@ -128,6 +129,8 @@ struct Comparison {
     double tolerance = 0;      // as a ratio
     double confidence = 0.95;
     std::optional<double> medianHalfWidth; // of the intervals: the noise floor, as a ratio
+    // Over all measured cases, new / base as in a case.
+    std::optional<double> ratio, low, high;
     bool isComplete = true;
     std::vector<ComparedCase> cases;
 };

@@ -45,7 +45,7 @@ function barTip(method) {
     const all = method.own.map(measured => measured.clocks);
     return [`${method.method}: ${figure(method.clocks)} clocks per ` +
         (method.isPerByte ? "byte" : method.unit || "unit"),
-    `spread ${percent(spread)}`,
+    ...(meaningOf(method) ? [meaningOf(method)] : []), `spread ${percent(spread)}`,
     `${counted(all.length, "measurement")}, ${figure(smallest(all))} to ${figure(largest(all))}`];
 }
 
@@ -203,6 +203,7 @@ function showClocks() {
     const methods = methodFigures(measuredCases());
     byId("clocks-answer").textContent = clocksAnswer(methods);
     byId("clocks-note").textContent = clocksNote(methods);
+    byId("clocks-names").textContent = namesText(methods) && `Short names: ${namesText(methods)}.`;
     showFamilies(methods);
     byId("clocks-table").replaceChildren();
     addDetails(byId("clocks-table"), "As a table", () => ({

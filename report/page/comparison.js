@@ -116,7 +116,7 @@ function effectsConfig(list, noise) {
             interaction: {mode: "y", intersect: false},
             scales: {
                 x: {type: "linear", min, max, title: titleOf("change of the clocks in percent; right of 0 is slower"),
-                    ticks: {callback: value => (value > 0 ? "+" : "") + tickText(value), includeBounds: false}},
+                    ticks: {callback: value => (value > 0 ? "+" : value < 0 ? "\u2212" : "") + tickText(Math.abs(value)), includeBounds: false}},
                 y: nameAxis(list.map(caseName)),
             },
             plugins: {tooltip: tooltipOf(item => effectTip(list[item.dataIndex]))},
@@ -130,14 +130,14 @@ const effectColumns = [
     {...textColumn("verdict", "Verdict"), text: one => `${verdictSign(one.verdict)} ${one.verdict}`,
         className: one => one.verdict},
     textColumn("function", "Function"),
-    textColumn("parameters", "Parameters"),
+    textColumn("parameters", "Parameters", one => briefly(one.parameters)),
     numberColumn("effect", "Change", change),
     numberColumn("low", "From", change),
     numberColumn("high", "To", change),
     numberColumn("base", "Base clocks"),
     numberColumn("changed", "New clocks"),
-    {...textColumn("failure", "Failure"), isLong: true},
 ];
+const failureColumn = {...textColumn("failure", "Failure"), isLong: true};
 
 function verdictCounts(list) {
     const counts = groupBy(list, one => one.verdict);
@@ -147,10 +147,18 @@ function verdictCounts(list) {
 }
 
 function comparisonAnswer(shown) {
-    const measured = shown.cases.filter(one => isNumber(one.effect));
     const counts = verdictCounts(shown.cases).map(({name, count}) => `${whole(count)} ${verdictSign(name)} ${name}`);
-    const mean = measured.length ? ` On the whole ${change(geometricMean(measured.map(one => one.effect)))}` : "";
-    return `${listed(counts)}.` + (mean && `${mean} (geometric mean).`);
+    return `${listed(counts)}.${meanText(shown)}`;
+}
+
+// ntkcompare has more to tell the mean from than the effects: their passes.
+function meanText({cases: list, ratio, low, high}) {
+    const effects = list.map(one => one.effect).filter(isNumber);
+    if (isNumber(ratio)) {
+        const interval = isNumber(low) && isNumber(high) ? `, ${change(low)} to ${change(high)}` : "";
+        return ` On the whole ${change(ratio)} (mean of ${counted(effects.length, "combination")}${interval}).`;
+    }
+    return effects.length ? ` On the whole ${change(geometricMean(effects))} (geometric mean).` : "";
 }
 
 function comparisonNote(shown) {
@@ -188,7 +196,7 @@ function showEffects(shown) {
     const drawn = mostTelling(effects);
     comparisonPlot.element.hidden = drawn.length === 0;
     effectsTable.replaceChildren();
-    new DataTable(effectsTable, {caption: `Effects: ${shown.title}`, columns: effectColumns}).show(list);
+    new DataTable(effectsTable, {caption: `Effects: ${shown.title}`, columns: list.some(one => one.failure) ? [...effectColumns, failureColumn] : effectColumns}).show(list);
     if (drawn.length > 0) {
         const cut = drawn.length < effects.length ? `, the ${drawn.length} most telling of ${whole(effects.length)}` : "";
         comparisonPlot.show({

@@ -8,7 +8,9 @@
 
 #include <nlohmann/json.hpp>
 
+#include "cases.h"
 #include "keys.h"
+#include "variants.h"
 
 namespace report {
 
@@ -77,10 +79,9 @@ Json samplesJson(const Case& measured) {
     return list;
 }
 
-const Json caseColumns = {"group",   "function",     "types",   "family",   "kind",
-                          "variant", "file",         "length",  "ratio",    "plainRatio",
-                          "unit",    "bytesPerUnit", "samples", "smallest", "median",
-                          "largest", "spread",       "result",  "comment"};
+const Json caseColumns = {"group",    "function", "types",   "family", "kind",         "variant",
+                          "file",     "length",   "ratio",   "unit",   "bytesPerUnit", "samples",
+                          "smallest", "median",   "largest", "spread", "result",       "comment"};
 
 Json caseRow(std::size_t group, const Case& measured) {
     const bool hasClocks = !measured.samples.empty();
@@ -88,15 +89,15 @@ Json caseRow(std::size_t group, const Case& measured) {
     return Json::array(
         {group, measured.function, measured.types, measured.family, kindName(measured.kind),
          variantText(measured), measured.file, number(measured.length), number(measured.ratio),
-         number(plainRatio(measured)), measured.unit, number(measured.bytesPerUnit),
-         samplesJson(measured), clocks(measured.smallest), clocks(measured.median),
-         clocks(measured.largest), number(measured.spread), measured.result, measured.comment});
+         measured.unit, number(measured.bytesPerUnit), samplesJson(measured),
+         clocks(measured.smallest), clocks(measured.median), clocks(measured.largest),
+         number(measured.spread), measured.result, measured.comment});
 }
 
 Json groupsJson(const Report& report) {
     Json list = Json::array();
     for (const Group& group : report.groups) {
-        list.push_back({{"label", group.label}, {"runs", group.runs}});
+        list.push_back({{"label", group.label}, {"series", group.series}, {"runs", group.runs}});
     }
     return list;
 }
@@ -136,26 +137,19 @@ Json comparisonsJson(const Report& report) {
                         {"tolerance", number(comparison.tolerance)},
                         {"confidence", number(comparison.confidence)},
                         {"medianHalfWidth", number(comparison.medianHalfWidth)},
+                        {"ratio", number(comparison.ratio)},
+                        {"low", number(comparison.low)},
+                        {"high", number(comparison.high)},
                         {"complete", comparison.isComplete},
                         {"cases", comparedJson(comparison)}});
     }
     return list;
 }
 
-void appendWord(std::string& words, const std::string& word) {
-    if (!words.empty()) {
-        words += ' ';
-    }
-    words += word;
-}
-
 Json failureJson(std::size_t run, const std::string& function, const std::string& what,
                  const std::string& result, const std::string& message) {
-    return {{"run", run},
-            {"function", function},
-            {"what", what},
-            {"result", result},
-            {"message", message}};
+    return {{"run", run},       {"function", function},           {"what", what},
+            {"result", result}, {"isFailure", isFailure(result)}, {"message", message}};
 }
 
 using Failed = std::vector<const Measurement*>;
@@ -210,6 +204,19 @@ Json failuresJson(const Report& report) {
     return list;
 }
 
+// What short names of variants stand for: [[function, variant, meaning]].
+Json meaningsJson(const Report& report) {
+    std::set<std::array<std::string, 3>> meanings;
+    for (const Group& group : report.groups) {
+        for (const Case& one : group.cases) {
+            if (const std::string meaning = variantMeaning(one); !meaning.empty()) {
+                meanings.insert({one.function, variantText(one), meaning});
+            }
+        }
+    }
+    return meanings;
+}
+
 Json runsJson(const Report& report) {
     Json list = Json::array();
     const std::set<std::string> parameters = caseParameters(report.runs);
@@ -233,42 +240,13 @@ std::string withoutMarkup(const std::string& json) {
     return safe;
 }
 
-// Some names begin with a blank in tables.
-std::string trimmed(const std::string& text) {
-    const std::size_t begin = text.find_first_not_of(' ');
-    return begin == std::string::npos ? ""
-                                      : text.substr(begin, text.find_last_not_of(' ') + 1 - begin);
-}
-
 } // namespace
-
-std::string variantText(const Case& measured) {
-    std::string joined;
-    for (const NamedValue& parameter : measured.parameters) {
-        static constexpr std::array shownAlready = {"CodeLength", "Length", "CodeFile"};
-        const std::string value = trimmed(common::valueText(parameter.value));
-        if (value.empty() || value == "-" || std::ranges::count(shownAlready, parameter.name)) {
-            continue;
-        }
-        const bool isTableCell = parameter.name == "Variant";
-        appendWord(joined, isTableCell ? value : parameter.name + "=" + value);
-    }
-    return joined;
-}
-
-std::optional<double> plainRatio(const Case& measured) {
-    const auto isCalled = [&](const char* part) {
-        return measured.function.find(part) != std::string::npos;
-    };
-    const std::string variant = variantText(measured);
-    const bool isWhole = variant == "N" || variant == "dict=N";
-    return isCalled("LZ4Dict") || (isCalled("LZ4HC") && !isWhole) ? std::nullopt : measured.ratio;
-}
 
 std::string pageData(const Report& report) {
     const Json data = {{"runs", runsJson(report)},         {"groups", groupsJson(report)},
                        {"cases", casesJson(report)},       {"comparisons", comparisonsJson(report)},
-                       {"failures", failuresJson(report)}, {"remarks", report.remarks}};
+                       {"failures", failuresJson(report)}, {"meanings", meaningsJson(report)},
+                       {"remarks", report.remarks}};
     return withoutMarkup(data.dump(-1, ' ', false, Json::error_handler_t::replace));
 }
 

@@ -20,17 +20,10 @@ function rangeOf(measured) {
     return samples.length > 1 ? [low, high] : [middle, middle * (1 + (spread ?? 0))];
 }
 
-// Of a function of another library, but for a decoder, whose bytes may be the compressed ones.
-const isByteItself = ({bytesPerUnit, unit, kind}) =>
-    !(bytesPerUnit > 0) && unit === "byte" && kind !== "decoder";
-
 // Figures per byte of uncompressed data wherever it is known what a unit stands for, so that
 // methods can be compared with each other.
 function completed(measured) {
     measured.method = measured.function + (measured.variant ? ", " + measured.variant : "");
-    if (isByteItself(measured)) {
-        measured.bytesPerUnit = 1;
-    }
     measured.isPerByte = measured.bytesPerUnit > 0;
     measured.isMeasured = measured.samples.length > 0 && measured.median > 0;
     const bytes = measured.isPerByte ? measured.bytesPerUnit : 1;
@@ -93,6 +86,11 @@ const briefVariants = new Map([...variantsByFunction].map(([name, own]) => {
 const briefVariant = one => (one.variant ?? "").slice(briefVariants.get(one.function)?.length ?? 0);
 const briefMethod = one => short(one.function) + (one.variant ? ", " + briefVariant(one) : "");
 
+// What short names of variants stand for, "dict=E" of LZ4, say.
+const meanings = new Map(report.meanings.map(([name, variant, meaning]) => [name + "\n" + variant, meaning]));
+const meaningOf = one => meanings.get(one.function + "\n" + one.variant) ?? "";
+const namesText = methods => distinct(methods.filter(meaningOf), one => `${one.variant}: ${meaningOf(one)}`).join("; ");
+
 const files = distinct(cases, measured => measured.file).filter(Boolean).sort();
 const casesByGroup = groupBy(cases, measured => measured.group);
 const familyOf = new Map(cases.map(measured => [measured.function, measured.family || "Others"]));
@@ -111,5 +109,4 @@ const resultMeanings = {
     FAIL: "an internal problem",
     UNDEFINED: "was not run",
 };
-const isFailure = result => !["OK", ""].includes(result) && !result.endsWith("WRN");
 

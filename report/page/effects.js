@@ -51,13 +51,15 @@ function groupComparison(base, changed, value) {
     };
 }
 
-// The pairs of groups that have something in common, of which there are few.
+// The pairs of groups that have something in common: the last builds first, each with those before.
 function pairsOfGroups() {
     const keys = report.groups.map((_, index) =>
         new Set((casesByGroup.get(index) ?? []).filter(one => one.isMeasured).map(one => one.key)));
     const isCommon = (one, other) => [...keys[one]].some(key => keys[other].has(key));
     return keys.flatMap((_, base) => keys.map((_, changed) => [base, changed]))
-        .filter(([base, changed]) => base < changed && isCommon(base, changed)).slice(0, 20);
+        .filter(([base, changed]) => base < changed)
+        .sort(([base, changed], [otherBase, other]) => other - changed || otherBase - base)
+        .filter(([base, changed]) => isCommon(base, changed)).slice(0, 20);
 }
 
 const comparisonMakers = [

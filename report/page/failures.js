@@ -16,7 +16,7 @@ function withoutRepeats(message) {
 }
 
 function failureElement(failure) {
-    const isBad = isFailure(failure.result);
+    const isBad = failure.isFailure;
     const result = failure.result === "OK" ? "note" : failure.result;
     const meaning = failure.result === "OK" ? "measured, but there was something to say" : resultMeanings[failure.result];
     const title = element("h3", {}, element("span", {className: isBad ? "slower" : ""}, result), ` ${failure.function}`);
@@ -53,7 +53,7 @@ function showFailures() {
         place.append(element("p", {}, cases.length ? "Every test was a plain success."
             : "No run is in this report; what failed in a comparison stands in its table."));
     } else {
-        const isNote = failure => !isFailure(failure.result);
+        const isNote = failure => !failure.isFailure;
         showSaid(place, [...report.failures].sort((a, b) => isNote(a) - isNote(b)));
     }
     if (said.length > 0) {

@@ -41,7 +41,7 @@ function markFrontier(methods) {
 // Data from files, unless there are none of a method's kind; a field of numbers has another ratio.
 function comparedCases(kind) {
     const list = groupCases().filter(measured => measured.kind === kind && measured.isMeasured &&
-        measured.isPerByte && measured.plainRatio > 0 && measured.length > 0);
+        measured.isPerByte && measured.ratio > 0 && measured.length > 0);
     const withFile = list.filter(measured => measured.file);
     return state.data === "-" || withFile.length === 0
         ? list.filter(measured => !measured.file)
@@ -65,7 +65,7 @@ const familyForms = [
     {pointStyle: "triangle", rotation: 180, sign: "\u25bc"}, {pointStyle: "triangle", rotation: 90, sign: "\u25b6"},
 ];
 
-const ratioFamilies = distinct(cases.filter(measured => measured.plainRatio > 0), measured => measured.family).sort();
+const ratioFamilies = distinct(cases.filter(measured => measured.ratio > 0), measured => measured.family).sort();
 
 function familyStyle(family) {
     const index = ratioFamilies.indexOf(family);
@@ -121,9 +121,20 @@ function frontierBoxes(chart) {
     });
 }
 
+function drawLineTo({x, y}, place, ctx) {
+    if (place.needsLine) {
+        ctx.strokeStyle = colour("text");
+        ctx.beginPath();
+        ctx.moveTo(Math.min(Math.max(x, place.left), place.right), y < place.top ? place.top + 1 : place.bottom - 1);
+        ctx.lineTo(x, y);
+        ctx.stroke();
+    }
+}
+
 // As many names as find a place, those on the frontier first.
 function drawMethodNames(methods, chart, ctx) {
-    const taken = chart.getDatasetMeta(0).data.map(point => box(point.x - 5, point.y - 5, 10, 10));
+    const others = chart.getDatasetMeta(0).data;
+    const taken = others.map(point => box(point.x - 5, point.y - 5, 10, 10));
     taken.push(...frontierBoxes(chart));
     const room = chart.chartArea;
     ctx.save();
@@ -134,8 +145,9 @@ function drawMethodNames(methods, chart, ctx) {
         ctx.font = (one.isOnFrontier ? "600 " : "") + smallFont();
         const text = briefMethod(one);
         const width = ctx.measureText(text).width;
-        const place = freePlace(point, width, taken, room, one.isOnFrontier);
+        const place = freePlace(point, width, taken, room, {isImportant: one.isOnFrontier, others});
         if (place) {
+            drawLineTo(point, place, ctx);
             ctx.fillStyle = colour(one.isOnFrontier ? "text" : "muted");
             drawText(ctx, text, place.left, place.top + 7);
             taken.push(place);
@@ -146,7 +158,16 @@ function drawMethodNames(methods, chart, ctx) {
 
 function ratioTip({raw: {one}}) {
     const where = one.points ? "" : ` with ${one.file || "its data"}, ${lengthText(one.length)} bytes`;
-    return [`${one.method}${where}`, `${whole(speedOf(one))} ${speedTitle()}, ratio ${figure(one.ratio)}`];
+    return [`${one.method}${where}`, ...(meaningOf(one) ? [meaningOf(one)] : []), `${whole(speedOf(one))} ${speedTitle()}, ratio ${figure(one.ratio)}`];
+}
+
+// Logarithmic, or a file that hardly can be compressed less would press all others together.
+function ratioAxis(ratios) {
+    const [low, high] = [smallest(ratios) / 1.08, largest(ratios) * 1.15];
+    const steps = high / low > 3 ? [1, 1.5, 2, 3, 5, 7] : [1, 1.2, 1.4, 1.7, 2, 2.4, 3, 3.5, 4, 4.5, 5, 5.5, 6, 7, 8, 9];
+    const ticks = powersOfTen(low, high).flatMap(power => steps.map(step => step * power));
+    return {...logarithmicAxis(low, high, "ratio, logarithmic"),
+        afterBuildTicks: ticksAt(ticks.filter(tick => tick >= low && tick <= high))};
 }
 
 function frontierConfig({points, methods}, isMarked) {
@@ -165,8 +186,7 @@ function frontierConfig({points, methods}, isMarked) {
             layout: {padding: {top: 8, right: 8}},
             scales: {
                 x: logarithmicAxis(smallest(speeds) / 1.25, largest(speeds) * 1.25, `speed in ${speedTitle()}, logarithmic`),
-                y: {min: Math.floor(smallest(shown.map(one => one.ratio)) * 9) / 10, title: titleOf("ratio"),
-                    ticks: {callback: tickText, includeBounds: false}, grace: "8%"},
+                y: ratioAxis(shown.map(one => one.ratio)),
             },
             plugins: {tooltip: {filter: item => Boolean(item.raw.one), ...tooltipOf(ratioTip)}},
         },
@@ -201,7 +221,8 @@ function showRatioPlot(plot, kind, data, isMarked) {
     });
 }
 
-const hasDictionaryCases = () => groupCases().some(one => one.ratio > 0 && !one.plainRatio);
+// Of these the second half of the data is what is encoded; the first half is the dictionary.
+const hasDictionary = one => /LZ4Dict/.test(one.function) || meaningOf(one).includes("is the dictionary");
 
 const frontierName = one =>
     `${briefMethod(one)} (${speedText(one)}, ratio ${figure(one.ratio)})`;
@@ -216,7 +237,7 @@ function frontierText(methods) {
 function showFrontier() {
     const encoders = frontierData("encoder");
     const decoders = frontierData("decoder");
-    const isThere = ["encoder", "decoder"].some(kind => cases.some(one => one.kind === kind && one.plainRatio > 0));
+    const isThere = ["encoder", "decoder"].some(kind => cases.some(one => one.kind === kind && one.ratio > 0));
     showSection("frontier", isThere);
     byId("frontier-answer").textContent = frontierText(encoders.methods) ||
         `No encoder was measured with its ratio ${dataText()}.`;
@@ -227,7 +248,8 @@ function showFrontier() {
             ? "A large mark is a method over all files together, a small point one file. " : "") +
         "All methods at the same length of a file, the longest that each of them was measured at. " +
         "Forms and colours are families; the dashed line is the frontier." +
-        (hasDictionaryCases() ? " Left out: methods with a dictionary, whose ratio counts data that they do not encode." : "") +
+        (encoders.methods.some(hasDictionary)
+            ? " LZ4Dict, and LZ4HC with a dictionary, encode the second half of the data: the first is the dictionary." : "") +
         (left > 0 ? ` Left out: ${counted(left, "method")} that lack some of the files.` : "");
     showRatioPlot(encoderPlot, "encoder", encoders, true);
     showRatioPlot(decoderPlot, "decoder", decoders, false);

@@ -27,21 +27,38 @@ function stepNoise(values) {
     return steps.length ? median(steps) : 0;
 }
 
-// A jump stands out from the runs before by much more than those differ among themselves.
+// A jump stands out from the runs before by much more than those differ among themselves. What stays
+// where it has jumped to is no jump again.
 function markJumps(points) {
     const noise = stepNoise(points.map(point => point.clocks));
+    let level = 0; // of the last jump
     points.forEach((point, index) => {
-        const before = points.slice(Math.max(0, index - 5), index).map(one => one.clocks);
+        const before = points.slice(Math.max(level, index - 5), index).map(one => one.clocks);
         point.ratio = before.length ? point.clocks / median(before) : 1;
         point.isJump = before.length > 0 && Math.abs(Math.log(point.ratio)) > Math.max(0.02, 4 * noise);
+        level = point.isJump ? index : level;
     });
+    return points;
+}
+
+// In the order of time; of runs that do not tell it in that of the files.
+function inTime(a, b) {
+    const [before, after] = [a, b].map(point => Date.parse(report.runs[point.run].started));
+    return (before - after) || a.run - b.run;
+}
+
+// Nights are known by their days.
+function nameByDay(points) {
+    const days = points.map(point => dayText(report.runs[point.run].started).split(/\u00a0\d{4},/)[0]);
+    const isByDay = new Set(days).size === days.length;
+    points.forEach((point, index) => { point.name = isByDay ? days[index] : runName(point.run); });
     return points;
 }
 
 function historyPoints(combinations) {
     const chosen = combinations.get(state.c);
     const byRun = chosen ? samplesByRun(chosen) : meanByRun(combinations);
-    return markJumps([...byRun].sort(([a], [b]) => a - b).map(([run, clocks]) => ({run, clocks})));
+    return markJumps(nameByDay([...byRun].map(([run, clocks]) => ({run, clocks})).sort(inTime)));
 }
 
 const groupOfRun = run => report.groups.findIndex(group => group.runs.includes(run));
@@ -65,15 +82,21 @@ function drawJumps(points, chart, ctx) {
     ctx.restore();
 }
 
-// Where a group of runs ends: another build or other keys.
+// Where another build begins. Where nearly every run is one of another build it would tell nothing.
+const isBorder = (points, index) => index > 0 && groupOfRun(points[index].run) !== groupOfRun(points[index - 1].run);
+const hasBorders = points => points.filter((_, index) => isBorder(points, index)).length <= Math.max(1, points.length / 3);
+
 function drawBorders(points, chart, ctx) {
+    if (!hasBorders(points)) {
+        return;
+    }
     const {top, bottom} = chart.chartArea;
     const marks = chart.getDatasetMeta(0).data;
     ctx.save();
     ctx.strokeStyle = colour("muted");
     ctx.setLineDash([3, 4]);
-    points.forEach((point, index) => {
-        if (index > 0 && groupOfRun(point.run) !== groupOfRun(points[index - 1].run)) {
+    points.forEach((_, index) => {
+        if (isBorder(points, index)) {
             const x = (marks[index].x + marks[index - 1].x) / 2;
             ctx.beginPath();
             ctx.moveTo(x, top);
@@ -91,7 +114,7 @@ function historyConfig(points, title) {
     return {
         type: "line",
         data: {
-            labels: points.map(point => runName(point.run)),
+            labels: points.map(point => point.name),
             datasets: [{
                 data: clocks, borderColor: own, borderWidth: 1.75, pointBorderWidth: 1.5,
                 pointStyle: points.map(point => (point.isJump ? "triangle" : "circle")),
@@ -106,7 +129,7 @@ function historyConfig(points, title) {
             scales: {
                 x: {offset: true, ticks: {maxRotation: 0}},
                 y: {min: Math.max(0, smallest(clocks) - room * 0.3), max: largest(clocks) + room * 0.3,
-                    title: titleOf(title), ticks: {callback: tickText, includeBounds: false}},
+                    title: titleOf(title), ticks: {includeBounds: false, format: {useGrouping: false}}},
             },
             plugins: {tooltip: tooltipOf(item => [runText(points[item.dataIndex].run),
                 `${figure(points[item.dataIndex].clocks)} ${title}`])},
@@ -135,20 +158,27 @@ function historyAnswer(points) {
     const range = `From ${figure(smallest(clocks))} to ${figure(largest(clocks))} clocks over ${counted(points.length, "run")}`;
     return jumps.length === 0 ? `${range}, no jump.` :
         `${range}. ${jumps.length === 1 ? "A jump" : "Jumps"} at ${listed(jumps.slice(0, 6).map(point =>
-            `${runName(point.run)} (${change(point.ratio)})`))}.`;
+            `${distinct([runName(point.run), point.name], name => name).join(", ")} (${change(point.ratio)})`))}.`;
 }
 
 function combinationName(measured) {
     return [measured.file, measured.length && lengthText(measured.length), measured.variant].filter(Boolean).join(", ");
 }
 
+// A history goes over builds; other machines and keys have their own.
+const seriesOf = group => report.groups[group].series;
+const runsOfSeries = series => sum(report.groups.filter(group => group.series === series).map(group => group.runs.length));
+
 function showHistory() {
-    const own = cases.filter(measured => measured.function === state.f && measured.isMeasured);
-    const combinations = groupBy(own, combinationName);
-    showSection("history", report.runs.length > 1 && cases.length > 0);
-    if (report.runs.length < 2 || cases.length === 0) {
+    const isThere = report.groups.some(group => runsOfSeries(group.series) > 1);
+    showSection("history", isThere);
+    if (!isThere) {
         return;
     }
+    const series = seriesOf(shownGroup());
+    const own = cases.filter(measured => measured.function === state.f && measured.isMeasured &&
+        seriesOf(measured.group) === series);
+    const combinations = groupBy(own, combinationName);
     const choices = [{value: "", text: "all, geometric mean"},
         ...[...combinations.keys()].filter(Boolean).map(name => ({value: name, text: name}))];
     fillChoices(byId("history-function"), functions.map(name => ({value: name, text: name})).sort((a, b) =>
@@ -164,8 +194,9 @@ function showHistory() {
     const name = combinations.has(state.c) ? `${state.f}, ${state.c}` : state.f;
     byId("history-answer").textContent = historyAnswer(points);
     byId("history-note").textContent =
-        "A triangle is a jump: further from the median of up to five runs before than 2% and four times the usual step. " +
-        "The scale does not begin at 0. A dotted line: from here on another build or other keys.";
+        "A triangle is a jump: by more than 2%, and than four times the usual step, off the median of up to five runs before. " +
+        "The scale does not begin at 0." + (hasBorders(points) ? " A dotted line: from here on another build." : "") +
+        (runsOfSeries(series) < report.runs.length ? " Runs of other machines or keys have a line of their own: choose them at the top." : "");
     historyPlot.show({
         title: `${name}: ${title}, run by run`, height: 300, label: `Line: ${name}, run by run. ${historyAnswer(points)}`,
         config: () => historyConfig(points, title),

@@ -41,9 +41,13 @@ const libraryText = ({name, version, date}) =>
     [name, version, /\d/.test(date) ? `of ${date}` : date].filter(Boolean).join(" ");
 const baseName = path => path.slice(path.lastIndexOf("/") + 1);
 
+// Of many nights the builds are in the table of the runs.
+const mostBuilds = 3;
+
 function librariesText() {
-    return listed(known(report.runs.flatMap(run => run.libraries.map(library => libraryText(library) +
-        (library.files.length ? ` (${known(library.files.map(baseName)).join(", ")})` : "")))));
+    const builds = known(report.runs.flatMap(run => run.libraries.map(library => libraryText(library) +
+        (library.files.length ? ` (${known(library.files.map(baseName)).join(", ")})` : ""))));
+    return builds.length > mostBuilds ? `${builds[0]} to ${builds.at(-1)}, ${builds.length} builds` : listed(builds);
 }
 
 function corpusText() {
@@ -79,7 +83,7 @@ function whatText() {
     const libraries = librariesText();
     return `${counted(functions.length, "function")} of ${libraryKind("data-compression")}${corpusText()}, ` +
         `measured in ${counted(report.runs.length, "run")}${whenText()}` +
-        (machine && ` on ${machine}`) + `: ${counted(cases.length, "combination")}.` +
+        (machine && ` on ${machine}`) + `: ${counted(distinct(cases, measured => measured.key).length, "combination")}.` +
         (libraries && ` Library: ${libraries}.`) +
         (keys.length ? ` Keys: ${keys.join(" / ")}.` : "");
 }
@@ -147,8 +151,9 @@ function spreadCard() {
 }
 
 function failureCard() {
-    const failed = report.failures.filter(failure => isFailure(failure.result));
-    const notes = report.failures.length - failed.length;
+    const failed = report.failures.filter(failure => failure.isFailure);
+    const idle = distinct(report.failures.filter(failure => failure.result === "UNDEFINED"), failure => failure.function);
+    const notes = report.failures.filter(failure => !failure.isFailure && failure.result !== "UNDEFINED").length;
     const also = report.remarks.length + report.runs.filter(run => !run.complete).length;
     const names = distinct(failed, failure => failure.function);
     const lines = [];
@@ -156,8 +161,11 @@ function failureCard() {
         lines.push(listed(names.slice(0, 3).map(short)) +
             (names.length > 3 ? ` and ${names.length - 3} more.` : "."));
     }
+    if (idle.length > 0) {
+        lines.push(`${counted(idle.length, "function")} ${idle.length === 1 ? "was" : "were"} not run.`);
+    }
     if (notes + also > 0) {
-        lines.push(`${counted(notes + also, "note")} beside.`);
+        lines.push(`${counted(notes + also, "note")}.`);
     }
     const made = card("What failed",
         names.length ? `${counted(names.length, "function")} failed` : "Nothing failed", ...lines);

@@ -108,6 +108,22 @@ function lineDatasets(lines) {
     });
 }
 
+// Where there is no room for names beside the lines, they stand below, each to choose its file by.
+const hasFileLegend = lines => isNarrow() && lines.length > 5;
+
+function showFileLegend(lines) {
+    const datasets = lineDatasets(lines);
+    byId("lengths-files").replaceChildren(...(hasFileLegend(lines) ? lines.map((line, index) => {
+        const mark = element("i", {className: "line"});
+        mark.style.borderTopColor = datasets[index].borderColor;
+        mark.style.borderTopStyle = datasets[index].borderDash.length ? "dashed" : "solid";
+        const isChosen = line.name === state.data;
+        const button = element("button", {type: "button", "aria-pressed": String(isChosen)}, mark, line.name);
+        button.addEventListener("click", () => choose({data: isChosen || !files.includes(line.name) ? "" : line.name}));
+        return button;
+    }) : []));
+}
+
 // At lengths that several files have, as far apart as their texts need.
 function lengthTicks(points) {
     const byLength = groupBy(points, measured => measured.length);
@@ -153,7 +169,7 @@ function pointTip(measured) {
 function lengthsConfig(lines) {
     const points = allPoints(lines);
     const longest = largest(lines.map(line => line.name.length));
-    const isNamed = lines.length > 1 && lines.length <= 28;
+    const isNamed = lines.length > 1 && lines.length <= 28 && !hasFileLegend(lines);
     return {
         type: "line",
         data: {datasets: lineDatasets(lines)},
@@ -233,19 +249,26 @@ function functionChoices() {
         .sort((a, b) => (a.group < b.group ? -1 : a.group > b.group ? 1 : 0));
 }
 
+function variantName(variant) {
+    const meaning = meaningOf({function: state.f, variant});
+    return meaning ? `${variant} (${meaning})` : variant || "none";
+}
+
 function showLengths() {
     const list = functionCases();
     const variants = variantsOf(list);
     const variant = chosenVariant(list);
     const lines = linesByFile(list.filter(measured => measured.variant === variant));
     fillChoices(byId("function-choice"), functionChoices(), state.f);
-    fillChoices(byId("variant-choice"), variants.map(value => ({value, text: value || "none"})), variant);
+    fillChoices(byId("variant-choice"), variants.map(value => ({value, text: variantName(value)})), variant);
     byId("variant-control").hidden = variants.length < 2;
     byId("lengths-plot").hidden = lines.length === 0;
     if (lines.length === 0) {
+        showFileLegend([]);
         byId("lengths-answer").textContent = `Nothing of ${state.f} was measured for a known length.`;
         return;
     }
+    showFileLegend(lines);
     const title = `${state.f}${variant ? ", " + variant : ""}: ${perText(allPoints(lines))} over length`;
     byId("lengths-answer").textContent = lengthsAnswer(lines) + slowestFileText(lines) + chosenFileText(lines);
     lengthsPlot.show({

@@ -9,10 +9,10 @@ function showSection(id, isShown) {
 const views = [
     {keys: ["data", "group"], show: showCards},
     {keys: ["data", "group"], show: showClocksIfAny},
-    {keys: ["data", "group", "f", "v"], show: () => cases.length > 0 && showLengths()},
+    {keys: ["data", "group", "f", "v", "theme"], show: () => cases.length > 0 && showLengths()},
     {keys: ["data", "group", "theme"], show: showFrontier}, // its legend has colours
     {keys: ["cmp", "verdict"], show: showComparison},
-    {keys: ["f", "c"], show: showHistory},
+    {keys: ["f", "c", "group"], show: showHistory},
     {keys: ["q", "result", "sort", "page"], show: showRows},
 ];
 
@@ -97,7 +97,7 @@ function followTheme() {
 
 // Names stand beside or above bars by the width.
 function followWidth() {
-    narrow.addEventListener("change", () => showChanged(new Set(["data", "cmp"])));
+    narrow.addEventListener("change", () => showChanged(new Set(["data", "cmp", "q"])));
 }
 
 readAddress();

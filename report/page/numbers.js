@@ -49,16 +49,16 @@ function percent(ratio) {
     return value.toFixed(digits) + "%";
 }
 
-// A ratio as a change, "+2.1%", and very large ones as a factor.
+// A ratio as a change, "+2.14%", with the digits of ntkcompare, and very large ones as a factor.
 function change(ratio) {
     if (!isNumber(ratio)) {
         return missing;
     }
-    if (ratio >= 3) {
+    if (ratio >= 2) {
         return "\u00d7" + figure(ratio);
     }
     const value = (ratio - 1) * 100;
-    const text = Math.abs(value).toFixed(Math.abs(value) < 1 ? 2 : 1) + "%";
+    const text = Math.abs(value).toFixed(2) + "%";
     return (text === "0.00%" ? "" : value < 0 ? "\u2212" : "+") + text;
 }
 

@@ -131,7 +131,7 @@ const ticksAt = values => axis => { axis.ticks = values.map(value => ({value}));
 // A logarithmic axis that begins and ends where the data do; its ticks are 1, 2 and 5 of each power
 // as far as there are few powers.
 function logarithmicAxis(low, high, title) {
-    const steps = high / low > 300 ? [1] : [1, 2, 5];
+    const steps = high / low > (isNarrow() ? 30 : 300) ? [1] : [1, 2, 5];
     const ticks = powersOfTen(low, high).flatMap(power => steps.map(step => step * power));
     return {
         type: "logarithmic", min: low, max: high, title: titleOf(title),
@@ -147,7 +147,14 @@ const tooltipOf = lines => ({displayColors: false, callbacks: {title: () => "", 
 const box = (left, top, width, height) => ({left, top, right: left + width, bottom: top + height});
 const overlap = (a, b) => a.left < b.right && b.left < a.right && a.top < b.bottom && b.top < a.bottom;
 
-function freePlace({x, y}, width, taken, room, isImportant = false) {
+// How far a point is from a box.
+const distance = ({x, y}, {left, top, right, bottom}) =>
+    Math.hypot(Math.max(left - x, 0, x - right), Math.max(top - y, 0, y - bottom));
+
+// A place that lies nearer to its own point than to the others, if there is one. Else what is
+// important gets another, which needs a line to its point.
+function freePlace(point, width, taken, room, {isImportant = false, others = []} = {}) {
+    const {x, y} = point;
     const inside = left => Math.min(Math.max(left, room.left + 2), room.right - width);
     const places = [[x + 10, y - 7], [x - 10 - width, y - 7], [inside(x - width / 2), y - 22],
         [inside(x - width / 2), y + 8], [x + 8, y - 19], [x + 8, y + 5], [x - 8 - width, y - 19],
@@ -155,7 +162,9 @@ function freePlace({x, y}, width, taken, room, isImportant = false) {
     const further = [[inside(x - width / 2), y - 34], [inside(x - width / 2), y + 20]];
     const boxes = [...places, ...(isImportant ? further : [])]
         .map(([left, top]) => box(left, top, width, 14));
-    return boxes.find(place => place.left > room.left && place.right < room.right + 4 &&
+    const free = boxes.filter(place => place.left > room.left && place.right < room.right + 4 &&
         place.top > room.top - 4 && place.bottom < room.bottom && !taken.some(other => overlap(place, other)));
+    const isOwn = place => others.every(other => other === point || distance(other, place) > distance(point, place));
+    return free.find(isOwn) ?? (isImportant && free.length > 0 ? {...free[0], needsLine: true} : undefined);
 }
 

@@ -1,26 +1,28 @@
 // ---- Every row -------------------------------------------------------------------------------------
 
 const rowColumns = [
-    {...textColumn("function", "Function"),
+    {...textColumn("function", "Function"), text: row => (isNarrow() ? short(row.function) : row.function),
         choose: row => choose({f: row.function, v: row.variant, c: "", at: "lengths"})},
     textColumn("file", "File"),
     numberColumn("length", "Length", whole),
-    textColumn("variant", "Variant"),
-    numberColumn("ratio", "Ratio"),
     numberColumn("clocks", "Clocks"),
     textColumn("per", "per", row => (row.isPerByte ? "byte" : row.unit || "unit")),
+    {...textColumn("variant", "Variant"), text: briefVariant},
+    numberColumn("ratio", "Ratio"),
     numberColumn("low", "From"),
     numberColumn("high", "To"),
     numberColumn("spread", "Spread", percent),
     numberColumn("speed", "MB/s", whole),
     numberColumn("runs", "Runs", whole, row => row.samples.length),
     textColumn("result", "Result"),
-    textColumn("comment", "Comment"),
 ];
+// How often something was called says nothing to a reader.
+const saidText = row => row.comment.replace(/\b(nLps|nCalls)=\d+ ?/g, "");
+const commentColumn = textColumn("comment", "Comment", saidText);
 const groupColumn = textColumn("group", "Build and keys", row => report.groups[row.group].label);
 
 const rowsTable = new DataTable(byId("rows-table"), {
-    caption: "", columns: report.groups.length > 1 ? [...rowColumns, groupColumn] : rowColumns,
+    caption: "", columns: [...rowColumns, ...(cases.some(saidText) ? [commentColumn] : []), ...(report.groups.length > 1 ? [groupColumn] : [])],
     changed: table => choose({sort: table.sort, page: String(table.page)}),
 });
 

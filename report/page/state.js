@@ -2,7 +2,7 @@
 // ---- same -----------------------------------------------------------------------------------------
 
 const defaults = {
-    at: "", theme: "", data: "", group: "0", f: "", v: "", c: "", cmp: "0", verdict: "",
+    at: "", theme: "", data: "", group: String(Math.max(0, report.groups.length - 1)), f: "", v: "", c: "", cmp: "0", verdict: "",
     q: "", result: "", sort: "", page: "1",
 };
 const state = {...defaults};

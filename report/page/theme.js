@@ -14,13 +14,7 @@ const kindColour = kind => colour(kind);
 
 function applyTheme() {
     const {dataset} = document.documentElement;
-    if (isPrinting) {
-        dataset.theme = "light";
-    } else if (state.theme) {
-        dataset.theme = state.theme;
-    } else {
-        delete dataset.theme;
-    }
+    dataset.theme = isDark() ? "dark" : "light";
     document.documentElement.classList.toggle("printing", isPrinting);
     byId("theme").textContent = isDark() ? "Light" : "Dark";
     byId("theme").setAttribute("aria-label", isDark() ? "Light colours" : "Dark colours");

@@ -93,6 +93,11 @@ Comparison comparisonOf(const std::string& file, const std::string& text) {
     }
     if (const Json* const summary = partOf(whole, "summary")) {
         comparison.medianHalfWidth = realOf(*summary, "median_half_width");
+        if (const Json* const all = partOf(*summary, "all")) {
+            comparison.ratio = realOf(*all, "ratio");
+            comparison.low = realOf(*all, "low");
+            comparison.high = realOf(*all, "high");
+        }
     }
     const Json* const cases = partOf(whole, "cases");
     for (const Json& compared : cases ? *cases : Json::array()) {

@@ -192,10 +192,11 @@ std::string changesTable(const Comparison& comparison) {
         };
         const bool isBold = one.isBeyondTolerance || one.verdict == "failed";
         const std::string stress = isBold ? "**" : "";
-        text += markdownRow({markdownCell(one.function), markdownCell(one.parameters),
-                             clocks(one.baseClocksPerUnit), clocks(one.newClocksPerUnit),
-                             differenceText(one), stress + markdownCell(one.verdict) + stress,
-                             markdownCell(one.failure)});
+        text +=
+            markdownRow({markdownCell(one.function), markdownCell(one.parameters),
+                         clocks(one.baseClocksPerUnit), clocks(one.newClocksPerUnit),
+                         differenceText(one.ratio, one.low, one.high),
+                         stress + markdownCell(one.verdict) + stress, markdownCell(one.failure)});
     }
     return text + moreText(changes.size(), "");
 }
@@ -213,10 +214,12 @@ std::string markdownText(const Report& report) {
     for (const Comparison& comparison : report.comparisons) {
         text += comparisonText(comparison);
     }
-    for (const Group& group : report.groups) {
+    const std::vector<const Group*> groups = shownGroups(report);
+    for (const Group* group : groups) {
         // Each group has a share of what there is room for.
-        text += groupText(report, group, mostCharacters / report.groups.size());
+        text += groupText(report, *group, mostCharacters / groups.size());
     }
+    text += listText({hiddenText(report)});
     if (!report.remarks.empty()) {
         text += "\n**Notes:**\n" + listText(report.remarks);
     }

@@ -139,7 +139,7 @@ std::string changesText(const Comparison& comparison, const TerminalStyle& style
                         {common::printable(one.parameters)},
                         {clocks(one.baseClocksPerUnit)},
                         {clocks(one.newClocksPerUnit)},
-                        {differenceText(one)},
+                        {differenceText(one.ratio, one.low, one.high)},
                         {common::printable(one.verdict), colourOf(one)}});
     }
     if (rows.empty()) {
@@ -176,10 +176,11 @@ std::string comparisonText(const Comparison& comparison, const TerminalStyle& st
 
 std::string terminalText(const Report& report, const TerminalStyle& style) {
     std::string text;
-    for (const Group& group : report.groups) {
+    for (const Group* group : shownGroups(report)) {
         text += text.empty() ? "" : "\n";
-        text += groupText(report, group, style);
+        text += groupText(report, *group, style);
     }
+    text += paragraph({hiddenText(report)}, style);
     for (const Comparison& comparison : report.comparisons) {
         text += text.empty() ? "" : "\n";
         text += comparisonText(comparison, style);

@@ -116,6 +116,9 @@ std::vector<std::string> factsOf(const Comparison& comparison) {
                 ? "Half of the differences are known to " +
                       common::widthText(*comparison.medianHalfWidth) + " or better"
                 : "",
+            comparison.ratio ? "On the whole " +
+                                   differenceText(comparison.ratio, comparison.low, comparison.high)
+                             : "",
             comparison.isComplete ? "" : "It did not come to its end"};
 }
 
@@ -199,14 +202,36 @@ std::string countsText(const Comparison& comparison) {
     return common::joined(words, ", ");
 }
 
-std::string differenceText(const ComparedCase& one) {
-    const auto text = [](const std::optional<double>& ratio) {
-        return ratio && *ratio > 0 ? common::percentText(std::log(*ratio)) : "?";
+std::string differenceText(const std::optional<double>& ratio, const std::optional<double>& low,
+                           const std::optional<double>& high) {
+    const auto text = [](const std::optional<double>& one) {
+        return one && *one > 0 ? common::percentText(std::log(*one)) : "?";
     };
-    if (!one.ratio) {
-        return "";
+    return ratio ? text(ratio) + "  [" + text(low) + ", " + text(high) + "]" : "";
+}
+
+std::vector<const Group*> shownGroups(const Report& report) {
+    constexpr int mostBuilds = 3;
+    std::map<int, int> builds, last;
+    for (std::size_t i = 0; i < report.groups.size(); ++i) {
+        ++builds[report.groups[i].series];
+        last[report.groups[i].series] = static_cast<int>(i);
     }
-    return text(one.ratio) + "  [" + text(one.low) + ", " + text(one.high) + "]";
+    std::vector<const Group*> shown;
+    for (std::size_t i = 0; i < report.groups.size(); ++i) {
+        const Group& group = report.groups[i];
+        if (builds[group.series] <= mostBuilds || last[group.series] == static_cast<int>(i)) {
+            shown.push_back(&group);
+        }
+    }
+    return shown;
+}
+
+std::string hiddenText(const Report& report) {
+    const std::size_t hidden = report.groups.size() - shownGroups(report).size();
+    return hidden > 0 ? common::countText(static_cast<long long>(hidden), "build") +
+                            " before the last one: --html shows the history"
+                      : "";
 }
 
 } // namespace report

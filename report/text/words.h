@@ -32,7 +32,14 @@ std::string spreadText(const std::vector<FunctionOverview>& functions);
 std::vector<const ComparedCase*> changesOf(const Comparison& comparison);
 // "3 slower, 1 faster, 271 same, 397 open".
 std::string countsText(const Comparison& comparison);
-// "+1.02%  [+0.80%, +1.24%]".
-std::string differenceText(const ComparedCase& one);
+// "+1.02%  [+0.80%, +1.24%]", of ratios new / base.
+std::string differenceText(const std::optional<double>& ratio, const std::optional<double>& low,
+                           const std::optional<double>& high);
+
+// The groups to be shown. Of many builds in one series only the last that was named: what came of
+// the others is a history, which the page has.
+std::vector<const Group*> shownGroups(const Report& report);
+// "5 earlier builds ..."; empty: all are shown.
+std::string hiddenText(const Report& report);
 
 } // namespace report

@@ -12,6 +12,29 @@
 
 namespace report {
 
+// From 4 clocks a unit.
+inline ComparedCase comparedCase(const std::string& function, const std::string& parameters,
+                                 const std::string& verdict, double ratio, double half) {
+    ComparedCase made;
+    made.function = function;
+    made.parameters = parameters;
+    made.verdict = verdict;
+    made.ratio = ratio;
+    made.low = ratio - half;
+    made.high = ratio + half;
+    made.baseClocksPerUnit = 4;
+    made.newClocksPerUnit = 4 * ratio;
+    return made;
+}
+
+inline ComparedCase failedCase(const std::string& function, const std::string& failure) {
+    ComparedCase made;
+    made.function = function;
+    made.verdict = "failed";
+    made.failure = failure;
+    return made;
+}
+
 // One group on one machine until more are added; cases go into the last one.
 struct Handmade {
     Report report;

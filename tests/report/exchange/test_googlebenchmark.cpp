@@ -72,12 +72,15 @@ TEST(GoogleBenchmark, WithoutFrequencyThereIsNoTimeAndTheContextSaysSo) {
     made.run(0).facts.ticksMHz = 0;
     // The other run of the same machine knows it.
     EXPECT_EQ(rows(made.report).size(), 2u);
+    EXPECT_EQ(googleBenchmarkProblem(made.report), "");
     made.run(1).facts.ticksMHz = 0;
     const Json json = written(made.report);
     EXPECT_EQ(json["benchmarks"], Json::array());
     EXPECT_EQ(json["context"]["left_out"], "2 measurements: without the clock counter's frequency "
                                            "there is no time");
     EXPECT_FALSE(json["context"].contains("mhz_per_cpu"));
+    EXPECT_NE(googleBenchmarkProblem(made.report).find("2 measurements left out"),
+              std::string::npos);
 }
 
 TEST(GoogleBenchmark, AFailureIsAnErrorBesideItsCaseWithItsWords) {
@@ -85,8 +88,9 @@ TEST(GoogleBenchmark, AFailureIsAnErrorBesideItsCaseWithItsWords) {
     Case& partly = made.add("ntksFirst_8u", {{"CodeFile", "a"}}, {4});
     partly.result = "EXCPTFAIL";
     partly.comment = "signal 11\n\"there\"";
-    made.addFailed("ntksFirst_8u", {{"CodeFile", "b"}}, "UNDEFINED", "");
-    made.add("ntksSecond_8u", {}, {4}).result = "ACCURWRN"; // a note to a figure
+    made.addFailed("ntksFirst_8u", {{"CodeFile", "b"}}, "FUNCFAIL", "");
+    made.addFailed("ntksFirst_8u", {{"CodeFile", "c"}}, "UNDEFINED", ""); // was not run
+    made.add("ntksSecond_8u", {}, {4}).result = "ACCURWRN";               // a note to a figure
     made.run().measurements.back().result = "ACCURWRN";
     made.run().measurements.back().comment = "6%";
     made.run().tests = {{"ntksFirst_8u", "TimdcFirst", "EXCPTFAIL", "told by its case", 1},
@@ -95,7 +99,7 @@ TEST(GoogleBenchmark, AFailureIsAnErrorBesideItsCaseWithItsWords) {
     const std::vector<std::pair<std::string, std::string>> expected = {
         {"ntksFirst_8u/CodeFile=a", ""},
         {"ntksFirst_8u/CodeFile=a_failed", "EXCPTFAIL: signal 11\n\"there\""},
-        {"ntksFirst_8u/CodeFile=b_failed", "UNDEFINED"},
+        {"ntksFirst_8u/CodeFile=b_failed", "FUNCFAIL"},
         {"ntksSecond_8u", ""},
         {"ntksThird_8u_failed", "DATAFAIL: bib not found"},
     };

@@ -45,16 +45,17 @@ TEST(Groups, WhatDiffersIsTheLabel) {
     struct Row {
         void (*change)(report::Run& run);
         const char *first, *second;
+        bool isSeries = false; // they are one history
     };
     const Row rows[] = {
         {[](report::Run& run) { run.facts.libraries[0].version = "12.0.1"; }, "ntkDC 12.0.0",
-         "ntkDC 12.0.1"},
+         "ntkDC 12.0.1", true},
         {[](report::Run& run) { run.facts.libraries[0].date = "Nov 23 2026"; }, "Nov 22 2026",
-         "Nov 23 2026"},
+         "Nov 23 2026", true},
         {[](report::Run& run) {
              run.facts.libraries[0].files = {"/new/bin/../libntkdc.so.12", "/new/x"};
          },
-         "/lib", "/new"},
+         "/lib", "/new", true},
         {[](report::Run& run) {
              run.facts.keys = {"-TSSE42", "-B"};
          },
@@ -65,7 +66,7 @@ TEST(Groups, WhatDiffersIsTheLabel) {
          "on desk Another x2"},
         {[](report::Run& run) { run.facts.processors = 4; }, "on desk A processor x2",
          "on desk A processor x4"},
-        {[](report::Run& run) { run.isExact = false; }, "records", "table"},
+        {[](report::Run& run) { run.isExact = false; }, "records", "table", true},
         {[](report::Run& run) {
              run.facts.libraries[0].version = "12.0.1";
              run.facts.keys = {"-TSSE42"};
@@ -82,6 +83,8 @@ TEST(Groups, WhatDiffersIsTheLabel) {
         EXPECT_EQ(found.groups[1].runs, std::vector<int>{1});
         EXPECT_EQ(found.groups[1].cases.at(0).samples.at(0).run, 1);
         EXPECT_TRUE(found.problems.empty()) << expected.second;
+        EXPECT_EQ(found.groups[0].series == found.groups[1].series, expected.isSeries)
+            << expected.second;
     }
 }
 

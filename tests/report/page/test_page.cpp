@@ -30,53 +30,6 @@ std::vector<Json> objects(const Json& table) {
     return list;
 }
 
-Case caseWith(const std::string& function, NamedValues parameters) {
-    Case made;
-    made.function = function;
-    made.parameters = std::move(parameters);
-    made.ratio = 2.5;
-    return made;
-}
-
-TEST(PageData, VariantIsWhatFileAndLengthDoNotTell) {
-    const struct {
-        NamedValues parameters;
-        const char* variant;
-    } cases[] = {
-        {{{"CodeLength", 16384LL}, {"CodeFile", std::string("bib")}}, ""},
-        {{{"CodeLength", 16384LL}, {"comprLevel", 6LL}}, "comprLevel=6"},
-        {{{"a", 1LL}, {"b", std::string("x")}}, "a=1 b=x"},
-        {{{"Length", 1LL}, {"Variant", std::string("ST1X")}}, "ST1X"},
-        {{{"Variant", std::string("-")}}, ""},
-        {{{"hint", std::string(" ntkBWTAutoSort")}}, "hint=ntkBWTAutoSort"},
-    };
-    for (const auto& c : cases) {
-        EXPECT_EQ(variantText(caseWith("ntksAny_8u", c.parameters)), c.variant);
-    }
-}
-
-TEST(PageData, RatiosWithADictionaryAreNone) {
-    const NamedValues none = {{"dict", std::string("N")}}, inside = {{"dict", std::string("I")}};
-    const NamedValues cell = {{"Variant", std::string("E")}};
-    const struct {
-        const char* function;
-        NamedValues parameters;
-        bool hasRatio;
-    } cases[] = {
-        {"ntksEncodeLZ4_8u", {}, true},
-        {"ntksEncodeLZ4Dict_8u", none, false},
-        {"ntksEncodeLZ4DictSafe_8u", none, false},
-        {"ntksEncodeLZ4HC_8u", none, true},
-        {"ntksEncodeLZ4HC_8u", inside, false},
-        {"ntksEncodeLZ4HC_8u", cell, false},
-        {"ntksReduceDictionary_8u_I", {}, true},
-    };
-    for (const auto& c : cases) {
-        EXPECT_EQ(plainRatio(caseWith(c.function, c.parameters)).has_value(), c.hasRatio)
-            << c.function;
-    }
-}
-
 TEST(PageData, CasesKeepTheirFigures) {
     const Report report = made::plain();
     const std::vector<Json> cases = objects(Json::parse(pageData(report))["cases"]);

@@ -22,6 +22,12 @@ TEST_F(Inputs, WhatCannotBeReadIsOneSentenceAndTheRestIsReported) {
                          "12.0.0  Nov 22 2026\nStart,then\nFunction,Types,Parm1,Clocks,Result\n"
                          "ntksEncodeLZ4_8u,8u,1,4,OK\n");
     write("copy.csv", good);
+    std::string slow = good;
+    slow.replace(slow.find("  2.00 GHz"), 10, "");
+    write("no-frequency.csv", slow);
+    write("newer.jsonl", R"({"record":"run","version":2})"
+                         "\n");
+    write("other.json", "{\n}\n");
     const Row rows[] = {
         {{"nowhere"}, "cannot read nowhere: No such file or directory", false},
         {{"no-table"}, "no-table is no performance table: ", false},
@@ -33,6 +39,9 @@ TEST_F(Inputs, WhatCannotBeReadIsOneSentenceAndTheRestIsReported) {
          "columns.csv has the columns Parm1, a.csv has Length, CodeFile",
          true},
         {{"a.csv", "a.csv"}, "in a.csv is also in a.csv; it counts once", true},
+        {{"no-frequency.csv", "--json=-"}, "1 measurement left out of --json: ", false},
+        {{"newer.jsonl"}, "newer.jsonl is of version 2 of the format", false},
+        {{"other.json", "a.csv"}, "other.json is JSON, but neither records", true},
         {{"a.csv", "./copy.csv"}, "in ./copy.csv is also in a.csv; it counts once", true}};
     for (const Row& row : rows) {
         const Outcome outcome = run(row.arguments);

@@ -81,6 +81,21 @@ TEST_F(Outputs, ALostStandardOutputIsAnError) {
     }
 }
 
+TEST_F(Outputs, AFileBeyondTheLimitOfItsSizeIsAnErrorAndLeavesNothing) {
+    Command command;
+    command.program = "/bin/sh";
+    command.directory = m_folder.string();
+    for (const char* output : {"out", "- >printed"}) {
+        command.arguments = {"-c", "ulimit -f 8; exec " NTK_REPORT_FILE " a.csv --html " +
+                                       std::string(output)};
+        const Outcome outcome = runCommand(command);
+        EXPECT_EQ(outcome.status, 1) << output;
+        EXPECT_NE(outcome.errors.find(": File too large"), std::string::npos) << outcome.errors;
+        fs::remove(path("printed"));
+        EXPECT_EQ(std::distance(fs::directory_iterator(m_folder), {}), 2) << output;
+    }
+}
+
 TEST_F(Outputs, MeasurementsAreNeverReplaced) {
     const std::string before = read("b.csv");
     const Outcome outcome = run({"--csv", "b.csv", "a.csv"});

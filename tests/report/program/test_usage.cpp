@@ -12,8 +12,11 @@ TEST_F(Usage, WhatIsWrongIsOneSentence) {
         {{"--csv", "out"}, "no file is named"},
         {{"--fast", "a.csv"}, "--fast"},
         {{"a.csv", "--csv"}, "--csv"},
+        {{"--csv=", "a.csv"}, "--csv= needs the name of a file"},
+        {{"broken", "--csv", "./broken"}, "--csv would replace the input broken"},
         {{"a.csv", "--csv=-", "--markdown=-"}, "only one can go to the standard output"},
         {{"a.csv", "--csv", "out", "--markdown", "./out"}, "are the same file; name two"}};
+    write("broken", "?\n");
     for (const auto& [arguments, sentence] : cases) {
         const Outcome outcome = run(arguments);
         EXPECT_EQ(outcome.status, 2) << sentence;

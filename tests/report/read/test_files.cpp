@@ -17,7 +17,7 @@ const std::string comparison = R"({
 "machine": "A processor",
 "base": {"directory":"/ref","keys":["-B"],"version":"12.0.0","files":[]},
 "new": {"directory":"own","keys":["-B","-TSSE42"],"version":"12.0.1","files":[]},
-"summary": {"median_half_width":0.0096},
+"summary": {"median_half_width":0.0096,"all":{"cases":2,"ratio":1.002,"low":null,"high":1.01}},
 "cases": [
 {"function":"ntksA_8u","parameters":{"A":1,"F":"x"},"new_parameters":null,"verdict":"slower","beyond_tolerance":true,"passed_over":"","effect":{"ratio":1.25,"low":1.2,"high":null,"base_clocks_per_unit":4,"new_clocks_per_unit":5},"failures":[],"starts":[{"pass":1,"base":{"clocks":[1,2,3]}}]},
 {"function":"ntksB_8u","parameters":{"A":1},"new_parameters":{"A":2},"verdict":"failed","beyond_tolerance":false,"effect":null,"failures":[{"side":"new","what":"killed by SIGSEGV","detail":"last words"}],"starts":[]}
@@ -35,6 +35,9 @@ TEST_F(Files, AComparisonIsReadWithoutItsRounds) {
     EXPECT_EQ(its.tolerance, 0.01);
     EXPECT_EQ(its.confidence, 0.99);
     EXPECT_EQ(its.medianHalfWidth, 0.0096);
+    EXPECT_EQ(its.ratio, 1.002);
+    EXPECT_FALSE(its.low);
+    EXPECT_EQ(its.high, 1.01);
     EXPECT_FALSE(its.isComplete);
     ASSERT_EQ(its.cases.size(), 2u);
     EXPECT_EQ(its.cases[0].parameters, "A=1 F=x");

@@ -85,13 +85,8 @@ TEST(Markdown, OfAComparisonThereIsATableOfWhatChanged) {
     Comparison& comparison = report.comparisons.emplace_back();
     comparison.changed = "new";
     comparison.base = "old";
-    ComparedCase one;
-    one.function = "ntksA_8u";
-    one.verdict = "slower";
+    ComparedCase one = comparedCase("ntksA_8u", "", "slower", 1.1, 0);
     one.isBeyondTolerance = true;
-    one.ratio = one.low = one.high = 1.1;
-    one.baseClocksPerUnit = 4;
-    one.newClocksPerUnit = 4.4;
     comparison.cases = {one};
     EXPECT_TRUE(has(markdownText(report),
                     "| ntksA\\_8u |  | 4.000 | 4.400 | +10.00%  [+10.00%, +10.00%] | **slower** |  "

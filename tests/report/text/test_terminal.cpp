@@ -121,25 +121,16 @@ TEST(Terminal, OfAComparisonThereIsWhatChanged) {
     comparison.changed = "12.0.1";
     comparison.medianHalfWidth = 0.002;
     comparison.isComplete = false;
-    ComparedCase slower;
-    slower.function = "ntksA_8u";
-    slower.parameters = "Length=1";
-    slower.verdict = "slower";
-    slower.ratio = 1.1;
-    slower.low = 1.05;
-    slower.high = 1.15;
-    slower.baseClocksPerUnit = 4;
-    slower.newClocksPerUnit = 4.4;
-    ComparedCase failed;
-    failed.function = "ntksB_8u";
-    failed.verdict = "failed";
-    failed.failure = "new: killed by SIGSEGV";
-    ComparedCase same;
-    same.verdict = "same";
-    comparison.cases = {same, slower, failed};
+    comparison.ratio = 1.02;
+    comparison.low = 1.01;
+    comparison.high = 1.03;
+    comparison.cases = {comparedCase("ntksA_8u", "", "same", 1, 0),
+                        comparedCase("ntksA_8u", "Length=1", "slower", 1.1, 0.05),
+                        failedCase("ntksB_8u", "new: killed by SIGSEGV")};
     EXPECT_EQ(terminalText(report, {}),
               "12.0.1 against 12.0.0\n"
               "Half of the differences are known to 0.20% or better\n"
+              "On the whole +2.00%  [+1.00%, +3.00%]\n"
               "It did not come to its end\n"
               "1 failed, 1 slower, 1 same\n"
               "\n"
@@ -149,7 +140,7 @@ TEST(Terminal, OfAComparisonThereIsWhatChanged) {
               "\n"
               "Failed:\n"
               "  ntksB_8u: new: killed by SIGSEGV\n");
-    comparison.cases.assign(30, slower);
+    comparison.cases.assign(30, ComparedCase(comparison.cases[1]));
     EXPECT_NE(terminalText(report, {}).find("\n... and 10 more\n"), std::string::npos);
 }
 

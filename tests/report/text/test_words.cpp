@@ -97,11 +97,20 @@ TEST(Texts, ChangesAreSortedByVerdictThenBySize) {
 }
 
 TEST(Texts, DifferencesHaveTheirIntervals) {
-    ComparedCase one;
-    EXPECT_EQ(differenceText(one), "");
-    one.ratio = 1.0102;
-    one.low = 0.995;
-    EXPECT_EQ(differenceText(one), "+1.02%  [-0.50%, ?]");
+    EXPECT_EQ(differenceText({}, 1, 2), "");
+    EXPECT_EQ(differenceText(1.0102, 0.995, {}), "+1.02%  [-0.50%, ?]");
+}
+
+TEST(Texts, OfManyBuildsTheLastIsShown) {
+    Report report;
+    report.groups = std::vector<Group>(3);
+    EXPECT_EQ(shownGroups(report).size(), 3u);
+    EXPECT_EQ(hiddenText(report), "");
+    report.groups.resize(5);
+    report.groups[1].series = 1;
+    EXPECT_EQ(shownGroups(report),
+              (std::vector<const Group*>{&report.groups[1], &report.groups[4]}));
+    EXPECT_EQ(hiddenText(report).rfind("3 builds ", 0), 0u) << hiddenText(report);
 }
 
 } // namespace

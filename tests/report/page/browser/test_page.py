@@ -169,6 +169,7 @@ class PageTest(unittest.TestCase):
         self.assertEqual("BWTFwd_8u", self.text(".card .figure"))
         self.assertTrue(self.text("#clocks-answer").startswith("Slowest for pic: BWTFwd_8u"))
         self.assertIn("data=pic", self.address())
+        self.assertIn("dict=N: no dictionary", self.text("#clocks-names"))
 
     def test_another_library(self):
         self.open("foreign")
@@ -205,27 +206,32 @@ class PageTest(unittest.TestCase):
     def test_comparison(self):
         self.open("builds")
         answer = self.text("#comparison-answer")
+        self.assertIn("On the whole +0.31% (mean of 4 combinations, +0.12% to +0.50%)", answer)
         for part in ("1 \u25b2 slower", "1 \u25bc faster", "1 \u25cf same", "1 \u25cb open"):
             self.assertIn(part, answer)
         changes = self.column("#comparison", 4)
-        self.assertEqual(["+2.0%", "+0.22%", "+0.04%", "\u22123.8%", "\u2013"], changes)
+        self.assertEqual(["+2.05%", "+0.22%", "+0.04%", "\u22123.80%", "\u2013"], changes)
         self.choose("#verdict-choice", "\u25bc faster")
         self.assertEqual(["ntksEncodeLZO_8u"], self.column("#comparison", 2))
 
     def test_groups_are_compared(self):
-        self.open("builds", "#cmp=1")
+        self.open("builds", "#cmp=3")
         self.choose("#verdict-choice", "\u25b2 slower")
         self.assertEqual({"ntksDecodeLZ4_8u"}, set(self.column("#comparison", 2)))
 
     def test_jump_in_the_history(self):
         self.open("history", "#f=ntksDecodeLZ4_8u")
-        self.assertRegex(self.text("#history-answer"), r"jump at run 8 \(\+(19|20|21)\.")
+        self.assertRegex(self.text("#history-answer"), r"jump at run 8, 17.Nov \(\+(19|20|21)\.")
         self.choose("#history-function", "ntksDecodeLZO_8u")
         self.assertIn("no jump", self.text("#history-answer"))
+        self.open("builds", "#f=ntksDecodeLZ4_8u&group=1")
+        self.assertRegex(self.text("#history-answer"), r"over 6 runs. A jump at run 4, 13.Nov \(\+1[3-6]\.")
+        self.assertIn("other machines or keys", self.text("#history-note"))
 
     def test_failures_in_their_words(self):
         self.open("faults")
-        self.assertIn("6 functions failed", self.text("#cards"))
+        self.assertIn("5 functions failed", self.text("#cards"))
+        self.assertIn("1 function was not run", self.text("#cards"))
         said = self.text("#failures")
         for part in ("free(): double free detected in tcache 2", "Can't open file nosuch to read",
                      "line 17 has 5 cells", "did not come to its end", "the library returned a warning"):
@@ -241,10 +247,10 @@ class PageTest(unittest.TestCase):
     def test_sorting(self):
         self.open("plain")
         self.go_to("rows")
-        head = "#rows th:nth-child(6)"
+        head = "#rows th:nth-child(4)"
         for sign, sorted_as in (("ascending", sorted), ("descending", lambda l: sorted(l, reverse=True))):
             self.find(head + " button").click()
-            clocks = [float(text) for text in self.column("#rows", 6)]
+            clocks = [float(text) for text in self.column("#rows", 4)]
             self.assertEqual(sorted_as(clocks), clocks)
             self.assertEqual(sign, self.find(head).get_attribute("aria-sort"))
         self.assertIn("sort=-clocks", self.address())
@@ -267,7 +273,7 @@ class PageTest(unittest.TestCase):
     def test_choosing_a_function(self):
         self.open("plain")
         self.choose("#function-choice", "ntksEncodeLZO_8u")
-        self.choose("#variant-choice", "method=ST1X")
+        self.choose("#variant-choice", "method=ST1X (one thread, a table of 2,048 entries: faster, larger results)")
         self.assertIn("ntksEncodeLZO_8u, method=ST1X", self.text("#lengths figure h3"))
         self.assert_plot("#lengths canvas")
 
@@ -276,7 +282,7 @@ class PageTest(unittest.TestCase):
         self.assertEqual("pic", self.find("#data-choice").get_attribute("value"))
         self.assertIn("ntksEncodeLZSS_8u", self.text("#lengths figure h3"))
         self.assertEqual("lz4", self.find("#rows-filter").get_attribute("value"))
-        self.assertEqual("descending", self.find("#rows th:nth-child(6)").get_attribute("aria-sort"))
+        self.assertEqual("descending", self.find("#rows th:nth-child(4)").get_attribute("aria-sort"))
         self.assertIn("51 to", self.text("#rows .pager"))
         self.assertEqual("dark", self.find("html").get_attribute("data-theme"))
         self.choose("#data-choice", "bib")
@@ -320,6 +326,12 @@ class PageTest(unittest.TestCase):
                 self.open(page)
                 self.open_tables()
                 self.assertEqual(360, self.driver.execute_script("return document.documentElement.scrollWidth"))
+        self.open("plain")
+        files = self.find_all("#lengths-files button")
+        self.assertEqual(["bib", "book1", "geo", "obj1", "paper1", "pic"], [file.text for file in files])
+        self.driver.execute_script("arguments[0].click()", files[5])
+        self.assertIn("data=pic", self.address())
+        self.assertEqual("pic", self.text("#lengths-files [aria-pressed=true]"))
 
     def test_texts_stay_texts(self):
         self.open("hostile")
