@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Makes docs/measuring.md anew: the text of scripts/measuring.template.md with the figures that
-# ntkbench gives on this machine. Takes about a quarter of an hour; until the end the document stays
-# as it is. The figures are kept in build/measuring.
+# ntkbench and bench_own_cost give on this machine. Takes about a quarter of an hour; until the end
+# the document stays as it is. The figures are kept in build/measuring.
 #
 #   scripts/measuring.sh [CORPUS]   measures all files of the corpus and makes the document
 #   scripts/measuring.sh --text     makes the document with the figures of the last run
@@ -10,7 +10,8 @@
 #
 # In the template
 #   {{ntkbench NAME}}           is the table of a comparison on data of its own,
-#   {{ntkbench NAME FILE...}}   that on these files of the corpus, with the ratios on all files, and
+#   {{ntkbench NAME FILE...}}   that on these files of the corpus, with the ratios on all files,
+#   {{bench_own_cost WHAT}}     is what that program prints, and
 #   {{standing NAME | CALL | AGAINST | WANTED | FILES | TITLE | REMARK}}
 #                               the line of a table of what is wanted (measuring.awk).
 
@@ -38,6 +39,11 @@ shown() {
     sed -n 's/^{{ntkbench \(.*\)}}$/\1/p' "$template"
 }
 
+# The tables of bench_own_cost that the template shows.
+shown_costs() {
+    sed -n 's/^{{bench_own_cost \(.*\)}}$/\1/p' "$template"
+}
+
 # measure DIRECTORY: the machine and the rows of every comparison, a file each.
 measure() {
     local name files
@@ -51,12 +57,16 @@ measure() {
         "$ntkbench" --corpus "$corpus" --markdown "$name" ${files:+"${corpus_files[@]}"} \
             </dev/null >"$1/$name"
     done < <(shown)
+    for name in $(shown_costs); do
+        say "bench_own_cost $name"
+        "${ntkbench%/*}/bench_own_cost" "$name" </dev/null >"$1/own_cost_$name"
+    done
 }
 
 measure_anew() {
     local name new
     "$top/scripts/install.sh"
-    build release ntkbench
+    build release ntkbench bench_own_cost
     for name in $("$ntkbench" --list); do
         shown | grep -qx "$name\( .*\)\?" || fail "$template does not show the comparison $name"
     done
@@ -67,11 +77,16 @@ measure_anew() {
     mv "$figures.new" "$figures"
 }
 
+# need_figures NAME
+need_figures() {
+    [[ -f $figures/$1 ]] || fail "there are no figures of $1 in $figures: measure anew"
+}
+
 # table NAME SETTING...: one that measuring.awk makes of a comparison.
 table() {
     local name=$1 setting settings=()
     shift
-    [[ -f $figures/$name ]] || fail "there are no figures of $name in $figures: measure anew"
+    need_figures "$name"
     for setting in "$@"; do
         settings+=(-v "$setting")
     done
@@ -113,6 +128,10 @@ filled_in() {
         '{{ntkbench '*'}}')
             # shellcheck disable=SC2086 # a comparison and files
             comparison ${name#ntkbench }
+            ;;
+        '{{bench_own_cost '*'}}')
+            need_figures "own_cost_${name#bench_own_cost }"
+            cat "$figures/own_cost_${name#bench_own_cost }"
             ;;
         '{{standing '*'}}') standing "${name#standing }" ;;
         *'{{'*) fail "$template: there is nothing to put in for $line" ;;
