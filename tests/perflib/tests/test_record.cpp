@@ -157,8 +157,7 @@ TEST_F(RecordsOfATest, TellHowFarTheSpansOfAMeasurementLieApart) {
     g_spans = {100, 110, 120, 100, 400};
     EXPECT_EQ(tableOf(test), "ntksProbe_8u,-,999,-,2.05,123,e,-,OK,nLps=3,10.0\n"
                              "ntksProbe_8u,-,1999,-,2.05,123,e,-,OK,nLps=3,10.0\n");
-    EXPECT_TRUE(has(said, " clocks
-spread=10.0%"));
+    EXPECT_TRUE(has(said, " clocks\nspread=10.0%"));
     EXPECT_EQ(psTest::m_figures.measured, 2);
     EXPECT_EQ(psTest::m_figures.spread, 2);
     EXPECT_EQ(writer.records.front().times.batches, 5); // of the last run alone
