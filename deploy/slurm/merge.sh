@@ -97,7 +97,8 @@ survey
 total=$(wc -l <"$new/cells.txt")
 bad=$(grep -v ' measured$' "$new/cells.txt" || true)
 put_in_place
-say "$(count ${#records[@]} cell) of $total merged: $results/merged/report.html, table.csv"
+say "$(count ${#records[@]} cell) of $total merged$( ((${#records[@]} == 0)) ||
+    printf ': %s/merged/report.html, table.csv' "$results")"
 if [[ -n $bad ]]; then
     printf '%s\n' "$bad"
     fail "$(count "$(wc -l <<<"$bad")" cell) of $total not as planned, see above;" \

@@ -177,13 +177,15 @@ show_survey() {
 }
 
 # The plan of all cells, also of those that are there: the job that merges knows by it what to
-# expect. What is to be measured anew moves out of the way.
+# expect. It may run just now, so a plan appears whole. What is to be measured anew moves out of the
+# way.
 write_plan() {
     local cell
     for cell in "${planned[@]}"; do
+        ! cmp --silent "$scratch/plan/$cell" "$results/plan/$cell" || continue
         mkdir -p "$results/plan/${cell%/*}"
-        cp "$scratch/plan/$cell" "$results/plan/${cell%/*}/.new"
-        mv "$results/plan/${cell%/*}/.new" "$results/plan/$cell"
+        cp "$scratch/plan/$cell" "$results/new-plan"
+        mv "$results/new-plan" "$results/plan/$cell"
     done
     for cell in "${missing[@]}"; do
         rm -f "$results/failed/$cell"

@@ -58,8 +58,8 @@ run_in() {
 
 test_help_and_unknown_arguments() {
     local script key
-    for script in bench check cluster-test format fuzz install measuring mutate nightly package package-test \
-        same-output tidy valgrind; do
+    for script in bench check cluster-test format fuzz install measuring mutate nightly package \
+        package-test same-output tidy valgrind; do
         for key in -h --help; do
             output=$("$project/scripts/$script.sh" "$key" 2>&1)
             expect "$script.sh $key" "$? $output" "0 [A-Z]*  scripts/$script.sh*"

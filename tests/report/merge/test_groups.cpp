@@ -92,7 +92,9 @@ TEST(Groups, KeysForOtherFunctionsTellNothingApart) {
     report::Run lz4 = runOf("1", {measured("ntksB_8u", {{"CodeFile", "bib"}}, 4)});
     report::Run checksum = runOf("2", {row});
     lz4.facts.keys = checksum.facts.keys = {"-dCodeFile=bib", "-dMethod=Manual"};
-    EXPECT_EQ(groupsOf({lz4, checksum}).groups.size(), 1u);
+    report::Run other = lz4;
+    other.facts.keys = {"-dCodeFile=book1", "-dMethod=Manual"};
+    EXPECT_EQ(groupsOf({checksum, lz4, other}).groups.size(), 1u);
 }
 
 // The runs of a cluster: the computers of a kind have measured parts of the same.
