@@ -4,6 +4,8 @@
 
 #include <bit>
 
+#include "dc/inflate/alphabets.h"
+#include "dc/inflate/pairs.h"
 #include "guarded.h"
 #include "inflatecalls.h"
 #include "kernels.h"
@@ -179,6 +181,68 @@ TEST(Inflate, StartsWithinAFixedBlockAsOftenAsAsked) {
         EXPECT_EQ(mode, isWhole ? ntkInflateFinished : ntkInflateFixed);
         EXPECT_EQ(code >> codeLen, 0U);
         ASSERT_TRUE(std::equal(out.begin(), out.end(), data.begin())) << round;
+    }
+}
+
+using ntk::inflate::Entry;
+
+// Lengths of codes for literals (from symbol 0) and for lengths (from 257): all short, so that most
+// pairs fit; long, so that few do; so few that the table is smaller than the vectors that fill it.
+const std::pair<std::vector<Ntk8u>, std::vector<Ntk8u>> codesForPairs[] = {
+    {{2, 4, 4, 5, 5, 5, 5}, {2, 3, 5, 5, 5}},
+    {{1, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 15}, {3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13}},
+    {{1}, {2}},
+};
+
+// The lengths given, then a code for the end of the block that makes the code complete.
+std::vector<Ntk8u> completed(const std::pair<std::vector<Ntk8u>, std::vector<Ntk8u>>& code) {
+    std::vector<Ntk8u> lengths(286);
+    std::copy(code.first.begin(), code.first.end(), lengths.begin());
+    std::copy(code.second.begin(), code.second.end(), lengths.begin() + 257);
+    unsigned left = 1U << 15;
+    for (const Ntk8u length : lengths) {
+        left -= length == 0 ? 0 : 1U << (15 - length);
+    }
+    lengths[256] = static_cast<Ntk8u>(15 - std::countr_zero(left));
+    return lengths;
+}
+
+// What a pair stands for is what its index gives symbol by symbol.
+void expectPair(const ntk::inflate::CodeTable& singles, unsigned index, Entry pair) {
+    using namespace ntk::inflate;
+    const Entry first = singles.at(index);
+    const Entry second = singles.at(index >> takenBits(first));
+    const bool isPair = literalsIn(first) == 1 && !isException(second) &&
+                        takenBits(first) + codeBits(second) <= pairBits;
+    if (!isPair) {
+        EXPECT_EQ(pair, first) << index;
+        return;
+    }
+    EXPECT_EQ(takenBits(pair), takenBits(first) + takenBits(second)) << index;
+    EXPECT_EQ(literalsIn(pair), 1 + literalsIn(second)) << index;
+    EXPECT_EQ(valueOf(pair) & 0xff, valueOf(first) & 0xff) << index;
+    EXPECT_EQ(valueOf(pair) >> 8, valueOf(second) >> 8) << index;
+    if (literalsIn(second) == 0) { // the extra bits are all ones
+        EXPECT_EQ(lengthWithExtra(pair, ~Ntk64u{0}), lengthWithExtra(second, ~Ntk64u{0})) << index;
+    }
+}
+
+TEST(Inflate, PairsStandForTheSymbolsAtTheirIndex) {
+    for (const auto& code : codesForPairs) {
+        const std::vector<Ntk8u> lengths = completed(code);
+        std::vector<Entry> entries(ntk::inflate::entriesNeeded(286, ntk::inflate::literalRootBits));
+        const unsigned bits = ntk::inflate::buildTable(
+            lengths.data(), 286, ntk::inflate::Incomplete::isRefused,
+            ntk::inflate::literalSymbols.data(), ntk::inflate::literalRootBits, entries.data());
+        ASSERT_GT(bits, 0U);
+        const ntk::inflate::CodeTable singles = {entries.data(), ntk::inflate::lowMask(bits)};
+        forEachKernel(ntk::inflate::fillPairsKernel, [&](ntk::inflate::FillPairs& fill) {
+            ntk::inflate::PairTable pairs{};
+            fill(singles, pairs);
+            for (unsigned index = 0; index < pairs.size(); ++index) {
+                expectPair(singles, index, pairs[index]);
+            }
+        });
     }
 }
 

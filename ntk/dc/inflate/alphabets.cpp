@@ -70,15 +70,6 @@ constexpr std::array<Entry, 1U << fixedDistanceBits> makeFixedDistances() {
     return table;
 }
 
-// The codes are so long that no two make a pair.
-constexpr PairTable makeFixedPairs(const std::array<Entry, 1U << fixedLiteralBits>& literals) {
-    PairTable table{};
-    for (std::size_t i = 0; i < table.size(); ++i) {
-        table[i] = literals[i % literals.size()];
-    }
-    return table;
-}
-
 constexpr std::array<Entry, 1U << fixedLiteralBits> fixedLiterals = makeFixedLiterals();
 constexpr std::array<Entry, 1U << fixedDistanceBits> fixedDistances = makeFixedDistances();
 
@@ -89,7 +80,6 @@ constexpr std::array<Entry, 32> distanceSymbols = makeDistanceSymbols();
 constexpr std::array<Entry, numLengthCodes> codeLengthSymbols = makeCodeLengthSymbols();
 
 constexpr CodeTable fixedLiteralTable = {fixedLiterals.data(), lowMask(fixedLiteralBits)};
-constexpr PairTable fixedPairs = makeFixedPairs(fixedLiterals);
 constexpr CodeTable fixedDistanceTable = {fixedDistances.data(), lowMask(fixedDistanceBits)};
 
 } // namespace ntk::inflate

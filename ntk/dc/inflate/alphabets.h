@@ -4,7 +4,6 @@
 #include <array>
 
 #include "codetable.h"
-#include "pairs.h"
 
 namespace ntk::inflate {
 
@@ -25,6 +24,5 @@ extern const std::array<Entry, numLengthCodes> codeLengthSymbols;
 
 extern const CodeTable fixedLiteralTable;
 extern const CodeTable fixedDistanceTable;
-extern const PairTable fixedPairs;
 
 } // namespace ntk::inflate

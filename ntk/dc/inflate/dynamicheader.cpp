@@ -51,6 +51,7 @@ Outcome buildCodes(Stream& s) {
     if (w.lengths[endOfBlock] == 0) {
         return Outcome::malformed;
     }
+    w.hasPairs = 0;
     w.literalBits = buildTable(w.lengths.data(), w.numLiteralCodes, Incomplete::mayBeOneBit,
                                literalSymbols.data(), literalRootBits, w.literals.data());
     w.distanceBits = buildTable(w.lengths.data() + w.numLiteralCodes, w.numDistanceCodes,
@@ -59,7 +60,6 @@ Outcome buildCodes(Stream& s) {
     if (w.literalBits == 0 || w.distanceBits == 0) {
         return Outcome::malformed;
     }
-    fillPairsKernel.get()(w.codes().literals, w.pairs);
     s.mode = ntkInflateDynamic;
     return Outcome::goOn;
 }

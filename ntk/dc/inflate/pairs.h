@@ -1,5 +1,6 @@
 // A second table for the literals and lengths of a dynamic block: an entry stands for as many
 // symbols as fit, a literal and what follows it, and so shortens the chain from lookup to lookup.
+// Tables for several symbols at once are a well-known technique of decoders of prefix codes.
 #pragma once
 
 #include <array>
