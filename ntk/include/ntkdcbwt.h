@@ -30,11 +30,11 @@ typedef enum {
     /* The two-stage sort without that limit: rotations that stay equal for long are sorted by
      * prefix doubling. Takes no more than about n log n log n steps on any text. */
     ntkBWTItohTanakaUnlimSort = 1,
-    /* A suffix sort of the least rotation (libdivsufsort); n log n steps on every text. It
-     * allocates 257 KiB during the call. If there is no memory, the two-stage sort without limit
-     * does the work; the result is the same. */
+    /* A suffix sort of the least rotation (libdivsufsort), n log n steps on every text, where the
+     * two-stage sort gives up. The suffix sort allocates 257 KiB during the call. If there is no
+     * memory, the two-stage sort without limit does the work; the result is the same. */
     ntkBWTSuffixSort = 2,
-    /* The two-stage sort, which gives up to the suffix sort on very repetitive texts. */
+    /* The same: the two-stage sort, which gives up to the suffix sort on very repetitive texts. */
     ntkBWTAutoSort = 3
 } NtkBWTSortAlgorithmHint;
 

@@ -4,6 +4,8 @@
 #include <cstring>
 #include <utility>
 
+#include "keysort.h"
+
 namespace ntk::bwt {
 
 namespace {
@@ -25,10 +27,6 @@ Ntk64u wordAt(const Ntk8u* bytes) {
     return __builtin_bswap64(word); // so that numbers compare as bytes do
 }
 
-bool hasLessKey(const BStar& a, const BStar& b) {
-    return a.key < b.key;
-}
-
 // Takes the amount from the budget; false, with the budget unchanged, if it does not suffice.
 bool spend(Ntk64u& budget, Ntk32u amount) {
     const bool suffices = amount <= budget;
@@ -48,7 +46,9 @@ Ntk32u endOfRun(const BStar* bStars, Ntk32u from, Ntk32u end) {
 } // namespace
 
 BStarSort::BStarSort(const Workspace& work, Ntk32u n, Ntk32u count, Effort effort)
-    : m_work(work), m_textLen(n), m_count(count), m_effort(effort),
+    : m_work(work), m_textLen(n), m_count(count),
+      m_effort(effort), m_scratch{reinterpret_cast<BStar*>(work.rows),
+                                  n * sizeof(Ntk32u) / sizeof(BStar)},
       m_wordsLeft(wordsPerBStar * count), m_groupableLeft(count / groupableShare) {}
 
 Ntk32u BStarSort::distance(const BStar& from, Ntk32u to) const {
@@ -111,7 +111,7 @@ bool BStarSort::sortFrom(Range range, Ntk32u depth) {
         depth += wordLen;
         if (differ) {
             BStar* const bStars = m_work.bStars;
-            std::sort(bStars + range.first, bStars + range.end, hasLessKey);
+            sortByKey(bStars + range.first, bStars + range.end, m_scratch);
             Range longest{range.first, range.first};
             for (Ntk32u first = range.first; first < range.end;) {
                 Range run{first, endOfRun(bStars, first, range.end)};
@@ -153,7 +153,7 @@ Ntk32u BStarSort::splitGroup(Range group, Ntk32u nextCount) {
     for (Ntk32u i = group.first; i < group.end; ++i) {
         bStars[i].key = m_work.ranks[m_work.next[bStars[i].index]];
     }
-    std::sort(bStars + group.first, bStars + group.end, hasLessKey);
+    sortByKey(bStars + group.first, bStars + group.end, m_scratch);
     for (Ntk32u first = group.first; first < group.end;) {
         const Range run{first, endOfRun(bStars, first, group.end)};
         first = run.end;

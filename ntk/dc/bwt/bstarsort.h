@@ -16,6 +16,7 @@
 // length of the text; the doubling takes at most log n rounds of sorting.
 #pragma once
 
+#include "keysort.h"
 #include "ntkdefs.h"
 #include "sorts.h"
 #include "workspace.h"
@@ -51,6 +52,7 @@ private:
     Ntk32u m_count;
     Ntk32u m_groupCount = 0;
     Effort m_effort;
+    Scratch m_scratch;      // the rows, which are not needed yet
     Ntk64u m_wordsLeft;     // limited effort: words that may still be loaded
     Ntk64u m_groupableLeft; // moderate effort: B*-rotations that may still end up in equal groups
 };

@@ -10,6 +10,12 @@
 // (sorts.h) only see words whose rotations all differ: the two-stage sort (twostage.cpp,
 // bstarsort.h) and the suffix sort (suffixsort.cpp).
 //
+// The hints for the suffix sort and for the automatic choice do the same: whatever the two-stage
+// sort does not give up, it sorts in less time than libdivsufsort does (geo 34 against 80 clocks a
+// byte, book1 37 against 94, trans 69 against 80, its texts with most repeats last). To give up
+// earlier did not help: with a quarter of the rotations in equal groups, in place of half, trans
+// took 112.
+//
 // State: all of it in the caller's buffer, see workspace.h. The text is copied there twice in a
 // row, so that every rotation is contiguous and the result may overwrite the source.
 //
@@ -36,7 +42,7 @@ int sortRotations(const Workspace& work, int n, NtkBWTSortAlgorithmHint hint, Nt
     int idx = -1;
     if (hint == ntkBWTItohTanakaLimSort) {
         idx = twoStageSort(work, n, Effort::limited, dst);
-    } else if (hint == ntkBWTAutoSort) {
+    } else if (hint != ntkBWTItohTanakaUnlimSort) {
         idx = twoStageSort(work, n, Effort::moderate, dst);
     }
     if (idx < 0 && hint != ntkBWTItohTanakaUnlimSort) {

@@ -15,8 +15,9 @@
 //   first free row of its bucket, the rotations that begin with its first byte.
 //
 // State: `rows` holds the positions in sorted order. `pairs` holds, for two bytes c0 and c1, counts
-// and then bucket bounds: at [c0][c1] with c0 <= c1 those of type B without B*, at [c1][c0] with
-// c0 < c1 those of B* (which begins with unequal bytes), so that both fit one table.
+// and then bucket bounds: at [c0][c1] with c0 <= c1 those of type B without B*, at the same place
+// counted from the end of the table, with c0 < c1, those of B* (which begins with unequal bytes):
+// so both fit one table, and all pairs of a first byte lie side by side.
 //
 // Invariants: a row is read only after it was written, because in the second stage a rotation is
 // induced from a greater one (first pass) or a smaller one (second pass). If all rotations differ
@@ -36,6 +37,7 @@ namespace ntk::bwt {
 namespace {
 
 constexpr std::size_t byteCount = 256;
+constexpr Ntk32u lastPair = pairCount - 1;
 
 class TwoStageSort {
 public:
@@ -54,7 +56,9 @@ private:
     bool firstIsTypeB() const;
 
     Ntk32u& typeBAt(std::size_t c0, std::size_t c1) { return m_work.pairs[c0 * byteCount + c1]; }
-    Ntk32u& bStarsAt(std::size_t c0, std::size_t c1) { return m_work.pairs[c1 * byteCount + c0]; }
+    Ntk32u& bStarsAt(std::size_t c0, std::size_t c1) {
+        return m_work.pairs[lastPair - (c0 * byteCount + c1)];
+    }
     // End of the rows of the byte with this number among the used ones.
     Ntk32u endOf(std::size_t u) const {
         return u + 1 < m_usedCount ? m_first[m_used[u + 1]] : m_textLen;
@@ -84,25 +88,28 @@ bool TwoStageSort::firstIsTypeB() const {
 // Counts the types and lists the B*-rotations, from the last position to the first. List and tables
 // are written without branches, which would be unpredictable.
 void TwoStageSort::findBStars() {
-    std::fill_n(m_work.pairs, pairCount, 0U);
+    Ntk32u* const pairs = m_work.pairs;
+    std::fill_n(pairs, pairCount, 0U);
+    const Ntk8u* const text = m_text;
     const Ntk32u capacity = m_textLen / 2 + 1;
-    Ntk32u firstBStar = capacity; // the list grows down from the end
+    Ntk32u* const listEnd = m_work.positions + capacity;
+    Ntk32u* firstBStar = listEnd; // the list grows down from the end
     Ntk32u isTypeA = firstIsTypeB() ? 0 : 1;
-    Ntk32u c1 = m_text[m_textLen];
+    Ntk32u c1 = text[m_textLen];
     for (Ntk32u i = m_textLen; i-- > 0;) {
-        const Ntk32u c0 = m_text[i];
+        const Ntk32u c0 = text[i];
         const Ntk32u nextIsTypeA = isTypeA;
         isTypeA = c0 + isTypeA > c1 ? 1 : 0;
         const Ntk32u isBStar = nextIsTypeA & ~isTypeA;
-        m_work.positions[firstBStar - 1] = i;
+        firstBStar[-1] = i;
         firstBStar -= isBStar;
         m_typeA[c0] += isTypeA;
-        const Ntk32u pair = isBStar != 0 ? c1 * byteCount + c0 : c0 * byteCount + c1;
-        m_work.pairs[pair] += 1 - isTypeA;
+        const Ntk32u pair = c0 * byteCount + c1;
+        pairs[pair ^ (lastPair & (0 - isBStar))] += 1 - isTypeA; // lastPair - pair, or pair
         c1 = c0;
     }
-    m_bStarCount = capacity - firstBStar;
-    std::copy(m_work.positions + firstBStar, m_work.positions + capacity, m_work.positions);
+    m_bStarCount = static_cast<Ntk32u>(listEnd - firstBStar);
+    std::copy(firstBStar, listEnd, m_work.positions);
 }
 
 void TwoStageSort::findUsedBytes() {

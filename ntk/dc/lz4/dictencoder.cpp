@@ -96,7 +96,7 @@ public:
     int encode();
 
 private:
-    const Ntk8u* find(const Ntk8u* from, Ntk32u& distance);
+    const Ntk8u* find(const Ntk8u* here, Ntk32u& distance);
     Ntk32u exchange(const Ntk8u* here, Ntk64u hash);
     std::ptrdiff_t reachAt(const Ntk8u* here) const;
     bool isWhole(const Ntk8u* here, Ntk32u distance) const;

@@ -12,11 +12,12 @@
 // from.
 //
 // The search is bound by what follows from one match to where the next search begins. What helped:
-// the end of a match does not wait for how far it extends to the front (a tenth on text), the hash of
-// the next position is there before this one is decided (a tenth, where branches are guessed wrong),
-// blocks of positions with one comparison for window and reach (a twentieth). What did not: the bytes
-// before a match 8 at a time (3% slower), one limit for window and reach as a minimum at each
-// position (8% slower), AVX-512 for reading liblz4's table through (1.31 of liblz4 alone, not 1.36).
+// the end of a match does not wait for how far it extends to the front (a tenth on text), the hash
+// of the next position is there before this one is decided (a tenth, where branches are guessed
+// wrong), blocks of positions with one comparison for window and reach (a twentieth). What did not:
+// the bytes before a match 8 at a time (3% slower), one limit for window and reach as a minimum at
+// each position (8% slower), AVX-512 for reading liblz4's table through (1.31 of liblz4 alone,
+// not 1.36).
 //
 // Invariants:
 // - No entry of the table is trusted. What counts is its distance from the position at hand: beyond
