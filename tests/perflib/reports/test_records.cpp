@@ -150,11 +150,9 @@ TEST(JsonRecords, AMessageIsWhatTheLogGotOfTheTest) {
     records.close();
     const std::string text = readFile(file);
     EXPECT_TRUE(has(text, "\"seconds\":0.5,\"seconds_in_calls\":0.0,\"result\":\"FUNCFAIL\","
-                          "\"message\":\"-- bad news\"}
-"));
-    EXPECT_TRUE(has(text, "\"seconds\":0.25,\"seconds_in_calls\":0.0,\"result\":\"OK\","
-                          "\"message\":\"\"}
-"));
+                          "\"message\":\"-- bad news\"}\n"));
+    EXPECT_TRUE(has(
+        text, "\"seconds\":0.25,\"seconds_in_calls\":0.0,\"result\":\"OK\",\"message\":\"\"}\n"));
 }
 
 TEST(JsonRecords, AFileIsToldOnceBeforeItsFirstMeasurement) {
