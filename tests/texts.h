@@ -35,7 +35,6 @@ inline testing::AssertionResult hasOnce(const std::string& text, const std::stri
     if (timesIn(text, part) == 1) {
         return testing::AssertionSuccess();
     }
-    return testing::AssertionFailure()
-           << timesIn(text, part) << " times \"" << part << "\" in:\n"
-           << text;
+    return testing::AssertionFailure() << timesIn(text, part) << " times \"" << part << "\" in:\n"
+                                       << text;
 }

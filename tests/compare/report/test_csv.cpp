@@ -35,13 +35,14 @@ TEST(Csv, WhatWasNotMeasuredHasNoFigures) {
     handmade.addLeftOut(Stop::passedOver, "too short");
     handmade.addLeftOut(Stop::budget);
     handmade.addBegun("ntksY_8u");
+    handmade.lastEffect().interval.estimate = 0;
     handmade.comparison.isComplete = false;
     EXPECT_EQ(textOf(handmade),
               names + "ntksX_8u,,,,,,,,,,,failed,0,0,0,failed,,,,,new base,"
                       "\"killed by SIGSEGV in a turn\nfirst line\nlast line\nhung\",no\r\n"
                       "ntksLeft_8u,,,,,,,,,,,passed over,0,0,0,passed over,,,,,,,no\r\n"
                       "ntksLeft_8u,,,,,,,,,,,not reached,0,0,0,budget,,,,,,,no\r\n"
-                      "ntksY_8u,CodeLength=16384 CodeFile=book1,,4,4.04,e,1.01,,,0.001,0.002,open,"
+                      "ntksY_8u,CodeLength=16384 CodeFile=book1,,4,4.04,e,1,,,0.001,0.002,open,"
                       "1,1,0.25,precise,0,0,0,,,,no\r\n");
 }
 

@@ -78,6 +78,20 @@ TEST(Processor, SavedStatesAreTheSystems) {
     EXPECT_EQ(psSavedStates(replay), 0U);
 }
 
+TEST(Cpuid, LeavesBeyondTheLargestAreNotAsked) {
+    g_answers = {{{0, 0}, {2, 0, 0, 0}},          {{2, 0}, {1, 1, 1, 1}},
+                 {{3, 0}, {1, 1, 1, 1}},          {{0x80000000, 0}, {0x80000001, 0, 0, 0}},
+                 {{0x80000001, 0}, {1, 1, 1, 1}}, {{0x80000002, 0}, {1, 1, 1, 1}}};
+    for (const auto& [leaf, asked] :
+         std::map<unsigned, bool>{{2, true}, {3, false}, {0x80000001, true}, {0x80000002, false}}) {
+        const CPUID answer(leaf, 0, replay);
+        EXPECT_EQ(answer.hasData(), asked) << std::hex << leaf;
+        EXPECT_EQ(answer.get(CPUID::EDX), asked ? 1u : 0u) << std::hex << leaf;
+    }
+    g_answers[{0x80000000, 0}] = {0x543, 0, 0, 0}; // without extended leaves: some other answer
+    EXPECT_FALSE(CPUID(0x80000001, 0, replay).hasData());
+}
+
 TEST(Cpuid, LibraryAnswersAsTheInstruction) {
     for (const unsigned leaf : {0u, 1u, 0x80000000u, 0x80000001u}) {
         Registers expected;
