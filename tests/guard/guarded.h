@@ -13,6 +13,8 @@ inline std::string withoutTimes(const std::string& text) {
         {std::regex("[0-9]{2}:[0-9]{2}:[0-9]{2}"), "hh:mm:ss"},
         {std::regex(" Note     : [0-9]+ of [0-9]+ measurements [^(]*[^\\n]*\\n"), ""},
         {std::regex("spread=[^\\n]*\\n"), ""},
+        {std::regex(" Measured : [0-9.]+%( [^\\n]*\\n *)[0-9.]+ of [0-9.]+"),
+         " Measured : share$1n of m"},
     };
     std::string same = text;
     for (const auto& [pattern, replacement] : changes) {
