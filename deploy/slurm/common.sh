@@ -129,11 +129,8 @@ cells_in() {
     [[ ! -d $1 ]] || (cd "$1" && find . -mindepth 3 -maxdepth 3 -type f -printf '%P\n' | sort)
 }
 
-# with_libraries DIRECTORY COMMAND...: with the libraries of a directory, or those of the program.
-with_libraries() {
-    if [[ -n $1 ]]; then
-        LD_LIBRARY_PATH=$1 "${@:2}"
-    else
-        env -u LD_LIBRARY_PATH "${@:2}"
-    fi
+# use_libraries DIRECTORY: for what is called from now on; an empty one for those of the program.
+use_libraries() {
+    unset LD_LIBRARY_PATH
+    [[ -z $1 ]] || export LD_LIBRARY_PATH=$1
 }

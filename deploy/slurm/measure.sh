@@ -74,12 +74,13 @@ run() {
     seconds=$(told limit "$plan")
     readarray -t keys < <(told key "$plan")
     cd "$(told input "$plan")" || complain "the corpus is not on this node"
-    with_libraries "$(told libraries "$plan")" \
-        srun --ntasks=1 --cpus-per-task=1 --cpu-bind=cores --hint=nomultithread \
-        "$here/pinned.sh" "$try/processors" "$programs/ntkguard" --limit "$seconds" \
-        "$programs/ntkperf" -B "${keys[@]}" \
-        "-o$try/ntkperf.txt" "-r$try/ntkperf.csv" "-u$try/ntkperf_sum.csv" "-x$try/ntkperf.jsonl" \
-        >"$try/console" 2>&1 </dev/null &
+    (
+        use_libraries "$(told libraries "$plan")"
+        exec srun --ntasks=1 --cpus-per-task=1 --cpu-bind=cores --hint=nomultithread \
+            "$here/pinned.sh" "$try/processors" "$programs/ntkguard" --limit "$seconds" \
+            "$programs/ntkperf" -B "${keys[@]}" "-o$try/ntkperf.txt" "-r$try/ntkperf.csv" \
+            "-u$try/ntkperf_sum.csv" "-x$try/ntkperf.jsonl" >"$try/console" 2>&1
+    ) </dev/null &
     child=$!
     wait "$child" || status=$?
     child=

@@ -104,7 +104,7 @@ library_directory() {
 # probe NAME DIRECTORY: a run of no test, whose records tell which files were loaded.
 probe() {
     local records=$scratch/probe.jsonl
-    with_libraries "$2" "$programs/ntkguard" "$programs/ntkperf" -B -f=none "-x$records" \
+    (use_libraries "$2" && "$programs/ntkguard" "$programs/ntkperf" -B -f=none "-x$records") \
         >"$scratch/log" 2>&1 </dev/null ||
         fail "the build $1 cannot be loaded: $(grep -v '^$' "$scratch/log" | tail -n 3)"
     library_identity "$records" >"$scratch/build/$1"

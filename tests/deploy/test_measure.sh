@@ -101,7 +101,7 @@ test_what_changed_behind_the_submission_is_no_result() {
 await_file() {
     local tries
     for ((tries = 0; tries < 600; ++tries)); do
-        [[ ! -e $1 ]] || return 0
+        [[ ! -s $1 ]] || return 0
         sleep 0.05
     done
     expect "within half a minute" "$1" "to be there"
@@ -119,6 +119,7 @@ test_a_preempted_task_has_not_failed() {
     wait "$script"
     expect "the task" "$? $(<"$room/log")" "143 *old/own/adler: interrupted"
     expect "what is kept" "$(why old/own/adler)" "interrupted on n1: SIGTERM"
+    ! kill -0 "$(<"$room/begun")" 2>/dev/null || expect "its step" "runs on" "to be ended"
     PLAY=crash task 1 old-01 0 1
     expect "a failure after it" "$output" "*given up after 1 try"
     task 1 old-01 0 2
