@@ -74,7 +74,7 @@ TEST(RecordLines, AreWholeWhateverTheTextsHold) {
     EXPECT_TRUE(has(line, R"("message":"a \"b\"\n\tc )"
                           "\xef\xbf\xbd \xc3\xa9 "
                           R"(\u0000 d"})"));
-    EXPECT_EQ(line.find("\n"), line.length() - 1);
+    EXPECT_EQ(line.find('\n'), line.length() - 1);
 }
 
 TEST(RecordLines, MessagesEndWithTheirTextAndAreNotEndless) {
