@@ -16,11 +16,13 @@ export LC_ALL=C
 # shellcheck disable=SC2034 # of the scripts
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 
+show_help() {
+    sed -n '2,${/^#/!q; s/^# \{0,1\}//; p}' "$0"
+    exit 0
+}
+
 case ${1:-} in
-    -h | --help)
-        sed -n '2,${/^#/!q; s/^# \{0,1\}//; p}' "$0"
-        exit 0
-        ;;
+    -h | --help) show_help ;;
 esac
 
 say() {

@@ -68,7 +68,8 @@ interrupted() {
     exit 143
 }
 
-# The step has one task on one core. What it may run on is kept beside the results.
+# The step has one task on one core. What it may run on is kept beside the results. The libraries get
+# there by the environment, whatever the user told sbatch about that.
 run() {
     local status=0 seconds
     seconds=$(told limit "$plan")
@@ -76,7 +77,8 @@ run() {
     cd "$(told input "$plan")" || complain "the corpus is not on this node"
     (
         use_libraries "$(told libraries "$plan")"
-        exec srun --ntasks=1 --cpus-per-task=1 --cpu-bind=cores --hint=nomultithread \
+        exec srun --export=ALL --ntasks=1 --cpus-per-task=1 --cpu-bind=cores \
+            --hint=nomultithread \
             "$here/pinned.sh" "$try/processors" "$programs/ntkguard" --limit "$seconds" \
             "$programs/ntkperf" -B "${keys[@]}" "-o$try/ntkperf.txt" "-r$try/ntkperf.csv" \
             "-u$try/ntkperf_sum.csv" "-x$try/ntkperf.jsonl" >"$try/console" 2>&1

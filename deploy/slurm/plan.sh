@@ -50,20 +50,34 @@ make_groups() {
             item=$item=-m=$item
         fi
         group_keys[${item%%=*}]=${item#*=}
-        xargs --no-run-if-empty -n 1 printf 'key %s\n' <<<"${item#*=}" >"$scratch/group/${item%%=*}"
+        write_group "${item%%=*}" "${item#*=}"
         functions=$(functions_of "${item%%=*}")
-        [[ -n $functions ]] || fail "no function belongs to the group ${item%%=*} (${item#*=})"
+        [[ -n $functions ]] ||
+            fail "no function belongs to the group ${item%%=*} (${item#*=}${keys[*]:+, with ${keys[*]}})"
         printf '%s\n' "$functions" >>"$scratch/functions"
     done
     refuse_overlaps
 }
 
-# The functions of a group, each with the keys that choose what is measured of it.
+# write_group NAME KEYS: the keys as lines of a plan; quotes keep what has blanks together.
+write_group() {
+    local key chosen=()
+    xargs --no-run-if-empty -n 1 printf 'key %s\n' <<<"$2" >"$scratch/group/$1" ||
+        refuse "the keys of --group $1=$2 cannot be told apart, see above"
+    readarray -t chosen < <(told key "$scratch/group/$1")
+    ((${#chosen[@]} > 0)) || refuse "--group $1=: keys are missing behind the ="
+    for key in "${chosen[@]}"; do
+        check_key "$key"
+    done
+}
+
+# The functions of a group, each with the keys that choose what is measured of it. The keys of all
+# cells may leave some of them out.
 functions_of() {
     local settings chosen=()
     readarray -t chosen < <(told key "$scratch/group/$1")
     settings=$(printf '%s\n' "${chosen[@]}" | grep -v '^-[ftmk]' | sort | paste -s -d ' ')
-    "$programs/ntkperf" "${chosen[@]}" -f-__ps -e- | sed -n "s|^ *\([A-Za-z_][A-Za-z0-9_]*\) *$|\1 $settings|p"
+    (cd "$corpus" && "$programs/ntkperf" "${keys[@]}" "${chosen[@]}" -f-__ps -e-) | sed -n "s|^ *\([A-Za-z_][A-Za-z0-9_]*\) *$|\1 $settings|p"
 }
 
 refuse_overlaps() {

@@ -21,7 +21,9 @@ cells_in_queue() {
     done <"$scratch/queue"
 }
 
+# All of it: the variables that some users have set would leave jobs out.
 ask_queue() {
+    unset "${!SQUEUE_@}"
     squeue --noheader --array --format='%F %K' >"$scratch/queue" ||
         fail "squeue does not tell what is under way; nothing was submitted"
 }
@@ -58,6 +60,15 @@ make_lists() {
     done
 }
 
+# script_of COMMAND...: as a line for sh, which does not know all that bash writes as %q.
+script_of() {
+    local word
+    printf 'exec'
+    for word in "$@"; do
+        printf " '%s'" "${word//\'/\'\\\'\'}"
+    done
+}
+
 # array_command LIST: sets command. Each task has a node of its own, uses a thread of each core, and
 # goes back into the queue with the log that it has.
 array_command() {
@@ -67,7 +78,7 @@ array_command() {
         "--constraint=$(constraint_of "$kind")" --nodes=1 --ntasks=1 --exclusive
         --hint=nomultithread --requeue --open-mode=append "--chdir=$results"
         "--output=${1%.cells}.%a.txt" "${sbatch[@]}"
-        --wrap "exec $(printf '%q ' "$here/measure.sh" "$results" "$1")")
+        --wrap "$(script_of "$here/measure.sh" "$results" "$1")")
 }
 
 show_jobs() {
@@ -100,7 +111,8 @@ submit_cells() {
     for list in "$submission"/*.cells; do
         array_command "$list"
         job=$("${command[@]}") || fail "sbatch took no array for $list, see above." \
-            "What it took before runs; call this again when the cause is mended"
+            "What it took before runs; call this again when the cause is mended." \
+            "What is not wanted after all has to be removed from $results/plan"
         job=${job%%;*} # the name of the cluster behind it
         printf '%s\n' "$job" >"${list%.cells}.job"
         jobs+=("$job")
@@ -114,7 +126,7 @@ submit_merge() {
     local job
     job=$(sbatch --parsable --job-name=ntkperf-merge "--dependency=afterany:$1" --nodes=1 \
         --ntasks=1 "--chdir=$results" "--output=$submission/merge.txt" "${sbatch[@]}" \
-        --wrap "exec $(printf '%q ' "$here/merge.sh" --results "$results")") ||
+        --wrap "$(script_of "$here/merge.sh" --results "$results")") ||
         fail "sbatch took the arrays, but not the job that merges: call" \
             "$here/merge.sh --results $results when they are done"
     say "job ${job%%;*}: merges them when all are done, into $results/merged"

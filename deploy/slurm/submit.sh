@@ -55,6 +55,7 @@ parse_arguments() {
                 keys=("${@:2}")
                 return
                 ;;
+            -h | --help) show_help ;;
             --dry-run) dry=true && shift && continue ;;
             --replace) replace=true && shift && continue ;;
             --results | --corpus | --programs | --limit | --tries | --build | --kind | --group | \
@@ -88,12 +89,20 @@ check_arguments() {
         is_name "${item%%=*}" ||
             refuse "'${item%%=*}' cannot be a name: letters, digits and _ . + - only"
     done
-    for item in "${keys[@]}"; do
-        [[ $item == -* ]] || refuse "'$item' is not known: ntkperf's keys begin with -"
-        [[ $item != -[oOrRuUxglnpeIhv?]* ]] ||
-            refuse "the key $item names outputs or measures nothing: each cell has its own outputs"
-        [[ $item != *$'\n'* ]] || refuse "a key has two lines"
+    for item in "${kinds[@]}"; do
+        [[ $item != *= ]] || refuse "--kind $item: a constraint is missing behind the ="
     done
+    for item in "${keys[@]}"; do
+        check_key "$item"
+    done
+}
+
+# check_key KEY: of all cells or of a group.
+check_key() {
+    [[ $1 == -* ]] || refuse "'$1' is not known: ntkperf's keys begin with -"
+    [[ $1 != -[oOrRuUxglnpeIhv?]* ]] ||
+        refuse "the key $1 names outputs or measures nothing: each cell has its own outputs"
+    [[ $1 != *$'\n'* ]] || refuse "a key has two lines"
 }
 
 find_directories() {
@@ -106,6 +115,8 @@ find_directories() {
         mkdir -p "$results" || fail "the results cannot be written to $results"
         results=$(cd "$results" && pwd)
     fi
+    # Slurm would replace what begins with % in the names of the outputs.
+    [[ $results != *[%\\]* ]] || fail "$results: Slurm takes no % or \\ in this name, choose other --results"
 }
 
 # The folder with ntkperf and its companions: of an installation, which has this folder in
@@ -122,12 +133,17 @@ find_programs() {
         "their folder with --programs"
 }
 
-# Two submissions at the same time would not see each other's jobs.
+# Two submissions at the same time would not see each other's jobs. NFS lets only a file that is
+# open for writing be claimed for all of its clients.
 claim_results() {
-    [[ -d $results ]] || return 0
-    exec {claim}<"$results"
-    flock --nonblock "$claim" ||
+    local status=0
+    ! $dry || return 0
+    exec {claim}>>"$results/lock"
+    flock --nonblock "$claim" || status=$?
+    ((status != 1)) ||
         fail "another submission to $results is under way: wait for its end, and try again"
+    ((status == 0)) ||
+        fail "$results/lock cannot be locked, see above: choose a file system with locks (flock)"
 }
 
 # Sets measured, under_way and missing; ends the script when cells were measured in another way.

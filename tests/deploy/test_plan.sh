@@ -35,6 +35,10 @@ test_groups() {
     expect "no source" "$status $output" "1 *no source p_none, only p_dc*p_dclz4 *"
     submit --group none=-fNone
     expect "no function" "$status $output" "1 *no function belongs to the group none (-fNone)"
+    submit -- -f+LZ4
+    expect "none with the keys of all cells" "$status $output" "1 *to the group adler (-fAdler, with -f+LZ4)"
+    submit -- -fLZ4
+    expect "all with the same functions" "$status $output" "1 *several groups measure *LZ4*"
     output=$("$deploy/submit.sh" --results "$results" --corpus "$room/corpus" --build own --kind old \
         "--programs=$programs" --dry-run 2>&1)
     expect "all sources" "$output" "== 8 cells: *
@@ -59,8 +63,14 @@ test_wrong_arguments() {
 --results r --corpus . --build own --kind k --tries|2 *--tries needs a value*
 --results r --corpus . --build own --kind k -- book1|2 *'book1' is not known: ntkperf's keys*
 --results r --corpus . --build own --kind k -- -xfile|2 *-xfile names outputs*
+--results r --corpus . --build own --kind k=|2 *a constraint is missing*
+--results r --help|0 Measures builds*
 --results r --corpus $room/none --build own --kind k|1 *there is no corpus $room/none
 --results $results --corpus . --programs . --build own --kind k|1 *are not in .: build them*
+--results $results --corpus . --programs $programs --build own --kind k --group g=|2 *keys are missing*
+--results $results --corpus . --programs $programs --build own --kind k --group g=-xfile|2 *-xfile names outputs*
+--results $results --corpus . --programs $programs --build own --kind k --group g='|2 *--group g=' cannot be told apart*
+--results $results%a --corpus . --programs $programs --build own --kind k --dry-run|1 *takes no %*
 --results $results --corpus . --programs $programs --build old --kind k|2 *--build old=DIR*
 --results $results --corpus . --programs $programs --build a=$room/corpus --kind k|1 *no library in*
 END

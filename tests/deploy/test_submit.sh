@@ -50,7 +50,7 @@ test_what_is_under_way_is_not_submitted() {
     rm "$room/queue"
     submit -- "${quick[@]}"
     expect "no squeue" "$status $output" "1 *squeue does not tell*nothing was submitted"
-    exec {claim}<"$results"
+    exec {claim}>>"$results/lock"
     flock "$claim"
     submit -- "${quick[@]}"
     expect "two at a time" "$status $output" "1 *another submission to $results is under way*"
@@ -90,9 +90,23 @@ the library
     expect "what was there" "$(find "$results/replaced" -name ntkperf.jsonl | wc -l)" 10
 }
 
+# Slurm gives it to sh. The tasks here have no array and end at that.
+test_a_name_may_have_any_characters() {
+    start_anew
+    results="$room/jürgen's \"new\" \$results"
+    submit -- "${quick[@]}"
+    expect "submission" "$status $output" "0 *merges them when all are done, into $results/merged"*
+    sed -n 's/.*--wrap //p' "$room/jobs" | tail -n 2 | while IFS= read -r line; do
+        sh -c "$line" 2>&1
+    done >"$room/log"
+    expect "the arguments of a task and of the merge" "$(<"$room/log")" \
+        "*SLURM_ARRAY_TASK_ID: unbound variable*0 cells of 8 merged*"
+}
+
 test_a_dry_run_does_nothing
 test_an_array_for_each_kind_and_a_merge_behind_them
 test_what_is_under_way_is_not_submitted
 test_what_is_measured_is_not_submitted
 test_what_was_measured_in_another_way_is_told
+test_a_name_may_have_any_characters
 finish
