@@ -108,6 +108,8 @@ check_key() {
 find_directories() {
     [[ -d $corpus ]] || fail "there is no corpus $corpus"
     corpus=$(cd "$corpus" && pwd)
+    [[ -n $(find "$corpus" -maxdepth 1 \( -type f -o -type l \) -print -quit) ]] ||
+        fail "there are no files in the corpus $corpus"
     find_programs
     if $dry; then
         results=$(realpath -m "$results")

@@ -66,6 +66,7 @@ test_wrong_arguments() {
 --results r --corpus . --build own --kind k=|2 *a constraint is missing*
 --results r --help|0 Measures builds*
 --results r --corpus $room/none --build own --kind k|1 *there is no corpus $room/none
+--results r --corpus $room/trial --build own --kind k|1 *there are no files in the corpus $room/trial
 --results $results --corpus . --programs . --build own --kind k|1 *are not in .: build them*
 --results $results --corpus . --programs $programs --build own --kind k --group g=|2 *keys are missing*
 --results $results --corpus . --programs $programs --build own --kind k --group g=-xfile|2 *-xfile names outputs*

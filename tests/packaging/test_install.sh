@@ -61,6 +61,7 @@ test_programs_use_what_lies_with_them() {
 # Without a cluster: what a dry run asks for is an empty queue.
 test_the_jobs_of_a_cluster_find_the_programs() {
     mkdir -p "$room/bin" "$room/corpus"
+    printf text >"$room/corpus/text"
     printf '#!/bin/sh\n' | tee "$room/bin/squeue" >"$room/bin/scontrol"
     chmod +x "$room/bin/"*
     expect "a submission" "$(PATH=$room/bin:$PATH "$prefix/share/ntkperf/slurm/submit.sh" \
