@@ -45,7 +45,7 @@ typedef struct {
  * are found only in what was the source of an earlier call with these tables. winSize: largest
  * distance of a match, a power of 2, 256 to 32768. pHashHead, hashSize: positions by hash, hashSize
  * of them, a power of 2, 256 to 65536. Positions outside the window are ignored: set all of them
- * negative to begin a new sequence. pHashPrev: winSize positions, which need no initialisation: any
+ * negative to begin a new sequence. pHashPrev: winSize elements, which need no initialisation: any
  * contents of the two tables are safe. pLitFreq, pDistFreq: 286 and 30 counters, to which the
  * literal/length and the distance symbols of the new entries are added (the end-of-block symbol is
  * not). pLit, pDist, pDstLen: the entries; *pDstLen is the room for them on entry and the room left

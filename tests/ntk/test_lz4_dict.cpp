@@ -24,7 +24,7 @@ struct Halves {
           second(bytes.begin() + first, bytes.end()) {}
 
     Lz4Call secondHalf(Mode mode, const GuardedBlock& dst) const {
-        Lz4Call call{data.data() + first, first, data.size() - first, dst.data(), dst.size()};
+        Lz4Call call{data.data() + first, position, data.size() - first, dst.data(), dst.size()};
         if (mode != Mode::none) {
             call.dict = mode == Mode::inPlace ? data.data() : copy.data();
             call.dictLen = first;
@@ -34,6 +34,7 @@ struct Halves {
 
     GuardedBlock data;
     int first;
+    int position = first; // of the second half in the sequence of data
     GuardedBlock copy;
     Bytes second;
 };
@@ -72,12 +73,16 @@ int encodedLength(const Lz4Encoder& encoder, const Halves& h, Mode mode, Lz4Tabl
 TEST(Lz4Dict, MakesShorterBlocksThatNeedIt) {
     for (const std::size_t size : {600, 4000, 30001, 300000}) {
         const Halves h(textBytes(size));
+        Halves preset(textBytes(size)); // an empty table has the position, but not the dictionary
+        preset.position = 0;
         forEachDictEncoder([&](const Lz4Encoder& encoder) {
             Lz4Tables tables;
             const int alone = encodedLength(encoder, h, Mode::none, tables);
             for (const Mode mode : {Mode::inPlace, Mode::elsewhere}) {
                 tables.clear();
                 EXPECT_LT(encodedLength(encoder, h, mode, tables), alone) << "rebuilt " << size;
+                tables.clear();
+                EXPECT_LT(encodedLength(encoder, preset, mode, tables), alone) << "preset " << size;
                 prime(encoder, h, tables);
                 EXPECT_LT(encodedLength(encoder, h, mode, tables), alone) << "primed " << size;
             }

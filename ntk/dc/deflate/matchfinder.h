@@ -41,8 +41,8 @@ struct SearchLimits {
 
 using Position = AnyAddress<Ntk32s>;
 
-// How far back the next older position of a chain is; 16 bits, so that twice as many are in the
-// cache. noLink leads out of every window.
+// How far back the next older position of a chain is, so that no contents lead to newer ones; 16
+// bits are enough for every window. noLink leads out of it.
 using Link = AnyAddress<Ntk16u>;
 inline constexpr unsigned noLink = 65535;
 static_assert(maxDistance < noLink);

@@ -6,10 +6,10 @@
 //
 // Method: greedy, with a hash table of positions by the next 5 bytes, after the fast encoder of the
 // LZ4 project (Y. Collet) as its documents describe it: where nothing is found for long, more and
-// more positions are left out; a match is extended to both sides; the last positions of a match are
-// inserted, and behind it is searched before anything else. Hash: Fibonacci hashing (Knuth, vol. 3,
-// 6.4). Equal bytes are counted 16 at a time (SSE2), which a bitmap with its long matches gains
-// from.
+// more positions are left out; a match is extended to both sides; of its positions, the one where
+// it was found and the last but one are inserted, and behind it is searched before anything else.
+// Hash: Fibonacci hashing (Knuth, vol. 3, 6.4). Equal bytes are counted 16 at a time (SSE2), which
+// a bitmap with its long matches gains from.
 //
 // The search is bound by what follows from one match to where the next search begins. What helped:
 // the end of a match does not wait for how far it extends to the front (a tenth on text), the hash

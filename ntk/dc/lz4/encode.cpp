@@ -6,8 +6,8 @@
 // literals. The last 5 bytes of a block are literals and its last match begins at least 12 bytes
 // before its end. A block contains neither its length nor that of its data.
 //
-// Method: greedy. Each position is looked up in a hash table of positions by its next 4 bytes; the
-// candidate found is compared, and taken if it matches. Matches may refer to a dictionary: data
+// Method: greedy. Each position is looked up in a hash table of positions by its next 4 or 5 bytes;
+// the candidate found is compared, and taken if it matches. Matches may refer to a dictionary: data
 // that the decoder already has.
 //
 // Underneath: liblz4 where there can be no dictionary, else dictencoder.h, which need not trust the
