@@ -64,7 +64,8 @@ interrupted() {
     trap '' TERM INT
     printf 'interrupted on %s: SIGTERM\n' "$node" >"$try/why"
     log "interrupted"
-    [[ -z $child ]] || { kill "$child" && wait "$child"; } 2>/dev/null || true
+    child=${child:-${!:-}} # the step may have begun this very moment
+    [[ ${child:-over} == over ]] || { kill "$child" && wait "$child"; } 2>/dev/null || true
     exit 143
 }
 
@@ -78,14 +79,13 @@ run() {
     (
         use_libraries "$(told libraries "$plan")"
         exec srun --export=ALL --ntasks=1 --cpus-per-task=1 --cpu-bind=cores \
-            --hint=nomultithread \
             "$here/pinned.sh" "$try/processors" "$programs/ntkguard" --limit "$seconds" \
             "$programs/ntkperf" -B "${keys[@]}" "-o$try/ntkperf.txt" "-r$try/ntkperf.csv" \
             "-u$try/ntkperf_sum.csv" "-x$try/ntkperf.jsonl" >"$try/console" 2>&1
     ) </dev/null &
     child=$!
     wait "$child" || status=$?
-    child=
+    child=over
     cd "$results"
     ((status == 0)) || complain "ntkperf ended with status $status: $(last_words)"
 }
