@@ -35,12 +35,24 @@ function take(values) {
 
 function choose(values) {
     const changed = take(values);
+    if (changed.has("group") && !functionsOfGroup().includes(state.f)) {
+        take({f: firstFunction()}).forEach(key => changed.add(key));
+    }
     history.replaceState(null, "", "#" + stateText());
     tell(changed);
 }
 
 function stateOfAddress() {
     return {...defaults, ...Object.fromEntries(new URLSearchParams(location.hash.slice(1)))};
+}
+
+const functionsOfGroup = () => distinct(groupCases(), measured => measured.function);
+
+// What is shown until the reader chooses: something that the chosen runs have measured.
+function firstFunction() {
+    const own = functionsOfGroup();
+    const all = own.length > 0 ? own : functions;
+    return all.find(name => /EncodeLZ4_/.test(name)) ?? all[0] ?? "";
 }
 
 // An address that somebody sent or typed may name what is not here.
@@ -50,7 +62,7 @@ function repair() {
     isOneOf("group", report.groups.map((_, index) => String(index)));
     isOneOf("f", functions);
     isOneOf("theme", ["light", "dark"]);
-    state.f ||= functions.find(name => /EncodeLZ4_/.test(name)) ?? functions[0] ?? "";
+    state.f ||= firstFunction();
 }
 
 function readAddress() {

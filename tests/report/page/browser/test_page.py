@@ -219,6 +219,15 @@ class PageTest(unittest.TestCase):
         self.choose("#verdict-choice", "\u25b2 slower")
         self.assertEqual({"ntksDecodeLZ4_8u"}, set(self.column("#comparison", 2)))
 
+    def test_function_that_the_chosen_runs_have_measured(self):
+        self.open("builds")
+        self.assertRegex(self.text("#lengths figure h3"), r"^ntks")
+        self.choose("#group-choice", "12.0.0")
+        self.choose("#function-choice", "ntksEncodeLZ4_8u")
+        self.choose("#group-choice", "12.0.1 (-TSSE42)")
+        self.assertNotIn("Nothing of", self.text("#lengths-answer"))
+        self.assertNotIn("ntksEncodeLZ4_8u", self.text("#lengths figure h3"))
+
     def test_jump_in_the_history(self):
         self.open("history", "#f=ntksDecodeLZ4_8u")
         self.assertRegex(self.text("#history-answer"), r"jump at run 8, 17.Nov \(\+(19|20|21)\.")
