@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <bit>
+#include <optional>
 
 #include "dc/inflate/alphabets.h"
 #include "dc/inflate/pairs.h"
@@ -11,6 +12,8 @@
 #include "kernels.h"
 
 namespace {
+
+using namespace ntk::inflate;
 
 const ZlibOptions allOptions[] = {
     {0, Z_DEFAULT_STRATEGY, 8},
@@ -184,64 +187,117 @@ TEST(Inflate, StartsWithinAFixedBlockAsOftenAsAsked) {
     }
 }
 
-using ntk::inflate::Entry;
-
-// Lengths of codes for literals (from symbol 0) and for lengths (from 257): all short, so that most
-// pairs fit; long, so that few do; so few that the table is smaller than the vectors that fill it.
-const std::pair<std::vector<Ntk8u>, std::vector<Ntk8u>> codesForPairs[] = {
-    {{2, 4, 4, 5, 5, 5, 5}, {2, 3, 5, 5, 5}},
-    {{1, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 15}, {3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13}},
-    {{1}, {2}},
+// Lengths of codes for literals (from symbol 0), for lengths (from 257) and for distances: all
+// short, so that most pairs fit; long, so that few do; so few that the table is smaller than the
+// vectors that fill it.
+struct CodesForPairs {
+    std::vector<Ntk8u> literals;
+    std::vector<Ntk8u> lengths;
+    std::vector<Ntk8u> distances;
+};
+const CodesForPairs codesForPairs[] = {
+    {{2, 4, 4, 5, 5, 5, 5},
+     {3, 5, 5, 5, 0, 5, 5, 5, 5, 0, 0, 0, 6, 0, 0, 0, 6},
+     {3, 3, 0, 0, 0, 0, 0, 3, 2, 3, 0, 0, 3, 4, 4}},
+    {{1, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 15},
+     {3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13},
+     {9, 9, 8, 7, 6, 5, 4, 3, 2, 1}},
+    {{1}, {2}, {0, 0, 0, 0, 0, 0, 0, 0, 0, 1}},
 };
 
-// The lengths given, then a code for the end of the block that makes the code complete.
-std::vector<Ntk8u> completed(const std::pair<std::vector<Ntk8u>, std::vector<Ntk8u>>& code) {
-    std::vector<Ntk8u> lengths(286);
-    std::copy(code.first.begin(), code.first.end(), lengths.begin());
-    std::copy(code.second.begin(), code.second.end(), lengths.begin() + 257);
-    unsigned left = 1U << 15;
-    for (const Ntk8u length : lengths) {
-        left -= length == 0 ? 0 : 1U << (15 - length);
-    }
-    lengths[256] = static_cast<Ntk8u>(15 - std::countr_zero(left));
-    return lengths;
-}
+struct Tables {
+    std::vector<Entry> literalEntries;
+    std::vector<Entry> distanceEntries;
+    CodeTable literals{};
+    CodeTable distances{};
 
-// What a pair stands for is what its index gives symbol by symbol.
-void expectPair(const ntk::inflate::CodeTable& singles, unsigned index, Entry pair) {
-    using namespace ntk::inflate;
-    const Entry first = singles.at(index);
-    const Entry second = singles.at(index >> takenBits(first));
-    const bool isPair = literalsIn(first) == 1 && !isException(second) &&
-                        takenBits(first) + codeBits(second) <= pairBits;
-    if (!isPair) {
-        EXPECT_EQ(pair, first) << index;
+    // The end of the block gets the code that is left.
+    explicit Tables(const CodesForPairs& codes)
+        : literalEntries(entriesNeeded(286, literalRootBits)),
+          distanceEntries(entriesNeeded(30, distanceRootBits)) {
+        std::vector<Ntk8u> lengths = codes.literals;
+        lengths.resize(257);
+        lengths.insert(lengths.end(), codes.lengths.begin(), codes.lengths.end());
+        unsigned left = 1U << 15;
+        for (const Ntk8u length : lengths) {
+            left -= length == 0 ? 0 : 1U << (15 - length);
+        }
+        lengths[256] = static_cast<Ntk8u>(15 - std::countr_zero(left));
+        literals = table(lengths, literalSymbols.data(), literalRootBits, literalEntries);
+        distances =
+            table(codes.distances, distanceSymbols.data(), distanceRootBits, distanceEntries);
+    }
+
+    static CodeTable table(const std::vector<Ntk8u>& lengths, const Entry* symbols,
+                           unsigned rootBits, std::vector<Entry>& entries) {
+        const unsigned bits =
+            buildTable(lengths.data(), static_cast<unsigned>(lengths.size()),
+                       Incomplete::mayBeOneBit, symbols, rootBits, entries.data());
+        EXPECT_GT(bits, 0U);
+        return {entries.data(), lowMask(bits)};
+    }
+};
+
+// What a pair stands for is what `bits` give symbol by symbol.
+void expectPair(const Tables& tables, Ntk64u bits, Pair pair) {
+    const Entry first = tables.literals.at(bits);
+    if (isOther(pair)) {
+        EXPECT_EQ(firstOf(pair), first);
+        EXPECT_EQ(takenBits(pair), takenBits(first));
         return;
     }
-    EXPECT_EQ(takenBits(pair), takenBits(first) + takenBits(second)) << index;
-    EXPECT_EQ(literalsIn(pair), 1 + literalsIn(second)) << index;
-    EXPECT_EQ(valueOf(pair) & 0xff, valueOf(first) & 0xff) << index;
-    EXPECT_EQ(valueOf(pair) >> 8, valueOf(second) >> 8) << index;
-    if (literalsIn(second) == 0) { // the extra bits are all ones
-        EXPECT_EQ(lengthWithExtra(pair, ~Ntk64u{0}), lengthWithExtra(second, ~Ntk64u{0})) << index;
+    const Ntk64u rest = bits >> takenBits(first);
+    Entry second = isMatch(pair) ? tables.distances.at(rest) : tables.literals.at(rest);
+    EXPECT_FALSE(isException(first) || (lengthOf(pair) > 1 && isException(second)));
+    if (isMatch(pair)) {
+        EXPECT_EQ(lengthOf(pair), lengthWithExtra(first, bits));
+        EXPECT_LE(lengthOf(pair), longestPaired);
+        EXPECT_EQ(distanceOf(pair, bits), valueWithExtra(second, rest));
+        EXPECT_GE(distanceOf(pair, bits), longestPaired);
+    } else {
+        EXPECT_EQ(literalsIn(first), 1U);
+        EXPECT_EQ(literalsOf(&pair)[0], valueOf(first) & 0xff);
+        EXPECT_EQ(distanceOf(pair, bits), 0U);
+        EXPECT_EQ(lengthOf(pair), lengthOf(pair) == 2 ? 2U : 1U);
+        second = lengthOf(pair) == 2 ? second : 0;
+        EXPECT_EQ(lengthOf(pair), 1 + literalsIn(second));
+        EXPECT_EQ(literalsOf(&pair)[1], valueOf(second) & 0xff);
     }
+    EXPECT_EQ(takenBits(pair), takenBits(first) + takenBits(second));
 }
 
+// How many pairs are of a kind.
+struct Kinds {
+    unsigned literals = 0; // two of them
+    unsigned matches = 0;
+    unsigned others = 0;
+
+    void add(Pair pair) {
+        literals += !isOther(pair) && !isMatch(pair) && lengthOf(pair) == 2 ? 1 : 0;
+        matches += isMatch(pair) ? 1 : 0;
+        others += isOther(pair) ? 1 : 0;
+    }
+};
+
 TEST(Inflate, PairsStandForTheSymbolsAtTheirIndex) {
-    for (const auto& code : codesForPairs) {
-        const std::vector<Ntk8u> lengths = completed(code);
-        std::vector<Entry> entries(ntk::inflate::entriesNeeded(286, ntk::inflate::literalRootBits));
-        const unsigned bits = ntk::inflate::buildTable(
-            lengths.data(), 286, ntk::inflate::Incomplete::isRefused,
-            ntk::inflate::literalSymbols.data(), ntk::inflate::literalRootBits, entries.data());
-        ASSERT_GT(bits, 0U);
-        const ntk::inflate::CodeTable singles = {entries.data(), ntk::inflate::lowMask(bits)};
-        forEachKernel(ntk::inflate::fillPairsKernel, [&](ntk::inflate::FillPairs& fill) {
-            ntk::inflate::PairTable pairs{};
-            fill(singles, pairs);
-            for (unsigned index = 0; index < pairs.size(); ++index) {
-                expectPair(singles, index, pairs[index]);
+    std::mt19937_64 generator(1);
+    for (const CodesForPairs& codes : codesForPairs) {
+        const Tables tables(codes);
+        std::optional<Pairs<pairBits>> expected;
+        forEachKernel(fillPairsKernel, [&](FillPairs& fill) {
+            Pairs<pairBits> pairs{};
+            fill(tables.literals, tables.distances, pairs);
+            EXPECT_EQ(pairs, expected.value_or(pairs));
+            expected = pairs;
+            Kinds kinds;
+            for (unsigned index = 0; index <= lowMask(pairBits); ++index) {
+                SCOPED_TRACE(index);
+                expectPair(tables, index | generator() << pairBits, pairs[index]);
+                kinds.add(pairs[index]);
             }
+            EXPECT_GT(kinds.literals, 400U);
+            EXPECT_GT(kinds.matches, 60U);
+            EXPECT_GT(kinds.others, 100U);
         });
     }
 }

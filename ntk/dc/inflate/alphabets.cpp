@@ -73,6 +73,14 @@ constexpr std::array<Entry, 1U << fixedDistanceBits> makeFixedDistances() {
 constexpr std::array<Entry, 1U << fixedLiteralBits> fixedLiterals = makeFixedLiterals();
 constexpr std::array<Entry, 1U << fixedDistanceBits> fixedDistances = makeFixedDistances();
 
+constexpr Pairs<fixedPairBits> makeFixedPairs() {
+    Pairs<fixedPairBits> pairs{};
+    fillPairs({fixedLiterals.data(), lowMask(fixedLiteralBits)},
+              {fixedDistances.data(), lowMask(fixedDistanceBits)}, fixedPairBits, pairs.data());
+    return pairs;
+}
+alignas(64) constexpr Pairs<fixedPairBits> fixedPairs = makeFixedPairs();
+
 } // namespace
 
 constexpr std::array<Entry, 288> literalSymbols = makeLiteralSymbols();
@@ -81,5 +89,6 @@ constexpr std::array<Entry, numLengthCodes> codeLengthSymbols = makeCodeLengthSy
 
 constexpr CodeTable fixedLiteralTable = {fixedLiterals.data(), lowMask(fixedLiteralBits)};
 constexpr CodeTable fixedDistanceTable = {fixedDistances.data(), lowMask(fixedDistanceBits)};
+constexpr PairTable fixedPairTable = {fixedPairs.data(), fixedPairBits};
 
 } // namespace ntk::inflate

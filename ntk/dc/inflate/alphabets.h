@@ -4,6 +4,7 @@
 #include <array>
 
 #include "codetable.h"
+#include "pairs.h"
 
 namespace ntk::inflate {
 
@@ -24,5 +25,6 @@ extern const std::array<Entry, numLengthCodes> codeLengthSymbols;
 
 extern const CodeTable fixedLiteralTable;
 extern const CodeTable fixedDistanceTable;
+extern const PairTable fixedPairTable;
 
 } // namespace ntk::inflate

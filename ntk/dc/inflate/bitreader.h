@@ -17,6 +17,11 @@ inline Ntk64u load64(const Ntk8u* bytes) {
     return word;
 }
 
+// n: at most 63.
+constexpr Ntk64u lowBits(Ntk64u bits, Ntk64u n) {
+    return bits & ~(~Ntk64u{0} << n);
+}
+
 // Invariant: `bits` holds `count` bits that were taken from the source; the bits above them are
 // either 0 or those that follow in the source at `next`.
 struct BitReader {
@@ -35,7 +40,7 @@ struct BitReader {
     }
 
     Ntk64u take(unsigned n) {
-        const Ntk64u taken = bits & ~(~Ntk64u{0} << n);
+        const Ntk64u taken = lowBits(bits, n);
         drop(n);
         return taken;
     }
@@ -70,7 +75,7 @@ struct BitReader {
         const std::size_t bytes = count / 8 < taken ? count / 8 : taken;
         next -= bytes;
         count -= static_cast<unsigned>(8 * bytes);
-        bits &= ~(~Ntk64u{0} << count);
+        bits = lowBits(bits, count);
     }
 };
 

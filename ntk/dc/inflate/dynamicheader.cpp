@@ -51,7 +51,6 @@ Outcome buildCodes(Stream& s) {
     if (w.lengths[endOfBlock] == 0) {
         return Outcome::malformed;
     }
-    w.hasPairs = 0;
     w.literalBits = buildTable(w.lengths.data(), w.numLiteralCodes, Incomplete::mayBeOneBit,
                                literalSymbols.data(), literalRootBits, w.literals.data());
     w.distanceBits = buildTable(w.lengths.data() + w.numLiteralCodes, w.numDistanceCodes,
@@ -60,6 +59,7 @@ Outcome buildCodes(Stream& s) {
     if (w.literalBits == 0 || w.distanceBits == 0) {
         return Outcome::malformed;
     }
+    fillPairsKernel.get()(w.codes().literals, w.codes().distances, w.pairs);
     s.mode = ntkInflateDynamic;
     return Outcome::goOn;
 }
@@ -70,31 +70,34 @@ Outcome readCodeLengths(Stream& s) {
     WorkBuffer& w = *s.work;
     const CodeTable table = {w.lengthCodes.data(), lowMask(w.lengthCodeBits)};
     const unsigned total = w.numLiteralCodes + w.numDistanceCodes;
-    while (w.position < total) {
-        s.in.has(lengthCodeRootBits + 7);
-        const Entry entry = table.at(s.in.bits);
-        if (takenBits(entry) > s.in.count) {
-            return Outcome::sourceUsedUp;
+    BitReader in = s.in; // copies, because writing the lengths may alias anything
+    unsigned position = w.position;
+    Outcome outcome = Outcome::goOn;
+    while (position < total) {
+        in.has(lengthCodeRootBits + 7);
+        const Entry entry = table.at(in.bits);
+        if (takenBits(entry) > in.count) {
+            outcome = Outcome::sourceUsedUp;
+            break;
         }
-        unsigned repeat = 1;
-        Ntk8u length = 0;
         if (takenBits(entry) == codeBits(entry)) {
-            length = static_cast<Ntk8u>(valueOf(entry));
+            w.lengths[position++] = static_cast<Ntk8u>(valueOf(entry));
         } else {
-            repeat = valueWithExtra(entry, s.in.bits);
-            if (takenBits(entry) - codeBits(entry) == 2) { // repeats the previous length
-                if (w.position == 0) {
-                    return Outcome::malformed;
-                }
-                length = w.lengths[w.position - 1];
+            const unsigned repeat = valueWithExtra(entry, in.bits);
+            const bool isPrevious = takenBits(entry) - codeBits(entry) == 2;
+            if (repeat > total - position || (isPrevious && position == 0)) {
+                return Outcome::malformed;
             }
+            std::fill_n(w.lengths.begin() + position, repeat,
+                        isPrevious ? w.lengths[position - 1] : 0);
+            position += repeat;
         }
-        if (repeat > total - w.position) {
-            return Outcome::malformed;
-        }
-        std::fill_n(w.lengths.begin() + w.position, repeat, length);
-        w.position += repeat;
-        s.in.drop(takenBits(entry));
+        in.drop(takenBits(entry));
+    }
+    s.in = in;
+    w.position = position;
+    if (outcome != Outcome::goOn) {
+        return outcome;
     }
     return buildCodes(s);
 }

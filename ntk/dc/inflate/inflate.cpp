@@ -6,7 +6,7 @@
 // match. The codes are the fixed ones, or are given in the block's header as a list of lengths.
 //
 // Method: a symbol is found by looking up the next bits in a table (codetable.h), a long code by a
-// second lookup; where it pays, a further table joins pairs of symbols (pairs.h). Far from the ends
+// second lookup; a further table joins pairs of symbols (pairs.h). Far from the ends
 // of source and destination a loop without checks decodes from a 64-bit buffer (fastloop.cpp); near
 // them a careful one decodes symbol by symbol (symbols.cpp). The modes are the states of a state
 // machine; each step can stop where the source or the destination ends.
@@ -144,7 +144,8 @@ void Call::end(const Stream& s) const {
 Outcome step(Stream& s) {
     switch (s.mode) {
     case ntkInflateBlockHeader: return readBlockHeader(s);
-    case ntkInflateFixed: return decodeSymbols(s, {fixedLiteralTable, fixedDistanceTable, nullptr});
+    case ntkInflateFixed:
+        return decodeSymbols(s, {fixedLiteralTable, fixedDistanceTable, fixedPairTable});
     case ntkInflateDynamic: return decodeSymbols(s, s.work->codes());
     case ntkInflateStored: return copyStored(s);
     case modeStoredLength: return readStoredLength(s);

@@ -35,7 +35,7 @@ enum class Outcome {
 struct Codes {
     CodeTable literals; // and lengths
     CodeTable distances;
-    const PairTable* pairs; // null: none
+    PairTable pairs;
 };
 
 // The caller's work buffer: the codes of a dynamic block, and what is known of them while its
@@ -44,9 +44,8 @@ struct Codes {
 struct WorkBuffer {
     std::array<Entry, entriesNeeded(maxLiteralCodes, literalRootBits)> literals;
     std::array<Entry, entriesNeeded(maxDistanceCodes, distanceRootBits)> distances;
-    PairTable pairs;
+    alignas(64) Pairs<pairBits> pairs;
     std::array<Entry, 1U << lengthCodeRootBits> lengthCodes;
-    unsigned hasPairs;    // 0: `pairs` is not those of this block's codes
     unsigned literalBits; // root bits of the tables
     unsigned distanceBits;
     unsigned lengthCodeBits;
@@ -62,7 +61,7 @@ struct WorkBuffer {
     Codes codes() const {
         return {{literals.data(), lowMask(literalBits)},
                 {distances.data(), lowMask(distanceBits)},
-                hasPairs != 0 ? &pairs : nullptr};
+                {pairs.data(), pairBits}};
     }
 };
 
@@ -102,12 +101,11 @@ Outcome readLengthCodeLengths(Stream& s);
 Outcome readCodeLengths(Stream& s);
 Outcome copyStored(Stream& s); // blocks.cpp
 // symbols.cpp
-Outcome decodeSymbols(Stream& s, Codes codes);
+Outcome decodeSymbols(Stream& s, const Codes& codes);
 
 // Decodes symbols as long as source and destination are far from their ends (fastloop.cpp). Then,
 // or with a pending match that begins before `historyBegin`, it returns goOn with the mode
-// unchanged; without a table of pairs also after singlesSegment bytes of the source.
-inline constexpr std::ptrdiff_t singlesSegment = 256;
+// unchanged.
 using DecodeFast = Outcome(Stream& s, const Codes& codes);
 extern Choice<DecodeFast> decodeFastKernel;
 

@@ -101,34 +101,15 @@ Outcome decodeSymbol(Stream& s, const CodeTable& literals) {
     return Outcome::goOn;
 }
 
-// Data that shrink to less than an eighth have matches so long and so much alike that the branches
-// between literals and matches are guessed right, and blocks so short that a table of pairs does
-// not pay.
-bool pairsPay(std::ptrdiff_t source, std::ptrdiff_t data) {
-    return source >= singlesSegment && data < 8 * source;
-}
-
-void addPairs(WorkBuffer& w, Codes& codes) {
-    fillPairsKernel.get()(codes.literals, w.pairs);
-    w.hasPairs = 1;
-    codes.pairs = &w.pairs;
-}
-
 } // namespace
 
-Outcome decodeSymbols(Stream& s, Codes codes) {
+Outcome decodeSymbols(Stream& s, const Codes& codes) {
     const int mode = s.mode;
     DecodeFast* const decodeFast = decodeFastKernel.get();
     Outcome outcome = Outcome::goOn;
     while (outcome == Outcome::goOn && s.mode == mode) {
         if (s.pendingLength == 0) {
-            const Ntk8u* const source = s.in.next;
-            const Ntk8u* const data = s.out.next;
             outcome = decodeFast(s, codes);
-            if (mode == ntkInflateDynamic && codes.pairs == nullptr && s.mode == mode &&
-                pairsPay(s.in.next - source, s.out.next - data)) {
-                addPairs(*s.work, codes);
-            }
             if (outcome != Outcome::goOn || s.mode != mode) {
                 break;
             }
