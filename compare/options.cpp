@@ -69,7 +69,7 @@ struct Texts {
 };
 
 void describe(CLI::App& app, Texts& texts, Options& options) {
-    common::describeProgram(app, usage, NTK_COMPARE_VERSION, footer);
+    common::describeProgram(app, usage, footer);
     // Without extra arguments: the words behind it are BASE and NEW.
     const auto keys = [&](const char* name, std::vector<std::string>& to, const char* text) {
         app.add_option(name, to, text)->type_name("\"KEY...\"")->allow_extra_args(false);

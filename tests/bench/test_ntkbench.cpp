@@ -94,6 +94,22 @@ TEST_F(Ntkbench, OutputThatIsLostFailsTheRun) {
     EXPECT_NE(outcome.errors.find("No space left on device"), std::string::npos) << outcome.errors;
 }
 
+TEST_F(Ntkbench, HelpAndVersionArePrinted) {
+    const Outcome help = run({"-h"});
+    EXPECT_EQ(help.status, 0);
+    EXPECT_EQ(help.errors, "");
+    EXPECT_EQ(run({"--help"}).output, help.output);
+    for (const char* text : {"Usage: ntkbench [OPTION...] [COMPARISON [FILE...]]\n", "--rounds N ",
+                             "Comparisons (all", "Examples:", "Exit status:"}) {
+        EXPECT_NE(help.output.find(text), std::string::npos) << text;
+    }
+    for (const char* key : {"-V", "--version"}) {
+        const Outcome version = run({key, "lz4"});
+        EXPECT_EQ(version.status, 0) << key;
+        EXPECT_EQ(version.output, "ntkbench " NTK_VERSION "\n");
+    }
+}
+
 // The document's template too, which is filled in from the comparisons.
 TEST_F(Ntkbench, EveryListedComparisonIsExplainedAndInTheDocument) {
     const Outcome list = run({"--list"});
