@@ -2,7 +2,6 @@
 // stand-in. What the figures are is nobody's business here.
 #include <gtest/gtest.h>
 
-#include <regex.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -10,6 +9,8 @@
 #include <fstream>
 #include <sstream>
 
+#include "../patterns.h"
+#include "../texts.h"
 #include "process.h"
 
 namespace fs = std::filesystem;
@@ -42,25 +43,6 @@ protected:
         fs::temp_directory_path() / ("ntkbench_" + std::to_string(getpid()) + "_" +
                                      testing::UnitTest::GetInstance()->current_test_info()->name());
 };
-
-// Whether the pattern fits somewhere in the text. (std::regex draws a false warning from gcc 12 in
-// the build with sanitizers.)
-bool fits(const std::string& text, const std::string& pattern) {
-    regex_t compiled;
-    EXPECT_EQ(regcomp(&compiled, pattern.c_str(), REG_EXTENDED | REG_NOSUB | REG_NEWLINE), 0);
-    const bool isFound = regexec(&compiled, text.c_str(), 0, nullptr, 0) == 0;
-    regfree(&compiled);
-    return isFound;
-}
-
-std::vector<std::string> linesOf(const std::string& text) {
-    std::istringstream in(text);
-    std::vector<std::string> lines;
-    for (std::string line; std::getline(in, line);) {
-        lines.push_back(line);
-    }
-    return lines;
-}
 
 TEST_F(Ntkbench, WhatCannotBeDoneIsSaidOnStandardErrorWithItsStatus) {
     struct Case {
