@@ -6,8 +6,7 @@
 #include <fstream>
 #include <stdexcept>
 
-#include <CLI/CLI.hpp>
-
+#include "commandline.h"
 #include "comparison.h"
 
 namespace fs = std::filesystem;
@@ -31,7 +30,9 @@ struct Arguments {
 const char* const description =
     "Compares the library's functions with packaged libraries that do the same. Both sides run\n"
     "by turns, so the ratio holds on a busy machine too. It is clocks of ours over clocks of the\n"
-    "other: below 1 ours is faster.";
+    "other: below 1 ours is faster.\n";
+
+const char* const usage = "Usage: ntkbench [OPTION...] [COMPARISON [FILE...]]\n";
 
 std::string footer() {
     std::string text = "Comparisons (all of them in this order when none is named):\n";
@@ -48,7 +49,7 @@ std::string footer() {
 }
 
 void describe(CLI::App& app, Arguments& arguments) {
-    app.footer(footer());
+    common::describeProgram(app, usage, footer());
     app.add_option("COMPARISON", arguments.comparison, "What to compare")->type_name("");
     app.add_option("FILE", arguments.files,
                    "Data: a path, or the name of a file of the corpus (default: mostly book1 and "
@@ -141,6 +142,9 @@ void runAll(const Arguments& arguments) {
             std::fputs(arguments.comparison.empty() ? "\n" : "", stdout);
         }
     }
+}
+
+void flushOutput() {
     if (std::fflush(stdout) != 0 || std::ferror(stdout)) {
         throw std::runtime_error(std::string("cannot write to standard output: ") +
                                  std::strerror(errno));
@@ -154,11 +158,14 @@ int main(int argc, char** argv) {
     CLI::App app(description, "ntkbench");
     describe(app, arguments);
     try {
-        app.parse(argc, argv);
-        checkNames(arguments);
-        runAll(arguments);
-    } catch (const CLI::CallForHelp& help) {
-        return app.exit(help);
+        const std::string information =
+            common::parseWords(app, {argv + (argc > 0 ? 1 : 0), argv + argc});
+        std::fputs(information.c_str(), stdout);
+        if (information.empty()) {
+            checkNames(arguments);
+            runAll(arguments);
+        }
+        flushOutput();
     } catch (const CLI::ParseError& error) {
         std::fprintf(stderr, "ntkbench: %s (ntkbench --help tells more)\n", error.what());
         return 2;

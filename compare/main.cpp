@@ -90,7 +90,9 @@ int report(const Options& options, const Comparison& comparison) {
 }
 
 Comparison measure(const Options& options) {
-    const Plan plan = planOf(options);
+    const auto wantsEnd = [] { return interruption() != 0; };
+    Plan plan = planOf(options);
+    plan.wantsEnd = wantsEnd;
     ProgressLine line(!options.isQuiet);
     watchForInterruption(line.lastWords("Ending after this turn; Ctrl-C again ends at once"));
     return run(
@@ -100,7 +102,7 @@ Comparison measure(const Options& options) {
                 line.show(progress.caseName, progress.share, progress.secondsLeft);
             }
         },
-        [] { return interruption() != 0; });
+        wantsEnd);
 }
 
 int runProgram(const std::vector<std::string>& words) {

@@ -51,8 +51,9 @@ Examples:
 Verdicts: slower and faster are certain; same: the interval of the difference
 lies within the tolerance; open: neither, so give it more --time.
 
-Ctrl-C ends the run after the current turn: what was measured until then is
-judged and written, marked as incomplete. A second one ends it at once.
+Ctrl-C ends the run after the current turn, or after a second when a call does
+not return: what was measured until then is judged and written, marked as
+incomplete. A second one ends it at once.
 
 Exit status: 0 nothing is slower by more than the tolerance; 1 something is, or
 failed on the new side only; 2 nothing could be measured (usage, no such library,
@@ -63,13 +64,13 @@ could be written; 128 + N after signal N (130: Ctrl-C).
 // As CLI11 gets them.
 struct Texts {
     std::vector<std::string> directories, baseKeys, newKeys;
-    std::string precision = "0.5%", tolerance = "1%", time = "1", patience = "30";
+    std::string precision = "0.5%", tolerance = "1%", time = "1", patience = "30", hurry = "1";
     std::optional<std::string> budget;
     std::optional<unsigned long long> seed;
 };
 
 void describe(CLI::App& app, Texts& texts, Options& options) {
-    common::describeProgram(app, usage, NTK_COMPARE_VERSION, footer);
+    common::describeProgram(app, usage, footer);
     // Without extra arguments: the words behind it are BASE and NEW.
     const auto keys = [&](const char* name, std::vector<std::string>& to, const char* text) {
         app.add_option(name, to, text)->type_name("\"KEY...\"")->allow_extra_args(false);
@@ -98,7 +99,8 @@ void describe(CLI::App& app, Texts& texts, Options& options) {
     app.add_flag("--all", options.showsAll,
                  "Show the rows of all cases, also where they are more than 60");
     app.add_flag("-q,--quiet", options.isQuiet, "Show no progress");
-    app.add_option("--worker", options.worker)->group(""); // of the tests
+    app.add_option("--worker", options.worker)->group(""); // of the tests, as the next one
+    app.add_option("--hurry", texts.hurry)->group("");
 }
 
 void setDirectories(const std::vector<std::string>& directories, Options& options) {
@@ -137,6 +139,7 @@ void setSettings(const Texts& texts, Settings& settings) {
     settings.tolerance = parsePercent(texts.tolerance, "--tolerance");
     settings.secondsPerCase = parseSeconds(texts.time, "--time");
     settings.patienceSeconds = parseSeconds(texts.patience, "--patience");
+    settings.hurrySeconds = parseSeconds(texts.hurry, "--hurry");
     settings.budgetSeconds = texts.budget ? parseSeconds(*texts.budget, "--budget") : 0;
     // Of 32 bits: every reader of JSON keeps it whole.
     settings.seed = texts.seed ? *texts.seed : std::random_device()();

@@ -5,8 +5,7 @@
 
 #include <unistd.h>
 
-#include <CLI/CLI.hpp>
-
+#include "commandline.h"
 #include "guard.h"
 
 namespace fs = std::filesystem;
@@ -14,6 +13,7 @@ namespace fs = std::filesystem;
 namespace {
 
 struct Arguments {
+    std::string information = {};        // what --help or --version prints
     std::vector<std::string> words = {}; // of the program
     int limitSeconds = 300;
 };
@@ -23,7 +23,9 @@ const char* const description =
     "ends\n"
     "in the middle, or gives no sign for too long, the test that it was in is written down as an\n"
     "exception, in log, table and summary, and another process goes on with the next test. The\n"
-    "outputs look as if one process had written them, and the closing summary counts all tests.";
+    "outputs look as if one process had written them, and the closing summary counts all tests.\n";
+
+const char* const usage = "Usage: ntkguard [OPTION...] PROGRAM [KEY...]\n";
 
 const char* const footer =
     "PROGRAM is a path, or a name that is looked for as the shell does and in the folder of\n"
@@ -41,21 +43,32 @@ const char* const footer =
     "  127  the program cannot be loaded: a library is missing or does not fit\n"
     "  128  and the number of the signal that ended the run (130: SIGINT, 143: SIGTERM)\n";
 
-class Help : public CLI::Formatter {
-    std::string make_usage(const CLI::App*, std::string) const override {
-        return "Usage: ntkguard [OPTION...] PROGRAM [KEY...]\n";
-    }
-};
-
 void describe(CLI::App& app, Arguments& arguments) {
-    app.footer(footer);
-    app.formatter(std::make_shared<Help>());
+    common::describeProgram(app, usage, footer);
     app.prefix_command();
     app.add_option("--limit", arguments.limitSeconds,
                    "Seconds that the program may take for a combination before it counts as hung "
                    "(default: 300)")
         ->type_name("SECONDS")
         ->check(CLI::Range(1, INT_MAX / 1000).description(""));
+}
+
+Arguments parseArguments(std::vector<std::string> words) {
+    Arguments arguments;
+    CLI::App app(description, "ntkguard");
+    describe(app, arguments);
+    arguments.information = common::parseWords(app, std::move(words));
+    if (!arguments.information.empty()) {
+        return arguments;
+    }
+    arguments.words = app.remaining();
+    if (arguments.words.empty()) {
+        throw CLI::RequiredError("PROGRAM");
+    }
+    if (arguments.words.front().starts_with("-")) {
+        throw CLI::ExtrasError("ntkguard", {arguments.words.front()});
+    }
+    return arguments;
 }
 
 // Beside this program, where the shell would not find it: the build puts them together.
@@ -79,22 +92,15 @@ std::string pathOf(const std::string& program) {
 
 int main(int argc, char** argv) {
     Arguments arguments;
-    CLI::App app(description, "ntkguard");
-    describe(app, arguments);
     try {
-        app.parse(argc, argv);
-        arguments.words = app.remaining();
-        if (arguments.words.empty()) {
-            throw CLI::RequiredError("PROGRAM");
-        }
-        if (arguments.words.front().starts_with("-")) {
-            throw CLI::ExtrasError("ntkguard", {arguments.words.front()});
-        }
-    } catch (const CLI::CallForHelp& help) {
-        return app.exit(help);
+        arguments = parseArguments({argv + (argc > 0 ? 1 : 0), argv + argc});
     } catch (const CLI::ParseError& error) {
         std::fprintf(stderr, "ntkguard: %s (ntkguard --help tells more)\n", error.what());
         return 2;
+    }
+    if (!arguments.information.empty()) {
+        std::fputs(arguments.information.c_str(), stdout);
+        return 0;
     }
     arguments.words.front() = pathOf(arguments.words.front());
     return guard::Guard(arguments.words, arguments.limitSeconds).run();

@@ -70,7 +70,7 @@ constexpr Description forms[] = {
 };
 
 void describe(CLI::App& app, Options& options) {
-    common::describeProgram(app, usage, NTK_REPORT_VERSION, footer);
+    common::describeProgram(app, usage, footer);
     app.add_option("INPUT", options.inputs)->group("");
     for (const Description& form : forms) {
         app.add_option(form.name, options.outputs[static_cast<std::size_t>(form.form)], form.text)

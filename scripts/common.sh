@@ -59,8 +59,23 @@ configure() {
     fi
 }
 
+# alone DIRECTORY COMMAND...: runs it while no other script has the directory, for which it waits.
+alone() (
+    mkdir -p "$1"
+    exec 9<"$1"
+    flock --nonblock 9 || {
+        say "waiting for another script, which works in ${1#"$top/"}"
+        flock 9
+    }
+    "${@:2}"
+)
+
 # build PRESET [TARGET...]: brings the build tree up to date, all of it when no target is named.
 build() {
+    alone "$top/build/$1" build_alone "$@"
+}
+
+build_alone() {
     local preset=$1
     shift
     configure "$preset"

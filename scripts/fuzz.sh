@@ -10,6 +10,8 @@
 # A finding ends its target and makes the status 1. The input that made it, and what was said, stay
 # in build/fuzz/findings/TARGET; how to replay it is printed, and where to put it so that the
 # ordinary tests replay it from then on. fuzz/README.md tells more.
+#
+# Several may be started at a time: one builds after the other, and a target waits for its turn.
 
 # shellcheck source-path=SCRIPTDIR source=common.sh
 . "$(dirname "${BASH_SOURCE[0]}")/common.sh"
@@ -42,7 +44,7 @@ fuzz() {
     local program=$tree/bin/fuzz_$1 inputs=$top/fuzz/inputs/$1 log count status=0
     log=$findings/log
     rm -rf "$findings"
-    mkdir -p "$corpus" "$findings"
+    mkdir -p "$findings"
     "$program" -max_total_time="$fuzz_seconds" -max_len=1024 -timeout=20 -rss_limit_mb=2048 \
         -print_final_stats=1 -artifact_prefix="$findings/" "$corpus" "$inputs" \
         >"$log" 2>&1 </dev/null || status=$?
@@ -62,13 +64,13 @@ fuzz() {
     } | sed "s|$top/||g"
     return 1
 }
-export -f fuzz
+export -f fuzz alone say
 export top tree fuzz_seconds
 
 "$top/scripts/install.sh" --checks
 build fuzz "${targets[@]/#/fuzz_}"
 say "fuzzing each of ${#targets[@]} targets for $fuzz_seconds s"
-# shellcheck disable=SC2016 # $1 is the inner shell's
-printf '%s\0' "${targets[@]}" | xargs -0 -n 1 -P "$(nproc)" bash -c 'fuzz "$1"' fuzz ||
+# shellcheck disable=SC2016 # $1 and $tree are the inner shell's
+printf '%s\0' "${targets[@]}" | xargs -0 -n 1 -P "$(nproc)" bash -c 'alone "$tree/corpus/$1" fuzz "$1"' fuzz ||
     fail "there are findings (see above); the paths are those in the project's top folder"
 say "nothing found"

@@ -23,8 +23,9 @@ constexpr Question questions[] = {
     {"ntkperf", "-v -&", 0},     {"ntkperf", "-h", 0},           {"ntkperf", "-hh", 0},
     {"ntkcompare", "--help", 0}, {"ntkcompare", "--version", 0}, {"ntkcompare", "--wrong", 2},
     {"ntkreport", "--help", 0},  {"ntkreport", "--version", 0},  {"ntkreport", "--wrong", 2},
-    {"ntkguard", "--help", 0},   {"ntkguard", "--wrong", 2},     {"ntkcorpus", "--help", 0},
-    {"ntkcorpus", "--wrong", 2}, {"ntkbench", "--help", 0},      {"ntkbench", "--wrong", 2},
+    {"ntkguard", "--help", 0},   {"ntkguard", "--version", 0},   {"ntkguard", "--wrong", 2},
+    {"ntkcorpus", "--help", 0},  {"ntkcorpus", "--version", 0},  {"ntkcorpus", "--wrong", 2},
+    {"ntkbench", "--help", 0},   {"ntkbench", "--version", 0},   {"ntkbench", "--wrong", 2},
 };
 
 std::vector<std::string> wordsOf(const char* text) {

@@ -17,12 +17,11 @@ struct Formatter : CLI::Formatter {
 
 } // namespace
 
-void describeProgram(CLI::App& app, const std::string& usage, const std::string& version,
-                     const std::string& footer) {
+void describeProgram(CLI::App& app, const std::string& usage, const std::string& footer) {
     app.formatter(std::make_shared<Formatter>(usage));
     app.footer(footer);
     app.set_help_flag("-h,--help", "Print this and exit");
-    app.set_version_flag("-V,--version", app.get_name() + " " + version,
+    app.set_version_flag("-V,--version", app.get_name() + " " + NTK_VERSION,
                          "Print the version and exit");
 }
 

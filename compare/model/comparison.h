@@ -104,6 +104,7 @@ struct Settings {
     double secondsPerCase = 1;
     double budgetSeconds = 0;    // 0: none
     double patienceSeconds = 30; // without an answer, before a worker is given up
+    double hurrySeconds = 1;     // the same once the user wants the end
     double alpha = 0.05;         // 1 - confidence of the intervals and of all verdicts together
     int cpu = -1;                // -1: the quietest one
     unsigned long long seed = 0;

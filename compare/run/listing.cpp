@@ -152,6 +152,8 @@ Listing listCases(const Plan& plan, int cpu) {
         }
     } catch (const WorkerLost& lost) {
         throw cannotStart(plan, lost.failure);
+    } catch (const WorkerLeft&) {
+        throw CannotMeasure("nothing was measured: interrupted before the cases were known");
     }
     pair.quit();
     Listing listing = pairUp(announced);

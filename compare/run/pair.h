@@ -16,9 +16,7 @@ constexpr Side other(Side side) {
 class Pair {
 public:
     Pair(const Plan& plan, int cpu)
-        : m_base(Side::base, workerCommand(plan, Side::base, cpu), plan.settings.patienceSeconds),
-          m_changed(Side::changed, workerCommand(plan, Side::changed, cpu),
-                    plan.settings.patienceSeconds) {}
+        : m_base(start(plan, Side::base, cpu)), m_changed(start(plan, Side::changed, cpu)) {}
 
     Worker& operator[](Side side) { return side == Side::base ? m_base : m_changed; }
 
@@ -33,6 +31,13 @@ public:
     }
 
 private:
+    static Worker start(const Plan& plan, Side side, int cpu) {
+        return {side,
+                workerCommand(plan, side, cpu),
+                plan.settings.patienceSeconds,
+                {plan.wantsEnd, plan.settings.hurrySeconds}};
+    }
+
     Worker m_base;
     Worker m_changed;
 };

@@ -26,8 +26,9 @@ using Clock = std::chrono::steady_clock;
 
 constexpr int ordersOfChild = 3;
 constexpr int answersOfChild = 4;
-constexpr size_t longestLine = 64 << 10;   // the longest honest answer has a few hundred bytes
-constexpr size_t lastWordsBytes = 2 << 10; // of the output, to look for last lines in
+constexpr double secondsBetweenAsking = 0.1; // whether a hurry has come
+constexpr size_t longestLine = 64 << 10;     // the longest honest answer has a few hundred bytes
+constexpr size_t lastWordsBytes = 2 << 10;   // of the output, to look for last lines in
 constexpr size_t lastWordsLines = 5;
 constexpr size_t lastWordsWidth = 200;
 
@@ -188,8 +189,9 @@ void Process::readSome() {
     }
 }
 
-Received Process::receive(double patienceSeconds) {
-    const Clock::time_point deadline = afterSeconds(patienceSeconds);
+Received Process::receive(double patienceSeconds, const Hurry& hurry) {
+    Clock::time_point deadline = afterSeconds(patienceSeconds);
+    bool isHurried = false;
     for (size_t searched = 0;;) {
         const size_t end = m_unreceived.find('\n', searched);
         if (end != std::string::npos) {
@@ -204,10 +206,17 @@ Received Process::receive(double patienceSeconds) {
         if (m_isClosed) {
             return {Received::closed, m_unreceived};
         }
-        if (isReadable(m_answers.get(), millisecondsUntil(deadline))) {
+        if (!isHurried && hurry.hasCome && hurry.hasCome()) {
+            isHurried = true;
+            deadline = std::min(deadline, afterSeconds(hurry.seconds));
+        }
+        const bool isAsked = hurry.hasCome && !isHurried;
+        const Clock::time_point pause =
+            isAsked ? std::min(deadline, afterSeconds(secondsBetweenAsking)) : deadline;
+        if (isReadable(m_answers.get(), millisecondsUntil(pause))) {
             readSome();
         } else if (Clock::now() >= deadline) {
-            return {Received::late, m_unreceived};
+            return {isHurried ? Received::hurried : Received::late, m_unreceived};
         }
     }
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -21,10 +22,17 @@ struct Received {
         line,
         closed,  // nobody can write any more
         late,    // no whole line in time
+        hurried, // nor in the shorter time of who is in a hurry
         tooLong, // text is its start
     };
     Kind kind = line;
     std::string text; // without its end
+};
+
+// Somebody who waits may come into a hurry: then no answer is waited for longer than these seconds.
+struct Hurry {
+    std::function<bool()> hasCome = nullptr; // asked now and then while it is waited; may be empty
+    double seconds = 1;
 };
 
 // A descriptor with an owner.
@@ -52,7 +60,7 @@ public:
     // False when nobody listens. The caller ignores SIGPIPE.
     bool send(const std::string& line);
     // The next line; a process that ended has still said what it said before.
-    Received receive(double patienceSeconds);
+    Received receive(double patienceSeconds, const Hurry& hurry = {});
     // Whether it said anything that has not been received.
     bool hasMore();
 

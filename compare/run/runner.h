@@ -16,6 +16,8 @@ struct Plan {
     Both<std::string> directories; // "own" or a folder
     Both<std::vector<std::string>> keys;
     Settings settings;
+    // Asked while a worker is silent; then its present answer gets Settings::hurrySeconds.
+    std::function<bool()> wantsEnd = nullptr;
 };
 
 struct Progress {
@@ -31,7 +33,8 @@ public:
 };
 
 // Runs the plan. `report` is told of progress, `isInterrupted` is asked after each turn.
-// Throws CannotMeasure when there is nothing to compare: no worker starts, no case is left.
+// Throws CannotMeasure when there is nothing to compare: no worker starts, no case is left, the end
+// was wanted before the cases were known.
 Comparison run(const Plan& plan, const std::function<void(const Progress&)>& report,
                const std::function<bool()>& isInterrupted);
 

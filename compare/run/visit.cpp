@@ -24,10 +24,10 @@ public:
         const Side first = firstToPrepare();
         atBoth([&](Side side) { m_pair[side].goTo(m_journey.place[side], m_measured.function); },
                first);
-        if (!hasFailed()) {
+        if (isGoingOn()) {
             prepare(first);
         }
-        if (m_isPrepared.base && m_isPrepared.changed && !hasFailed()) {
+        if (m_isPrepared.base && m_isPrepared.changed && isGoingOn()) {
             takeTurns();
             if (!m_start.rounds.empty()) {
                 m_measured.starts.push_back(m_start);
@@ -39,6 +39,9 @@ public:
         if (hasFailed()) {
             m_journey.decide(Stop::failed);
         }
+        if (m_isLeft && m_plan.pass == 1) {
+            m_measured.starts.clear(); // without an outcome nobody knows the units of a call
+        }
         return !m_isLost;
     }
 
@@ -47,7 +50,9 @@ private:
     // fails on both is no fault of one of them.
     template <class Step> void atBoth(const Step& step, Side first = Side::base) {
         for (const Side side : {first, other(first)}) {
-            attempt([&] { step(side); });
+            if (!m_isLeft) {
+                attempt([&] { step(side); });
+            }
         }
     }
 
@@ -57,9 +62,12 @@ private:
         } catch (const WorkerLost& lost) {
             m_measured.failures.push_back(lost.failure);
             m_isLost = true;
+        } catch (const WorkerLeft&) {
+            m_isLeft = m_isLost = true;
         }
     }
 
+    bool isGoingOn() const { return !hasFailed() && !m_isLeft; }
     bool hasFailed() const { return !m_measured.failures.empty(); }
 
     void fail(Side side, const std::string& what) {
@@ -77,6 +85,9 @@ private:
                 m_isPrepared[side] = !passed[side];
             },
             first);
+        if (m_isLeft) {
+            return;
+        }
         if (passed.base && passed.changed) {
             m_measured.passedOver =
                 passed[passed.base->why.empty() ? Side::changed : Side::base]->why;
@@ -112,7 +123,7 @@ private:
             chooseSize();
         }
         m_start.pass = m_plan.pass;
-        while (!hasFailed() && (m_start.rounds.empty() || isTimeLeft()) && m_isWanted) {
+        while (isGoingOn() && (m_start.rounds.empty() || isTimeLeft()) && m_isWanted) {
             takeRound();
         }
     }
@@ -123,7 +134,7 @@ private:
     void chooseSize() {
         Both<double> clocksPerCall;
         atBoth([&](Side side) { clocksPerCall[side] = takeTurn(side, TurnSize{}); });
-        if (!hasFailed()) {
+        if (isGoingOn()) {
             attempt([&] { m_journey.size = findSize(clocksPerCall.base); });
         }
     }
@@ -156,7 +167,7 @@ private:
                 m_isWanted = !m_plan.isOver();
             },
             first);
-        if (isWhole && !hasFailed()) {
+        if (isWhole && isGoingOn()) {
             m_start.rounds.push_back(round);
         }
     }
@@ -183,6 +194,7 @@ private:
     Both<bool> m_isPrepared;
     Both<bool> m_hasTurned;
     bool m_isLost = false;
+    bool m_isLeft = false;  // the lost one, because the user wants the end
     bool m_isWanted = true; // another turn
 };
 

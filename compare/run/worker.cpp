@@ -33,8 +33,8 @@ std::string faultIn(const std::string& words) {
 
 } // namespace
 
-Worker::Worker(Side side, const Command& command, double patience)
-    : m_side(side), m_process(command), m_patienceSeconds(patience) {}
+Worker::Worker(Side side, const Command& command, double patience, const Hurry& hurry)
+    : m_side(side), m_process(command), m_patienceSeconds(patience), m_hurry(hurry) {}
 
 void Worker::giveUp(const std::string& what) {
     throw WorkerLost{{m_side, what, m_process.lastWords()}};
@@ -56,10 +56,11 @@ void Worker::order(const Order& order, const std::string& nextStage) {
 }
 
 Answer Worker::answer() {
-    const Received received = m_process.receive(m_patienceSeconds);
+    const Received received = m_process.receive(m_patienceSeconds, m_hurry);
     switch (received.kind) {
     case Received::closed: tellEnd();
     case Received::late: giveUp("no answer for " + inSeconds(m_patienceSeconds) + " " + m_stage);
+    case Received::hurried: throw WorkerLeft{};
     case Received::tooLong:
     case Received::line: break;
     }

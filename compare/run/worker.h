@@ -14,10 +14,12 @@ namespace compare {
 struct WorkerLost {
     Failure failure;
 };
+// Thrown where it does not answer within the seconds of a hurry: that is no failure of its.
+struct WorkerLeft {};
 
 class Worker {
 public:
-    Worker(Side side, const Command& command, double patienceSeconds);
+    Worker(Side side, const Command& command, double patienceSeconds, const Hurry& hurry);
 
     Hello greet(); // the first thing, at most once
 
@@ -53,6 +55,7 @@ private:
     Side m_side;
     Process m_process;
     double m_patienceSeconds;
+    Hurry m_hurry;
     std::string m_stage = "at the start"; // for messages
     bool m_hasGreeted = false;
     int m_announcedCases = 0;

@@ -2,7 +2,6 @@
 // stand-in. What the figures are is nobody's business here.
 #include <gtest/gtest.h>
 
-#include <regex.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -10,6 +9,8 @@
 #include <fstream>
 #include <sstream>
 
+#include "../patterns.h"
+#include "../texts.h"
 #include "process.h"
 
 namespace fs = std::filesystem;
@@ -43,25 +44,6 @@ protected:
                                      testing::UnitTest::GetInstance()->current_test_info()->name());
 };
 
-// Whether the pattern fits somewhere in the text. (std::regex draws a false warning from gcc 12 in
-// the build with sanitizers.)
-bool fits(const std::string& text, const std::string& pattern) {
-    regex_t compiled;
-    EXPECT_EQ(regcomp(&compiled, pattern.c_str(), REG_EXTENDED | REG_NOSUB | REG_NEWLINE), 0);
-    const bool isFound = regexec(&compiled, text.c_str(), 0, nullptr, 0) == 0;
-    regfree(&compiled);
-    return isFound;
-}
-
-std::vector<std::string> linesOf(const std::string& text) {
-    std::istringstream in(text);
-    std::vector<std::string> lines;
-    for (std::string line; std::getline(in, line);) {
-        lines.push_back(line);
-    }
-    return lines;
-}
-
 TEST_F(Ntkbench, WhatCannotBeDoneIsSaidOnStandardErrorWithItsStatus) {
     struct Case {
         std::vector<std::string> arguments;
@@ -92,6 +74,22 @@ TEST_F(Ntkbench, OutputThatIsLostFailsTheRun) {
         {.program = NTK_BENCH_FILE, .arguments = {"--list"}, .console = Console::fullDisk});
     EXPECT_EQ(outcome.status, 1);
     EXPECT_NE(outcome.errors.find("No space left on device"), std::string::npos) << outcome.errors;
+}
+
+TEST_F(Ntkbench, HelpAndVersionArePrinted) {
+    const Outcome help = run({"-h"});
+    EXPECT_EQ(help.status, 0);
+    EXPECT_EQ(help.errors, "");
+    EXPECT_EQ(run({"--help"}).output, help.output);
+    for (const char* text : {"Usage: ntkbench [OPTION...] [COMPARISON [FILE...]]\n", "--rounds N ",
+                             "Comparisons (all", "Examples:", "Exit status:"}) {
+        EXPECT_NE(help.output.find(text), std::string::npos) << text;
+    }
+    for (const char* key : {"-V", "--version"}) {
+        const Outcome version = run({key, "lz4"});
+        EXPECT_EQ(version.status, 0) << key;
+        EXPECT_EQ(version.output, "ntkbench " NTK_VERSION "\n");
+    }
 }
 
 // The document's template too, which is filled in from the comparisons.

@@ -2,23 +2,23 @@
 #pragma once
 
 #include <functional>
-#include <regex>
 
+#include "../patterns.h"
 #include "session.h"
 
 // Without what the run of a process of another second, or on a busier machine, writes otherwise.
 inline std::string withoutTimes(const std::string& text) {
-    static const std::pair<std::regex, const char*> changes[] = {
-        {std::regex("Start( *[:,] *)[A-Z][a-z]{2} [A-Z][a-z]{2} [^\\n,]*"), "Start$1now"},
-        {std::regex("[0-9]{2}:[0-9]{2}:[0-9]{2}"), "hh:mm:ss"},
-        {std::regex(" Note     : [0-9]+ of [0-9]+ measurements [^(]*[^\\n]*\\n"), ""},
-        {std::regex("spread=[^\\n]*\\n"), ""},
-        {std::regex(" Measured : [0-9.]+%( [^\\n]*\\n *)[0-9.]+ of [0-9.]+"),
-         " Measured : share$1n of m"},
+    static const std::pair<const char*, const char*> changes[] = {
+        {"(Start *[:,] *)[A-Z][a-z]{2} [A-Z][a-z]{2} [^\n,]*", "now"},
+        {"[0-9]{2}:[0-9]{2}:[0-9]{2}", "hh:mm:ss"},
+        {" Note     : [0-9]+ of [0-9]+ measurements [^(]*[^\n]*\n", ""},
+        {"spread=[^\n]*\n", ""},
+        {"( Measured : )[0-9.]+%", "share"},
+        {"( Measured : share [^\n]*\n *)[0-9.]+ of [0-9.]+", "n of m"},
     };
     std::string same = text;
     for (const auto& [pattern, replacement] : changes) {
-        same = std::regex_replace(same, pattern, replacement);
+        same = replaced(same, pattern, replacement);
     }
     return same;
 }

@@ -275,8 +275,14 @@ TEST_F(Guard, CommandLineAndPrograms) {
         EXPECT_EQ(timesIn(outcome.errors, "\n"), *c.error != '\0' ? 1 : 0) << outcome.errors;
     }
     const std::string help = run({"--help"}, {.program = NTK_GUARD_FILE}).output;
-    for (const char* const told : {"--limit SECONDS", "Examples:", "Exit status:", "  125  "}) {
+    for (const char* const told : {"Usage: ntkguard [OPTION...] PROGRAM [KEY...]\n",
+                                   "--limit SECONDS", "Examples:", "Exit status:", "  125  "}) {
         EXPECT_TRUE(hasOnce(help, told));
+    }
+    for (const char* const key : {"--version", "-V"}) {
+        const Outcome version = run({key}, {.program = NTK_GUARD_FILE});
+        EXPECT_EQ(version.status, 0);
+        EXPECT_EQ(version.output, "ntkguard " NTK_VERSION "\n");
     }
 }
 

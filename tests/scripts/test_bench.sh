@@ -74,6 +74,44 @@ test_help_and_unknown_arguments() {
     expect "what follows --" "$status $output" "0 *== running ntkperf -h*ntkperf -h -u*"
 }
 
+# expect_wait DIRECTORY BEFORE: another one works in it; BEFORE is all that is said until then. What
+# would not wait ends without the line that is read.
+expect_wait() {
+    local line
+    output=
+    exec 8<"$project/$1"
+    flock 8
+    mkfifo "$room/said"
+    "$project/scripts/fuzz.sh" 1 one >"$room/said" 2>&1 8<&- &
+    exec 7<"$room/said"
+    while read -r line <&7 && [[ $line != *waiting* ]]; do
+        output+=$line$'\n'
+    done
+    expect "what it waits for" "$line" "== waiting for another script, which works in $1"
+    expect "before $1" "$output" "$2"
+    until grep -q -- "-> FLOCK .*:$(stat -c %i "$project/$1") " /proc/locks; do
+        kill -0 $! 2>/dev/null || {
+            expect "$1" 'is not waited for' 'is waited for'
+            break
+        }
+        sleep 0.02
+    done
+    exec 8<&-
+    expect "behind $1" "$(cat <&7)" "*one * 7 inputs, nothing found*"
+    exec 7<&-
+    rm "$room/said"
+}
+
+test_fuzzers_started_twice_wait_for_each_other() {
+    local fuzz=$project/build/fuzz
+    mkdir -p "$project/fuzz/decoders" "$fuzz/bin" "$fuzz/corpus/one"
+    touch "$project/fuzz/decoders/one.cpp" "$fuzz/build.ninja"
+    printf '#!/bin/sh\necho stat::number_of_executed_units: 7\n' >"$fuzz/bin/fuzz_one"
+    chmod +x "$fuzz/bin/fuzz_one"
+    expect_wait build/fuzz $'== all needed packages are installed\n'
+    expect_wait build/fuzz/corpus/one "*cmake --build --preset fuzz*"
+}
+
 # The status of ntkperf is 0 here too.
 test_nothing_measured_is_told() {
     play=refusing bench -B -o
@@ -321,6 +359,7 @@ make_project
 test_nothing_measured_is_told
 test_the_frequency_is_kept_without_a_home
 test_help_and_unknown_arguments
+test_fuzzers_started_twice_wait_for_each_other
 test_a_corpus_without_its_files
 test_the_corpus_is_what_ntkperf_reads
 test_results_move_when_new_ones_are_complete

@@ -4,8 +4,8 @@
 #include <unistd.h>
 
 #include <filesystem>
-#include <regex>
 
+#include "../patterns.h"
 #include "session.h"
 
 namespace {
@@ -47,10 +47,10 @@ Texts guideLines() {
 
 // Of the rows "| `<key>` | `<example>` | <effect> |" of the guide: the key of each example.
 std::map<std::string, std::string> keysOfExamples() {
-    const std::regex pattern("\\| `(-[^`]+)` \\| `((ntkperf|psexample) [^`]+)` \\| .+ \\|");
+    const char* const pattern = "^\\| `(-[^`]+)` \\| `((ntkperf|psexample) [^`]+)` \\| .+ \\|$";
     std::map<std::string, std::string> keys;
     for (const std::string& line : guideLines()) {
-        if (std::smatch cells; std::regex_match(line, cells, pattern)) {
+        if (const Texts cells = groupsOf(line, pattern); !cells.empty()) {
             EXPECT_TRUE(keys.emplace(cells[2], cells[1]).second) << "twice: " << line;
         }
     }
@@ -239,7 +239,7 @@ protected:
     }
     void expect(const Check& check) const {
         prepare();
-        Texts words = linesOf(std::regex_replace(check.example, std::regex(" "), "\n"));
+        Texts words = linesOf(replaced(check.example, " ", "\n"));
         Command command = {.program = path(words.front()), .directory = directory()};
         if (check.answers) {
             command.input = check.answers;

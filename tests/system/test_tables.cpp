@@ -1,9 +1,9 @@
 // The tables of a run, read back.
+#include "../patterns.h"
 #include "session.h"
 
 #include <algorithm>
 #include <cstdlib>
-#include <regex>
 
 namespace {
 
@@ -45,10 +45,10 @@ TEST_F(Tables, EveryCellStandsInTheColumnThatTheNameLineNames) {
         const std::string function = table.cell(row, "Function");
         EXPECT_TRUE(has(function, '_' + table.cell(row, "Types")));
         const bool ofFile = table.cell(row, "CodeFile") != "-";
-        EXPECT_EQ(ofFile, !std::regex_search(function, std::regex("Zfp|Adler|CRC")));
+        EXPECT_EQ(ofFile, !fits(function, "Zfp|Adler|CRC"));
         const std::string ratio = table.cell(row, "Ratio");
         EXPECT_TRUE(ratio == "-" || isPositiveNumber(ratio));
-        if (std::regex_search(function, std::regex("LZ4|Zfp"))) {
+        if (fits(function, "LZ4|Zfp")) {
             EXPECT_NE(ratio, "-");
         }
     }

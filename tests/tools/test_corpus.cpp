@@ -174,6 +174,10 @@ TEST_F(CorpusDirectory, FailuresNameTheFileAndTheReason) {
     EXPECT_FALSE(fs::exists("one"));
     EXPECT_EQ(run({"--help"}), 0);
     EXPECT_EQ(m_out.str().rfind("usage: ntkcorpus", 0), 0u);
+    for (const char* const key : {"--version", "-V"}) {
+        EXPECT_EQ(run({key}), 0);
+        EXPECT_EQ(m_out.str(), "ntkcorpus " NTK_VERSION "\n");
+    }
 }
 
 TEST_F(CorpusDirectory, AFullDiskIsReportedAndLeavesNoHalfFile) {

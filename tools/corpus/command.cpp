@@ -23,8 +23,9 @@ constexpr const char* kUsage =
     "Writes fourteen stand-ins for the files of the benchmark corpus into the directory DIR,\n"
     "which is created when it is missing. Each has the name and size of the real file and about\n"
     "its packing ratio; the bytes are the same on every machine.\n"
-    "  --force  replace files of these names that have other contents\n"
-    "  --help   print this text\n"
+    "  --force       replace files of these names that have other contents\n"
+    "  -h,--help     print this text\n"
+    "  -V,--version  print the version\n"
     "\n"
     "Exit status: 0 the files are there; 1 one could not be written, or has other contents and\n"
     "--force was not given; 2 a wrong command line.\n";
@@ -94,6 +95,10 @@ int runCommand(const std::vector<std::string>& arguments, std::ostream& out, std
     for (const std::string& argument : arguments) {
         if (argument == "--help" || argument == "-h") {
             out << kUsage;
+            return 0;
+        }
+        if (argument == "--version" || argument == "-V") {
+            out << "ntkcorpus " NTK_VERSION "\n";
             return 0;
         }
         if (argument == "--force") {

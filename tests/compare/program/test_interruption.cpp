@@ -19,6 +19,12 @@ protected:
         return "echo >>" + path("starts") + "; [ $(wc -l <" + path("starts") +
                ") = " + std::to_string(number) + " ]";
     }
+    // The new side's worker interrupts the program in the course of its start of that number.
+    std::string interruptingWorker(int start, int signal) const {
+        fs::remove(m_folder / "starts");
+        return workerThat("case \"$*\" in *-fnew*) " + isStart(start) + " && kill -" +
+                          std::to_string(signal) + " $PPID;; esac");
+    }
     Outcome runInShell(const std::string& line, Console console = Console::read) const {
         return runCommand({.program = "/bin/sh",
                            .arguments = {"-c", line},
@@ -29,13 +35,9 @@ protected:
 
 TEST_F(Interruption, WhatWasMeasuredIsWrittenAndMarked) {
     for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
-        // The new side's worker of the third pass (its fourth start) interrupts the program.
-        const std::string worker =
-            workerThat("case \"$*\" in *-fnew*) " + isStart(4) + " && kill -" +
-                       std::to_string(number) + " $PPID;; esac");
-        fs::remove(m_folder / "starts");
-        const Outcome outcome = run({"--worker", worker, "--time=0.01", "own", "own",
-                                     "--new-keys=-fnew", "--json", "out.json"});
+        const Outcome outcome =
+            run({"--worker", interruptingWorker(4, number), "--time=0.01", "own", "own",
+                 "--new-keys=-fnew", "--json", "out.json"}); // in pass 3
         EXPECT_EQ(outcome.status, 128 + number) << outcome.errors;
         EXPECT_TRUE(has(outcome.output, "\nINCOMPLETE: interrupted\n"));
         const auto json = nlohmann::json::parse(read("out.json"));
@@ -60,13 +62,30 @@ TEST_F(Interruption, CtrlCIsAnsweredOnATerminal) {
     }
 }
 
+// In pass 1, and when the cases are listed.
+TEST_F(Interruption, EndsACallThatHangs) {
+    play(script(1e6, "start2 at turn1 hang\n"), script(1e6, "start2 at turn1 hang\n"));
+    Outcome outcome = run({"--worker", interruptingWorker(2, SIGINT), "own", "own", "--patience=1h",
+                           "--new-keys=-fnew", "--json", "out.json"});
+    EXPECT_EQ(outcome.status, 128 + SIGINT) << outcome.errors;
+    EXPECT_TRUE(has(outcome.output, "\nINCOMPLETE: interrupted\n"));
+    EXPECT_EQ(nlohmann::json::parse(read("out.json"))["cases"][0]["stop"], "interrupted");
+
+    play(script(1e6), "at hello hang\n");
+    outcome = run({"--worker", interruptingWorker(1, SIGTERM), "own", "own", "--patience=1h",
+                   "--new-keys=-fnew"});
+    EXPECT_EQ(outcome.status, 128 + SIGTERM);
+    EXPECT_TRUE(has(outcome.errors, "nothing was measured: interrupted before the cases"));
+}
+
 // The second signal, unless it comes so soon that it is the first one's echo.
 TEST_F(Interruption, TheSecondSignalEndsAtOnce) {
     play(script(1e6, "at turn1 hang\n"), script(1e6, "at turn1 hang\n"));
     const std::string patient =
         workerThat("(sleep 0.5; kill -INT $PPID; sleep 0.7; kill -INT $PPID) </dev/null "
                    ">/dev/null 2>&1 3<&- 4>&- &");
-    const Outcome outcome = run({"--worker", patient, "own", "own", "--new-keys=-fnew"});
+    const Outcome outcome =
+        run({"--worker", patient, "--hurry=1h", "own", "own", "--new-keys=-fnew"});
     EXPECT_EQ(outcome.signal, SIGINT);
     EXPECT_EQ(outcome.output, "");
 

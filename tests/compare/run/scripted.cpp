@@ -22,7 +22,10 @@ Scripted::Scripted(const std::string& base, const std::string& changed) {
 Comparison Scripted::run() {
     return compare::run(
         plan, [this](const Progress& told) { progress.push_back(told); },
-        [this] { return turnsUntilInterrupt >= 0 && turnsUntilInterrupt-- == 0; });
+        [this] {
+            return (plan.wantsEnd && plan.wantsEnd()) ||
+                   (turnsUntilInterrupt >= 0 && turnsUntilInterrupt-- == 0);
+        });
 }
 
 std::vector<std::string> Scripted::log() const {

@@ -146,6 +146,44 @@ TEST(Failures, OfEveryCaseEndTheRun) {
     EXPECT_EQ(comparison.cases[0].stop, Stop::failed);
 }
 
+// With all the patience of the world, but in a hurry as soon as the log has a line so many times.
+TEST(Failures, AreNotWhatTheUserDoesNotWaitFor) {
+    const struct {
+        const char *base, *script, *line;
+        int times;
+        size_t starts; // of the case, all whole
+    } cases[] = {
+        {"", "start2 at prepare hang", "new prepare ntksA", 1, 0},
+        {"at prepare passed", "start2 at prepare hang", "new prepare ntksA", 1, 0},
+        {"", "start2 at turn1 hang", "new turn ntksA 1", 1, 0},
+        {"", "start2 at release hang", "new release ntksA", 1, 0},
+        {"", "start4 at case hang", "new start", 4, 2},
+        {"", "start4 at turn1 hang", "new turn ntksA 1", 4, 2},
+        {"", "start4 at release hang", "new release ntksA", 3, 3},
+        {"start2 at turn1 hang", "at turn1 kill 11", "base turn ntksA 1", 1, 0}, // it is not asked
+    };
+    for (const auto& c : cases) {
+        Scripted scripted(scriptOfTwo(c.base), scriptOfTwo(c.script));
+        scripted.plan.settings.patienceSeconds = 1e6;
+        scripted.plan.settings.hurrySeconds = 0.1;
+        scripted.plan.wantsEnd = [&] { return scripted.countInLog(c.line) == c.times; };
+        const Comparison comparison = scripted.run();
+        EXPECT_FALSE(comparison.isComplete) << c.script;
+        EXPECT_EQ(comparison.cases[0].stop, Stop::interrupted) << c.script;
+        EXPECT_TRUE(comparison.cases[0].failures.empty()) << c.script;
+        EXPECT_EQ(comparison.cases[0].starts.size(), c.starts) << c.script;
+        for (const Start& start : comparison.cases[0].starts) {
+            EXPECT_EQ(start.rounds.size(), 1u) << c.script;
+        }
+        EXPECT_EQ(scripted.countInLog("new start"), comparison.passes + 1) << c.script;
+        EXPECT_EQ(scripted.countInLog("base prepare ntksB"), comparison.passes - 1) << c.script;
+    }
+    Scripted scripted(scriptOfTwo(), "at hello hang\n");
+    scripted.plan.settings.patienceSeconds = 1e6;
+    scripted.plan.wantsEnd = [&] { return scripted.countInLog("new start") == 1; };
+    EXPECT_THROW(scripted.run(), CannotMeasure);
+}
+
 // What cannot even list its cases is not measured at all.
 TEST(Failures, BeforeTheFirstCaseAreForTheUser) {
     const struct {
