@@ -1,14 +1,13 @@
-// The encoder of sources that follow a dictionary.
-//
-// liblz4's own takes indices from its table without checking them against the end of the data, so a
-// table that its caller may have changed would have to be read through before every call: 205 of
-// 960 clocks when the source is 8 KiB of a bitmap. This one checks each candidate when it is used.
+// The own encoder of sources that follow a dictionary. Unlike liblz4's it checks each candidate
+// from the table when it is used, so that it can take any table. sequence.h says where it is
+// chosen.
 //
 // Method: greedy, with a hash table of positions by the next 5 bytes, after the fast encoder of the
 // LZ4 project (Y. Collet) as its documents describe it: where nothing is found for long, more and
 // more positions are left out; a match is extended to both sides; of its positions, the one where
 // it was found and the last but one are inserted, and behind it is searched before anything else.
-// Hash: Fibonacci hashing (Knuth, vol. 3, 6.4). Equal bytes are counted 16 at a time (SSE2), which
+// Hash: multiplicative (Knuth, vol. 3, 6.4) with the factor of liblz4: both encoders find what either
+// has inserted. Equal bytes are counted 16 at a time (SSE2), which
 // a bitmap with its long matches gains from.
 //
 // The search is bound by what follows from one match to where the next search begins. What helped:
@@ -16,13 +15,12 @@
 // of the next position is there before this one is decided (a tenth, where branches are guessed
 // wrong), blocks of positions with one comparison for window and reach (a twentieth). What did not:
 // the bytes before a match 8 at a time (3% slower), one limit for window and reach as a minimum at
-// each position (8% slower), AVX-512 for reading liblz4's table through (1.31 of liblz4 alone,
-// not 1.36).
+// each position (8% slower).
 //
 // Invariants:
 // - No entry of the table is trusted. What counts is its distance from the position at hand: beyond
 //   the window, the dictionary or the data it is no candidate, and the bytes of any other are
-//   compared. Positions are taken modulo 2^32, as are distances.
+//   compared. Indices are taken modulo 2^32, as are distances.
 // - A sequence is written only when it fits and leaves room for the token and the 5 literals that
 //   a block ends with; these 6 bytes and the 2 of the distance are what copies of 8 bytes need.
 #pragma once
@@ -33,16 +31,17 @@
 
 namespace ntk::lz4 {
 
-// By hash: the newest position with it. May hold anything.
+// By hash: the index of the newest position with it. May hold anything.
 inline constexpr int positionTableBits = 12;
 using PositionTable = std::array<Ntk32u, std::size_t{1} << positionTableBits>;
 
-// Makes the table that of an encoder which has seen just this dictionary.
-void loadDictionary(PositionTable& table, const DictArguments& d);
+// Makes the table that of an encoder which has seen just this dictionary. Returns the index of the
+// position behind it.
+Ntk32u loadDictionary(PositionTable& table, const DictArguments& d);
 
-// Returns the length of the block, 0 if it does not fit: then the destination holds whole sequences
-// of it. The source is not empty.
-int encodeAfterDictionary(PositionTable& table, const DictArguments& d, const Ntk8u* src,
-                          int srcLen, Ntk8u* dst, int capacity);
+// The index is that of the source's first position. Returns the length of the block, 0 if it does
+// not fit: then the destination holds whole sequences of it. The source is not empty.
+int encodeAfterDictionary(PositionTable& table, Ntk32u index, const DictArguments& d,
+                          const Ntk8u* src, int srcLen, Ntk8u* dst, int capacity);
 
 } // namespace ntk::lz4

@@ -10,18 +10,8 @@
 // the candidate found is compared, and taken if it matches. Matches may refer to a dictionary: data
 // that the decoder already has.
 //
-// Underneath: liblz4 where there can be no dictionary, else dictencoder.h, which need not trust the
-// caller's table. Its blocks are as long as liblz4's within 2.5%.
-//
-// State: the caller's hash table holds liblz4's stream within a call, or, from call to call,
-// positions in the caller's sequence and the one up to which the table has seen the data. It holds
-// no pointers.
-//
-// Invariants:
-// - A table that does not end at the position where the call begins is rebuilt from the dictionary.
-//   One that does may hold anything all the same: dictencoder.h checks every position that it uses.
-// - After a call that fails or stops early the table has seen more data than were encoded: it is
-//   marked as unusable.
+// Underneath: liblz4 where there can be no dictionary, else sequence.h. A table that a call without
+// a dictionary has used is of no use to one with a dictionary.
 //
 // Limits: sources of up to 0x7e000000 bytes, positions up to INT_MAX, dictionaries of which the
 // last 65536 bytes count.
@@ -29,31 +19,14 @@
 #include "ntkdc.h"
 
 #include "arguments.h"
-#include "dictencoder.h"
 #include "filldestination.h"
 #include "ntks.h"
+#include "sequence.h"
 #include "tables.h"
 
 namespace ntk::lz4 {
 
 namespace {
-
-// Whether the table holds positions of the data before the source, and of no other. An empty table
-// has a position too: that of the start.
-bool continuesAt(const HashTable& table, const DictArguments& d) {
-    return table.position == d.srcIdx && (d.srcIdx > 0 || d.dictLen == 0);
-}
-
-// Returns the length of the block, 0 if it does not fit.
-int encodeWithDictionary(HashTable& table, const DictArguments& d, const Ntk8u* src, int srcLen,
-                         Ntk8u* dst, int capacity) {
-    if (!continuesAt(table, d)) {
-        loadDictionary(table.positions, d);
-    }
-    const int length = encodeAfterDictionary(table.positions, d, src, srcLen, dst, capacity);
-    table.position = length > 0 ? d.srcIdx + srcLen : noPosition;
-    return length;
-}
 
 int encodeAlone(HashTable& table, const Ntk8u* src, int srcLen, Ntk8u* dst, int capacity) {
     table.position = noPosition;
@@ -142,7 +115,7 @@ NtkStatus ntksEncodeLZ4Dict_8u(const Ntk8u* pSrc, int srcIdx, int srcLen, Ntk8u*
         return encodeEmpty(pDst, pDstLen);
     }
     auto& table = stateIn<HashTable>(pHashTable);
-    return finishWhole(encodeWithDictionary(table, d, pSrc, srcLen, pDst, *pDstLen), pDstLen);
+    return finishWhole(encodeNext(table, d, pSrc, srcLen, pDst, *pDstLen), pDstLen);
 }
 
 NtkStatus ntksEncodeLZ4DictSafe_8u(const Ntk8u* pSrc, int srcIdx, int* pSrcLen, Ntk8u* pDst,
@@ -160,6 +133,6 @@ NtkStatus ntksEncodeLZ4DictSafe_8u(const Ntk8u* pSrc, int srcIdx, int* pSrcLen, 
         return encodeEmpty(pDst, pDstLen);
     }
     auto& table = stateIn<HashTable>(pHashTable);
-    const int length = encodeWithDictionary(table, d, pSrc, *pSrcLen, pDst, *pDstLen);
+    const int length = encodeNext(table, d, pSrc, *pSrcLen, pDst, *pDstLen);
     return finishSafe(length, windowOf(d, pSrc, *pSrcLen), pSrcLen, pDst, pDstLen);
 }

@@ -14,11 +14,16 @@ inline constexpr Ntk64s noPosition = -1;
 
 struct HashTable {
     union {
-        LZ4_stream_t stream; // of calls without a dictionary
-        PositionTable positions;
+        LZ4_stream_t stream;
+        PositionTable positions; // the first field of the stream
     };
     // Position in the sequence up to which `positions` has seen the data. 0 in an empty table.
     Ntk64s position;
+    // The index of that position, counted from the first that the table has seen.
+    Ntk32u index;
+    // Bytes of the last block for 256 bytes of its source; 0 if there was none. It only decides
+    // which encoder takes the next source.
+    Ntk32u share;
 };
 
 // The high-compression encoder of liblz4 has one state for both its tables. It is in the block of

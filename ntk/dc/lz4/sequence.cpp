@@ -1,0 +1,81 @@
+#include "sequence.h"
+
+#include <algorithm>
+#include <climits>
+#include <cstddef>
+
+#include "indexscan.h"
+
+namespace ntk::lz4 {
+
+namespace {
+
+// To read the table through takes a twentieth of the time in which liblz4 writes so many bytes.
+constexpr Ntk64u shortBlock = 1000;
+constexpr Ntk32u whole = 256; // shares are in parts of it
+constexpr Ntk32u unknownShare = 0;
+constexpr Ntk32u usualShare = whole / 2;
+constexpr Ntk32u hardShare = whole - whole / 16; // little matches
+constexpr int shortSource = 16384;
+
+// Whether the table holds positions of the data before the source, and of no other. An empty table
+// has a position too: that of the start.
+bool continuesAt(const HashTable& table, const DictArguments& d) {
+    return table.position == d.srcIdx && (d.srcIdx > 0 || d.dictLen == 0);
+}
+
+bool isForLiblz4(const HashTable& table, int srcLen) {
+    const Ntk32u share = table.share == unknownShare ? usualShare : table.share;
+    return static_cast<Ntk64u>(srcLen) * share >= shortBlock * whole &&
+           (share < hardShare || srcLen < shortSource);
+}
+
+// Whether no index leads liblz4 behind the data. It inserts the first position before it looks for
+// any, and reads 4 bytes at each, which a dictionary elsewhere must hold.
+bool isSafeForLiblz4(const HashTable& table, const DictArguments& d, const Ntk8u* src, int srcLen) {
+    const bool isInPlace = d.dictLen == 0 || d.dict + d.dictLen == src;
+    const Ntk32u leastDistance = isInPlace ? 0 : 4;
+    return knowsFields() && table.index >= leastDistance &&
+           table.index + static_cast<Ntk64u>(srcLen) <= INT_MAX &&
+           noneAbove.get()(table.positions.data(), table.positions.size(),
+                           table.index - leastDistance);
+}
+
+int encodeByLiblz4(HashTable& table, const DictArguments& d, const Ntk8u* src, int srcLen,
+                   Ntk8u* dst, int capacity) {
+    LZ4_stream_t_internal& stream = table.stream.internal_donotuse;
+    static_assert(sizeof stream.hashTable == sizeof table.positions &&
+                  offsetof(LZ4_stream_t_internal, hashTable) == 0);
+    const int length = std::min(d.dictLen, windowBytes);
+    stream.dictionary = length == 0 ? src : d.dict + (d.dictLen - length);
+    stream.dictSize = static_cast<Ntk32u>(length);
+    stream.dictCtx = nullptr;
+    stream.currentOffset = table.index;
+    return std::max(
+        LZ4_compress_fast_continue(&table.stream, chars(src), chars(dst), srcLen, capacity, 1), 0);
+}
+
+// The table has now seen the source.
+void noteBlock(HashTable& table, const DictArguments& d, int srcLen, int length) {
+    table.position = length > 0 ? d.srcIdx + srcLen : noPosition;
+    table.index += static_cast<Ntk32u>(srcLen);
+    table.share = static_cast<Ntk32u>(std::max<Ntk64s>(Ntk64s{length} * whole / srcLen, 1));
+}
+
+} // namespace
+
+int encodeNext(HashTable& table, const DictArguments& d, const Ntk8u* src, int srcLen, Ntk8u* dst,
+               int capacity) {
+    if (!continuesAt(table, d)) {
+        table.index = loadDictionary(table.positions, d);
+        table.share = unknownShare;
+    }
+    const bool byLiblz4 = isForLiblz4(table, srcLen) && isSafeForLiblz4(table, d, src, srcLen);
+    const int length = byLiblz4 ? encodeByLiblz4(table, d, src, srcLen, dst, capacity)
+                                : encodeAfterDictionary(table.positions, table.index, d, src,
+                                                        srcLen, dst, capacity);
+    noteBlock(table, d, srcLen, length);
+    return length;
+}
+
+} // namespace ntk::lz4
