@@ -115,7 +115,7 @@ NTK_API NtkStatus ntksEncodeLZ4Safe_8u(const Ntk8u* pSrc, int* pSrcLen, Ntk8u* p
  * pHashTable: if the previous call with it ended at position srcIdx, its entries for that call's
  *   source are used to find matches in the dictionary, which should hold the same bytes. Otherwise
  *   the table is first rebuilt from the dictionary, which takes about a tenth of the time that it
- *   takes to encode that much data. The block is valid either way.
+ *   takes to encode that much data. The block is valid either way, whatever the table holds.
  * Also returns ntkStsDstTooSmall if the block does not fit.
  */
 NTK_API NtkStatus ntksEncodeLZ4Dict_8u(const Ntk8u* pSrc, int srcIdx, int srcLen, Ntk8u* pDst,

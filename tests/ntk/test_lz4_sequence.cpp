@@ -75,36 +75,65 @@ TEST(Lz4Sequence, EitherEncoderFindsWhatTheOtherHasSeen) {
     }
 }
 
-// The worst case: a table that fits the call as to its position, but has anything else in it. Both
-// encoders are asked for: a share of 1 makes the own one take the source, most others liblz4.
+// The worst case: a table that fits the call as to its position, but has anything else in it, here
+// indices that all lie one distance before the source.
+class FittingTable {
+public:
+    static constexpr int begin = 70000;
+    static constexpr int length = 20000;
+
+    // Encodes after a dictionary in place and elsewhere, and decodes. A share of 1 makes the own
+    // encoder take the source, most others liblz4.
+    void check(Ntk32u index, Ntk32u distance, Ntk32u share, int dictLen) {
+        SCOPED_TRACE(testing::Message() << index << ' ' << distance << ' ' << share);
+        for (const GuardedBlock* dict : {&m_data, &m_copy}) {
+            const Ntk8u* const dictBegin = dict->data() + begin - dictLen;
+            Lz4Call call{m_data.data() + begin, begin,     length, m_dst.data(),
+                         m_dst.size(),          dictBegin, dictLen};
+            m_table.positions.fill(index - distance);
+            m_table.position = begin;
+            m_table.index = index;
+            m_table.share = share;
+            ASSERT_EQ(lz4Dict.encode(call, m_tables), ntkStsNoErr);
+            ASSERT_EQ(decodedByLiblz4(m_dst.data(), call.dstLen, length, dictBegin, dictLen),
+                      m_expected);
+        }
+    }
+
+private:
+    GuardedBlock m_data{textBytes(begin + length)};
+    GuardedBlock m_copy{Bytes(m_data.data(), m_data.data() + begin)};
+    GuardedBlock m_dst{static_cast<std::size_t>(LZ4_compressBound(length))};
+    Bytes m_expected{m_data.data() + begin, m_data.data() + begin + length};
+    Lz4Tables m_tables;
+    ntk::lz4::HashTable& m_table = ntk::stateIn<ntk::lz4::HashTable>(m_tables.hash());
+};
+
 TEST(Lz4Sequence, TrustsNothingInATableWhosePositionFits) {
-    using namespace ntk;
-    using namespace ntk::lz4;
-    constexpr int half = 20000;
-    const GuardedBlock data(textBytes(2 * half));
-    const GuardedBlock copy(Bytes(data.data(), data.data() + half));
-    const GuardedBlock dst(static_cast<std::size_t>(LZ4_compressBound(half)));
-    const Bytes expected(data.data() + half, data.data() + 2 * half);
-    Lz4Tables tables;
-    auto& table = stateIn<HashTable>(tables.hash());
-    for (const Ntk32u index : {0U, 3U, 4U, Ntk32u{half}, 70000U, INT_MAX - Ntk32u{half},
-                               INT_MAX - Ntk32u{half} + 1, INT_MAX + 1U, ~0U}) {
-        for (const Ntk32u distance : {Ntk32u{half} + 1, Ntk32u{half}, 4U, 3U, 0U, -1U, -4000U,
-                                      0U - half, 0U - 3 * half, 0x80000000U}) {
-            for (const Ntk32u share : {0U, 1U, 100U, 256U, ~0U}) {
-                for (const GuardedBlock& dict : {std::cref(data), std::cref(copy)}) {
-                    table.positions.fill(index - distance);
-                    table.position = half;
-                    table.index = index;
-                    table.share = share;
-                    Lz4Call call{data.data() + half, half,        half, dst.data(),
-                                 dst.size(),         dict.data(), half};
-                    ASSERT_EQ(lz4Dict.encode(call, tables), ntkStsNoErr);
-                    ASSERT_TRUE(decodedByLiblz4(dst.data(), call.dstLen, half, copy.data(), half) ==
-                                expected)
-                        << index << ' ' << distance << ' ' << share;
+    constexpr int begin = FittingTable::begin;
+    constexpr int length = FittingTable::length;
+    constexpr Ntk32u last = INT_MAX - length; // for a source whose end still has an index
+    FittingTable table;
+    for (const Ntk32u index : {Ntk32u{0}, Ntk32u{3}, Ntk32u{4}, Ntk32u{length}, Ntk32u{begin}, last,
+                               last + 1, INT_MAX + 1U, 0U - 10}) {
+        for (const Ntk32u distance :
+             {Ntk32u{begin} + 1, Ntk32u{begin}, Ntk32u{4}, Ntk32u{3}, Ntk32u{0}, 0U - 1, 0U - 4000,
+              0U - begin, 0U - 800000, 0x80000000U, 0x80000032U}) {
+            for (const Ntk32u share : {0U, 1U, 100U, ~0U}) {
+                for (const int dictLen : {length, begin}) {
+                    table.check(index, distance, share, dictLen);
                 }
             }
+        }
+    }
+}
+
+// What is there would match now and then.
+TEST(Lz4Sequence, LooksForNothingBeforeTheDictionary) {
+    FittingTable table;
+    for (Ntk32u distance = FittingTable::length + 1; distance < 20100; ++distance) {
+        for (const Ntk32u share : {1U, 100U}) {
+            table.check(FittingTable::begin, distance, share, FittingTable::length);
         }
     }
 }
