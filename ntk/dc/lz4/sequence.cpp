@@ -30,13 +30,17 @@ bool isForLiblz4(const HashTable& table, int srcLen) {
            (share < hardShare || srcLen < shortSource);
 }
 
+// Whether liblz4 can count on from this index, in the fields that are known.
+bool canGoOn(const HashTable& table, int srcLen) {
+    return knowsFields() && table.index + static_cast<Ntk64u>(srcLen) <= INT_MAX;
+}
+
 // Whether no index leads liblz4 behind the data. It inserts the first position before it looks for
 // any, and reads 4 bytes at each, which a dictionary elsewhere must hold.
-bool isSafeForLiblz4(const HashTable& table, const DictArguments& d, const Ntk8u* src, int srcLen) {
+bool isWithinDictionary(const HashTable& table, const DictArguments& d, const Ntk8u* src) {
     const bool isInPlace = d.dictLen == 0 || d.dict + d.dictLen == src;
     const Ntk32u leastDistance = isInPlace ? 0 : 4;
-    return knowsFields() && table.index >= leastDistance &&
-           table.index + static_cast<Ntk64u>(srcLen) <= INT_MAX &&
+    return table.index >= leastDistance &&
            noneAbove.get()(table.positions.data(), table.positions.size(),
                            table.index - leastDistance);
 }
@@ -57,9 +61,12 @@ int encodeByLiblz4(HashTable& table, const DictArguments& d, const Ntk8u* src, i
 
 // The table has now seen the source.
 void noteBlock(HashTable& table, const DictArguments& d, int srcLen, int length) {
-    table.position = length > 0 ? d.srcIdx + srcLen : noPosition;
     table.index += static_cast<Ntk32u>(srcLen);
-    table.share = static_cast<Ntk32u>(std::max<Ntk64s>(Ntk64s{length} * whole / srcLen, 1));
+    table.position = noPosition;
+    if (length > 0) {
+        table.position = d.srcIdx + srcLen;
+        table.share = static_cast<Ntk32u>(std::max<Ntk64s>(Ntk64s{length} * whole / srcLen, 1));
+    }
 }
 
 } // namespace
@@ -68,9 +75,9 @@ int encodeNext(HashTable& table, const DictArguments& d, const Ntk8u* src, int s
                int capacity) {
     if (!continuesAt(table, d)) {
         table.index = loadDictionary(table.positions, d);
-        table.share = unknownShare;
     }
-    const bool byLiblz4 = isForLiblz4(table, srcLen) && isSafeForLiblz4(table, d, src, srcLen);
+    const bool byLiblz4 =
+        isForLiblz4(table, srcLen) && canGoOn(table, srcLen) && isWithinDictionary(table, d, src);
     const int length = byLiblz4 ? encodeByLiblz4(table, d, src, srcLen, dst, capacity)
                                 : encodeAfterDictionary(table.positions, table.index, d, src,
                                                         srcLen, dst, capacity);

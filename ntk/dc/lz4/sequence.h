@@ -5,7 +5,7 @@
 // is read through first: about 200 clocks. That is 1% of what liblz4 needs for 8 KiB of text, 3% on
 // `geo`, and a quarter on a bitmap, of which next to nothing is looked up. The own one
 // (dictencoder.h) trusts no index and begins at once. It encodes
-// - sources that are expected to make short blocks, as the last one of the sequence did,
+// - sources that are expected to make short blocks, as the last one did,
 // - sources of 16 KiB and more of which little matches: 0.8 of liblz4's time on `geo`,
 // - everything when a table does not pass, or liblz4 is another version than was compiled with.
 //
@@ -25,8 +25,9 @@
 //
 // Invariants:
 // - A table that does not end at the position where the call begins is rebuilt from the dictionary.
-//   One that does may hold anything all the same. liblz4 gets no index behind the first of the source;
-//   other wrong ones are harmless, because it limits them to the dictionary and compares the bytes.
+//   One that does may hold anything all the same. liblz4 gets no index behind the first of the
+//   source; other wrong ones are harmless, because it limits them to the dictionary and compares
+//   the bytes.
 // - After a call that fails or stops early the table has seen more data than were encoded: it is
 //   marked as unusable.
 #pragma once
