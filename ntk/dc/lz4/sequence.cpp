@@ -24,25 +24,23 @@ bool continuesAt(const HashTable& table, const DictArguments& d) {
     return table.position == d.srcIdx && (d.srcIdx > 0 || d.dictLen == 0);
 }
 
-bool isForLiblz4(const HashTable& table, int srcLen) {
+// Whether the data before the source are there, as far as the table and the window go.
+bool hasAllBefore(const HashTable& table, const DictArguments& d, const Ntk8u* src) {
+    const bool isInPlace = d.dictLen == 0 || d.dict + d.dictLen == src;
+    return isInPlace && static_cast<Ntk32u>(d.dictLen) >=
+                            std::min(table.index, static_cast<Ntk32u>(windowBytes));
+}
+
+bool isWorthReadingThrough(const HashTable& table, int srcLen) {
     const Ntk32u share = table.share == unknownShare ? usualShare : table.share;
     return static_cast<Ntk64u>(srcLen) * share >= shortBlock * whole &&
            (share < hardShare || srcLen < shortSource);
 }
 
-// Whether liblz4 can count on from this index, in the fields that are known.
-bool canGoOn(const HashTable& table, int srcLen) {
-    return knowsFields() && table.index + static_cast<Ntk64u>(srcLen) <= INT_MAX;
-}
-
-// Whether no index leads liblz4 behind the data. It inserts the first position before it looks for
-// any, and reads 4 bytes at each, which a dictionary elsewhere must hold.
-bool isWithinDictionary(const HashTable& table, const DictArguments& d, const Ntk8u* src) {
-    const bool isInPlace = d.dictLen == 0 || d.dict + d.dictLen == src;
-    const Ntk32u leastDistance = isInPlace ? 0 : 4;
-    return table.index >= leastDistance &&
-           noneAbove.get()(table.positions.data(), table.positions.size(),
-                           table.index - leastDistance);
+// liblz4 inserts the first position before it looks for any, so that one may be there already.
+bool isSafeForLiblz4(const HashTable& table, int srcLen) {
+    return knowsFields() && table.index + static_cast<Ntk64u>(srcLen) <= INT_MAX &&
+           noneAbove.get()(table.positions.data(), table.positions.size(), table.index);
 }
 
 int encodeByLiblz4(HashTable& table, const DictArguments& d, const Ntk8u* src, int srcLen,
@@ -76,8 +74,8 @@ int encodeNext(HashTable& table, const DictArguments& d, const Ntk8u* src, int s
     if (!continuesAt(table, d)) {
         table.index = loadDictionary(table.positions, d);
     }
-    const bool byLiblz4 =
-        isForLiblz4(table, srcLen) && canGoOn(table, srcLen) && isWithinDictionary(table, d, src);
+    const bool byLiblz4 = hasAllBefore(table, d, src) && isWorthReadingThrough(table, srcLen) &&
+                          isSafeForLiblz4(table, srcLen);
     const int length = byLiblz4 ? encodeByLiblz4(table, d, src, srcLen, dst, capacity)
                                 : encodeAfterDictionary(table.positions, table.index, d, src,
                                                         srcLen, dst, capacity);

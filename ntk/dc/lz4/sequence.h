@@ -7,17 +7,20 @@
 // (dictencoder.h) trusts no index and begins at once. It encodes
 // - sources that are expected to make short blocks, as the last one did,
 // - sources of 16 KiB and more of which little matches: 0.8 of liblz4's time on `geo`,
+// - after a dictionary elsewhere: 0.8 of the time in blocks of 8 KiB of text, 0.95 to 1.0 of 64
+// KiB,
+// - after less than what the table has seen, which liblz4 would have to look at for each position,
 // - everything when a table does not pass, or liblz4 is another version than was compiled with.
 //
-// On data that are encoded once the own encoder is as fast as liblz4 (0.96 to 1.04 of its time on
-// 13 of the 14 files of a text corpus in blocks of 8 and of 64 KiB, 0.8 on `geo`). On a source that
-// is encoded again and again, as in a measurement, the processor remembers more of liblz4's
-// branches: there the own one alone took up to 1.5 of liblz4's time.
+// Else the two are as fast as each other on data that are encoded once: the own one takes 0.96 to
+// 1.04 of liblz4's time on 13 of 14 files of a text corpus in blocks of 8 and of 64 KiB. But on a
+// source that is encoded again and again, as in a measurement, the processor remembers more of
+// liblz4's branches: there the own one alone took up to 1.5 of the time (`bib`, 32 KiB).
 //
-// Tried: the own encoder first, liblz4 from the first match on after which little was gained. As
-// fast on text, but liblz4 on `geo` takes from 0.80 to 1.35 clocks a byte when it begins at other
-// positions, and a block of 8 KiB took 1.7 of the time.
-// AVX-512 for reading the table through: a bitmap took 1.31 of liblz4's time, not 1.36.
+// Tried and worse: the own encoder first, liblz4 from the first match on after which little was
+// gained. As fast on text, but on `geo` liblz4 takes from 0.80 to 1.35 clocks a byte when it begins
+// at other positions, and a block of 8 KiB took 1.7 of the time. AVX-512 for reading the table
+// through: a bitmap took 1.31 of liblz4's time, not 1.36.
 //
 // State: the indices, the position in the caller's sequence up to which they have seen the data,
 // its index, and how short the last block was. Pointers that liblz4 leaves in its stream are set
