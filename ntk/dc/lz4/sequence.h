@@ -2,13 +2,12 @@
 //
 // Two encoders work on one table of indices with one hash. liblz4's takes what is in the table
 // without comparing it with the end of the data, so the table, which the caller may have changed,
-// is read through first: about 200 clocks. That is 1% of what liblz4 needs for 8 KiB of text, 3% on
-// `geo`, and a quarter on a bitmap, of which next to nothing is looked up. The own one
+// is read through first: about 200 clocks. That is 1% of what liblz4 needs for 8 KiB of text, 4% on
+// `geo`, and a fifth on a bitmap, of which next to nothing is looked up. The own one
 // (dictencoder.h) trusts no index and begins at once. It encodes
 // - sources that are expected to make short blocks, as the last one did,
 // - sources of 16 KiB and more of which little matches: 0.8 of liblz4's time on `geo`,
-// - after a dictionary elsewhere: 0.8 of the time in blocks of 8 KiB of text, 0.95 to 1.0 of 64
-// KiB,
+// - after a dictionary elsewhere: 0.8 of the time for 8 KiB of text, 0.95 to 1.0 for 64 KiB,
 // - after less than what the table has seen, which liblz4 would have to look at for each position,
 // - everything when a table does not pass, or liblz4 is another version than was compiled with.
 //
