@@ -31,7 +31,8 @@ bool hasAllBefore(const HashTable& table, const DictArguments& d, const Ntk8u* s
                             std::min(table.index, static_cast<Ntk32u>(windowBytes));
 }
 
-bool isWorthReadingThrough(const HashTable& table, int srcLen) {
+// Whether liblz4 gains more than it takes to prepare a table for it.
+bool isWorthLiblz4(const HashTable& table, int srcLen) {
     const Ntk32u share = table.share == unknownShare ? usualShare : table.share;
     return static_cast<Ntk64u>(srcLen) * share >= shortBlock * whole &&
            (share < hardShare || srcLen < shortSource);
@@ -71,11 +72,11 @@ void noteBlock(HashTable& table, const DictArguments& d, int srcLen, int length)
 
 int encodeNext(HashTable& table, const DictArguments& d, const Ntk8u* src, int srcLen, Ntk8u* dst,
                int capacity) {
-    if (!continuesAt(table, d)) {
+    const bool isWorth = isWorthLiblz4(table, srcLen);
+    if (!continuesAt(table, d) || (d.dictLen == 0 && isWorth)) {
         table.index = loadDictionary(table.positions, d);
     }
-    const bool byLiblz4 = hasAllBefore(table, d, src) && isWorthReadingThrough(table, srcLen) &&
-                          isSafeForLiblz4(table, srcLen);
+    const bool byLiblz4 = isWorth && hasAllBefore(table, d, src) && isSafeForLiblz4(table, srcLen);
     const int length = byLiblz4 ? encodeByLiblz4(table, d, src, srcLen, dst, capacity)
                                 : encodeAfterDictionary(table.positions, table.index, d, src,
                                                         srcLen, dst, capacity);
