@@ -9,36 +9,44 @@
 
 namespace {
 
-// The length of the block of a part of the data, with what is before it as dictionary; checks that
-// it decodes.
-int blockLength(const GuardedBlock& data, int at, int length, Lz4Tables& tables, Bytes& block) {
+// The block of a part of the data after a dictionary that ends there; checks that it decodes.
+Bytes blockOf(const GuardedBlock& data, int at, int length, Lz4Tables& tables, int dictLen) {
     const Ntk8u* const src = data.data() + at;
-    block.resize(static_cast<std::size_t>(LZ4_compressBound(length)));
-    Lz4Call call{src, at, length, block.data(), static_cast<int>(block.size()), data.data(), at};
+    Bytes block(static_cast<std::size_t>(LZ4_compressBound(length)));
+    Lz4Call call{src,           at,     length, block.data(), static_cast<int>(block.size()),
+                 src - dictLen, dictLen};
     EXPECT_EQ(lz4Dict.encode(call, tables), ntkStsNoErr);
     block.resize(static_cast<std::size_t>(call.dstLen));
-    EXPECT_EQ(decodedByLiblz4(block.data(), call.dstLen, length, data.data(), at),
+    EXPECT_EQ(decodedByLiblz4(block.data(), call.dstLen, length, src - dictLen, dictLen),
               Bytes(src, src + length))
         << at;
-    return call.dstLen;
+    return block;
+}
+
+Bytes blockOfLiblz4(LZ4_stream_t& stream, const Ntk8u* src, int length) {
+    Bytes block(static_cast<std::size_t>(LZ4_compressBound(length)));
+    block.resize(static_cast<std::size_t>(LZ4_compress_fast_continue(
+        &stream, reinterpret_cast<const char*>(src), reinterpret_cast<char*>(block.data()), length,
+        static_cast<int>(block.size()), 1)));
+    return block;
 }
 
 TEST(Lz4Sequence, OfTextHasTheBlocksOfLiblz4) {
     const GuardedBlock data(textBytes(300000));
     for (const int step : {3000, 8192, 32768, 100000}) {
-        SCOPED_TRACE(step);
-        Lz4Tables tables;
-        LZ4_stream_t stream;
-        LZ4_initStream(&stream, sizeof stream);
-        for (int at = 0; at + step <= data.size(); at += step) {
-            Bytes block;
-            Bytes expected(static_cast<std::size_t>(LZ4_compressBound(step)));
-            expected.resize(static_cast<std::size_t>(
-                LZ4_compress_fast_continue(&stream, reinterpret_cast<const char*>(data.data() + at),
-                                           reinterpret_cast<char*>(expected.data()), step,
-                                           static_cast<int>(expected.size()), 1)));
-            blockLength(data, at, step, tables, block);
-            ASSERT_TRUE(block == expected) << at;
+        for (const bool dependent : {true, false}) {
+            SCOPED_TRACE(testing::Message() << step << ' ' << dependent);
+            Lz4Tables tables;
+            LZ4_stream_t stream;
+            LZ4_initStream(&stream, sizeof stream);
+            for (int at = 0; at + step <= data.size(); at += step) {
+                if (!dependent) {
+                    LZ4_initStream(&stream, sizeof stream);
+                }
+                ASSERT_TRUE(blockOf(data, at, step, tables, dependent ? at : 0) ==
+                            blockOfLiblz4(stream, data.data() + at, step))
+                    << at;
+            }
         }
     }
 }
@@ -66,11 +74,11 @@ TEST(Lz4Sequence, EitherEncoderFindsWhatTheOtherHasSeen) {
     }
     const GuardedBlock data(all);
     Lz4Tables tables;
-    Bytes block;
     int at = 0;
     for (const Part& part : parts) {
-        const int length = blockLength(data, at, part.length, tables, block);
-        EXPECT_EQ(length < part.length / 4, part.isSeen) << part.name << ": " << length;
+        const Bytes block = blockOf(data, at, part.length, tables, at);
+        EXPECT_EQ(static_cast<int>(block.size()) < part.length / 4, part.isSeen)
+            << part.name << ": " << block.size();
         at += part.length;
     }
 }
