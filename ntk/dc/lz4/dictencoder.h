@@ -6,9 +6,9 @@
 // LZ4 project (Y. Collet) as its documents describe it: where nothing is found for long, more and
 // more positions are left out; a match is extended to both sides; of its positions, the one where
 // it was found and the last but one are inserted, and behind it is searched before anything else.
-// Hash: multiplicative (Knuth, vol. 3, 6.4) with the factor of liblz4: both encoders find what either
-// has inserted. Equal bytes are counted 16 at a time (SSE2), which
-// a bitmap with its long matches gains from.
+// Hash: multiplicative (Knuth, vol. 3, 6.4) with the factor of liblz4, so that both encoders find
+// what either has inserted. Equal bytes are counted 16 at a time (SSE2), which a bitmap with its
+// long matches gains from.
 //
 // The search is bound by what follows from one match to where the next search begins. What helped:
 // the end of a match does not wait for how far it extends to the front (a tenth on text), the hash
