@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "copymatch.h"
 #include "windowsearch.h"
 
 namespace ntk::lzss {
@@ -26,8 +27,6 @@ struct Encoder {
     MatchFinder finder;
 };
 
-inline constexpr Ntk32u slackBytes = 32; // that a copy by words may write beyond its end
-
 struct Decoder {
     Ntk32u tag;
     // The place in a group: tokens to come, their flags, and the bytes taken of an incomplete
@@ -39,7 +38,7 @@ struct Decoder {
     // Decoded data up to `end`, of which those from `sent` on are still to be delivered.
     Ntk32u sent;
     Ntk32u end;
-    Ntk8u bytes[65536 + slackBytes];
+    Ntk8u bytes[65536 + copySlack];
 };
 
 struct Source {
