@@ -76,6 +76,11 @@ TEST(DeflateHuff, ShortestAndLongestCodes) {
     Stream small(125);
     EXPECT_EQ(small.put(ones, 0, 1000, lit, dist), ntkStsNoErr);
     EXPECT_EQ(small.bytes(), Bytes(125, 0xFF));
+    lit[285] = dist[0] = {1, 1}; // length 258 has a symbol of its own
+    Stream runs(25);
+    EXPECT_EQ(runs.put({Bytes(100, 255), std::vector<Ntk16u>(100, 1)}, 0, 100, lit, dist),
+              ntkStsNoErr);
+    EXPECT_EQ(runs.bytes(), Bytes(25, 0xFF));
     lit[284] = {0x7FFF, 15};
     dist[29] = {0x7FFF, 15};
     const Entries longest{Bytes(800, 254), std::vector<Ntk16u>(800, 32768)};
