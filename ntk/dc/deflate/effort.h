@@ -24,7 +24,7 @@ inline constexpr std::array<Effort, 9> efforts = {{
     {{9, 20}, maxMatch - 2, 4, 4},
     {{25, 32}, maxMatch - 2, 12, 5},
     {{92, 128}, maxMatch - 2, 16, 7},
-    {{96, 128}, maxMatch - 2, 24, 12},
+    {{112, 128}, maxMatch - 2, 24, 12},
     {{256, maxMatch}, maxMatch, maxMatch, 64},
     {{1536, maxMatch}, maxMatch, maxMatch, 32},
 }};
