@@ -1,7 +1,9 @@
 // Huffman coding of entries: the bits of every length and distance, pieces, destinations, errors.
 #include <gtest/gtest.h>
 
+#include "dc/deflate/huffkernels.h"
 #include "deflatecalls.h"
+#include "kernels.h"
 
 namespace {
 
@@ -74,6 +76,11 @@ TEST(DeflateHuff, ShortestAndLongestCodes) {
     Stream small(125);
     EXPECT_EQ(small.put(ones, 0, 1000, lit, dist), ntkStsNoErr);
     EXPECT_EQ(small.bytes(), Bytes(125, 0xFF));
+    lit[285] = dist[0] = {1, 1}; // length 258 has a symbol of its own
+    Stream runs(25);
+    EXPECT_EQ(runs.put({Bytes(100, 255), std::vector<Ntk16u>(100, 1)}, 0, 100, lit, dist),
+              ntkStsNoErr);
+    EXPECT_EQ(runs.bytes(), Bytes(25, 0xFF));
     lit[284] = {0x7FFF, 15};
     dist[29] = {0x7FFF, 15};
     const Entries longest{Bytes(800, 254), std::vector<Ntk16u>(800, 32768)};
@@ -119,6 +126,58 @@ TEST(DeflateHuff, Faults) {
                 EXPECT_EQ(stream.codeLen, c.codeLen);
             }
         }
+    }
+}
+
+// Every kernel writes the same bits, up to an entry without a code or one of the last ones.
+TEST(DeflateHuff, KernelsAgree) {
+    using namespace ntk;
+    const Entries entries = everySymbol().second;
+    FixedCodes longest;
+    for (NtkHuffCode& code : longest.lit) {
+        code.len = 15;
+    }
+    for (NtkHuffCode& code : longest.dist) {
+        code.len = 15;
+    }
+    FixedCodes withoutOne;
+    withoutOne.dist[7].len = 0; // distances 13 to 16
+    const int none =
+        static_cast<int>(std::find_if(entries.dist.begin(), entries.dist.end(),
+                                      [](Ntk16u dist) { return dist >= 13 && dist <= 16; }) -
+                         entries.dist.begin());
+    const struct {
+        const char* name;
+        const FixedCodes& codes;
+        int from, end; // of the entries with codes
+    } cases[] = {
+        {"fixed", fixedCodes, 0, entries.count()},
+        {"longest", longest, 0, entries.count()},
+        {"one without, first of a group", withoutOne, none - 16, none},
+        {"one without, last of a group", withoutOne, none - 31, none},
+        {"one without, at once", withoutOne, none, none},
+    };
+    for (const auto& c : cases) {
+        const deflate::HuffTables tables(atAnyAddress(c.codes.lit), atAnyAddress(c.codes.dist));
+        Stream whole(400000);
+        ASSERT_EQ(whole.put(entries, c.from, c.end - c.from, c.codes.lit, c.codes.dist),
+                  ntkStsNoErr);
+        const Bytes expected = whole.bytes();
+        forEachKernel(deflate::putEntriesKernel, [&](deflate::PutEntries& put) {
+            SCOPED_TRACE(c.name);
+            const GuardedBlock dst(400000);
+            deflate::BitWriter writer(dst.data(), 0, 0);
+            const int count =
+                put(writer, tables,
+                    {entries.lit.data() + c.from, atAnyAddress(entries.dist.data() + c.from),
+                     entries.count() - c.from});
+            const int last = std::min(c.end, entries.count() - deflate::entriesPerStore);
+            EXPECT_LE(count, last - c.from);
+            EXPECT_GT(count, last - c.from - 16);
+            const Bytes written(static_cast<const Ntk8u*>(dst.data()), writer.end());
+            ASSERT_LE(written.size(), expected.size());
+            EXPECT_TRUE(std::equal(written.begin(), written.end(), expected.begin()));
+        });
     }
 }
 

@@ -112,6 +112,26 @@ TEST(DeflateLZ77, FindsWhatPays) {
     }
 }
 
+// The longest match is the oldest one, with shorter ones on the way along the chain.
+TEST(DeflateLZ77, TriesEveryCandidate) {
+    for (std::size_t candidates = 1; candidates <= 8; ++candidates) {
+        Bytes text(4 + 2 * candidates);
+        std::iota(text.begin(), text.end(), Ntk8u{'a'});
+        Bytes data;
+        for (std::size_t i = 0; i < candidates; ++i) {
+            data.insert(data.end(), text.begin(), text.end() - static_cast<int>(2 * i));
+            data.push_back(static_cast<Ntk8u>(200 + i));
+        }
+        const auto distance = data.size();
+        data.insert(data.end(), text.begin(), text.end());
+        for (const int level : {4, 5, 6, 9}) {
+            const Entries entries = searched(data, level).entries;
+            EXPECT_EQ(entries.lit.back() + 3U, text.size()) << candidates << " level " << level;
+            EXPECT_EQ(entries.dist.back(), distance) << candidates << " level " << level;
+        }
+    }
+}
+
 // Source and destination in pieces; before each piece, the window moves to another place.
 Entries searchInPieces(const Bytes& data, int level, int piece, int room) {
     MatchSearch search;

@@ -9,7 +9,7 @@ namespace ntk::deflate {
 
 struct Effort {
     SearchLimits limits;
-    int insertLength; // a greedy search inserts two positions of longer matches
+    int insertLength; // of longer matches only two positions are inserted
     int lazyLength; // a shorter match is deferred for a better one at the next position; 0: greedy
     int goodLength; // with a match this long deferred, the next search tries a quarter of the
                     // candidates
@@ -21,10 +21,10 @@ inline constexpr std::array<Effort, 9> efforts = {{
     {{2, 16}, 0, 0, 0},
     {{4, 16}, 4, 0, 0},
     {{8, 24}, 16, 0, 0},
-    {{9, 20}, maxMatch, 4, 4},
-    {{24, 32}, maxMatch, 16, 5},
-    {{92, 128}, maxMatch, 16, 7},
-    {{96, 128}, maxMatch, 24, 12},
+    {{9, 20}, maxMatch - 2, 4, 4},
+    {{25, 32}, maxMatch - 2, 12, 5},
+    {{92, 128}, maxMatch - 2, 16, 7},
+    {{112, 128}, maxMatch - 2, 24, 12},
     {{256, maxMatch}, maxMatch, maxMatch, 64},
     {{1536, maxMatch}, maxMatch, maxMatch, 32},
 }};

@@ -15,26 +15,42 @@
 // - Lazy: unless the match is long, the next position is searched for one that saves more; if there
 //   is one, this position becomes a literal.
 //
-// The time goes into branches that cannot be predicted, some 5 a match, not into the tables: chains
-// and heads in fewer bytes gained next to nothing. On the files that are measured, helped: few
-// candidates where the nearest 3 bytes differ (2 to 20% by level), two positions of a match
-// inserted in place of all (10% at level 1; all of them take a loop whose end is a wrong guess).
-// Did not help: candidates compared without branches (a quarter slower at level 1: each then costs
-// as much as the first), a smaller table by 3 bytes (1% slower), lengths compared 16 bytes at a
-// time (5 to 15% slower: most matches end within 8).
+// The time goes into branches that cannot be predicted, some 5 a match, and with more than a few
+// candidates into the way along the chain: 12 clocks a candidate, because its link is loaded from
+// the second-level cache before the next one is known. Hence a position has the links to the next
+// two: two candidates are tried for one such wait (10 to 30% less time at levels 6 to 9).
+//
+// On the files that are measured, helped: few candidates where the nearest 3 bytes differ (2 to 20%
+// by level), two positions of a long match inserted in place of all (10% at level 1: all of them
+// take a loop whose end is a wrong guess; at levels 4 to 7 only of the longest, for the sake of
+// size). Did not help:
+// - candidates compared without branches: a quarter slower at level 1, because each then costs as
+//   much as the first;
+// - positions inserted in batches ahead of the search: no loop ends wrongly guessed, but `trans` at
+//   level 4 takes 18.8 clocks a byte in place of 14.9. Elsewhere insertion is done while the
+//   processor waits for something else;
+// - the nearest candidate of every position compared in such batches: 15 clocks for each byte, in
+//   matches too, so that level 1 takes 20.8 clocks on `book1` in place of 16.9, and twice as long
+//   on data that repeat themselves;
+// - after a match, the chain of those 4 bytes within it whose next position is the farthest back:
+//   every longer match is in it, too. At level 9 5 to 13% faster (`trans` 0.60 of zlib's clocks in
+//   place of 0.63), at level 6 10% slower; not worth a search of its own for one level;
+// - the walk along a chain as a function of its own: a fifth slower at level 1;
+// - a smaller table by 3 bytes (1% slower), lengths compared 16 bytes at a time (5 to 15% slower:
+//   most matches end within 8).
 //
 // State: in the caller's tables. The lower half of pHashHead holds the newest position of each
-// chain, its upper half the newest position by 3 bytes; pHashPrev holds how far back the next older
-// position in the chain is, indexed by position modulo the window. Positions count through the
-// whole sequence of data, so tables need no change when buffers move.
+// chain, its upper half the newest position by 3 bytes; pHashPrev holds how far back the next two
+// older positions in the chain are (16 bits each), indexed by position modulo the window. Positions
+// count through the whole sequence of data, so tables need no change when buffers move.
 //
 // Invariants:
 // - No entry of a table is trusted. A position outside the window ends the chain, which never leads
 //   to newer ones, and the bytes at any other are compared. So tables may hold anything; what older
 //   data left in pHashPrev cannot be reached from heads that were reset.
-// - Between two calls no position from *pSrcIdx on is in a chain: a position whose match is
-// deferred
-//   when the destination is full is removed again. (The table by 3 bytes keeps it, which costs the
+// - Between two calls no position from *pSrcIdx on is in a chain: a position is removed again if
+// its
+//   match is deferred when the destination is full. (The table by 3 bytes keeps it, which costs the
 //   next call at most one match of 3 bytes.) The last 3 positions before it, which lacked some of
 //   their 4 bytes, are inserted by the next call.
 // - Each step writes one entry, so that a call can stop after any of them.
@@ -56,22 +72,27 @@ namespace {
 
 // With this many bytes from a position on, more of them would not change its entry: what
 // ntkDeflateNoFlush waits for. Includes the search at the next position.
-constexpr int lookaheadBytes = maxMatch + 1 + MatchFinder::keyBytes;
+constexpr int lookaheadBytes = maxMatch + 1 + keyBytes;
 
 // The loops below copy the members to locals: writes through pointers cannot alias these, so they
 // stay in registers.
-struct Search {
-    MatchFinder finder;
+template <class Finder> struct Search {
+    Finder finder;
     EntryWriter entries;
 };
+using GreedySearch = Search<MatchFinder<false>>;
+using LazySearch = Search<MatchFinder<true>>;
 
-Match findAt(MatchFinder& finder, int position, const Effort& effort) {
+template <class Finder>
+[[gnu::always_inline]] inline Match findAt(Finder& finder, int position, const Effort& effort) {
     return finder.canSearch(position) ? finder.findAndInsert(position, 0, effort.limits)
                                       : Match{0, 0, 0};
 }
 
-// Inserts the positions of a match behind its first one, or two of them.
-void insertMatch(MatchFinder& finder, int first, int end, const Effort& effort) {
+// Inserts positions of a match: all, or of a long one the first and the last of them.
+template <class Finder>
+[[gnu::always_inline]] inline void insertMatch(Finder& finder, int first, int end,
+                                               const Effort& effort) {
     if (end - first < effort.insertLength) {
         finder.insertRange(first, end);
     } else {
@@ -81,7 +102,7 @@ void insertMatch(MatchFinder& finder, int first, int end, const Effort& effort) 
 }
 
 // Writes entries from `position` until `stop`; returns the position reached.
-int searchGreedily(Search& search, const Effort& effort, int position, int stop) {
+int searchGreedily(GreedySearch& search, const Effort& effort, int position, int stop) {
     auto [finder, entries] = search;
     while (position < stop && !entries.isFull()) {
         const Match match = findAt(finder, position, effort);
@@ -99,13 +120,14 @@ int searchGreedily(Search& search, const Effort& effort, int position, int stop)
 }
 
 // Whether the match at the position should be deferred until the next position is searched.
-bool isWorthWaiting(const MatchFinder& finder, const Match& match, int position,
+bool isWorthWaiting(const MatchFinder<true>& finder, const Match& match, int position,
                     const Effort& effort) {
     return match.length < effort.lazyLength && finder.canSearch(position + 1);
 }
 
 // A match at the position that saves more than the one deferred at the position before.
-Match findBetter(MatchFinder& finder, const Match& waiting, int position, const Effort& effort) {
+[[gnu::always_inline]] inline Match findBetter(MatchFinder<true>& finder, const Match& waiting,
+                                               int position, const Effort& effort) {
     SearchLimits limits = effort.limits;
     if (waiting.length >= effort.goodLength) {
         limits.chainLength /= 4;
@@ -114,7 +136,7 @@ Match findBetter(MatchFinder& finder, const Match& waiting, int position, const 
 }
 
 // As searchGreedily. Long, because the deferred match is part of the loop's state.
-int searchLazily(Search& search, const Effort& effort, int position, int stop) {
+int searchLazily(LazySearch& search, const Effort& effort, int position, int stop) {
     auto [finder, entries] = search;
     bool isSearched = false; // whether `match` is that of the position
     Match match{0, 0, 0};
@@ -137,13 +159,26 @@ int searchLazily(Search& search, const Effort& effort, int position, int stop) {
         }
         entries.match(match.length, match.distance);
         position += match.length;
-        finder.insertRange(first, position);
+        insertMatch(finder, first, position, effort);
     }
     if (isSearched) {
         finder.remove(position);
     }
     search.entries = entries;
     return position;
+}
+
+int searchAll(const SearchSpace& space, EntryWriter& entries, const Effort& effort, int position,
+              int stop) {
+    const auto searchAs = [&](auto search, auto run) {
+        search.finder.insertBefore(position);
+        const int reached = run(search, effort, position, stop);
+        entries = search.entries;
+        return reached;
+    };
+    return effort.lazyLength > 0
+               ? searchAs(LazySearch{MatchFinder<true>(space), entries}, searchLazily)
+               : searchAs(GreedySearch{MatchFinder<false>(space), entries}, searchGreedily);
 }
 
 constexpr bool isPowerOf2Within(int value, int least, int most) {
@@ -177,18 +212,17 @@ NtkStatus ntksDeflateLZ77_8u(const Ntk8u** ppSrc, int* pSrcLen, int* pSrcIdx, co
     }
     const auto history = static_cast<int>(std::min<std::ptrdiff_t>(*ppSrc - pWindow, begin));
     const int end = begin + *pSrcLen;
-    Search search{
-        MatchFinder({*ppSrc, begin, end, begin - history, winSize, atAnyAddress(pHashHead),
-                     hashSize, reinterpret_cast<Link*>(pHashPrev)}),
-        EntryWriter(pLit, pDist, *pDstLen, pLitFreq, pDistFreq)};
-    search.finder.insertBefore(begin);
+    const SearchSpace space{*ppSrc,   begin,
+                            end,      begin - history,
+                            winSize,  atAnyAddress(pHashHead),
+                            hashSize, reinterpret_cast<Links*>(pHashPrev)};
+    EntryWriter entries(pLit, pDist, *pDstLen, pLitFreq, pDistFreq);
     const int stop = flush == ntkDeflateNoFlush ? end - lookaheadBytes + 1 : end;
     const Effort& effort = efforts[static_cast<std::size_t>(level - 1)];
-    const int reached = effort.lazyLength > 0 ? searchLazily(search, effort, begin, stop)
-                                              : searchGreedily(search, effort, begin, stop);
+    const int reached = searchAll(space, entries, effort, begin, stop);
     *ppSrc += reached - begin;
     *pSrcLen = end - reached;
     *pSrcIdx = reached;
-    *pDstLen = search.entries.left();
+    *pDstLen = entries.left();
     return reached < stop ? ntkStsDstFull : ntkStsNoErr;
 }
