@@ -206,15 +206,15 @@ const CodesForPairs codesForPairs[] = {
 };
 
 struct Tables {
-    std::vector<Entry> literalEntries;
-    std::vector<Entry> distanceEntries;
+    std::vector<Entry> entries; // of both tables, which the kernels want in one block
     CodeTable literals{};
     CodeTable distances{};
 
+    static constexpr std::size_t literalEntries = entriesNeeded(286, literalRootBits);
+
     // The end of the block gets the code that is left.
     explicit Tables(const CodesForPairs& codes)
-        : literalEntries(entriesNeeded(286, literalRootBits)),
-          distanceEntries(entriesNeeded(30, distanceRootBits)) {
+        : entries(literalEntries + entriesNeeded(30, distanceRootBits)) {
         std::vector<Ntk8u> lengths = codes.literals;
         lengths.resize(257);
         lengths.insert(lengths.end(), codes.lengths.begin(), codes.lengths.end());
@@ -223,18 +223,17 @@ struct Tables {
             left -= length == 0 ? 0 : 1U << (15 - length);
         }
         lengths[256] = static_cast<Ntk8u>(15 - std::countr_zero(left));
-        literals = table(lengths, literalSymbols.data(), literalRootBits, literalEntries);
-        distances =
-            table(codes.distances, distanceSymbols.data(), distanceRootBits, distanceEntries);
+        literals = table(lengths, literalSymbols.data(), literalRootBits, entries.data());
+        distances = table(codes.distances, distanceSymbols.data(), distanceRootBits,
+                          entries.data() + literalEntries);
     }
 
     static CodeTable table(const std::vector<Ntk8u>& lengths, const Entry* symbols,
-                           unsigned rootBits, std::vector<Entry>& entries) {
-        const unsigned bits =
-            buildTable(lengths.data(), static_cast<unsigned>(lengths.size()),
-                       Incomplete::mayBeOneBit, symbols, rootBits, entries.data());
+                           unsigned rootBits, Entry* entries) {
+        const unsigned bits = buildTable(lengths.data(), static_cast<unsigned>(lengths.size()),
+                                         Incomplete::mayBeOneBit, symbols, rootBits, entries);
         EXPECT_GT(bits, 0U);
-        return {entries.data(), lowMask(bits)};
+        return {entries, lowMask(bits)};
     }
 };
 

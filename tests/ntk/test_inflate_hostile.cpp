@@ -67,8 +67,8 @@ std::vector<unsigned> distancesUpTo30() {
     return lengths;
 }
 
-// The longest run of bits from one refill to the next: two literals of 11 bits, a length and a
-// distance with codes of 15 bits, beginning at all bits of a byte.
+// The longest symbols, and runs of them: two literals of 11 bits, a length and a distance with
+// codes of 15 bits, beginning at all bits of a byte.
 BitWriter longestSymbols() {
     const std::vector<unsigned> unary = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14};
     std::vector<unsigned> distances = unary;

@@ -59,6 +59,7 @@ Outcome buildCodes(Stream& s) {
     if (w.literalBits == 0 || w.distanceBits == 0) {
         return Outcome::malformed;
     }
+    static_assert(literalRootBits <= pairBits); // see fillPairs
     fillPairsKernel.get()(w.codes().literals, w.codes().distances, w.pairs);
     s.mode = ntkInflateDynamic;
     return Outcome::goOn;

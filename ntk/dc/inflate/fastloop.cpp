@@ -1,5 +1,5 @@
-// The symbols of a block far from the ends of source and destination: no symbol needs a check
-// against either, and copies may write beyond the end of a match.
+// The symbols of a block far from the ends of source and destination: only a match that is no pair
+// needs a check against either, and copies may write beyond the end of a match.
 //
 // What takes the time is the chain from one lookup to the next (7 cycles: a mask, a load, a shift),
 // and branches that are guessed wrong: on text nobody can tell what comes next. Well-known
@@ -20,8 +20,9 @@
 // - Two turns for a refill: 2% less (obj1), but then a pair may take no more than 22 bits; with
 //   fixed codes many take more, and book1 twice as long.
 // - A loop of its own, with a branch for literals, for the first 256 bytes of each block: streams
-// of
-//   1 KB took 8% more, only those of 250 bytes less (4100 clocks in place of 6400).
+//   of 1 KB took 8% more, only those of 250 bytes less (4100 clocks in place of 6400).
+
+#include <cstdint>
 
 #include "matchcopy.h"
 #include "stream.h"
@@ -30,15 +31,15 @@ namespace ntk::inflate {
 
 namespace {
 
-// Refills are to 56 bits or more. A pair and the lookup of the next one have their bits between
-// two of them; so have the second part of a long code, a distance's link and its second part, even
-// where a call that failed has left tables that do not belong together.
+// Refills are to 56 bits or more. They do for what comes until the next one: a pair, or the second
+// part of a long code and a distance; then the lookup of the next pair.
 constexpr unsigned refilledBits = 56;
-constexpr unsigned lengthMaxBits = 15 + 5;
-constexpr unsigned distanceMaxBits = 15 + 13;
 constexpr unsigned pairMaxBits = fixedPairBits + 13;
+constexpr unsigned secondPartMaxBits = maxCodeBits - literalRootBits + 5;
+constexpr unsigned distanceMaxBits = maxCodeBits + 13;
+static_assert(pairBits <= fixedPairBits);
 static_assert(refilledBits >= pairMaxBits + fixedPairBits);
-static_assert(refilledBits >= lengthMaxBits + distanceRootBits + distanceMaxBits);
+static_assert(refilledBits >= secondPartMaxBits + distanceMaxBits + fixedPairBits);
 
 // A turn refills at most twice, each time reading 8 bytes, the second from at most 7 bytes further
 // on.
@@ -97,11 +98,12 @@ private:
     [[gnu::always_inline]] Next copyPair(const Taken& taken) {
         m_in.refillWide();
         const Ntk64u distance = distanceOf(taken.pair, taken.before);
-        const Ntk8u* const match = m_out - distance;
+        // A number, for it may be before the history and then is no pointer.
+        const std::uintptr_t match = reinterpret_cast<std::uintptr_t>(m_out) - distance;
         const Ntk8u* from = taken.literals;
         asm("" : "+r"(from)); // computed in any case, so that compilers make the choice no branch
-        from = isMatch(taken.pair) ? match : from;
-        if (match < m_historyBegin) [[unlikely]] {
+        from = isMatch(taken.pair) ? reinterpret_cast<const Ntk8u*>(match) : from;
+        if (match < reinterpret_cast<std::uintptr_t>(m_historyBegin)) [[unlikely]] {
             return leaveMatch(static_cast<unsigned>(lengthOf(taken.pair)),
                               static_cast<unsigned>(distance));
         }
@@ -211,7 +213,9 @@ Outcome decodeGeneric(Stream& s, const Codes& codes) {
     return decode(s, codes);
 }
 Outcome decodeBmi2(Stream& s, const Codes& codes) {
-    return __builtin_cpu_supports("bmi2") ? decodeWithBmi2(s, codes) : decodeGeneric(s, codes);
+    return __builtin_cpu_supports("bmi") && __builtin_cpu_supports("bmi2")
+               ? decodeWithBmi2(s, codes)
+               : decodeGeneric(s, codes);
 }
 
 constexpr Candidate<DecodeFast> candidates[] = {

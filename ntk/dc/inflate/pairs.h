@@ -51,7 +51,8 @@ inline const Ntk8u* literalsOf(const Pair* p) {
     return reinterpret_cast<const Ntk8u*>(p) + 4;
 }
 
-// The longest and the nearest match of a pair: two copies of 16 bytes do for it.
+// The longest and the nearest match of a pair: one copy of 16 bytes does for it. A distance
+// of 16 has the same base as one of 13.
 inline constexpr unsigned longestPaired = 16;
 inline constexpr unsigned nearestPaired = 17;
 
@@ -61,8 +62,8 @@ inline constexpr unsigned nearestPaired = 17;
 inline constexpr unsigned pairBits = 11;
 inline constexpr unsigned fixedPairBits = 12;
 
-// With room for copies of 32 bytes from the literals of an entry.
-template <unsigned indexBits> using Pairs = std::array<Pair, (1U << indexBits) + 4>;
+// With room for copies of 16 bytes from the literals of the last entry.
+template <unsigned indexBits> using Pairs = std::array<Pair, (1U << indexBits) + 2>;
 
 // A table as its users see it.
 struct PairTable {
@@ -75,6 +76,8 @@ struct PairTable {
 constexpr void fillPairs(const CodeTable& literals, const CodeTable& distances, unsigned indexBits,
                          Pair* pairs);
 
+// The entries of both tables are in one block, such as the work buffer: vector kernels find those
+// of the second by an index of 32 bits from those of the first.
 using FillPairs = void(CodeTable literals, CodeTable distances, Pairs<pairBits>& pairs);
 FillPairs fillPairsAvx512; // pairsavx512.cpp
 extern Choice<FillPairs> fillPairsKernel;

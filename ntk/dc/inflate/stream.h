@@ -46,7 +46,8 @@ struct WorkBuffer {
     std::array<Entry, entriesNeeded(maxDistanceCodes, distanceRootBits)> distances;
     alignas(64) Pairs<pairBits> pairs;
     std::array<Entry, 1U << lengthCodeRootBits> lengthCodes;
-    unsigned literalBits; // root bits of the tables
+    // Root bits of the tables. One of them is 0 unless all three tables are those of one block.
+    unsigned literalBits;
     unsigned distanceBits;
     unsigned lengthCodeBits;
     unsigned numLiteralCodes;
@@ -104,8 +105,8 @@ Outcome copyStored(Stream& s); // blocks.cpp
 Outcome decodeSymbols(Stream& s, const Codes& codes);
 
 // Decodes symbols as long as source and destination are far from their ends (fastloop.cpp). Then,
-// or with a pending match that begins before `historyBegin`, it returns goOn with the mode
-// unchanged.
+// or with a pending match that begins before `historyBegin` or for which the room may be too small,
+// it returns goOn with the mode unchanged.
 using DecodeFast = Outcome(Stream& s, const Codes& codes);
 extern Choice<DecodeFast> decodeFastKernel;
 
