@@ -12,10 +12,11 @@
 //   (after nothing, the table is emptied for liblz4 instead),
 // - everything when a table does not pass, or liblz4 is another version than was compiled with.
 //
-// Else the two are as fast as each other on data that are encoded once: the own one takes 0.96 to
-// 1.04 of liblz4's time on 13 of 14 files of a text corpus in blocks of 8 and of 64 KiB. But on a
-// source that is encoded again and again, as in a measurement, the processor remembers more of
-// liblz4's branches: there the own one alone took up to 1.5 of the time (`bib`, 32 KiB).
+// Else the two are as fast as each other on data that are encoded once: in blocks of 8 and of 64
+// KiB the own one takes 0.96 to 1.04 of liblz4's time on 12 of 14 files of a text corpus, up to
+// 1.09 on `obj1` and 0.8 on `geo`. But on a source that is encoded again and again, as in a
+// measurement, the processor remembers more of liblz4's branches: there the own one alone took up
+// to 1.5 of the time (`bib`, 32 KiB).
 //
 // Tried and worse: the own encoder first, liblz4 from the first match on after which little was
 // gained. As fast on text, but on `geo` liblz4 takes from 0.80 to 1.35 clocks a byte when it begins
