@@ -111,6 +111,6 @@ using PutEntries = int(BitWriter&, const HuffTables&, const HuffEntries&);
 
 extern constinit Choice<PutEntries> putEntriesKernel;
 
-int putEntriesAvx512(BitWriter& writer, const HuffTables& tables, const HuffEntries& entries);
+int putEntriesAvx512(BitWriter& result, const HuffTables& tables, const HuffEntries& entries);
 
 } // namespace ntk::deflate
