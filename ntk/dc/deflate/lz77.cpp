@@ -18,7 +18,8 @@
 // The time goes into branches that cannot be predicted, some 5 a match, and with more than a few
 // candidates into the way along the chain: 12 clocks a candidate, because its link is loaded from
 // the second-level cache before the next one is known. Hence a position has the links to the next
-// two: two candidates are tried for one such wait (10 to 30% less time at levels 6 to 9).
+// two: two candidates are tried for one such wait (a tenth to a quarter less time at levels 6 to
+// 9).
 //
 // On the files that are measured, helped: few candidates where the nearest 3 bytes differ (2 to 20%
 // by level), two positions of a long match inserted in place of all (10% at level 1: all of them
