@@ -24,11 +24,10 @@
 //
 // Invariants:
 // - Data are encoded only if a match of full length and the one after it can be seen, or in a
-// flush.
-//   So the stream depends on the data and the flushes alone, not on how calls split the data.
+//   flush. So the stream depends on the data and the flushes alone, not on how calls split the
+//   data.
 // - A group is written when it is complete, if necessary in parts by several calls; meanwhile
-// nothing
-//   is added to it.
+//   nothing is added to it.
 // - Positions are relative to the window's buffer: the data may have any length.
 
 #include "ntkdc.h"
