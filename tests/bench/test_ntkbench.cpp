@@ -2,14 +2,13 @@
 // stand-in. What the figures are is nobody's business here.
 #include <gtest/gtest.h>
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 
 #include "../patterns.h"
+#include "../scratch.h"
 #include "../texts.h"
 #include "process.h"
 
@@ -21,7 +20,6 @@ namespace {
 class Ntkbench : public testing::Test {
 protected:
     Ntkbench() {
-        fs::create_directory(m_corpus);
         for (const char* name : {"book1", "pic"}) {
             std::ofstream file(m_corpus / name);
             for (int line = 0; line < 1000; ++line) {
@@ -30,7 +28,6 @@ protected:
         }
         std::ofstream(m_corpus / "empty");
     }
-    ~Ntkbench() override { fs::remove_all(m_corpus); }
 
     Outcome run(const std::vector<std::string>& arguments) const {
         return runCommand({.program = NTK_BENCH_FILE,
@@ -39,9 +36,8 @@ protected:
                            .environment = {"CORPUS="}});
     }
 
-    const fs::path m_corpus =
-        fs::temp_directory_path() / ("ntkbench_" + std::to_string(getpid()) + "_" +
-                                     testing::UnitTest::GetInstance()->current_test_info()->name());
+    const TemporaryDirectory m_directory;
+    const fs::path m_corpus = m_directory.path();
 };
 
 TEST_F(Ntkbench, WhatCannotBeDoneIsSaidOnStandardErrorWithItsStatus) {

@@ -2,13 +2,12 @@
 // nobody's business here.
 #include <gtest/gtest.h>
 
-#include <unistd.h>
-
 #include <filesystem>
 #include <fstream>
 
 #include <nlohmann/json.hpp>
 
+#include "../scratch.h"
 #include "process.h"
 
 namespace fs = std::filesystem;
@@ -19,7 +18,6 @@ namespace {
 class Programs : public testing::Test {
 protected:
     Programs() {
-        fs::create_directory(m_folder);
         std::ofstream book(m_folder / "book1");
         for (int line = 0; line < 1000; ++line) {
             book << "a line of the number " << line * 7919 % 1000 << '\n';
@@ -33,7 +31,6 @@ protected:
                "\n";
         std::ofstream(m_folder / "damaged") << "{\"method\":1}\n";
     }
-    ~Programs() override { fs::remove_all(m_folder); }
 
     Outcome run(const char* program, std::vector<std::string> arguments,
                 std::vector<std::string> environment = {}) const {
@@ -44,9 +41,8 @@ protected:
                            .environment = std::move(environment)});
     }
 
-    const fs::path m_folder =
-        fs::temp_directory_path() / ("programs_" + std::to_string(getpid()) + "_" +
-                                     testing::UnitTest::GetInstance()->current_test_info()->name());
+    const TemporaryDirectory m_directory;
+    const fs::path m_folder = m_directory.path();
 };
 
 TEST_F(Programs, WrongCommandLinesAreRefused) {

@@ -2,12 +2,12 @@
 #include <gtest/gtest.h>
 
 #include <dlfcn.h>
-#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 
+#include "../scratch.h"
 #include "ntkdc.h"
 #include "process.h"
 
@@ -18,11 +18,7 @@ namespace {
 // A folder that holds the library and, if there is one, its slower.txt.
 class Slower : public testing::Test {
 protected:
-    Slower() {
-        fs::create_directory(m_folder);
-        fs::copy_file(NTK_SLOWER_FILE, m_folder / "libntkdc.so.12");
-    }
-    ~Slower() override { fs::remove_all(m_folder); }
+    Slower() { fs::copy_file(NTK_SLOWER_FILE, m_folder / "libntkdc.so.12"); }
 
     void write(const std::string& amounts) const {
         std::ofstream(m_folder / "slower.txt") << amounts;
@@ -38,9 +34,8 @@ protected:
                            .environment = {"LD_LIBRARY_PATH=" + m_folder.string()}});
     }
 
-    const fs::path m_folder =
-        fs::temp_directory_path() / ("slower_" + std::to_string(getpid()) + "_" +
-                                     testing::UnitTest::GetInstance()->current_test_info()->name());
+    const TemporaryDirectory m_directory;
+    const fs::path m_folder = m_directory.path();
 };
 
 TEST_F(Slower, HandsOnEveryFunctionOfTheLibrary) {

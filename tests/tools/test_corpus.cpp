@@ -2,17 +2,15 @@
 // are there already.
 #include <gtest/gtest.h>
 
-#include <unistd.h>
-
 #include <array>
 #include <cstdint>
 #include <filesystem>
-#include <fstream>
 #include <iterator>
 #include <sstream>
 #include <string>
 #include <vector>
 
+#include "../scratch.h"
 #include "catalog.h"
 #include "command.h"
 #include "packed.h"
@@ -53,23 +51,8 @@ std::uint64_t fnv1a(const std::string& bytes) {
     return digest;
 }
 
-std::string contents(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
 class CorpusDirectory : public testing::Test {
 protected:
-    CorpusDirectory() : m_directory(fs::temp_directory_path() / uniqueName()) {
-        fs::remove_all(m_directory);
-    }
-    ~CorpusDirectory() override { fs::remove_all(m_directory); }
-
-    static std::string uniqueName() {
-        return std::string("ntkcorpus_") + std::to_string(getpid()) + "_" +
-               testing::UnitTest::GetInstance()->current_test_info()->name();
-    }
-
     int run(const std::vector<std::string>& arguments) {
         m_out.str("");
         m_err.str("");
@@ -78,10 +61,11 @@ protected:
 
     void put(const fs::path& path, const std::string& bytes) {
         fs::create_directories(path.parent_path());
-        std::ofstream(path, std::ios::binary) << bytes;
+        writeFile(path, bytes);
     }
 
-    fs::path m_directory;
+    const TemporaryDirectory m_scratch;
+    const fs::path m_directory = m_scratch.path();
     std::ostringstream m_out;
     std::ostringstream m_err;
 };
@@ -115,7 +99,7 @@ TEST_F(CorpusDirectory, MakesTheDirectoryAndLeavesNothingElseInIt) {
     }
     EXPECT_EQ(entries, kExpected.size());
     for (const Expected& expected : kExpected) {
-        EXPECT_EQ(fnv1a(contents(deep / expected.name)), expected.digest) << expected.name;
+        EXPECT_EQ(fnv1a(readFile(deep / expected.name)), expected.digest) << expected.name;
     }
     EXPECT_NE(m_out.str().find("14 files written, 0 already there"), std::string::npos);
 }
@@ -135,14 +119,14 @@ TEST_F(CorpusDirectory, KeepsEqualFilesAndNeverReplacesOthersUnasked) {
         EXPECT_EQ(run({m_directory.string()}), 1);
         EXPECT_NE(m_err.str().find("progc"), std::string::npos);
         EXPECT_NE(m_err.str().find("--force"), std::string::npos);
-        EXPECT_EQ(contents(m_directory / "progc"), real);
+        EXPECT_EQ(readFile(m_directory / "progc"), real);
         EXPECT_FALSE(fs::exists(m_directory / "bib"));
     }
 
     EXPECT_EQ(run({"--force", m_directory.string()}), 0);
     EXPECT_NE(m_out.str().find("2 files written, 12 already there"), std::string::npos);
     EXPECT_EQ(fs::file_size(m_directory / "progc"), 39611u);
-    EXPECT_EQ(contents(m_directory / "progc").find("rrr"), std::string::npos);
+    EXPECT_EQ(readFile(m_directory / "progc").find("rrr"), std::string::npos);
 }
 
 TEST_F(CorpusDirectory, FailuresNameTheFileAndTheReason) {

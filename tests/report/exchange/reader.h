@@ -9,9 +9,9 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <string>
+
+#include "../../scratch.h"
 
 namespace report {
 
@@ -19,22 +19,10 @@ namespace fs = std::filesystem;
 
 class Reader : public ::testing::Test {
 protected:
-    Reader() {
-        std::string name = (fs::temp_directory_path() / "ntkreportXXXXXX").string();
-        m_folder = mkdtemp(name.data());
-    }
-    ~Reader() override { fs::remove_all(m_folder); }
-
     std::string write(const std::string& name, const std::string& text) const {
-        std::ofstream(m_folder / name) << text;
-        return (m_folder / name).string();
+        return writeFile(m_directory.path(name), text);
     }
-
-    std::string read(const std::string& name) const {
-        std::ostringstream text;
-        text << std::ifstream(m_folder / name).rdbuf();
-        return text.str();
-    }
+    std::string read(const std::string& name) const { return readFile(m_directory.path(name)); }
 
     struct Answer {
         int status = -1;
@@ -62,7 +50,8 @@ protected:
         return python("-c 'import " + modules + "'").status == 0;
     }
 
-    fs::path m_folder;
+    const TemporaryDirectory m_directory;
+    const fs::path m_folder = m_directory.path();
 };
 
 } // namespace report

@@ -3,14 +3,13 @@
 
 #include <gtest/gtest.h>
 
-#include <unistd.h>
-
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <string>
 #include <vector>
 
+#include "../../scratch.h"
 #include "process.h"
 
 namespace report {
@@ -29,22 +28,15 @@ protected:
     }
 
     Program() {
-        std::string name = (fs::temp_directory_path() / "ntkreportXXXXXX").string();
-        m_folder = mkdtemp(name.data());
         write("a.csv", table("Sun Nov 22 03:44:21 2026", 4));
         write("b.csv", table("Sun Nov 22 04:44:21 2026", 5));
     }
-    ~Program() override { fs::remove_all(m_folder); }
 
     std::string path(const std::string& name) const { return (m_folder / name).string(); }
     void write(const std::string& name, const std::string& text) const {
-        std::ofstream(m_folder / name, std::ios::binary) << text;
+        writeFile(path(name), text);
     }
-    std::string read(const std::string& name) const {
-        std::ostringstream text;
-        text << std::ifstream(m_folder / name).rdbuf();
-        return text.str();
-    }
+    std::string read(const std::string& name) const { return readFile(path(name)); }
     Outcome run(const std::vector<std::string>& arguments, Console console = Console::read,
                 const std::vector<std::string>& environment = {}) const {
         Command command;
@@ -56,7 +48,8 @@ protected:
         return runCommand(command);
     }
 
-    fs::path m_folder;
+    const TemporaryDirectory m_directory;
+    const fs::path m_folder = m_directory.path();
 };
 
 } // namespace report

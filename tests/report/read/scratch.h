@@ -3,28 +3,19 @@
 
 #include <gtest/gtest.h>
 
-#include <unistd.h>
-
 #include <filesystem>
-#include <fstream>
 #include <string>
 
+#include "../../scratch.h"
 #include "files.h"
 
 namespace report {
 
 class Scratch : public ::testing::Test {
 protected:
-    Scratch() {
-        std::string name = (std::filesystem::temp_directory_path() / "ntkreportXXXXXX").string();
-        m_folder = mkdtemp(name.data());
-    }
-    ~Scratch() override { std::filesystem::remove_all(m_folder); }
-
-    std::string path(const std::string& name) const { return (m_folder / name).string(); }
+    std::string path(const std::string& name) const { return m_directory.path(name); }
     std::string write(const std::string& name, const std::string& text) const {
-        std::ofstream(path(name), std::ios::binary) << text;
-        return path(name);
+        return writeFile(path(name), text);
     }
     Reading read(const std::string& text) const {
         Reading reading;
@@ -39,7 +30,8 @@ protected:
         return sentence;
     }
 
-    std::filesystem::path m_folder;
+    const TemporaryDirectory m_directory;
+    const std::filesystem::path m_folder = m_directory.path();
 };
 
 } // namespace report

@@ -2,16 +2,13 @@
 
 #include <algorithm>
 
+#include "../../texts.h"
 #include "handmade.h"
 #include "markdown.h"
 
 namespace report {
 
 namespace {
-
-bool has(const std::string& text, const std::string& part) {
-    return text.find(part) != std::string::npos;
-}
 
 struct Files : Handmade {
     Case& addCase(const std::string& file, double length, double clocks) {
