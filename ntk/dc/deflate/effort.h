@@ -9,7 +9,8 @@ namespace ntk::deflate {
 
 struct Effort {
     SearchLimits limits;
-    int insertLength; // of longer matches only two positions are inserted
+    int insertLength; // of longer matches only two positions are inserted; in a lazy search only if
+                      // they repeat themselves
     int lazyLength; // a shorter match is deferred for a better one at the next position; 0: greedy
     int goodLength; // with a match this long deferred, the next search tries a quarter of the
                     // candidates
