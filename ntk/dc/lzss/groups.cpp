@@ -75,7 +75,7 @@ struct Next {
 };
 
 // Behind a token of two bytes, or of three if the code is longCode. Compilers would make a branch
-// of the choice.
+// of the choice. The address of `late` may be made with `base`, which therefore changes last.
 Next afterToken(Ntk64u code, const Ntk8u* base, Ntk64u nextIndex) {
     base += 2;
     Next next{base, load<Ntk64u>(base + nextIndex - 1)};
