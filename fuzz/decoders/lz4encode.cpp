@@ -26,13 +26,16 @@ int LLVMFuzzerTestOneInput(const Ntk8u* data, std::size_t size) {
     fuzz::Input in(data, size);
     fuzz::enableFeatures(in);
     const Lz4Encoder& encoder = lz4Encoders[in.below(std::size(lz4Encoders))];
-    const unsigned contents = in.below(4); // of the tables: none, noise, the last call's, fitting
+    const unsigned choices = in.byte();
+    const unsigned contents = choices % 4; // of the tables: none, noise, the last call's, fitting
+    const bool isInPlace = choices / 4 % 2 == 1; // the dictionary, before the source
     const Bytes noise = in.take(8);
     const int position = static_cast<int>(in.word());
     const std::size_t room = in.word();
     const unsigned repeats = 1 + in.below(40);
     const std::size_t dictLen = encoder.takesDictionary ? in.word() : 0;
-    const GuardedBlock dict(in.take(dictLen));
+    Bytes all = in.take(dictLen);
+    const GuardedBlock elsewhere(all);
     if (contents == 0) {
         tables.clear();
     } else if (contents == 1 && !noise.empty()) {
@@ -49,9 +52,15 @@ int LLVMFuzzerTestOneInput(const Ntk8u* data, std::size_t size) {
     const std::size_t capacity = room % (enough + 1);
 
     const GuardedBlock src(text);
+    all.insert(all.end(), text.begin(), text.end());
+    const GuardedBlock joint(all);
     const GuardedBlock dst(capacity);
-    Lz4Call call{src.data(), position,    src.size(), dst.data(),
-                 dst.size(), dict.data(), dict.size()};
+    Lz4Call call{src.data(), position,         src.size(),      dst.data(),
+                 dst.size(), elsewhere.data(), elsewhere.size()};
+    if (isInPlace) {
+        call.dict = joint.data();
+        call.src = joint.data() + call.dictLen;
+    }
     const NtkStatus status = encoder.encode(call, tables);
     if (status < 0) {
         FUZZ_CHECK(status == ntkStsDstTooSmall);
@@ -63,8 +72,8 @@ int LLVMFuzzerTestOneInput(const Ntk8u* data, std::size_t size) {
     FUZZ_CHECK(status == ntkStsDstFull ? encoder.stopsWhenFull && call.srcLen < src.size()
                                        : call.srcLen == src.size());
     const Bytes decoded = decodedByLiblz4(dst.data(), call.dstLen, call.srcLen,
-                                          encoder.takesDictionary ? dict.data() : nullptr,
-                                          encoder.takesDictionary ? dict.size() : 0);
+                                          encoder.takesDictionary ? call.dict : nullptr,
+                                          encoder.takesDictionary ? call.dictLen : 0);
     FUZZ_CHECK(decoded == Bytes(text.begin(), text.begin() + call.srcLen));
     return 0;
 }

@@ -22,7 +22,8 @@
 //   the window, the dictionary or the data it is no candidate, and the bytes of any other are
 //   compared. Indices are taken modulo 2^32, as are distances.
 // - A sequence is written only when it fits and leaves room for the token and the 5 literals that
-//   a block ends with; these 6 bytes and the 2 of the distance are what copies of 8 bytes need.
+//   a block ends with: with the 2 of the distance 8 bytes behind its literals, of which a copy by
+//   words of 8 reaches into 7.
 #pragma once
 
 #include <array>

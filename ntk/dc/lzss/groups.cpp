@@ -75,7 +75,7 @@ struct Next {
 };
 
 // Behind a token of two bytes, or of three if the code is longCode. Compilers would make a branch
-// of the choice.
+// of the choice. The address of `late` may be made with `base`, which therefore changes last.
 Next afterToken(Ntk64u code, const Ntk8u* base, Ntk64u nextIndex) {
     base += 2;
     Next next{base, load<Ntk64u>(base + nextIndex - 1)};
@@ -166,14 +166,15 @@ const Ntk8u* decodeGeneric(Data& data, const Ntk8u* from, const Ntk8u* last) {
 }
 
 // One instruction in place of two or three for the lowest flag, 3 to 10% of the time. All
-// processors with AVX2 have it, unless a virtual machine hides it.
+// processors with AVX2 have both sets, unless a virtual machine hides one.
 [[gnu::target("bmi,bmi2")]] const Ntk8u* decodeWithBmi2(Data& data, const Ntk8u* from,
                                                         const Ntk8u* last) {
     return decode(data, from, last);
 }
 const Ntk8u* decodeBmi2(Data& data, const Ntk8u* from, const Ntk8u* last) {
-    return __builtin_cpu_supports("bmi2") ? decodeWithBmi2(data, from, last)
-                                          : decodeGeneric(data, from, last);
+    return __builtin_cpu_supports("bmi") && __builtin_cpu_supports("bmi2")
+               ? decodeWithBmi2(data, from, last)
+               : decodeGeneric(data, from, last);
 }
 
 constexpr Candidate<DecodeGroups> candidates[] = {

@@ -14,8 +14,8 @@ struct Data {
     const Ntk8u* full;
 };
 
-// Source bytes that must follow the start of a group: a word is loaded from up to 8 bytes beyond
-// its end.
+// Source bytes that there must be from the start of a group on: the word behind its last token is
+// loaded, too.
 inline constexpr Ntk32u groupReadBytes = maxGroupBytes + 8;
 inline constexpr Ntk32u maxGroupData = tokensPerGroup * maxMatch;
 
