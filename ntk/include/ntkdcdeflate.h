@@ -41,16 +41,20 @@ typedef struct {
  * pSrcIdx: position of **ppSrc in the sequence of data, 0 or more; on return that of the new
  *   **ppSrc. *pSrcIdx + *pSrcLen must not exceed INT_MAX.
  * pWindow: begin of the data before *ppSrc that matches may refer to; they end at *ppSrc, and
- * pWindow is *ppSrc if there are none. Only the last winSize or *pSrcIdx bytes are used. Matches
- * are found only in what was the source of an earlier call with these tables. winSize: largest
- * distance of a match, a power of 2, 256 to 32768. pHashHead, hashSize: positions by hash, hashSize
- * of them, a power of 2, 256 to 65536. Positions outside the window are ignored: set all of them
- * negative to begin a new sequence. pHashPrev: winSize elements, which need no initialisation: any
- * contents of the two tables are safe. pLitFreq, pDistFreq: 286 and 30 counters, to which the
- * literal/length and the distance symbols of the new entries are added (the end-of-block symbol is
- * not). pLit, pDist, pDstLen: the entries; *pDstLen is the room for them on entry and the room left
- * on return. Room for *pSrcLen entries is always enough. level: effort, 1 (fastest) to 9
- * (smallest). Matches are valued by their length in the fixed codes. flush: see above.
+ *   pWindow is *ppSrc if there are none. Only the last winSize or *pSrcIdx bytes are used. Matches
+ *   are found only in what was the source of an earlier call with these tables.
+ * winSize: largest distance of a match, a power of 2, 256 to 32768.
+ * pHashHead, hashSize: positions by hash, hashSize of them, a power of 2, 256 to 65536. Positions
+ *   outside the window are ignored: set all of them negative to begin a new sequence.
+ * pHashPrev: winSize elements, which need no initialisation: any contents of the two tables are
+ *   safe.
+ * pLitFreq, pDistFreq: 286 and 30 counters, to which the literal/length and the distance symbols of
+ *   the new entries are added (the end-of-block symbol is not).
+ * pLit, pDist, pDstLen: the entries; *pDstLen is the room for them on entry and the room left on
+ *   return. Room for *pSrcLen entries is always enough.
+ * level: effort, 1 (fastest) to 9 (smallest). Matches are valued by their length in the fixed
+ *   codes.
+ * flush: see above.
  *
  * No two of the buffers and values may overlap, except source and window.
  * Returns ntkStsNoErr; ntkStsDstFull (a warning: the destination is full, source is left);
@@ -72,12 +76,13 @@ NTK_API NtkStatus ntksDeflateLZ77_8u(const Ntk8u** ppSrc, int* pSrcLen, int* pSr
  * pLitCodes, pDistCodes: 288 literal/length codes and 30 distance codes.
  * pDst, pDstIdx: whole bytes are written to pDst from index *pDstIdx on; on return *pDstIdx is the
  *   index after the last one. The caller must provide room for them: an entry takes at most 48
- * bits, with the fixed codes at most 31. Nothing after the last whole byte is written.
+ *   bits, with the fixed codes at most 31. Nothing after the last whole byte is written.
  *
  * Returns ntkStsNoErr; ntkStsNullPtr; ntkStsBadSize if srcLen, *pDstIdx or *pCodeLen is out of
  * range; ntkStsBadValue if a code is longer than 15 bits or the symbol of an entry has none;
  * ntkStsBadSrcData for a distance above 32768. After an error the values are unchanged, and the
- * destination is undefined as far as the entries would have filled it.
+ * destination is undefined as far as the entries would have filled it, with one bit for each that
+ * has no code.
  */
 NTK_API NtkStatus ntksDeflateHuff_8u(const Ntk8u* pLit, const Ntk16u* pDist, int srcLen,
                                      Ntk32u* pCode, int* pCodeLen, const NtkHuffCode* pLitCodes,

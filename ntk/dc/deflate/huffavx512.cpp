@@ -2,7 +2,7 @@
 //
 // The bits of all entries are looked up, and those of two joined, without regard to where they
 // begin. What remains one after the other is a shift, a store and an addition for every two
-// entries: 2 to 2.5 clocks an entry where the generic loop takes 6.
+// entries: 3 to 3.5 clocks an entry where the generic loop takes 9 to 10.
 
 #include "huffkernels.h"
 

@@ -51,9 +51,9 @@
 //   to newer ones, and the bytes at any other are compared. So tables may hold anything; what older
 //   data left in pHashPrev cannot be reached from heads that were reset.
 // - Between two calls no position from *pSrcIdx on is in a chain: a position is removed again when
-//   its match is deferred for want of room. (The table by 3 bytes keeps it, which costs the next
-//   call at most one match of 3 bytes.) The last 3 positions before it, which lacked some of their
-//   4 bytes, are inserted by the next call.
+//   it was searched but the call ends before its entry is written. (The table by 3 bytes keeps it,
+//   which costs the next call at most one match of 3 bytes.) The last 3 positions before it, which
+//   lacked some of their 4 bytes, are inserted by the next call.
 // - Each step writes one entry, so that a call can stop after any of them.
 //
 // Limits: positions up to INT_MAX; no match begins in the last 3 bytes of the data.
