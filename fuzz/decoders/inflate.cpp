@@ -43,8 +43,13 @@ Inflated decoded(const Bytes& stream, std::size_t capacity, const Bytes* history
     return result;
 }
 
-// A full destination may hide the fault of the length that does not fit any more.
+// A full destination may hide the fault of the length that does not fit any more. Where source and
+// destination end with the same symbol, ours asks for more source, zlib for more room.
 void compare(const Inflated& found, const Inflated& expected) {
+    if (found.verdict == Verdict::unfinished && expected.verdict == Verdict::destinationFull) {
+        FUZZ_CHECK(found.data == expected.data && found.taken == expected.taken);
+        return;
+    }
     if (found.verdict == Verdict::destinationFull && expected.verdict == Verdict::malformed) {
         FUZZ_CHECK(found.data == expected.data);
         return;
