@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstring>
 
+#include "../repetition.h"
 #include "bitreader.h"
 
 namespace ntk::inflate {
@@ -19,21 +20,6 @@ inline void copy16(Ntk8u* to, const Ntk8u* from) {
     std::memcpy(to, from, 16);
 }
 
-// For distances below 8: the factor that repeats the bytes at the distance to fill a word, and the
-// largest multiple of the distance up to 8, the step at which the word is written repeatedly.
-struct Repetition {
-    Ntk64u factor;
-    unsigned step;
-};
-inline constexpr Repetition repetitions[8] = {{0, 0},
-                                              {0x0101010101010101, 8},
-                                              {0x0001000100010001, 8},
-                                              {0x0001000001000001, 6},
-                                              {0x0000000100000001, 8},
-                                              {0x0000010000000001, 5},
-                                              {0x0001000000000001, 6},
-                                              {0x0100000000000001, 7}};
-
 // For distances of 1 to 15. Writes up to 31 bytes beyond the end.
 inline void repeat(Ntk8u* to, unsigned length, unsigned distance) {
     const Ntk8u* from = to - distance;
@@ -46,14 +32,14 @@ inline void repeat(Ntk8u* to, unsigned length, unsigned distance) {
             from += 16;
         } while (to < end);
     } else {
-        const Repetition r = repetitions[distance];
-        const Ntk64u word = (load64(from) & ~(~Ntk64u{0} << (8 * distance))) * r.factor;
+        const Ntk64u word = repeatedWord(to, distance);
+        const unsigned step = repetitions[distance].step;
         do {
             store64(to, word);
-            store64(to + r.step, word);
-            store64(to + 2 * r.step, word);
-            store64(to + 3 * r.step, word);
-            to += 4 * r.step;
+            store64(to + step, word);
+            store64(to + 2 * step, word);
+            store64(to + 3 * step, word);
+            to += 4 * step;
         } while (to < end);
     }
 }

@@ -1,6 +1,7 @@
 // The copy of a match by words. All functions write up to copySlack bytes beyond its end.
 #pragma once
 
+#include "../repetition.h"
 #include "tokens.h"
 
 namespace ntk::lzss {
@@ -24,36 +25,20 @@ inline void copy32(Ntk8u* to, const Ntk8u* from) {
     store(to + 16, high);
 }
 
-// For distances below 8: the factor that repeats the bytes at the distance to fill a word, and the
-// bytes of the whole periods that fit it, the step at which the word is written.
-struct Repetition {
-    Ntk64u factor;
-    Ntk32u step;
-};
-inline constexpr Repetition repetitions[8] = {{0, 0},
-                                              {0x0101010101010101, 8},
-                                              {0x0001000100010001, 8},
-                                              {0x0001000001000001, 6},
-                                              {0x0000000100000001, 8},
-                                              {0x0000010000000001, 5},
-                                              {0x0001000000000001, 6},
-                                              {0x0100000000000001, 7}};
-
 // Repeats the last `distance` bytes, fewer than 8, until `end`.
 inline void repeat(Ntk8u* to, Ntk32u distance, const Ntk8u* end) {
-    const Repetition& r = repetitions[distance];
-    const Ntk64u period = load<Ntk64u>(to - distance) & ((Ntk64u{1} << 8 * distance) - 1);
-    const Ntk64u word = period * r.factor;
-    if (r.step == 8) {
+    const Ntk64u word = repeatedWord(to, distance);
+    const unsigned step = repetitions[distance].step;
+    if (step == 8) {
         for (; to < end; to += 64) {
             for (int i = 0; i < 64; i += 16) {
                 store(to + i, {word, word});
             }
         }
     } else {
-        for (; to < end; to += 2 * r.step) {
+        for (; to < end; to += 2 * step) {
             std::memcpy(to, &word, 8);
-            std::memcpy(to + r.step, &word, 8);
+            std::memcpy(to + step, &word, 8);
         }
     }
 }
